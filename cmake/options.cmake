@@ -1,0 +1,46 @@
+# What every floor is built with. Warnings are errors only where our own CI asks for it.
+include(GNUInstallDirs)
+find_package(PkgConfig REQUIRED)
+
+option(TESMAR_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
+option(TESMAR_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
+set(TESMAR_SANITIZE "" CACHE STRING "Sanitizers for every target, such as address,undefined")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+if(TESMAR_SANITIZE)
+  add_compile_options(-fsanitize=${TESMAR_SANITIZE} -fno-omit-frame-pointer
+                      -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${TESMAR_SANITIZE})
+endif()
+
+# Every include reads "tesmar/<floor>/<file>", in the tree as in an installed package.
+get_filename_component(TESMAR_ROOT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
+set(TESMAR_INCLUDE_DIR "${CMAKE_BINARY_DIR}/include")
+file(MAKE_DIRECTORY "${TESMAR_INCLUDE_DIR}")
+file(CREATE_LINK "${TESMAR_ROOT}" "${TESMAR_INCLUDE_DIR}/tesmar" SYMBOLIC)
+
+# tesmar_floor(NAME SOURCES... [USES floors and libraries...] [PRIVATELY libraries...])
+# A floor of the house: a static library, later put whole into the one shared library.
+function(tesmar_floor name)
+  cmake_parse_arguments(FLOOR "" "" "SOURCES;USES;PRIVATELY" ${ARGN})
+  add_library(${name} STATIC ${FLOOR_SOURCES})
+  target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}>")
+  target_link_libraries(${name} PUBLIC ${FLOOR_USES} PRIVATE ${FLOOR_PRIVATELY})
+  tesmar_warnings(${name})
+endfunction()
+
+function(tesmar_warnings target)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                         $<$<BOOL:${TESMAR_WARNINGS_AS_ERRORS}>:-Werror>)
+endfunction()

@@ -1,0 +1,27 @@
+// An immutable ordered list of objects; elements are never null.
+#pragma once
+
+#include "tesmar/platform/foundation/NSObject.h"
+
+#include <vector>
+
+namespace tesmar {
+
+class TESMAR_API NSArray : public NSObject {
+    TESMAR_CLASS
+
+  public:
+    static Ref<NSArray> arrayWithObjects(std::vector<Ref<NSObject>> objects);
+
+    const std::vector<Ref<NSObject>>& objects() const { return objects_; }
+    std::size_t count() const { return objects_.size(); }
+
+    bool initWithCoder(NSCoder& coder) override;
+    bool encodeWithCoder(NSCoder& coder) const override;
+    bool isEqual(const NSObject* other) const override;
+
+  private:
+    std::vector<Ref<NSObject>> objects_;
+};
+
+} // namespace tesmar

@@ -1,0 +1,26 @@
+#include "tesmar/platform/foundation/NSObject.h"
+
+#include "tesmar/platform/foundation/runtime.h"
+
+namespace tesmar {
+
+Class& NSObject::classObject() {
+    static Class type("NSObject", nullptr, allocator<NSObject>(),
+                      {method<&NSObject::init>("init"),
+                       method<&NSObject::awakeFromNib>("awakeFromNib")});
+    return type;
+}
+
+const Class& NSObject::isa() const { return classObject(); }
+
+bool NSObject::initWithCoder(NSCoder&) { return init(); }
+
+bool NSObject::encodeWithCoder(NSCoder&) const { return false; }
+
+bool NSObject::isKindOfClass(const Class& type) const { return isa().isSubclassOf(type); }
+
+bool NSObject::respondsToSelector(Selector selector) const {
+    return isa().findMethod(selector) != nullptr;
+}
+
+} // namespace tesmar

@@ -1,0 +1,122 @@
+#include "tesmar/platform/foundation/NSRunLoop.h"
+
+#include "tesmar/platform/foundation/runtime.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace tesmar {
+
+NSRunLoop& NSRunLoop::mainRunLoop() {
+    // Never destroyed: a pending message may own objects whose destructors need other statics.
+    static NSRunLoop* loop = new NSRunLoop;
+    return *loop;
+}
+
+void NSRunLoop::noteTime(double time) {
+    if (std::isfinite(time))
+        now_ = std::max(now_, time);
+}
+
+void NSRunLoop::advanceTo(double time) {
+    if (!std::isfinite(time))
+        return;
+    const double end = std::max(now_, time);
+    for (;;) {
+        const double item = items_.empty() ? end + 1 : items_.front().due;
+        if (!frameClients_.empty() && nextFrame_ <= std::min(end, item)) {
+            runFrames(std::min(end, item));
+        } else if (item <= end) {
+            now_ = std::max(now_, item);
+            fireNextItem();
+        } else {
+            break;
+        }
+    }
+    now_ = std::max(now_, end);
+}
+
+std::optional<double> NSRunLoop::nextDeadline() const {
+    std::optional<double> deadline;
+    if (!items_.empty())
+        deadline = items_.front().due;
+    const bool moving = std::any_of(frameClients_.begin(), frameClients_.end(),
+                                    [](const auto& client) { return !client.expired(); });
+    if (moving)
+        deadline = deadline ? std::min(*deadline, nextFrame_) : nextFrame_;
+    return deadline;
+}
+
+std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
+    const double due = now_ + (delay > 0 ? delay : 0);
+    const auto at = std::upper_bound(items_.begin(), items_.end(), due,
+                                     [](double d, const Item& item) { return d < item.due; });
+    items_.insert(at, Item{++lastId_, due, nullptr, std::move(work)});
+    return lastId_;
+}
+
+void NSRunLoop::cancel(std::uint64_t id) {
+    const auto found = std::find_if(items_.begin(), items_.end(),
+                                    [&](const Item& item) { return item.id == id; });
+    if (found == items_.end())
+        return;
+    // The work may own the last reference to anything: it goes only once the queue is settled.
+    const auto cancelled = std::move(found->work);
+    items_.erase(found);
+}
+
+void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector selector,
+                                          const Ref<NSObject>& argument, double delay) {
+    const auto id = schedule(delay, [target, selector, argument] {
+        const std::array<Value, 1> arguments{argument ? Value(argument) : Value()};
+        performSelector(*target, selector, std::span(arguments).first(selector.argumentCount()));
+    });
+    const auto item = std::find_if(items_.begin(), items_.end(),
+                                   [&](const Item& i) { return i.id == id; });
+    item->target = target.get();
+}
+
+void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
+    const auto cancelled = std::stable_partition(
+        items_.begin(), items_.end(), [&](const Item& item) { return item.target != &target; });
+    const std::vector<Item> released(std::make_move_iterator(cancelled),
+                                     std::make_move_iterator(items_.end()));
+    items_.erase(cancelled, items_.end());
+}
+
+void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {
+    std::erase_if(frameClients_, [](const auto& known) { return known.expired(); });
+    for (const auto& known : frameClients_)
+        if (!known.owner_before(client) && !client.owner_before(known))
+            return;
+    if (frameClients_.empty())
+        nextFrame_ = now_ + kFrameInterval;
+    frameClients_.push_back(client);
+}
+
+void NSRunLoop::fireNextItem() {
+    const Item item = std::move(items_.front());
+    items_.erase(items_.begin());
+    item.work();
+}
+
+void NSRunLoop::runFrames(double time) {
+    // Frames that nobody could have seen are not made up for.
+    const double missed = std::floor((time - nextFrame_) / kFrameInterval);
+    const double at = nextFrame_ + std::max(missed, 0.0) * kFrameInterval;
+    now_ = std::max(now_, at);
+    nextFrame_ = at + kFrameInterval;
+
+    const auto clients = frameClients_;
+    for (const auto& weak : clients) {
+        const auto client = weak.lock();
+        if (client && client->frame(now_))
+            continue;
+        std::erase_if(frameClients_, [&](const auto& known) {
+            return !known.owner_before(weak) && !weak.owner_before(known);
+        });
+    }
+}
+
+} // namespace tesmar

@@ -1,0 +1,153 @@
+// The object runtime: classes by name, and operations by selector.
+//
+// Each class lists its name, its superclass and its published selectors, in order, in one table in
+// its source file:
+//
+//     Class& Lamp::classObject() {
+//         static Class type("Lamp", &NSObject::classObject(), allocator<Lamp>(),
+//                           {method<&Lamp::brightness>("brightness"),
+//                            method<&Lamp::setBrightness>("setBrightness:")});
+//         return type;
+//     }
+//
+// Target-action, delayed messages, interface files and calls from other languages all go through
+// these tables; an operation that is not in its class's table cannot be reached by name. Nothing is
+// registered by static constructors: whoever owns a set of classes registers it with one call.
+#pragma once
+
+#include "tesmar/platform/foundation/NSObject.h"
+#include "tesmar/platform/foundation/selector.h"
+#include "tesmar/platform/foundation/value.h"
+
+#include <initializer_list>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace tesmar {
+
+struct Method {
+    Selector selector;
+    // `self` is null for a class operation. `arguments` holds one value for each colon.
+    Value (*invoke)(NSObject* self, std::span<const Value> arguments);
+};
+
+class TESMAR_API Class {
+  public:
+    using Allocator = Ref<NSObject> (*)();
+
+    // `superclass` is null for the root alone; `allocator` is null for abstract classes.
+    Class(std::string_view name, const Class* superclass, Allocator allocator,
+          std::initializer_list<Method> methods = {},
+          std::initializer_list<Method> classMethods = {});
+    Class(const Class&) = delete;
+    Class& operator=(const Class&) = delete;
+
+    std::string_view name() const { return name_; }
+    const Class* superclass() const { return superclass_; }
+    bool isSubclassOf(const Class& other) const;
+
+    // The object before any initialiser has run; null for an abstract class.
+    Ref<NSObject> alloc() const { return allocator_ ? allocator_() : nullptr; }
+
+    // The selectors of this class's own table, in the published order.
+    std::vector<std::string> publishedSelectors() const;
+    const std::vector<Method>& methods() const { return methods_; }
+    const std::vector<Method>& classMethods() const { return classMethods_; }
+
+    // These look through the superclasses too; null when nobody publishes the selector.
+    const Method* findMethod(Selector selector) const;
+    const Method* findClassMethod(Selector selector) const;
+
+    // Adds operations that a higher floor defines for this class. Once, while registering.
+    void addClassMethods(std::initializer_list<Method> methods);
+
+  private:
+    std::string_view name_;
+    const Class* superclass_;
+    Allocator allocator_;
+    std::vector<Method> methods_;
+    std::vector<Method> classMethods_;
+};
+
+// Makes a class known by name. Registering it again changes nothing. Any thread.
+TESMAR_API void registerClass(const Class& type);
+// Null when no class of that name has been registered. Any thread.
+TESMAR_API const Class* classNamed(std::string_view name);
+
+// Sends a message. A selector that the object's class does not publish, or arguments that do not
+// fit it, are fatal errors. The object is kept alive until the call returns.
+TESMAR_API Value performSelector(NSObject& object, Selector selector,
+                                 std::span<const Value> arguments = {});
+TESMAR_API Value performClassSelector(const Class& type, Selector selector,
+                                      std::span<const Value> arguments = {});
+
+// Sends an action message: the selector may take no argument, or the sender.
+TESMAR_API void performAction(NSObject& target, Selector action, const Ref<NSObject>& sender);
+
+template <class T>
+Class::Allocator allocator() {
+    return [] { return Ref<NSObject>(tesmar::alloc<T>()); };
+}
+
+namespace runtime {
+
+template <class Result, class Call>
+Value answer(Call&& call) {
+    if constexpr (std::is_void_v<Result>) {
+        call();
+        return {};
+    } else {
+        return toValue(call());
+    }
+}
+
+template <auto Operation, class Self, class Result, class... Arguments, std::size_t... I>
+Value invokeMember(NSObject* self, std::span<const Value> arguments, std::index_sequence<I...>) {
+    auto& object = dynamic_cast<Self&>(*self);
+    return answer<Result>(
+        [&]() -> Result { return (object.*Operation)(fromValue<Arguments>(arguments[I])...); });
+}
+
+template <auto Operation, class Result, class... Arguments, std::size_t... I>
+Value invokeFree(std::span<const Value> arguments, std::index_sequence<I...>) {
+    return answer<Result>(
+        [&]() -> Result { return Operation(fromValue<Arguments>(arguments[I])...); });
+}
+
+template <auto Operation, class Self, class Result, class... Arguments>
+constexpr auto memberInvoker() {
+    return +[](NSObject* self, std::span<const Value> arguments) {
+        return invokeMember<Operation, Self, Result, Arguments...>(
+            self, arguments, std::index_sequence_for<Arguments...>{});
+    };
+}
+
+template <auto Operation, class Self, class Result, class... Arguments>
+constexpr auto invokerOf(Result (Self::*)(Arguments...)) {
+    return memberInvoker<Operation, Self, Result, Arguments...>();
+}
+
+template <auto Operation, class Self, class Result, class... Arguments>
+constexpr auto invokerOf(Result (Self::*)(Arguments...) const) {
+    return memberInvoker<Operation, Self, Result, Arguments...>();
+}
+
+template <auto Operation, class Result, class... Arguments>
+constexpr auto invokerOf(Result (*)(Arguments...)) {
+    return +[](NSObject*, std::span<const Value> arguments) {
+        return invokeFree<Operation, Result, Arguments...>(arguments,
+                                                           std::index_sequence_for<Arguments...>{});
+    };
+}
+
+} // namespace runtime
+
+// A row of a class table: a member function (or, for a class operation, a static one) under its
+// selector.
+template <auto Operation>
+Method method(std::string_view selector) {
+    return {Selector(selector), runtime::invokerOf<Operation>(Operation)};
+}
+
+} // namespace tesmar

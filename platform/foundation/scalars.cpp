@@ -1,0 +1,135 @@
+#include "tesmar/platform/foundation/scalars.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/runtime.h"
+
+#include <glib.h>
+#include <memory>
+
+namespace tesmar {
+namespace {
+
+struct GFree {
+    void operator()(char* text) const { g_free(text); }
+};
+using GText = std::unique_ptr<char, GFree>;
+
+GText composed(std::string_view text) {
+    return GText(g_utf8_normalize(text.data(), static_cast<gssize>(text.size()), G_NORMALIZE_NFC));
+}
+
+GText folded(std::string_view text) {
+    return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
+}
+
+} // namespace
+
+bool stringsAreEqual(std::string_view a, std::string_view b) {
+    if (a == b)
+        return true;
+    const GText first = composed(a), second = composed(b);
+    return first && second && std::string_view(first.get()) == second.get();
+}
+
+bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b) {
+    return g_utf8_collate(folded(a).get(), folded(b).get()) < 0;
+}
+
+Class& NSString::classObject() {
+    static Class type("NSString", &NSObject::classObject(), allocator<NSString>());
+    return type;
+}
+
+Ref<NSString> NSString::stringWithString(std::string text) {
+    auto string = make<NSString>();
+    string->text_ = std::move(text);
+    return string;
+}
+
+bool NSString::initWithCoder(NSCoder& coder) {
+    const auto text = coder.decodeString("NS.string");
+    text_ = text.value_or("");
+    return text.has_value();
+}
+
+bool NSString::encodeWithCoder(NSCoder& coder) const {
+    coder.encodeString(text_, "NS.string");
+    return true;
+}
+
+bool NSString::isEqual(const NSObject* other) const {
+    const auto* string = dynamic_cast<const NSString*>(other);
+    return string && stringsAreEqual(text_, string->text_);
+}
+
+Class& NSNumber::classObject() {
+    static Class type("NSNumber", &NSObject::classObject(), allocator<NSNumber>(),
+                      {method<&NSNumber::doubleValue>("doubleValue")});
+    return type;
+}
+
+Ref<NSNumber> NSNumber::numberWith(Number value) {
+    auto number = make<NSNumber>();
+    number->value_ = value;
+    return number;
+}
+
+double NSNumber::doubleValue() const {
+    return std::visit([](auto value) { return static_cast<double>(value); }, value_);
+}
+
+bool NSNumber::initWithCoder(NSCoder& coder) {
+    if (const auto boolean = coder.decodeBool("NS.boolval"))
+        value_ = *boolean;
+    else if (const auto integer = coder.decodeInteger("NS.intval"))
+        value_ = *integer;
+    else if (const auto real = coder.decodeDouble("NS.dblval"))
+        value_ = *real;
+    else
+        return false;
+    return true;
+}
+
+bool NSNumber::encodeWithCoder(NSCoder& coder) const {
+    if (const auto* boolean = std::get_if<bool>(&value_))
+        coder.encodeBool(*boolean, "NS.boolval");
+    else if (const auto* integer = std::get_if<long long>(&value_))
+        coder.encodeInteger(*integer, "NS.intval");
+    else
+        coder.encodeDouble(std::get<double>(value_), "NS.dblval");
+    return true;
+}
+
+bool NSNumber::isEqual(const NSObject* other) const {
+    const auto* number = dynamic_cast<const NSNumber*>(other);
+    return number && doubleValue() == number->doubleValue();
+}
+
+Class& NSData::classObject() {
+    static Class type("NSData", &NSObject::classObject(), allocator<NSData>());
+    return type;
+}
+
+Ref<NSData> NSData::dataWithBytes(std::string bytes) {
+    auto data = make<NSData>();
+    data->bytes_ = std::move(bytes);
+    return data;
+}
+
+bool NSData::initWithCoder(NSCoder& coder) {
+    const auto bytes = coder.decodeBytes("NS.data");
+    bytes_ = bytes.value_or("");
+    return bytes.has_value();
+}
+
+bool NSData::encodeWithCoder(NSCoder& coder) const {
+    coder.encodeBytes(bytes_, "NS.data");
+    return true;
+}
+
+bool NSData::isEqual(const NSObject* other) const {
+    const auto* data = dynamic_cast<const NSData*>(other);
+    return data && bytes_ == data->bytes_;
+}
+
+} // namespace tesmar

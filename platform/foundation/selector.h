@@ -1,0 +1,28 @@
+// The name of an operation in the object runtime, such as "setCCEnabled:".
+#pragma once
+
+#include "tesmar/platform/foundation/export.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tesmar {
+
+// Cheap to copy and compare: equal names share one stored text, kept for the life of the process.
+// Any thread.
+class TESMAR_API Selector {
+  public:
+    explicit Selector(std::string_view name);
+
+    std::string_view name() const { return name_; }
+    // One argument for each colon.
+    std::size_t argumentCount() const {
+        return static_cast<std::size_t>(std::count(name_.begin(), name_.end(), ':'));
+    }
+    bool operator==(const Selector& other) const { return name_.data() == other.name_.data(); }
+
+  private:
+    std::string_view name_;
+};
+
+} // namespace tesmar

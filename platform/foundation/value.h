@@ -1,0 +1,110 @@
+// An argument or a result of a call by selector.
+#pragma once
+
+#include "tesmar/platform/foundation/NSObject.h"
+#include "tesmar/platform/geometry/geometry.h"
+
+#include <concepts>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+namespace tesmar {
+
+// Nothing is std::monostate; objects travel as Ref<NSObject>, integers as long long.
+using Value = std::variant<std::monostate, bool, long long, double, std::string, CGRect,
+                           Ref<NSObject>, std::vector<std::string>, std::vector<double>>;
+
+namespace runtime {
+
+// A fatal error that names what was expected and what came.
+[[noreturn]] TESMAR_API void valueMismatch(const char* expected, const Value& value);
+
+template <class T>
+struct IsRef : std::false_type {};
+template <class T>
+struct IsRef<Ref<T>> : std::true_type {};
+template <class T>
+struct IsOptional : std::false_type {};
+template <class T>
+struct IsOptional<std::optional<T>> : std::true_type {};
+template <class T>
+struct IsRefList : std::false_type {};
+template <class T>
+struct IsRefList<std::vector<Ref<T>>> : std::true_type {};
+
+// Lists of objects travel as one array object.
+TESMAR_API Ref<NSObject> arrayValue(std::vector<Ref<NSObject>> elements);
+TESMAR_API std::vector<Ref<NSObject>> arrayElements(const Ref<NSObject>& array);
+
+} // namespace runtime
+
+template <class T>
+Value toValue(const T& result) {
+    using namespace runtime;
+    if constexpr (IsRef<T>::value)
+        return result ? Value(std::dynamic_pointer_cast<NSObject>(result)) : Value();
+    else if constexpr (IsOptional<T>::value)
+        return result ? toValue(*result) : Value();
+    else if constexpr (IsRefList<T>::value)
+        return arrayValue(std::vector<Ref<NSObject>>(result.begin(), result.end()));
+    else if constexpr (std::is_enum_v<T>)
+        return static_cast<long long>(result);
+    else if constexpr (std::is_same_v<T, bool>)
+        return result;
+    else if constexpr (std::integral<T>)
+        return static_cast<long long>(result);
+    else if constexpr (std::is_convertible_v<T, std::string>)
+        return std::string(result);
+    else
+        return Value(result);
+}
+
+// The value as a parameter of type T. Numbers and Booleans convert into one another; nothing
+// becomes a null reference or an empty optional; anything else that does not fit is a fatal error.
+template <class Parameter>
+auto fromValue(const Value& value) -> std::remove_cvref_t<Parameter> {
+    using namespace runtime;
+    using T = std::remove_cvref_t<Parameter>;
+    if constexpr (IsOptional<T>::value) {
+        if (std::holds_alternative<std::monostate>(value))
+            return std::nullopt;
+        return fromValue<typename T::value_type>(value);
+    } else if constexpr (IsRef<T>::value) {
+        if (std::holds_alternative<std::monostate>(value))
+            return nullptr;
+        const auto* object = std::get_if<Ref<NSObject>>(&value);
+        T result =
+            object ? std::dynamic_pointer_cast<typename T::element_type>(*object) : T(nullptr);
+        if (!result && !(object && !*object))
+            valueMismatch("an object of the parameter's class", value);
+        return result;
+    } else if constexpr (IsRefList<T>::value) {
+        T result;
+        for (auto& element : arrayElements(fromValue<Ref<NSObject>>(value)))
+            result.push_back(
+                std::dynamic_pointer_cast<typename T::value_type::element_type>(element));
+        return result;
+    } else if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
+        if (const auto* number = std::get_if<double>(&value))
+            return static_cast<T>(*number);
+        if (const auto* integer = std::get_if<long long>(&value))
+            return static_cast<T>(*integer);
+        if (const auto* boolean = std::get_if<bool>(&value))
+            return static_cast<T>(*boolean);
+        valueMismatch("a number", value);
+    } else if constexpr (std::is_same_v<T, std::string_view>) {
+        if (const auto* text = std::get_if<std::string>(&value))
+            return *text;
+        valueMismatch("a string", value);
+    } else {
+        if (const auto* exact = std::get_if<T>(&value))
+            return *exact;
+        valueMismatch("another type", value);
+    }
+}
+
+} // namespace tesmar

@@ -1,0 +1,120 @@
+// Points, sizes and rectangles. All lengths are in points unless a name says pixels; y grows down.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesmar {
+
+using CGFloat = double;
+
+struct CGPoint {
+    CGFloat x = 0;
+    CGFloat y = 0;
+    bool operator==(const CGPoint&) const = default;
+};
+
+inline CGPoint operator+(CGPoint a, CGPoint b) { return {a.x + b.x, a.y + b.y}; }
+inline CGPoint operator-(CGPoint a, CGPoint b) { return {a.x - b.x, a.y - b.y}; }
+
+struct CGSize {
+    CGFloat width = 0;
+    CGFloat height = 0;
+    bool operator==(const CGSize&) const = default;
+};
+
+struct CGRect {
+    CGPoint origin;
+    CGSize size;
+
+    constexpr CGRect() = default;
+    constexpr CGRect(CGPoint o, CGSize s) : origin(o), size(s) {}
+    constexpr CGRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height)
+        : origin{x, y}, size{width, height} {}
+
+    CGFloat minX() const { return origin.x; }
+    CGFloat minY() const { return origin.y; }
+    CGFloat maxX() const { return origin.x + size.width; }
+    CGFloat maxY() const { return origin.y + size.height; }
+    CGFloat midX() const { return origin.x + size.width / 2; }
+    CGFloat midY() const { return origin.y + size.height / 2; }
+    CGPoint center() const { return {midX(), midY()}; }
+    bool isEmpty() const { return !(size.width > 0) || !(size.height > 0); }
+
+    // The left and top edges belong to the rectangle, the right and bottom ones do not.
+    bool contains(CGPoint p) const {
+        return p.x >= minX() && p.x < maxX() && p.y >= minY() && p.y < maxY();
+    }
+    bool contains(const CGRect& r) const {
+        return r.minX() >= minX() && r.maxX() <= maxX() && r.minY() >= minY() && r.maxY() <= maxY();
+    }
+    CGRect offsetBy(CGPoint d) const { return {origin + d, size}; }
+    bool operator==(const CGRect&) const = default;
+};
+
+struct UIEdgeInsets {
+    CGFloat top = 0;
+    CGFloat left = 0;
+    CGFloat bottom = 0;
+    CGFloat right = 0;
+    bool operator==(const UIEdgeInsets&) const = default;
+};
+
+// Shrinks `r` on every side; negative amounts grow it. Empty when nothing would be left.
+inline CGRect CGRectInset(const CGRect& r, CGFloat dx, CGFloat dy) {
+    const CGFloat width = r.size.width - 2 * dx;
+    const CGFloat height = r.size.height - 2 * dy;
+    if (width < 0 || height < 0)
+        return {};
+    return {r.minX() + dx, r.minY() + dy, width, height};
+}
+
+inline CGRect CGRectInset(const CGRect& r, const UIEdgeInsets& insets) {
+    const CGFloat width = r.size.width - insets.left - insets.right;
+    const CGFloat height = r.size.height - insets.top - insets.bottom;
+    if (width < 0 || height < 0)
+        return {};
+    return {r.minX() + insets.left, r.minY() + insets.top, width, height};
+}
+
+// Empty (all zero) when the rectangles share no area.
+inline CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
+    const CGFloat x = std::max(a.minX(), b.minX());
+    const CGFloat y = std::max(a.minY(), b.minY());
+    const CGFloat right = std::min(a.maxX(), b.maxX());
+    const CGFloat bottom = std::min(a.maxY(), b.maxY());
+    if (!(right > x) || !(bottom > y))
+        return {};
+    return {x, y, right - x, bottom - y};
+}
+
+inline CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
+    if (a.isEmpty())
+        return b;
+    if (b.isEmpty())
+        return a;
+    const CGFloat x = std::min(a.minX(), b.minX());
+    const CGFloat y = std::min(a.minY(), b.minY());
+    return {x, y, std::max(a.maxX(), b.maxX()) - x, std::max(a.maxY(), b.maxY()) - y};
+}
+
+// A number from outside made safe to calculate with: not-a-number becomes `fallback`, everything
+// else is held within [low, high].
+inline CGFloat finite(CGFloat value, CGFloat low, CGFloat high, CGFloat fallback) {
+    return std::isnan(value) ? fallback : std::clamp(value, low, high);
+}
+
+// No coordinate beyond this is meaningful on any screen; held within it, sums of several stay exact.
+inline constexpr CGFloat kLargestCoordinate = 1e7;
+
+inline CGFloat finiteCoordinate(CGFloat value) {
+    return finite(value, -kLargestCoordinate, kLargestCoordinate, 0);
+}
+
+inline CGRect finiteRect(const CGRect& r) {
+    return {finiteCoordinate(r.origin.x), finiteCoordinate(r.origin.y),
+            finite(r.size.width, 0, kLargestCoordinate, 0),
+            finite(r.size.height, 0, kLargestCoordinate, 0)};
+}
+
+} // namespace tesmar
