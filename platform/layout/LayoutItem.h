@@ -2,11 +2,13 @@
 // implement it; the layout floor knows no views.
 //
 // Coordinates are points in the parent's coordinate system. The layout reads from an item and
-// writes only the frames and content sizes of items below the root.
+// writes only the frames and content sizes of items below the root. Main thread.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
 
+#include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,7 +23,8 @@ class LayoutItem {
   public:
     virtual ~LayoutItem() = default;
 
-    virtual LayoutItem* layoutParent() const = 0;
+    // Null when there is none.
+    virtual std::shared_ptr<LayoutItem> layoutParent() const = 0;
     // In tree order, back to front.
     virtual std::size_t layoutChildCount() const = 0;
     virtual LayoutItem& layoutChild(std::size_t index) const = 0;
@@ -37,8 +40,8 @@ class LayoutItem {
     virtual std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const = 0;
     virtual double layoutHuggingPriority(LayoutAxis axis) const = 0;
     virtual double layoutCompressionPriority(LayoutAxis axis) const = 0;
-    // How far the (first) baseline lies below the vertical centre; nothing when the bottom edge
-    // stands in for the baseline.
+    // How far the baseline lies below the vertical centre; nothing when the bottom edge stands in
+    // for the baseline.
     virtual std::optional<CGFloat> layoutBaselineBelowCenter() const = 0;
     // True for a scroll view: constraints between its edges and its descendants define the size of
     // its content, not its frame.
@@ -50,6 +53,10 @@ class LayoutItem {
     virtual void setLayoutFrame(const CGRect& frame) = 0;
     // Only for items whose edges are content.
     virtual void setLayoutContentSize(CGSize size) = 0;
+
+    // A constraint on this item has changed: whoever lays out the tree that the item is in must
+    // call LayoutEngine::invalidate() and lay it out again.
+    virtual void layoutNeedsUpdate() = 0;
 };
 
 } // namespace tesmar
