@@ -68,7 +68,10 @@ bool NSDictionary::initWithCoder(NSCoder& coder) {
 bool NSDictionary::encodeWithCoder(NSCoder& coder) const {
     std::vector<Ref<NSObject>> keys, values;
     for (const auto& [key, value] : entries_) {
-        keys.push_back(NSString::stringWithString(key));
+        auto name = NSString::stringWithString(key);
+        if (!coder.canEncodeObject(name) || !coder.canEncodeObject(value))
+            continue;
+        keys.push_back(std::move(name));
         values.push_back(value);
     }
     coder.encodeObjects(keys, "NS.keys");

@@ -5,16 +5,66 @@
 namespace tesmar {
 namespace {
 
-[[noreturn]] void refuse() { fatalError("this coder can only be read from"); }
+[[noreturn]] void refuseReading() {
+    fatalError("this coder can only be written to");
+}
+[[noreturn]] void refuseWriting() {
+    fatalError("this coder can only be read from");
+}
 
 } // namespace
 
-void NSCoder::encodeBool(bool, std::string_view) { refuse(); }
-void NSCoder::encodeInteger(long long, std::string_view) { refuse(); }
-void NSCoder::encodeDouble(double, std::string_view) { refuse(); }
-void NSCoder::encodeString(std::string_view, std::string_view) { refuse(); }
-void NSCoder::encodeBytes(std::string_view, std::string_view) { refuse(); }
-void NSCoder::encodeObject(const Ref<NSObject>&, std::string_view) { refuse(); }
-void NSCoder::encodeObjects(const std::vector<Ref<NSObject>>&, std::string_view) { refuse(); }
+std::optional<bool> NSCoder::decodeBool(std::string_view) {
+    refuseReading();
+}
+std::optional<long long> NSCoder::decodeInteger(std::string_view) {
+    refuseReading();
+}
+std::optional<double> NSCoder::decodeDouble(std::string_view) {
+    refuseReading();
+}
+std::optional<std::string> NSCoder::decodeString(std::string_view) {
+    refuseReading();
+}
+std::optional<std::string> NSCoder::decodeBytes(std::string_view) {
+    refuseReading();
+}
+std::optional<CGRect> NSCoder::decodeRect(std::string_view) {
+    refuseReading();
+}
+Ref<NSObject> NSCoder::decodeObject(std::string_view) {
+    refuseReading();
+}
+std::vector<Ref<NSObject>> NSCoder::decodeObjects(std::string_view) {
+    refuseReading();
+}
+bool NSCoder::failed() const {
+    refuseReading();
+}
+
+void NSCoder::encodeBool(bool, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeInteger(long long, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeDouble(double, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeString(std::string_view, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeBytes(std::string_view, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeObject(const Ref<NSObject>&, std::string_view) {
+    refuseWriting();
+}
+void NSCoder::encodeObjects(const std::vector<Ref<NSObject>>&, std::string_view) {
+    refuseWriting();
+}
+bool NSCoder::canEncodeObject(const Ref<NSObject>&) {
+    refuseWriting();
+}
 
 } // namespace tesmar

@@ -12,25 +12,28 @@
 
 namespace tesmar {
 
+// A coder is either read from or written to; using it the other way is a fatal error.
 class TESMAR_API NSCoder {
   public:
     virtual ~NSCoder() = default;
 
     // Reading. A key that is missing, or that holds another type, answers nothing (nullopt, null,
-    // an empty list). Numbers may come back not finite: whoever reads one makes it finite.
-    virtual std::optional<bool> decodeBool(std::string_view key) = 0;
-    virtual std::optional<long long> decodeInteger(std::string_view key) = 0;
-    virtual std::optional<double> decodeDouble(std::string_view key) = 0;
-    virtual std::optional<std::string> decodeString(std::string_view key) = 0;
-    virtual std::optional<std::string> decodeBytes(std::string_view key) = 0;
-    virtual std::optional<CGRect> decodeRect(std::string_view key) = 0;
-    virtual Ref<NSObject> decodeObject(std::string_view key) = 0;
+    // an empty list). Numbers convert into one another, and may come back not finite: whoever reads
+    // one makes it finite.
+    virtual std::optional<bool> decodeBool(std::string_view key);
+    virtual std::optional<long long> decodeInteger(std::string_view key);
+    virtual std::optional<double> decodeDouble(std::string_view key);
+    // Always valid UTF-8.
+    virtual std::optional<std::string> decodeString(std::string_view key);
+    virtual std::optional<std::string> decodeBytes(std::string_view key);
+    virtual std::optional<CGRect> decodeRect(std::string_view key);
+    virtual Ref<NSObject> decodeObject(std::string_view key);
     // Elements that do not decode are left out, and failed() tells.
-    virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view key) = 0;
+    virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view key);
     // Whether anything met so far could not be decoded at all.
-    virtual bool failed() const = 0;
+    virtual bool failed() const;
 
-    // Writing. The defaults refuse: a source that is only read from keeps them.
+    // Writing.
     virtual void encodeBool(bool value, std::string_view key);
     virtual void encodeInteger(long long value, std::string_view key);
     virtual void encodeDouble(double value, std::string_view key);
@@ -39,6 +42,8 @@ class TESMAR_API NSCoder {
     // An object without a coding is left out.
     virtual void encodeObject(const Ref<NSObject>& object, std::string_view key);
     virtual void encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key);
+    // Whether encodeObject and encodeObjects take the object: for lists that must stay in step.
+    virtual bool canEncodeObject(const Ref<NSObject>& object);
 };
 
 } // namespace tesmar

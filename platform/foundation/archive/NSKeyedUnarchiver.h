@@ -1,0 +1,20 @@
+// Objects from the bytes of a keyed archive, which may come from anywhere.
+#pragma once
+
+#include "tesmar/platform/foundation/NSObject.h"
+
+#include <string_view>
+
+namespace tesmar {
+
+class TESMAR_API NSKeyedUnarchiver {
+  public:
+    // A new object of whatever class the archive names, or null when any part of it cannot be
+    // decoded: the caller checks the class. Of the classes that the archive gives for an object,
+    // the first that is registered with the object runtime is made; the foundation's own are
+    // registered here. Numbers in it are finite. Time and memory grow linearly with the size of
+    // `bytes`. Any thread on which the classes concerned may be used.
+    static Ref<NSObject> unarchiveObjectWithData(std::string_view bytes);
+};
+
+} // namespace tesmar

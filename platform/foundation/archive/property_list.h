@@ -1,0 +1,114 @@
+// A property list as a tree of values, and its binary form. Every value keeps its type, so that a
+// list which somebody else wrote can be read, changed in one place and written back unharmed.
+#pragma once
+
+#include "tesmar/platform/foundation/export.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+namespace tesmar {
+
+// An immutable value, cheap to copy: copies share their contents. Any thread.
+class TESMAR_API PropertyList {
+  public:
+    // A signed number of 128 bits in two's complement.
+    struct Integer {
+        std::int64_t high = 0;
+        std::uint64_t low = 0;
+
+        static Integer of(long long value) {
+            return {value < 0 ? -1 : 0, static_cast<std::uint64_t>(value)};
+        }
+        bool fitsLongLong() const { return high == (static_cast<std::int64_t>(low) < 0 ? -1 : 0); }
+        bool operator==(const Integer&) const = default;
+    };
+    struct Date {
+        double seconds = 0; // since the start of 2001, UTC; may be not finite
+    };
+    struct Data {
+        std::string bytes;
+    };
+    // A reference by number into the object table of a keyed archive.
+    struct UID {
+        std::uint64_t value = 0;
+    };
+    struct Entry;
+    using Array = std::vector<PropertyList>;
+    struct Set {
+        Array elements; // in the written order
+    };
+    // In the written order. A key may stand there twice; the first one counts.
+    using Dictionary = std::vector<Entry>;
+
+    // A float is a real of 32 bits, a double one of 64; either may be not finite. Text is UTF-8,
+    // but for one thing: half of a surrogate pair, which a written string may hold, stands there
+    // as the three bytes that UTF-8 would give it. isValidUtf8() tells such text.
+    PropertyList(bool value) : value_(value) {}
+    PropertyList(Integer value) : value_(value) {}
+    PropertyList(long long value) : value_(Integer::of(value)) {}
+    PropertyList(float value) : value_(value) {}
+    PropertyList(double value) : value_(value) {}
+    PropertyList(Date value) : value_(value) {}
+    PropertyList(UID value) : value_(value) {}
+    PropertyList(Data value) : value_(std::make_shared<const Data>(std::move(value))) {}
+    PropertyList(std::string text) : value_(std::make_shared<const std::string>(std::move(text))) {}
+    PropertyList(const char* text) : PropertyList(std::string(text)) {}
+    PropertyList(Array value) : value_(std::make_shared<const Array>(std::move(value))) {}
+    PropertyList(Set value) : value_(std::make_shared<const Set>(std::move(value))) {}
+    PropertyList(Dictionary value);
+    template <class T>
+    PropertyList(const T*) = delete; // would silently become a Boolean
+
+    // The value when it is a T (bool, Integer, float, double, Date, UID, Data, std::string, Array,
+    // Set or Dictionary), else null. Lives as long as any copy of this value. For the types from
+    // Data on, equal addresses mean shared contents.
+    template <class T>
+    const T* get() const {
+        if constexpr (std::is_trivially_copyable_v<T>) {
+            return std::get_if<T>(&value_);
+        } else {
+            const auto* shared = std::get_if<std::shared_ptr<const T>>(&value_);
+            return shared ? shared->get() : nullptr;
+        }
+    }
+
+    // The value under `key` when this is a dictionary that has it, else null.
+    const PropertyList* find(std::string_view key) const;
+
+  private:
+    std::variant<bool, Integer, float, double, Date, UID, std::shared_ptr<const Data>,
+                 std::shared_ptr<const std::string>, std::shared_ptr<const Array>,
+                 std::shared_ptr<const Set>, std::shared_ptr<const Dictionary>>
+        value_;
+};
+
+struct PropertyList::Entry {
+    PropertyList key; // always text
+    PropertyList value;
+};
+
+// No list that is read may exceed these.
+inline constexpr std::size_t kMostPropertyListBytes = 16 << 20;
+inline constexpr std::size_t kMostPropertyListReferences = 1 << 20;
+inline constexpr int kDeepestPropertyList = 512;
+
+// Nothing when `bytes` is not a whole, well-formed binary property list within the limits above, or
+// holds a null, a URL or a UUID; property lists in XML are not read. Time and memory grow linearly
+// with the size of `bytes`, whatever they say. Values that are referred to from several places stay
+// shared, and the list as a whole, counting each such value as often as it is reached, is at most
+// 64 Ki values plus eight for each byte, so that going through it is never a trap.
+TESMAR_API std::optional<PropertyList> readPropertyList(std::string_view bytes);
+
+// The binary form: the same list always gives the same bytes. Equal scalars are written once, and
+// so are containers that are shared. Bytes of text that are not UTF-8 become U+FFFD. `list` must
+// not be nested deeper than kDeepestPropertyList.
+TESMAR_API std::string writePropertyList(const PropertyList& list);
+
+} // namespace tesmar
