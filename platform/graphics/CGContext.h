@@ -102,12 +102,10 @@ class TESMAR_API CGContext {
     void strokePolyline(std::span<const CGPoint> points, CGFloat width, LineCap cap);
 
     // The soft shadow that the rounded rectangle casts when it is moved by `offset`; `blur` is the
-    // distance in points, 0 to 100, over which the edge fades out. Nothing is drawn inside the
-    // rounded rectangle itself, so that it may be translucent.
+    // distance in points, 0 to 100, to which the shadow reaches beyond its own edge. Nothing is
+    // drawn inside the rounded rectangle itself, so that it may be translucent.
     void drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoint offset,
                     const UIColor& color);
-    // How far, in points, a shadow reaches beyond the rectangle moved by its offset.
-    static CGFloat shadowReach(CGFloat blur);
 
     // The image in the snapped rectangle, scaled to it.
     void drawImage(const UIImage& image, const CGRect& r);
@@ -135,7 +133,7 @@ class TESMAR_API CGContext {
 // The contexts that views and images draw into, one stack a thread. Null when there is none.
 TESMAR_API CGContext* UIGraphicsGetCurrentContext();
 TESMAR_API void UIGraphicsPushContext(CGContext& context);
-// Does nothing when there is none.
+// Does nothing when there is none, or when the current one is an image context.
 TESMAR_API void UIGraphicsPopContext();
 
 // The platform's own names.

@@ -52,7 +52,7 @@ class TESMAR_API UIColor : public NSObject {
     bool isEqual(const NSObject* other) const override;
 
   private:
-    static Ref<UIColor> make(Space space, std::array<CGFloat, 3> components, CGFloat alpha);
+    static Ref<UIColor> create(Space space, std::array<CGFloat, 3> components, CGFloat alpha);
 
     Space space_ = Space::gray;
     std::array<CGFloat, 3> components_{};

@@ -18,7 +18,7 @@ class TESMAR_API UIImage : public NSObject {
     TESMAR_CLASS
 
   public:
-    UIImage();
+    UIImage(); // no pixels
     ~UIImage() override;
 
     // No image has more pixels than this each way, nor more than kMaximumPixels in all.

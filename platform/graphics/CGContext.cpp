@@ -1,0 +1,201 @@
+#include "tesmar/platform/graphics/CGContext.h"
+
+#include "tesmar/platform/graphics/CGContextImpl.h"
+#include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/graphics/UIImage.h"
+#include "tesmar/platform/graphics/UIImageImpl.h"
+#include "tesmar/platform/graphics/shapes.h"
+
+#include <array>
+
+namespace tesmar {
+namespace {
+
+Paint paintOf(const UIColor& color) {
+    return {color.red(), color.green(), color.blue(), color.alpha()};
+}
+
+// To the nearest pixel, halves upwards. What is a hair's breadth below a half counts as one: sums
+// of fractions come out there.
+int nearestPixel(double v) {
+    const double held = std::clamp(v, -kFarthestPixel, kFarthestPixel);
+    return static_cast<int>(std::floor(std::floor(held * 256 + 0.5) / 256 + 0.5));
+}
+
+PixelRect snappedEdges(double left, double top, double right, double bottom, bool empty) {
+    const int x = nearestPixel(left), y = nearestPixel(top);
+    if (empty)
+        return {x, y, 0, 0};
+    return {x, y, std::max(1, nearestPixel(right) - x), std::max(1, nearestPixel(bottom) - y)};
+}
+
+} // namespace
+
+PixelRect snappedToPixels(const CGRect& rect, CGFloat scale) {
+    const CGRect r = finiteRect(rect);
+    const double s = finite(scale, 0.1, 16, 1);
+    return snappedEdges(r.minX() * s, r.minY() * s, r.maxX() * s, r.maxY() * s, r.isEmpty());
+}
+
+PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+    const int x = std::max(a.x, b.x), y = std::max(a.y, b.y);
+    const int right = std::min(a.right(), b.right()), bottom = std::min(a.bottom(), b.bottom());
+    if (right <= x || bottom <= y)
+        return {};
+    return {x, y, right - x, bottom - y};
+}
+
+CGContext::CGContext(void* pixels, int width, int height, int stride, CGFloat scale)
+    : impl_(std::make_unique<Impl>(pixels, width, height, stride, scale)) {}
+
+CGContext::~CGContext() = default;
+
+CGFloat CGContext::scale() const {
+    return impl_->scale;
+}
+int CGContext::pixelWidth() const {
+    return impl_->width;
+}
+int CGContext::pixelHeight() const {
+    return impl_->height;
+}
+
+void CGContext::saveGState() {
+    impl_->savedStates.push_back(impl_->state);
+}
+
+void CGContext::restoreGState() {
+    impl_->restoreState();
+}
+
+void CGContext::setFillColor(const UIColor& color) {
+    impl_->state.fill = paintOf(color);
+}
+
+void CGContext::setStrokeColor(const UIColor& color) {
+    impl_->state.stroke = paintOf(color);
+}
+
+void CGContext::setLineWidth(CGFloat width) {
+    impl_->state.lineWidth = finite(width, 0, kLargestCoordinate, 0);
+}
+
+void CGContext::setAlpha(CGFloat alpha) {
+    impl_->state.alpha *= finite(alpha, 0, 1, 0);
+}
+
+void CGContext::translate(CGFloat dx, CGFloat dy) {
+    CGPoint& origin = impl_->state.origin;
+    origin = {finiteCoordinate(origin.x + finiteCoordinate(dx)),
+              finiteCoordinate(origin.y + finiteCoordinate(dy))};
+}
+
+PixelRect CGContext::pixels(const CGRect& rect) const {
+    const CGRect r = finiteRect(rect);
+    const CGPoint topLeft = impl_->device(r.origin);
+    const CGPoint bottomRight = impl_->device({r.maxX(), r.maxY()});
+    return snappedEdges(topLeft.x, topLeft.y, bottomRight.x, bottomRight.y, r.isEmpty());
+}
+
+CGRect CGContext::snapped(const CGRect& r) const {
+    const PixelRect p = pixels(r);
+    const double s = impl_->scale;
+    const CGPoint origin = impl_->state.origin;
+    return {p.x / s - origin.x, p.y / s - origin.y, p.width / s, p.height / s};
+}
+
+void CGContext::clipToRect(const CGRect& r) {
+    clipToPixels(pixels(r));
+}
+
+void CGContext::clipToPixels(const PixelRect& r) {
+    impl_->state.clip = intersection(impl_->state.clip, r);
+}
+
+CGRect CGContext::clipBounds() const {
+    const PixelRect& clip = impl_->state.clip;
+    if (clip.isEmpty())
+        return {};
+    const double s = impl_->scale;
+    const CGPoint origin = impl_->state.origin;
+    return {clip.x / s - origin.x, clip.y / s - origin.y, clip.width / s, clip.height / s};
+}
+
+PixelRect CGContext::clipPixels() const {
+    return impl_->state.clip;
+}
+
+void CGContext::fillRect(const CGRect& r) {
+    drawRoundedRect(*impl_, finiteRect(r), 0, impl_->fillPaint());
+}
+
+void CGContext::fillEllipse(const CGRect& r) {
+    drawEllipse(*impl_, finiteRect(r), impl_->fillPaint());
+}
+
+void CGContext::strokeEllipse(const CGRect& r) {
+    drawRing(*impl_, finiteRect(r), impl_->state.lineWidth, impl_->strokePaint());
+}
+
+void CGContext::fillRoundedRect(const CGRect& r, CGFloat radius) {
+    drawRoundedRect(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),
+                    impl_->fillPaint());
+}
+
+void CGContext::strokePolyline(std::span<const CGPoint> points, CGFloat width, LineCap cap) {
+    drawPolyline(*impl_, points, finite(width, 0, kLargestCoordinate, 0), cap,
+                 impl_->strokePaint());
+}
+
+void CGContext::drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoint offset,
+                           const UIColor& color) {
+    tesmar::drawShadow(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),
+                       finite(blur, 0, 100, 0),
+                       {finite(offset.x, -100, 100, 0), finite(offset.y, -100, 100, 0)},
+                       paintOf(color).withAlpha(impl_->state.alpha));
+}
+
+void CGContext::drawImage(const UIImage& image, const CGRect& r) {
+    const PixelRect box = pixels(r);
+    if (image.pixelWidth() == 0)
+        return;
+    const UIImage::Impl& picture = image.impl();
+    cairo_surface_t* surface = picture.surface.get();
+    if (box.width == image.pixelWidth() && box.height == image.pixelHeight()) {
+        impl_->paintPicture(surface, box.x, box.y, box, impl_->state.alpha);
+        return;
+    }
+    const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
+                         box.height, 0};
+    impl_->paintKept(key, box, CAIRO_FORMAT_ARGB32, Paint{}.withAlpha(impl_->state.alpha),
+                     [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+}
+
+void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& tint) {
+    const PixelRect box = pixels(r);
+    if (image.pixelWidth() == 0)
+        return;
+    const UIImage::Impl& picture = image.impl();
+    const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
+                         box.height, 1};
+    impl_->paintKept(key, box, CAIRO_FORMAT_A8, paintOf(tint).withAlpha(impl_->state.alpha),
+                     [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+}
+
+void CGContext::clearRect(const CGRect& r) {
+    clearPixels(pixels(r));
+}
+
+void CGContext::clearPixels(const PixelRect& r) {
+    impl_->clearPixels(r);
+}
+
+void CGContext::beginTransparencyLayer(CGFloat alpha) {
+    impl_->beginLayer(alpha);
+}
+
+void CGContext::endTransparencyLayer() {
+    impl_->endLayer();
+}
+
+} // namespace tesmar

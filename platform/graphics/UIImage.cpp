@@ -1,0 +1,176 @@
+#include "tesmar/platform/graphics/UIImage.h"
+
+#include "tesmar/platform/foundation/NSBundle.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContextImpl.h"
+#include "tesmar/platform/graphics/UIImageImpl.h"
+#include "tesmar/platform/graphics/png.h"
+
+#include <atomic>
+#include <fstream>
+
+namespace tesmar {
+namespace {
+
+struct Variant {
+    int scale;
+    const char* suffix;
+};
+constexpr Variant kVariants[] = {{1, ".png"}, {2, "@2x.png"}, {3, "@3x.png"}};
+
+std::atomic<double>& screenScale() {
+    static std::atomic<double> scale{1};
+    return scale;
+}
+
+double heldScale(CGFloat scale) {
+    return finite(scale, 0.1, 16, 1);
+}
+
+// The file of the variant that suits the screen, with its scale.
+struct Found {
+    std::string bytes;
+    int scale;
+};
+std::optional<Found> bestVariant(std::string_view name, const NSBundle& bundle) {
+    const double wanted = UIImage::mainScreenScale();
+    const auto load = [&](const Variant& variant) -> std::optional<Found> {
+        if (auto bytes = bundle.resource(std::string(name) + variant.suffix))
+            return Found{std::move(*bytes), variant.scale};
+        return std::nullopt;
+    };
+    for (const Variant& variant : kVariants)
+        if (variant.scale >= wanted)
+            if (auto found = load(variant))
+                return found;
+    for (auto variant = std::rbegin(kVariants); variant != std::rend(kVariants); ++variant)
+        if (variant->scale < wanted)
+            if (auto found = load(*variant))
+                return found;
+    return std::nullopt;
+}
+
+Ref<UIImage> missing(std::string_view name, std::string_view why) {
+    diagnostic("image \"" + std::string(name) + "\" " + std::string(why));
+    return nullptr;
+}
+
+bool writeFile(const std::string& path, const std::optional<std::string>& bytes) {
+    if (!bytes)
+        return false;
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << *bytes;
+    file.close();
+    return file.good();
+}
+
+} // namespace
+
+UIImage::Impl::Impl(SurfacePtr pixels, double pixelsPerPoint)
+    : surface(std::move(pixels)), scale(pixelsPerPoint) {
+    static std::atomic<std::int32_t> lastId{0};
+    id = ++lastId;
+}
+
+void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
+    const int ownWidth = cairo_image_surface_get_width(surface.get());
+    const int ownHeight = cairo_image_surface_get_height(surface.get());
+    cairo_scale(cr, static_cast<double>(width) / ownWidth, static_cast<double>(height) / ownHeight);
+    cairo_set_source_surface(cr, surface.get(), 0, 0);
+    cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD); // no soft outer edge
+    if (width == ownWidth && height == ownHeight)
+        cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+    cairo_paint(cr);
+}
+
+Class& UIImage::classObject() {
+    static Class type("UIImage", &NSObject::classObject(), nullptr,
+                      {method<&UIImage::scale>("scale")},
+                      {method<&UIImage::imageNamed>("imageNamed:")});
+    return type;
+}
+
+UIImage::UIImage()
+    : impl_(std::make_unique<Impl>(
+          SurfacePtr(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0)), 1)) {}
+UIImage::~UIImage() = default;
+
+Ref<UIImage> UIImage::imageWithImpl(std::unique_ptr<Impl> impl) {
+    auto image = make<UIImage>();
+    image->impl_ = std::move(impl);
+    return image;
+}
+
+Ref<UIImage> UIImage::imageNamed(std::string_view name) {
+    return imageNamedFrom(name, *NSBundle::mainBundle());
+}
+
+Ref<UIImage> UIImage::imageNamedFrom(std::string_view name, const NSBundle& bundle) {
+    const auto found = bestVariant(name, bundle);
+    if (!found)
+        return missing(name, "is not in bundle \"" + bundle.bundleIdentifier() + "\"");
+    auto image = imageWithPNGData(found->bytes, found->scale);
+    return image ? image : missing(name, "is no PNG file or is too large");
+}
+
+Ref<UIImage> UIImage::imageWithPNGData(std::string_view bytes, CGFloat scale) {
+    SurfacePtr surface = decodePNG(bytes);
+    if (!surface)
+        return nullptr;
+    return imageWithImpl(std::make_unique<Impl>(std::move(surface), heldScale(scale)));
+}
+
+CGSize UIImage::size() const {
+    return {pixelWidth() / scale(), pixelHeight() / scale()};
+}
+CGFloat UIImage::scale() const {
+    return impl_->scale;
+}
+int UIImage::pixelWidth() const {
+    return cairo_image_surface_get_width(impl_->surface.get());
+}
+int UIImage::pixelHeight() const {
+    return cairo_image_surface_get_height(impl_->surface.get());
+}
+int UIImage::bytesPerRow() const {
+    return cairo_image_surface_get_stride(impl_->surface.get());
+}
+
+const std::uint32_t* UIImage::pixels() const {
+    return reinterpret_cast<const std::uint32_t*>(
+        cairo_image_surface_get_data(impl_->surface.get()));
+}
+
+std::uint32_t UIImage::pixel(int x, int y) const {
+    if (x < 0 || y < 0 || x >= pixelWidth() || y >= pixelHeight())
+        return 0;
+    return pixels()[static_cast<std::ptrdiff_t>(y) * (bytesPerRow() / 4) + x];
+}
+
+std::optional<std::string> UIImage::PNGData() const {
+    return encodePNG(impl_->surface.get());
+}
+
+bool UIImage::writePNG(const std::string& path) const {
+    return writeFile(path, PNGData());
+}
+
+CGFloat UIImage::mainScreenScale() {
+    return screenScale();
+}
+void UIImage::setMainScreenScale(CGFloat scale) {
+    screenScale() = heldScale(scale);
+}
+
+bool writePNG(const std::string& path, const void* pixels, int width, int height, int stride) {
+    if (!pixels || width <= 0 || height <= 0 || stride / 4 < width)
+        return false;
+    // Cairo's reading interface takes pixels that it might write to; a PNG is only read from.
+    auto* const data = static_cast<unsigned char*>(const_cast<void*>(pixels));
+    const SurfacePtr surface(
+        cairo_image_surface_create_for_data(data, CAIRO_FORMAT_ARGB32, width, height, stride));
+    return writeFile(path, encodePNG(surface.get()));
+}
+
+} // namespace tesmar
