@@ -5,6 +5,7 @@ find_package(PkgConfig REQUIRED)
 option(TESMAR_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(TESMAR_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 set(TESMAR_SANITIZE "" CACHE STRING "Sanitizers for every target, such as address,undefined")
+option(TESMAR_FUZZ "Build the fuzz targets (clang only)" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -24,6 +25,11 @@ if(TESMAR_SANITIZE)
   add_link_options(-fsanitize=${TESMAR_SANITIZE})
 endif()
 
+if(TESMAR_FUZZ)
+  # Every floor reports the branches that it takes; only the fuzz targets link the fuzzer's main.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Every include reads "tesmar/<floor>/<file>", in the tree as in an installed package.
 get_filename_component(TESMAR_ROOT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 set(TESMAR_INCLUDE_DIR "${CMAKE_BINARY_DIR}/include")
@@ -38,9 +44,11 @@ function(tesmar_floor name)
   target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}>")
   target_link_libraries(${name} PUBLIC ${FLOOR_USES} PRIVATE ${FLOOR_PRIVATELY})
   tesmar_warnings(${name})
+  set_property(GLOBAL APPEND PROPERTY TESMAR_FLOORS ${name})
 endfunction()
 
 function(tesmar_warnings target)
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
+                         $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
                          $<$<BOOL:${TESMAR_WARNINGS_AS_ERRORS}>:-Werror>)
 endfunction()

@@ -1,0 +1,60 @@
+# The floors as they are shipped: one shared library, one more for each host that needs its own
+# dependencies, their headers, and what find_package and pkg-config read.
+include(CMakePackageConfigHelpers)
+
+get_property(floors GLOBAL PROPERTY TESMAR_FLOORS)
+list(REMOVE_ITEM floors tesmar_hosts_sdl)
+
+# The floors' object files rather than their archives: all that is in them is shipped. The archives
+# follow only for the libraries that they use.
+list(TRANSFORM floors REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE floor_objects)
+add_library(tesmar SHARED ${floor_objects})
+target_link_libraries(tesmar PRIVATE ${floors})
+set(shipped tesmar)
+
+if(TARGET tesmar_hosts_sdl)
+  # It stands on the shared library; linking its own archive would bring the floors in twice.
+  pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
+  add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
+  target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
+  set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
+  add_library(tesmar::sdl ALIAS tesmar_sdl)
+  list(APPEND shipped tesmar_sdl)
+endif()
+add_library(tesmar::tesmar ALIAS tesmar)
+
+foreach(library ${shipped})
+  set_target_properties(${library} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+  target_compile_features(${library} INTERFACE cxx_std_20)
+  target_include_directories(${library} INTERFACE
+    $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  if(NOT TESMAR_SANITIZE) # whose run-time functions come with the program
+    target_link_options(${library} PRIVATE LINKER:--no-undefined)
+  endif()
+endforeach()
+
+# Headers keep their places in the tree.
+file(STRINGS cmake/internal-headers.txt internal_headers REGEX "^[^#]")
+file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
+  tesmar.h platform/*.h model/*.h controls/*.h widgets/*.h panel/*.h)
+list(REMOVE_ITEM headers ${internal_headers})
+foreach(header ${headers})
+  get_filename_component(directory ${header} DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tesmar/${directory})
+endforeach()
+
+set(config_directory ${CMAKE_INSTALL_LIBDIR}/cmake/TESMAR)
+install(TARGETS ${shipped} EXPORT tesmar)
+install(EXPORT tesmar NAMESPACE tesmar:: FILE TESMARConfig.cmake DESTINATION ${config_directory})
+write_basic_package_version_file(TESMARConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TESMARConfigVersion.cmake DESTINATION ${config_directory})
+
+# The installed tree can be moved: its root is told from where the .pc file lies.
+file(RELATIVE_PATH path_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+foreach(library ${shipped})
+  string(REPLACE _ - name ${library})
+  configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc
+          DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()

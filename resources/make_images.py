@@ -1,0 +1,85 @@
+#!/usr/bin/python3
+"""Draws the glyph images of this directory, each at one, two and three pixels a point.
+
+    resources/make_images.py        (Debian: python3-cairo)
+
+Every edge that is upright or level falls on a pixel boundary at every scale.
+"""
+
+import pathlib
+
+import cairo
+
+HERE = pathlib.Path(__file__).resolve().parent
+BLACK = (0, 0, 0)
+LIGHT_GREY = (0.78, 0.78, 0.8)
+
+
+def bar(context, x, y, width, height, colour=BLACK):
+    context.set_source_rgb(*colour)
+    context.rectangle(x, y, width, height)
+    context.fill()
+
+
+# A stepper's half is 47 by 29 points, so only an image of odd size is centred on whole pixels,
+# and only an even glyph has a two-point bar in its middle. Half a point to the right and down is
+# not seen; a blurred edge is.
+GLYPH = 14
+
+
+def minus(context, width, height):
+    bar(context, width - GLYPH, height - GLYPH / 2 - 1, GLYPH, 2)
+
+
+def plus(context, width, height):
+    minus(context, width, height)
+    bar(context, width - GLYPH / 2 - 1, height - GLYPH, 2, GLYPH)
+
+
+def pipe(context, width, height):
+    bar(context, 0, 0, width, height, LIGHT_GREY)
+
+
+def chevron(context, width, height, tip, back):
+    """A stroke from the back's top to the tip and to the back's foot."""
+    context.set_source_rgb(*BLACK)
+    context.set_line_width(2)
+    context.set_line_cap(cairo.LINE_CAP_ROUND)
+    context.set_line_join(cairo.LINE_JOIN_ROUND)
+    context.move_to(back, 2)
+    context.line_to(tip, height / 2)
+    context.line_to(back, height - 2)
+    context.stroke()
+
+
+def chevron_left(context, width, height):
+    chevron(context, width, height, tip=2, back=width - 2)
+
+
+def chevron_right(context, width, height):
+    chevron(context, width, height, tip=width - 2, back=2)
+
+
+# The stepper's faces stay small: the 15 leftmost points of a stepper may be clipped away.
+IMAGES = {  # file name: width and height in points, and what draws it
+    "stepper-up": (15, 15, plus),
+    "stepper-down": (15, 15, minus),
+    "stepper-pipe": (1, 29, pipe),
+    "chevron-left": (12, 20, chevron_left),
+    "chevron-right": (12, 20, chevron_right),
+}
+
+
+def main():
+    for name, (width, height, draw) in IMAGES.items():
+        for scale in (1, 2, 3):
+            surface = cairo.ImageSurface(cairo.FORMAT_ARGB32, width * scale, height * scale)
+            context = cairo.Context(surface)
+            context.scale(scale, scale)
+            draw(context, width, height)
+            suffix = "" if scale == 1 else f"@{scale}x"
+            surface.write_to_png(str(HERE / f"{name}{suffix}.png"))
+
+
+if __name__ == "__main__":
+    main()
