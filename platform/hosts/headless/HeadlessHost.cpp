@@ -1,0 +1,90 @@
+#include "tesmar/platform/hosts/headless/HeadlessHost.h"
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIImage.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesmar {
+
+HeadlessHost::HeadlessHost(CGSize size, CGFloat scale)
+    : window_(UIWindow::windowWithSize(size, scale)), start_(NSRunLoop::mainRunLoop().now()) {
+    allocate();
+}
+
+void HeadlessHost::resize(CGSize size, CGFloat scale) {
+    window_->setSize(size);
+    window_->setScale(scale);
+    allocate();
+}
+
+void HeadlessHost::allocate() {
+    const CGSize size = window_->pixelSize();
+    width_ = static_cast<int>(size.width);
+    height_ = static_cast<int>(size.height);
+    pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0);
+    window_->invalidate();
+}
+
+void HeadlessHost::advance(double seconds) {
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    const double end = start_ + now_ + std::max(0.0, seconds);
+    for (auto due = loop.nextDeadline(); due && *due < end; due = loop.nextDeadline()) {
+        now_ = std::max(now_, *due - start_);
+        loop.advanceTo(*due);
+    }
+    now_ = end - start_;
+    loop.advanceTo(end);
+}
+
+bool HeadlessHost::touch(UITouchPhase phase, CGPoint point, std::int64_t id) {
+    return window_->touch(phase, id, point, start_ + now_);
+}
+
+void HeadlessHost::tap(CGPoint point) {
+    touch(UITouchPhase::began, point);
+    touch(UITouchPhase::ended, point);
+}
+
+void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds) {
+    const int steps = std::max(1, static_cast<int>(std::lround(
+                                      finite(seconds, 0, 3600, 0) / NSRunLoop::kFrameInterval)));
+    touch(UITouchPhase::began, start);
+    CGPoint at = start;
+    for (int i = 1; i <= steps; ++i) {
+        advance(std::max(0.0, seconds) / steps);
+        at = {start.x + distance.x * i / steps, start.y + distance.y * i / steps};
+        touch(UITouchPhase::moved, at);
+    }
+    touch(UITouchPhase::ended, at);
+}
+
+std::span<const PixelRect> HeadlessHost::render() {
+    if (!window_->needsRender())
+        return {};
+    return window_->render(pixels_.data(), width_ * 4);
+}
+
+bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
+    render();
+    std::vector<std::uint32_t> picture = pixels_;
+    if (backdrop) {
+        const auto channel = [](double v) { return static_cast<std::uint32_t>(v * 255 + 0.5); };
+        const std::uint32_t below[3] = {channel(backdrop->blue()), channel(backdrop->green()),
+                                        channel(backdrop->red())};
+        for (std::uint32_t& pixel : picture) {
+            const std::uint32_t through = 255 - (pixel >> 24);
+            std::uint32_t shown = 0xFF000000;
+            for (int i = 0; i < 3; ++i) {
+                const std::uint32_t own = (pixel >> (8 * i)) & 0xFF;
+                shown |= std::min(255u, own + below[i] * through / 255) << (8 * i);
+            }
+            pixel = shown;
+        }
+    }
+    return tesmar::writePNG(path, picture.data(), width_, height_, width_ * 4);
+}
+
+} // namespace tesmar

@@ -1,0 +1,72 @@
+#include "tesmar/platform/ui/DamageRegion.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+// Far beyond any surface, and still exact in an int.
+constexpr double kFarPixel = 1 << 24;
+
+int pixel(double value) { return static_cast<int>(finite(value, -kFarPixel, kFarPixel, 0)); }
+
+long long area(const PixelRect& r) { return static_cast<long long>(r.width) * r.height; }
+
+PixelRect boundingBox(const PixelRect& a, const PixelRect& b) {
+    const int x = std::min(a.x, b.x);
+    const int y = std::min(a.y, b.y);
+    return {x, y, std::max(a.right(), b.right()) - x, std::max(a.bottom(), b.bottom()) - y};
+}
+
+// How many pixels too many a joined rectangle would have.
+long long waste(const PixelRect& a, const PixelRect& b) {
+    return area(boundingBox(a, b)) - area(a) - area(b) + area(intersection(a, b));
+}
+
+} // namespace
+
+PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale) {
+    // Frames come out of calculations: a hair beyond a pixel's edge does not touch the next one.
+    constexpr double kHair = 1e-6;
+    const int left = pixel(std::floor(rect.minX() * scale + kHair));
+    const int top = pixel(std::floor(rect.minY() * scale + kHair));
+    return {left, top, pixel(std::ceil(rect.maxX() * scale - kHair)) - left,
+            pixel(std::ceil(rect.maxY() * scale - kHair)) - top};
+}
+
+CGPoint snappedPoint(CGPoint point, CGFloat scale) {
+    return {std::floor(point.x * scale + 0.5) / scale, std::floor(point.y * scale + 0.5) / scale};
+}
+
+void DamageRegion::add(PixelRect rect) {
+    if (rect.isEmpty())
+        return;
+    // Every join may make another one free of waste.
+    for (std::size_t i = 0; i < rects_.size();) {
+        if (waste(rects_[i], rect) > 0) {
+            ++i;
+            continue;
+        }
+        rect = boundingBox(rects_[i], rect);
+        rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(i));
+        i = 0;
+    }
+    rects_.push_back(rect);
+    if (rects_.size() > kMostRects)
+        joinClosest();
+}
+
+void DamageRegion::joinClosest() {
+    std::size_t first = 0, second = 1;
+    for (std::size_t a = 0; a < rects_.size(); ++a)
+        for (std::size_t b = a + 1; b < rects_.size(); ++b)
+            if (waste(rects_[a], rects_[b]) < waste(rects_[first], rects_[second]))
+                first = a, second = b;
+    const PixelRect joined = boundingBox(rects_[first], rects_[second]);
+    rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(second));
+    rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(first));
+    add(joined);
+}
+
+} // namespace tesmar

@@ -1,0 +1,51 @@
+// Lets an object read itself from its element of an interface file.
+#pragma once
+
+#include "tesmar/platform/foundation/NSBundle.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+
+#include <map>
+#include <pugixml.hpp>
+#include <string>
+#include <vector>
+
+namespace tesmar {
+
+// What all the coders of one file share.
+struct InterfaceFile {
+    static constexpr int kDeepest = 64;
+    static constexpr std::size_t kMostObjects = 4096;
+
+    Ref<NSBundle> bundle;
+    std::map<std::string, Ref<NSObject>, std::less<>> objectsById;
+    // With their elements, in the order of their completion: inner ones first.
+    std::vector<std::pair<Ref<NSObject>, pugi::xml_node>> objects;
+    int depth = 0;
+    std::string problem; // the first one; empty while all is well
+
+    void fail(const pugi::xml_node& at, const std::string& what);
+    // The object that an <object>, <color>, <font> or <image> element describes, or null.
+    Ref<NSObject> instantiate(const pugi::xml_node& element);
+};
+
+class InterfaceCoder : public NSCoder {
+  public:
+    InterfaceCoder(InterfaceFile& file, pugi::xml_node element) : file_(file), element_(element) {}
+
+    std::optional<bool> decodeBool(std::string_view key) override;
+    std::optional<long long> decodeInteger(std::string_view key) override;
+    std::optional<double> decodeDouble(std::string_view key) override;
+    std::optional<std::string> decodeString(std::string_view key) override;
+    std::optional<CGRect> decodeRect(std::string_view key) override;
+    Ref<NSObject> decodeObject(std::string_view key) override;
+    std::vector<Ref<NSObject>> decodeObjects(std::string_view key) override;
+    bool failed() const override { return !file_.problem.empty(); }
+
+  private:
+    pugi::xml_node child(std::string_view key) const;
+
+    InterfaceFile& file_;
+    pugi::xml_node element_;
+};
+
+} // namespace tesmar

@@ -1,0 +1,63 @@
+// The controllers that stand over a window's content, bottom to top, with their comings and goings.
+#pragma once
+
+#include "tesmar/platform/ui/Motion.h"
+#include "tesmar/platform/ui/UIViewController.h"
+
+#include <memory>
+#include <vector>
+
+namespace tesmar {
+
+class PresentationStack {
+  public:
+    explicit PresentationStack(UIWindow& window) : window_(window) {}
+    ~PresentationStack();
+
+    // The window's own controller presents, though it is not presented itself.
+    enum class Root { stands, leaves };
+    void setRoot(UIViewController& controller, Root root);
+
+    void present(const Ref<UIViewController>& controller, const Ref<UIViewController>& presenter,
+                 bool animated, UIViewController::Completion completion);
+    // With everything above it.
+    void dismiss(const UIViewController& controller, bool animated,
+                 UIViewController::Completion completion);
+
+    // Null when there is none.
+    Ref<UIViewController> top() const;
+    Ref<UIViewController> presentedBy(const UIViewController& presenter) const;
+    Ref<UIViewController> presenterOf(const UIViewController& controller) const;
+    bool isPresented(const UIViewController& controller) const;
+    bool isLeaving(const UIViewController& controller) const;
+
+    // The window has another size, or other areas to keep clear of.
+    void layOut();
+    // The view that stands for a tap beside the topmost card; null while nothing is presented.
+    const UIView* topContainer() const;
+
+  private:
+    enum class Stage { arriving, shown, leaving, gone };
+    struct Presentation {
+        Ref<UIViewController> controller;
+        WeakRef<UIViewController> presenter;
+        Ref<UIView> container;
+        Stage stage = Stage::arriving;
+        bool animated = false;
+        UIViewController::Completion completion;
+        std::unique_ptr<Transition> progress; // 0 away … 1 in place
+    };
+    using Shared = std::shared_ptr<Presentation>;
+
+    Shared find(const UIViewController& controller) const;
+    void layOut(Presentation& presentation);
+    void showProgress(Presentation& presentation);
+    void arrived(const Shared& presentation);
+    void leave(const Shared& presentation, bool animated, UIViewController::Completion completion);
+    void left(const Shared& presentation);
+
+    UIWindow& window_;
+    std::vector<Shared> stack_;
+};
+
+} // namespace tesmar

@@ -1,0 +1,120 @@
+#include "tesmar/platform/ui/ScrollMotion.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+constexpr double kRubberStiffness = 0.55;
+// Gliding ends below this speed, springing within this distance. Points per second, points.
+constexpr double kSlowest = 10;
+constexpr double kNearest = 0.25;
+// Natural frequency of the critically damped spring, per second.
+constexpr double kSpring = 12;
+// No finger is faster; beyond it the sum would only be wrong. Points per second.
+constexpr double kFastest = 20000;
+
+// How the logarithm of the speed falls, per second.
+const double kLogRate = std::log(ScrollMotion::kDecelerationRate) * 1000;
+
+} // namespace
+
+double ScrollMotion::rubberBand(double overshoot, double extent) {
+    if (!(overshoot > 0) || !(extent > 0))
+        return 0;
+    return (1 - 1 / (overshoot * kRubberStiffness / extent + 1)) * extent;
+}
+
+double ScrollMotion::inverseRubberBand(double stretch) const {
+    const double part = std::min(stretch / std::max(extent_, 1.0), 0.999);
+    return (1 / (1 - part) - 1) * std::max(extent_, 1.0) / kRubberStiffness;
+}
+
+void ScrollMotion::setRange(double lowest, double highest) {
+    lowest_ = lowest;
+    highest_ = std::max(lowest, highest);
+}
+
+double ScrollMotion::nearestRest(double offset) const {
+    return std::clamp(offset, lowest_, highest_);
+}
+
+void ScrollMotion::jumpTo(double offset) {
+    moving_ = false;
+    offset_ = offset;
+}
+
+void ScrollMotion::beginDrag() {
+    moving_ = false;
+    const double rest = nearestRest(offset_);
+    dragOrigin_ = offset_ < rest   ? rest - inverseRubberBand(rest - offset_)
+                  : offset_ > rest ? rest + inverseRubberBand(offset_ - rest)
+                                   : offset_;
+}
+
+void ScrollMotion::dragBy(double distance) {
+    const double wanted = dragOrigin_ + distance;
+    const double rest = nearestRest(wanted);
+    offset_ = wanted < rest   ? rest - rubberBand(rest - wanted, extent_)
+              : wanted > rest ? rest + rubberBand(wanted - rest, extent_)
+                              : wanted;
+}
+
+void ScrollMotion::endDrag(double velocity, double now) {
+    velocity = std::isfinite(velocity) ? std::clamp(velocity, -kFastest, kFastest) : 0;
+    const double rest = nearestRest(offset_);
+    if (offset_ != rest) {
+        springFrom(now, velocity, rest);
+        return;
+    }
+    moving_ = std::abs(velocity) >= kSlowest && highest_ > lowest_;
+    mode_ = Mode::decelerating;
+    startTime_ = now;
+    startOffset_ = offset_;
+    startVelocity_ = velocity;
+}
+
+void ScrollMotion::moveTo(double offset, double now) { springFrom(now, 0, nearestRest(offset)); }
+
+void ScrollMotion::springFrom(double now, double velocity, double target) {
+    moving_ = true;
+    mode_ = Mode::springing;
+    startTime_ = now;
+    startOffset_ = offset_;
+    startVelocity_ = velocity;
+    target_ = target;
+}
+
+bool ScrollMotion::step(double now) {
+    if (!moving_)
+        return false;
+    const double t = std::max(0.0, now - startTime_);
+    if (mode_ == Mode::springing) {
+        const double away = startOffset_ - target_;
+        const double decay = std::exp(-kSpring * t);
+        const double slope = startVelocity_ + kSpring * away;
+        offset_ = target_ + (away + slope * t) * decay;
+        const double speed = (slope - kSpring * (away + slope * t)) * decay;
+        if (std::abs(offset_ - target_) < kNearest && std::abs(speed) < kSlowest) {
+            offset_ = target_;
+            moving_ = false;
+        }
+        return moving_;
+    }
+    const double left = std::exp(kLogRate * t);
+    offset_ = startOffset_ + startVelocity_ * (left - 1) / kLogRate;
+    const double rest = nearestRest(offset_);
+    if (offset_ != rest) {
+        // The end was reached on the way: the spring takes over there, at the speed of then.
+        const double reached =
+            std::log1p((rest - startOffset_) * kLogRate / startVelocity_) / kLogRate;
+        offset_ = rest;
+        springFrom(startTime_ + reached, startVelocity_ * std::exp(kLogRate * reached), rest);
+        return step(now);
+    }
+    moving_ = std::abs(startVelocity_) * left >= kSlowest;
+    return moving_;
+}
+
+} // namespace tesmar

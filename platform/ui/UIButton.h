@@ -1,0 +1,61 @@
+// A control with a title or an image, either for each of its states.
+#pragma once
+
+#include "tesmar/platform/graphics/UIImage.h"
+#include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/UILabel.h"
+
+#include <map>
+
+namespace tesmar {
+
+enum class UIButtonType { custom = 0, system = 1 };
+
+class TESMAR_API UIButton : public UIControl {
+    TESMAR_CLASS
+
+  public:
+    static Ref<UIButton> buttonWithType(UIButtonType type);
+
+    // Reads, beside the control's keys, "title", "titleColor", "image" and "tintColor".
+    bool initWithCoder(NSCoder& coder) override;
+
+    UIButtonType buttonType() const { return type_; }
+
+    // For a state that has none of its own, the normal state's is shown.
+    void setTitle(std::string title, unsigned forState);
+    std::string titleForState(unsigned state) const;
+    void setTitleColor(const Ref<UIColor>& color, unsigned forState);
+    Ref<UIColor> titleColorForState(unsigned state) const;
+    // Images are drawn in the tint colour.
+    void setImage(const Ref<UIImage>& image, unsigned forState);
+    Ref<UIImage> imageForState(unsigned state) const;
+    const Ref<UIColor>& tintColor() const { return tintColor_; }
+    void setTintColor(const Ref<UIColor>& color);
+
+    // Shows the title of the present state; made when first asked for. Its text and colour belong
+    // to the button, its font to whoever wants another than the 18-point system font.
+    const Ref<UILabel>& titleLabel();
+
+    // The title and 12 points of height, or the image; at least 30 points wide.
+    CGSize intrinsicContentSize() const override;
+    std::optional<CGFloat> layoutBaselineBelowCenter() const override;
+    void draw(CGRect rect) override;
+    void layoutSubviews() override;
+    UIView* hitTest(CGPoint point) override;
+
+  protected:
+    void stateChanged() override;
+
+  private:
+    void showState();
+
+    UIButtonType type_ = UIButtonType::custom;
+    std::map<unsigned, std::string> titles_;
+    std::map<unsigned, Ref<UIColor>> titleColors_;
+    std::map<unsigned, Ref<UIImage>> images_;
+    Ref<UIColor> tintColor_;
+    Ref<UILabel> titleLabel_;
+};
+
+} // namespace tesmar

@@ -1,0 +1,208 @@
+#include "tesmar/platform/ui/UIControl.h"
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/UIWindow.h"
+
+#include <algorithm>
+
+namespace tesmar {
+namespace {
+
+// How long a highlight has to stand to be seen, in seconds.
+constexpr double kFlash = 0.1;
+
+} // namespace
+
+Class& UIControl::classObject() {
+    static Class type(
+        "UIControl", &UIView::classObject(), allocator<UIControl>(),
+        {method<&UIControl::isEnabled>("isEnabled"), method<&UIControl::setEnabled>("setEnabled:"),
+         method<&UIControl::isSelected>("isSelected"),
+         method<&UIControl::setSelected>("setSelected:"),
+         method<&UIControl::isHighlighted>("isHighlighted"),
+         method<&UIControl::setHighlighted>("setHighlighted:"), method<&UIControl::state>("state"),
+         method<&UIControl::sendActionsForControlEvents>("sendActionsForControlEvents:")});
+    return type;
+}
+
+bool UIControl::initWithCoder(NSCoder& coder) {
+    if (!UIView::initWithCoder(coder))
+        return false;
+    enabled_ = coder.decodeBool("enabled").value_or(enabled_);
+    selected_ = coder.decodeBool("selected").value_or(selected_);
+    return true;
+}
+
+void UIControl::setEnabled(bool enabled) {
+    if (enabled == enabled_)
+        return;
+    enabled_ = enabled;
+    if (!enabled)
+        stopTracking();
+    stateChanged();
+}
+
+void UIControl::setSelected(bool selected) {
+    if (selected == selected_)
+        return;
+    selected_ = selected;
+    stateChanged();
+}
+
+void UIControl::setHighlighted(bool highlighted) {
+    flashing_ = false;
+    if (highlighted == highlighted_)
+        return;
+    highlighted_ = highlighted;
+    stateChanged();
+}
+
+unsigned UIControl::state() const {
+    return (highlighted_ ? UIControlStateHighlighted : 0u) |
+           (enabled_ ? 0u : UIControlStateDisabled) | (isSelected() ? UIControlStateSelected : 0u);
+}
+
+void UIControl::addTarget(const Ref<NSObject>& target, Selector action, unsigned events) {
+    if (!target)
+        return;
+    for (Target& known : targets_)
+        if (known.identity == target.get() && known.action == action && !known.target.expired()) {
+            known.events |= events;
+            return;
+        }
+    targets_.push_back({target, target.get(), action, events});
+}
+
+void UIControl::removeTarget(const NSObject* target, Selector action, unsigned events) {
+    for (Target& known : targets_)
+        if ((!target || known.identity == target) && known.action == action)
+            known.events &= ~events;
+    std::erase_if(targets_, [](const Target& t) { return t.events == 0 || t.target.expired(); });
+}
+
+void UIControl::sendActionsForControlEvents(unsigned events) {
+    const auto kept = ref(this);
+    // By index, and only the targets of now: an action may add and remove targets.
+    const std::size_t count = targets_.size();
+    for (std::size_t i = 0; i < std::min(count, targets_.size()); ++i) {
+        if (!(targets_[i].events & events))
+            continue;
+        const Selector action = targets_[i].action;
+        if (const auto target = targets_[i].target.lock())
+            performAction(*target, action, kept);
+    }
+}
+
+CGRect UIControl::touchRect() const {
+    const CGRect b = bounds();
+    const CGFloat dx = std::max(0.0, (kTouchTarget - b.size.width) / 2);
+    const CGFloat dy = std::max(0.0, (kTouchTarget - b.size.height) / 2);
+    return CGRectInset(b, -dx, -dy);
+}
+
+bool UIControl::isWithinMargin(const UITouch& touch) const {
+    return CGRectInset(bounds(), -kTrackingMargin, -kTrackingMargin)
+        .contains(touch.locationIn(*this));
+}
+
+// --- Tracking: one finger at a time -------------------------------------------------------------
+
+void UIControl::touchBegan(UITouch& touch) {
+    if (touch_ || !enabled_)
+        return;
+    const auto kept = ref(this);
+    touch_ = &touch;
+    touchTime_ = touch.timestamp();
+    touchInside_ = true;
+    if (!beginTracking(touch)) {
+        stopTracking();
+        return;
+    }
+    setHighlighted(true);
+    sendActionsForControlEvents(UIControlEventTouchDown);
+}
+
+void UIControl::touchMoved(UITouch& touch) {
+    if (touch_ != &touch)
+        return;
+    const auto kept = ref(this);
+    const bool wasInside = touchInside_;
+    touchInside_ = isWithinMargin(touch);
+    if (!continueTracking(touch)) {
+        stopTracking();
+        return;
+    }
+    if (touch_ != &touch)
+        return;
+    setHighlighted(touchInside_);
+    if (wasInside != touchInside_)
+        sendActionsForControlEvents(touchInside_ ? UIControlEventTouchDragEnter
+                                                 : UIControlEventTouchDragExit);
+    sendActionsForControlEvents(touchInside_ ? UIControlEventTouchDragInside
+                                             : UIControlEventTouchDragOutside);
+}
+
+void UIControl::touchEnded(UITouch& touch) {
+    if (touch_ != &touch)
+        return;
+    const auto kept = ref(this);
+    const bool inside = isWithinMargin(touch);
+    const bool unseen = touch.timestamp() - touchTime_ < kFlash && inside;
+    touch_ = nullptr;
+    touchInside_ = inside;
+    // The highlight is settled before anyone is told, for whoever is told may do anything.
+    if (unseen && highlighted_ && window())
+        flashHighlight();
+    else
+        setHighlighted(false);
+    endTracking(touch);
+    sendActionsForControlEvents(inside ? UIControlEventTouchUpInside : UIControlEventTouchUpOutside);
+}
+
+void UIControl::touchCancelled(UITouch& touch) {
+    if (touch_ == &touch)
+        stopTracking();
+}
+
+void UIControl::stopTracking() {
+    if (!touch_)
+        return;
+    const auto kept = ref(this);
+    touch_ = nullptr;
+    touchInside_ = false;
+    setHighlighted(false);
+    cancelTracking();
+    sendActionsForControlEvents(UIControlEventTouchCancel);
+}
+
+void UIControl::flashHighlight() {
+    if (std::exchange(flashing_, true))
+        return;
+    const std::weak_ptr<NSObject> weak = weak_from_this();
+    NSRunLoop::mainRunLoop().schedule(kFlash, [weak] {
+        const auto control = as<UIControl>(weak.lock());
+        if (control && control->flashing_ && !control->touch_)
+            control->setHighlighted(false);
+    });
+}
+
+void UIControl::didMoveToWindow() {
+    if (window())
+        return;
+    stopTracking();
+    setHighlighted(false);
+}
+
+bool isLeafControl(const UIView& view) {
+    const auto holdsControl = [](const auto& self, const UIView& v) -> bool {
+        return std::any_of(v.subviews().begin(), v.subviews().end(), [&](const auto& child) {
+            return dynamic_cast<const UIControl*>(child.get()) || self(self, *child);
+        });
+    };
+    return dynamic_cast<const UIControl*>(&view) && !holdsControl(holdsControl, view);
+}
+
+} // namespace tesmar

@@ -1,0 +1,128 @@
+#include "tesmar/platform/ui/UILabel.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+constexpr CGFloat kDefaultSize = 17;
+
+} // namespace
+
+Class& UILabel::classObject() {
+    static Class type(
+        "UILabel", &UIView::classObject(), allocator<UILabel>(),
+        {method<&UILabel::text>("text"), method<&UILabel::setText>("setText:"),
+         method<&UILabel::font>("font"), method<&UILabel::setFont>("setFont:"),
+         method<&UILabel::textColor>("textColor"), method<&UILabel::setTextColor>("setTextColor:"),
+         method<&UILabel::textAlignment>("textAlignment"),
+         method<&UILabel::setTextAlignment>("setTextAlignment:")});
+    return type;
+}
+
+UILabel::UILabel()
+    : font_(UIFont::systemFontOfSize(kDefaultSize)), textColor_(UIColor::blackColor()) {
+    setUserInteractionEnabled(false);
+}
+
+bool UILabel::initWithCoder(NSCoder& coder) {
+    if (!UIView::initWithCoder(coder))
+        return false;
+    setUserInteractionEnabled(coder.decodeBool("userInteractionEnabled").value_or(false));
+    text_ = coder.decodeString("text").value_or("");
+    if (const auto font = as<UIFont>(coder.decodeObject("font")))
+        font_ = font;
+    if (const auto color = as<UIColor>(coder.decodeObject("textColor")))
+        textColor_ = color;
+    const long long alignment = coder.decodeInteger("textAlignment").value_or(0);
+    if (alignment == 1 || alignment == 2)
+        alignment_ = static_cast<NSTextAlignment>(alignment);
+    return true;
+}
+
+void UILabel::setText(std::string text) {
+    if (text == text_)
+        return;
+    setNeedsDisplay(); // where the old text's ink was
+    text_ = std::move(text);
+    contentChanged();
+}
+
+void UILabel::setFont(const Ref<UIFont>& font) {
+    const auto next = font ? font : UIFont::systemFontOfSize(kDefaultSize);
+    if (font_->isEqual(next.get()))
+        return;
+    setNeedsDisplay();
+    font_ = next;
+    contentChanged();
+}
+
+void UILabel::setTextColor(const Ref<UIColor>& color) {
+    const auto next = color ? color : UIColor::blackColor();
+    if (textColor_->isEqual(next.get()))
+        return;
+    textColor_ = next;
+    setNeedsDisplay();
+}
+
+void UILabel::setTextAlignment(NSTextAlignment alignment) {
+    if (alignment == alignment_)
+        return;
+    setNeedsDisplay();
+    alignment_ = alignment;
+    setNeedsDisplay();
+}
+
+void UILabel::contentChanged() {
+    invalidateIntrinsicContentSize();
+    setNeedsDisplay();
+}
+
+TextLayout& UILabel::laidOut() const {
+    layout_.setText(text_);
+    layout_.setFont(font_);
+    layout_.setAlignment(alignment_);
+    return layout_;
+}
+
+CGSize UILabel::intrinsicContentSize() const {
+    if (text_.empty())
+        return {0, 0};
+    TextLayout& layout = laidOut();
+    layout.setWidth(std::nullopt);
+    const CGSize size = layout.size();
+    return {std::ceil(size.width), std::ceil(size.height)};
+}
+
+std::optional<CGFloat> UILabel::layoutBaselineBelowCenter() const {
+    return (font_->ascender() + font_->descender()) / 2;
+}
+
+// The text is centred vertically, even where it is higher than the label.
+void UILabel::draw(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    if (!context || text_.empty())
+        return;
+    TextLayout& layout = laidOut();
+    layout.setWidth(frame().size.width);
+    layout.draw(*context, {0, (frame().size.height - layout.size().height) / 2}, *textColor_);
+}
+
+UIEdgeInsets UILabel::drawingOverflow() const {
+    if (text_.empty())
+        return {};
+    TextLayout& layout = laidOut();
+    layout.setWidth(frame().size.width);
+    const CGSize size = frame().size;
+    const CGRect ink =
+        CGRectInset(layout.inkBounds().offsetBy({0, (size.height - layout.size().height) / 2}), -1,
+                    -1); // antialiasing, and rounding to pixels
+    return {std::max(0.0, -ink.minY()), std::max(0.0, -ink.minX()),
+            std::max(0.0, ink.maxY() - size.height), std::max(0.0, ink.maxX() - size.width)};
+}
+
+} // namespace tesmar

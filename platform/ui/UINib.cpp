@@ -1,0 +1,139 @@
+#include "tesmar/platform/ui/UINib.h"
+
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/layout/NSLayoutConstraint.h"
+#include "tesmar/platform/layout/visual_format.h"
+#include "tesmar/platform/ui/InterfaceCoder.h"
+#include "tesmar/platform/ui/UIView.h"
+#include "tesmar/platform/ui/platform_classes.h"
+
+#include <array>
+#include <map>
+
+namespace tesmar {
+namespace {
+
+constexpr std::size_t kLargestFile = 1 << 20;
+
+const std::map<std::string_view, NSLayoutFormatOptions>& optionNames() {
+    static const std::map<std::string_view, NSLayoutFormatOptions> names{
+        {"", NSLayoutFormatNone},
+        {"alignAllTop", NSLayoutFormatAlignAllTop},
+        {"alignAllBottom", NSLayoutFormatAlignAllBottom},
+        {"alignAllLeft", NSLayoutFormatAlignAllLeft},
+        {"alignAllRight", NSLayoutFormatAlignAllRight},
+        {"alignAllCenterX", NSLayoutFormatAlignAllCenterX},
+        {"alignAllCenterY", NSLayoutFormatAlignAllCenterY}};
+    return names;
+}
+
+// <outlet property="nextButton" destination="next"/> calls setNextButton: with the object of that
+// id.
+void connectOutlets(InterfaceFile& file, const Ref<NSObject>& object, const pugi::xml_node& node) {
+    for (const auto& outlet : node.children("outlet")) {
+        std::string property = outlet.attribute("property").value();
+        const auto target = file.objectsById.find(outlet.attribute("destination").value());
+        if (property.empty() || target == file.objectsById.end()) {
+            file.fail(outlet, "an outlet leads nowhere");
+            continue;
+        }
+        property[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(property[0])));
+        const Selector setter("set" + property + ":");
+        if (!object->respondsToSelector(setter)) {
+            file.fail(outlet, std::string(object->isa().name()) + " has no outlet \"" +
+                                  outlet.attribute("property").value() + "\"");
+            continue;
+        }
+        const std::array<Value, 1> arguments{target->second};
+        performSelector(*object, setter, arguments);
+    }
+}
+
+// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/> among the ids of the file.
+void addConstraints(InterfaceFile& file, const Ref<NSObject>& object, const pugi::xml_node& node) {
+    const auto view = as<UIView>(object);
+    NSLayoutConstraint::Views views;
+    for (const auto& constraints : node.children("constraints")) {
+        const auto option = optionNames().find(constraints.attribute("options").value());
+        if (!view || option == optionNames().end()) {
+            file.fail(constraints, "constraints with unknown options, or on something that is no "
+                                   "view");
+            continue;
+        }
+        if (views.empty())
+            for (const auto& [id, known] : file.objectsById)
+                if (const auto item = as<UIView>(known))
+                    views.emplace(id, item);
+        const std::string format = constraints.attribute("format").value();
+        std::string problem;
+        if (!checkVisualFormat(format, views, problem)) {
+            file.fail(constraints, problem);
+            continue;
+        }
+        view->addConstraints(
+            NSLayoutConstraint::constraintsWithVisualFormat(format, option->second, {}, views));
+    }
+}
+
+} // namespace
+
+Class& UINib::classObject() {
+    static Class type("UINib", &NSObject::classObject(), nullptr, {},
+                      {method<&UINib::nibWithNibName>("nibWithNibName:bundle:")});
+    return type;
+}
+
+Ref<UINib> UINib::nibWithNibName(const std::string& name, const Ref<NSBundle>& bundle) {
+    auto nib = make<UINib>();
+    nib->name_ = name;
+    nib->bundle_ = bundle ? bundle : NSBundle::mainBundle();
+    const auto text = nib->bundle_->resource(name + ".xml");
+    if (!text)
+        fatalError("no interface file \"" + name + ".xml\" in the bundle \"" +
+                   nib->bundle_->bundleIdentifier() + "\"");
+    nib->text_ = *text;
+    return nib;
+}
+
+std::vector<Ref<NSObject>> UINib::instantiateWithOwner(const Class*) const {
+    std::string problem;
+    auto objects = instantiateInterface(text_, bundle_, problem);
+    if (!objects)
+        fatalError("interface file \"" + name_ + ".xml\": " + problem);
+    return std::move(*objects);
+}
+
+std::optional<std::vector<Ref<NSObject>>>
+instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::string& problem) {
+    registerPlatformClasses();
+    if (text.size() > kLargestFile) {
+        problem = "larger than " + std::to_string(kLargestFile) + " bytes";
+        return std::nullopt;
+    }
+    pugi::xml_document document;
+    const auto parsed = document.load_buffer(text.data(), text.size());
+    if (!parsed) {
+        problem = std::string(parsed.description()) + " (at byte " +
+                  std::to_string(parsed.offset) + ")";
+        return std::nullopt;
+    }
+    InterfaceFile file;
+    file.bundle = bundle;
+    std::vector<Ref<NSObject>> topLevel;
+    for (const auto& node : document.child("interface").children("object"))
+        if (auto object = file.instantiate(node))
+            topLevel.push_back(std::move(object));
+    const auto objects = file.objects;
+    for (const auto& [object, node] : objects) {
+        connectOutlets(file, object, node);
+        addConstraints(file, object, node);
+    }
+    problem = file.problem;
+    if (!problem.empty())
+        return std::nullopt;
+    for (const auto& [object, node] : objects)
+        object->awakeFromNib();
+    return topLevel;
+}
+
+} // namespace tesmar

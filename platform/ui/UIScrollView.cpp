@@ -1,0 +1,318 @@
+#include "tesmar/platform/ui/UIScrollView.h"
+
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+// A finger that rests this long before its lift throws nothing. Seconds.
+constexpr double kRestBeforeLift = 0.1;
+// A pause this long ends a burst of wheel events. Seconds.
+constexpr double kWheelPause = 0.15;
+// One direction is clear when the other is less than this part of it.
+constexpr double kClearDirection = 0.5;
+
+} // namespace
+
+// The motion after a drag, in the host's time.
+class UIScrollView::Glide : public FrameClient {
+  public:
+    explicit Glide(UIScrollView& view) : view_(&view) {}
+    void leave() { view_ = nullptr; }
+    bool frame(double now) override { return view_ && view_->glideStep(now); }
+
+  private:
+    UIScrollView* view_;
+};
+
+Class& UIScrollView::classObject() {
+    static Class type("UIScrollView", &UIView::classObject(), allocator<UIScrollView>(),
+                      {method<&UIScrollView::isScrollEnabled>("isScrollEnabled"),
+                       method<&UIScrollView::setScrollEnabled>("setScrollEnabled:"),
+                       method<&UIScrollView::showsVerticalScrollIndicator>(
+                           "showsVerticalScrollIndicator"),
+                       method<&UIScrollView::setShowsVerticalScrollIndicator>(
+                           "setShowsVerticalScrollIndicator:"),
+                       method<&UIScrollView::showsHorizontalScrollIndicator>(
+                           "showsHorizontalScrollIndicator"),
+                       method<&UIScrollView::setShowsHorizontalScrollIndicator>(
+                           "setShowsHorizontalScrollIndicator:"),
+                       method<&UIScrollView::isDragging>("isDragging"),
+                       method<&UIScrollView::isDecelerating>("isDecelerating")});
+    return type;
+}
+
+UIScrollView::UIScrollView()
+    : indicatorAlpha_(0, [this] { damageIndicators(); }) {
+    setClipsToBounds(true);
+}
+
+UIScrollView::~UIScrollView() {
+    if (gliding_)
+        gliding_->leave();
+    NSRunLoop::mainRunLoop().cancel(wheelEnd_);
+}
+
+// --- Content ------------------------------------------------------------------------------------
+
+void UIScrollView::setContentSize(CGSize size) {
+    size = finiteRect({{}, size}).size;
+    if (size == contentSize_)
+        return;
+    contentSize_ = size;
+    setNeedsLayout();
+}
+
+void UIScrollView::layoutSubviews() {
+    configureMotion();
+    // A smaller content, or a larger view, must not leave the content past its end.
+    if (!dragging_ && !gliding_) {
+        const CGPoint now = contentOffset();
+        const CGSize room = scrollRoom();
+        setBoundsOrigin({std::clamp(now.x, 0.0, room.width), std::clamp(now.y, 0.0, room.height)});
+        syncMotion();
+    }
+}
+
+CGSize UIScrollView::scrollRoom() const {
+    return {std::max(0.0, contentSize_.width - frame().size.width),
+            std::max(0.0, contentSize_.height - frame().size.height)};
+}
+
+void UIScrollView::configureMotion() {
+    const CGSize room = scrollRoom();
+    x_.setRange(0, room.width);
+    x_.setExtent(frame().size.width);
+    y_.setRange(0, room.height);
+    y_.setExtent(frame().size.height);
+}
+
+void UIScrollView::syncMotion() {
+    x_.jumpTo(contentOffset().x);
+    y_.jumpTo(contentOffset().y);
+}
+
+bool UIScrollView::canScroll(LayoutAxis axis) const {
+    // Less than half a point is a rounding matter, not something to scroll to.
+    const CGSize room = scrollRoom();
+    return scrollEnabled_ &&
+           (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
+}
+
+void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
+    configureMotion();
+    if (animated && window() && motionSetting() == MotionSetting::full) {
+        const double now = NSRunLoop::mainRunLoop().now();
+        x_.moveTo(offset.x, now);
+        y_.moveTo(offset.y, now);
+        startGliding();
+        return;
+    }
+    stopGliding();
+    x_.jumpTo(finiteCoordinate(offset.x));
+    y_.jumpTo(finiteCoordinate(offset.y));
+    showOffset();
+}
+
+void UIScrollView::scrollRectToVisible(const CGRect& rect, bool animated) {
+    const auto nearest = [](CGFloat at, CGFloat extent, CGFloat low, CGFloat high) {
+        return high - low >= extent || low < at ? low : high > at + extent ? high - extent : at;
+    };
+    const CGRect shown = bounds();
+    const CGSize room = scrollRoom();
+    const CGFloat x = nearest(shown.minX(), shown.size.width, rect.minX(), rect.maxX());
+    const CGFloat y = nearest(shown.minY(), shown.size.height, rect.minY(), rect.maxY());
+    setContentOffset({std::clamp(x, 0.0, room.width), std::clamp(y, 0.0, room.height)}, animated);
+}
+
+void UIScrollView::showOffset() {
+    const CGPoint offset{x_.offset(), y_.offset()};
+    if (offset == contentOffset())
+        return;
+    setBoundsOrigin(offset);
+    if (const auto delegate = delegate_.lock())
+        delegate->scrollViewDidScroll(*this);
+}
+
+// --- Dragging -----------------------------------------------------------------------------------
+
+bool UIScrollView::wantsDrag(CGPoint translation) const {
+    return (canScroll(LayoutAxis::horizontal) && std::abs(translation.x) >= kDragThreshold) ||
+           (canScroll(LayoutAxis::vertical) && std::abs(translation.y) >= kDragThreshold);
+}
+
+void UIScrollView::beginDrag(CGPoint point, CGPoint translation, double time) {
+    configureMotion();
+    stopGliding();
+    endWheelBurst();
+    const CGPoint moved{std::abs(translation.x), std::abs(translation.y)};
+    const bool across = canScroll(LayoutAxis::horizontal);
+    const bool along = canScroll(LayoutAxis::vertical);
+    lock_ = !along || (across && moved.y < moved.x * kClearDirection) ? UIScrollAxisLock::horizontal
+            : !across || moved.x < moved.y * kClearDirection           ? UIScrollAxisLock::vertical
+                                                                       : UIScrollAxisLock::none;
+    syncMotion();
+    x_.beginDrag();
+    y_.beginDrag();
+    grip_ = lastPoint_ = point;
+    lastTime_ = time;
+    velocity_ = {};
+    beganDragging();
+}
+
+void UIScrollView::continueDrag(CGPoint point, double time) {
+    if (!dragging_)
+        return;
+    const double elapsed = time - lastTime_;
+    if (elapsed > 0) {
+        // Half of the old speed is kept: single events jitter.
+        const CGPoint moved = point - lastPoint_;
+        velocity_ = {(velocity_.x - moved.x / elapsed) / 2, (velocity_.y - moved.y / elapsed) / 2};
+        lastTime_ = time;
+        lastPoint_ = point;
+    }
+    const CGPoint moved = point - grip_;
+    if (lock_ != UIScrollAxisLock::vertical)
+        x_.dragBy(-moved.x);
+    if (lock_ != UIScrollAxisLock::horizontal)
+        y_.dragBy(-moved.y);
+    showOffset();
+}
+
+void UIScrollView::endDrag(double time) {
+    if (!dragging_)
+        return;
+    const bool thrown = time - lastTime_ < kRestBeforeLift;
+    release(thrown ? velocity_ : CGPoint{}, time);
+}
+
+void UIScrollView::cancelDrag() {
+    if (dragging_)
+        release({}, lastTime_);
+}
+
+void UIScrollView::release(CGPoint velocity, double time) {
+    const double now = std::max(time, NSRunLoop::mainRunLoop().now());
+    x_.endDrag(lock_ == UIScrollAxisLock::vertical ? 0 : velocity.x, now);
+    y_.endDrag(lock_ == UIScrollAxisLock::horizontal ? 0 : velocity.y, now);
+    const bool glides = window() && (x_.isMoving() || y_.isMoving());
+    if (glides)
+        startGliding();
+    endedDragging(glides);
+}
+
+void UIScrollView::beganDragging() {
+    dragging_ = true;
+    showIndicators();
+    if (const auto delegate = delegate_.lock())
+        delegate->scrollViewWillBeginDragging(*this);
+}
+
+void UIScrollView::endedDragging(bool willDecelerate) {
+    const auto kept = ref(this);
+    dragging_ = false;
+    if (!gliding_)
+        fadeIndicators();
+    if (const auto delegate = delegate_.lock())
+        delegate->scrollViewDidEndDragging(*this, willDecelerate);
+}
+
+void UIScrollView::wheel(CGPoint delta) {
+    const auto kept = ref(this);
+    configureMotion();
+    stopGliding();
+    if (!dragging_)
+        beganDragging();
+    const CGSize room = scrollRoom();
+    x_.jumpTo(std::clamp(contentOffset().x - finiteCoordinate(delta.x), 0.0, room.width));
+    y_.jumpTo(std::clamp(contentOffset().y - finiteCoordinate(delta.y), 0.0, room.height));
+    showOffset();
+
+    NSRunLoop::mainRunLoop().cancel(wheelEnd_);
+    const std::weak_ptr<NSObject> weak = weak_from_this();
+    wheelEnd_ = NSRunLoop::mainRunLoop().schedule(kWheelPause, [weak] {
+        if (const auto view = as<UIScrollView>(weak.lock()))
+            view->endWheelBurst();
+    });
+}
+
+void UIScrollView::endWheelBurst() {
+    if (!wheelEnd_)
+        return;
+    NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, 0));
+    if (dragging_)
+        endedDragging(false);
+}
+
+// --- Gliding ------------------------------------------------------------------------------------
+
+bool UIScrollView::catchMotion() {
+    if (!gliding_)
+        return false;
+    const auto kept = ref(this);
+    stopGliding();
+    showIndicators();
+    return true;
+}
+
+// A caught motion is let go without a drag: content past an end goes back.
+void UIScrollView::settle() {
+    configureMotion();
+    syncMotion();
+    release({}, NSRunLoop::mainRunLoop().now());
+}
+
+void UIScrollView::startGliding() {
+    if (motionSetting() == MotionSetting::reduced) {
+        const CGSize room = scrollRoom();
+        x_.jumpTo(std::clamp(x_.offset(), 0.0, room.width));
+        y_.jumpTo(std::clamp(y_.offset(), 0.0, room.height));
+        showOffset();
+        return;
+    }
+    showIndicators();
+    if (!gliding_)
+        gliding_ = std::make_shared<Glide>(*this);
+    NSRunLoop::mainRunLoop().addFrameClient(gliding_);
+}
+
+void UIScrollView::stopGliding() {
+    if (!gliding_)
+        return;
+    std::exchange(gliding_, nullptr)->leave();
+    x_.stop();
+    y_.stop();
+    fadeIndicators();
+}
+
+bool UIScrollView::glideStep(double now) {
+    const auto kept = ref(this);
+    configureMotion();
+    const bool moving = x_.step(now) | y_.step(now);
+    if (!moving)
+        stopGliding();
+    showOffset();
+    if (!moving)
+        if (const auto delegate = delegate_.lock())
+            delegate->scrollViewDidEndDecelerating(*this);
+    return gliding_ != nullptr;
+}
+
+void UIScrollView::didMoveToWindow() {
+    if (window())
+        return;
+    // Nobody sees it move any more: it comes to rest where it would have.
+    endWheelBurst();
+    stopGliding();
+    if (!dragging_) {
+        const CGSize room = scrollRoom();
+        setBoundsOrigin({std::clamp(contentOffset().x, 0.0, room.width),
+                         std::clamp(contentOffset().y, 0.0, room.height)});
+    }
+}
+
+} // namespace tesmar

@@ -1,0 +1,113 @@
+// A two-part control, 94 × 29 points, that decreases or increases a value by a step.
+#pragma once
+
+#include "tesmar/platform/graphics/UIImage.h"
+#include "tesmar/platform/ui/UIControl.h"
+
+#include <map>
+
+namespace tesmar {
+
+enum class UIStepperHalf { none, decrement, increment };
+
+class TESMAR_API UIStepper : public UIControl {
+    TESMAR_CLASS
+
+  public:
+    static constexpr CGSize kSize{94, 29};
+
+    UIStepper();
+
+    bool initWithFrame(CGRect frame) override;
+    // Reads, beside the control's keys, "minimumValue", "maximumValue", "stepValue", "value",
+    // "wraps", "autorepeat" and "continuous".
+    bool initWithCoder(NSCoder& coder) override;
+
+    // Held within the range; 0 at the start. Code that sets it sends no event.
+    double value() const { return value_; }
+    void setValue(double value);
+    // 0 and 100 at the start. A maximum below the minimum pushes the minimum down, a minimum above
+    // the maximum pushes the maximum up.
+    double minimumValue() const { return minimum_; }
+    void setMinimumValue(double minimum);
+    double maximumValue() const { return maximum_; }
+    void setMaximumValue(double maximum);
+    // 1 at the start; a step that is not positive is a fatal error.
+    double stepValue() const { return step_; }
+    void setStepValue(double step);
+    // Whether a step past one end starts again at the other; off at the start.
+    bool wraps() const { return wraps_; }
+    void setWraps(bool wraps);
+    // Whether a held half steps again and again; on at the start.
+    bool autorepeat() const { return autorepeat_; }
+    void setAutorepeat(bool autorepeat) { autorepeat_ = autorepeat; }
+    // Whether value-changed is sent at every step (the start) or once when the touch ends.
+    bool isContinuous() const { return continuous_; }
+    void setContinuous(bool continuous) { continuous_ = continuous; }
+
+    // Colour of the symbols and of the default border; null restores the default blue.
+    const Ref<UIColor>& tintColor() const { return tintColor_; }
+    void setTintColor(const Ref<UIColor>& color);
+    // A state without an image shows the normal state's, and the stepper's own look where that is
+    // missing too; null takes an image away.
+    Ref<UIImage> incrementImageForState(unsigned state) const;
+    void setIncrementImage(const Ref<UIImage>& image, unsigned forState);
+    Ref<UIImage> decrementImageForState(unsigned state) const;
+    void setDecrementImage(const Ref<UIImage>& image, unsigned forState);
+    Ref<UIImage> backgroundImageForState(unsigned state) const;
+    void setBackgroundImage(const Ref<UIImage>& image, unsigned forState);
+    // The divider between the halves while the left one is in one state and the right one in
+    // another.
+    Ref<UIImage> dividerImageForStates(unsigned left, unsigned right) const;
+    void setDividerImage(const Ref<UIImage>& image, unsigned forLeftState, unsigned rightState);
+
+    // Bounds coordinates; both drawing and touches use it.
+    CGRect halfRect(UIStepperHalf half) const;
+    // Whether the value can go that way.
+    bool canStep(UIStepperHalf half) const;
+
+    CGSize intrinsicContentSize() const override { return kSize; }
+    void draw(CGRect rect) override;
+
+    // --- Added by the caption library -----------------------------------------------------------
+
+    // A borderless black stepper that changes once for each touch.
+    static Ref<UIStepper> createStyledStepper();
+
+  protected:
+    bool beginTracking(UITouch& touch) override;
+    bool continueTracking(UITouch& touch) override;
+    void endTracking(UITouch& touch) override;
+    void cancelTracking() override;
+
+  private:
+    using Images = std::map<unsigned, Ref<UIImage>>;
+
+    unsigned stateOf(UIStepperHalf half) const;
+    void stepOnce(UIStepperHalf half);
+    void repeatLater(double delay);
+    void stopRepeating();
+    void setImage(Images& images, const Ref<UIImage>& image, unsigned key);
+    void drawHalf(CGContext& context, UIStepperHalf half);
+
+    double value_ = 0;
+    double minimum_ = 0;
+    double maximum_ = 100;
+    double step_ = 1;
+    bool wraps_ = false;
+    bool autorepeat_ = true;
+    bool continuous_ = true;
+    Ref<UIColor> tintColor_;
+    Images incrementImages_;
+    Images decrementImages_;
+    Images backgroundImages_;
+    Images dividerImages_; // under left state * 8 + right state
+
+    UIStepperHalf pressed_ = UIStepperHalf::none;  // where the finger landed
+    bool fingerOnHalf_ = false;                    // and whether it is there now
+    int repeats_ = 0;                              // steps made by holding
+    bool unsentChange_ = false;
+    std::uint64_t repeatTimer_ = 0;
+};
+
+} // namespace tesmar

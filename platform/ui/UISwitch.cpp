@@ -1,0 +1,139 @@
+#include "tesmar/platform/ui/UISwitch.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UITouch.h"
+
+namespace tesmar {
+namespace {
+
+constexpr double kSlide = 0.2;    // seconds
+constexpr double kStretch = 0.15; // seconds
+constexpr CGFloat kThumb = 27;
+constexpr CGFloat kInset = 2;
+constexpr CGFloat kStretchBy = 6;
+
+Ref<UIColor> mixed(const UIColor& a, const UIColor& b, double t) {
+    const auto mix = [t](CGFloat x, CGFloat y) { return x + (y - x) * t; };
+    return UIColor::colorWithRed(mix(a.red(), b.red()), mix(a.green(), b.green()),
+                                 mix(a.blue(), b.blue()), mix(a.alpha(), b.alpha()));
+}
+
+} // namespace
+
+Class& UISwitch::classObject() {
+    static Class type("UISwitch", &UIControl::classObject(), allocator<UISwitch>(),
+                      {method<&UISwitch::isOn>("isOn"),
+                       method<static_cast<void (UISwitch::*)(bool)>(&UISwitch::setOn)>("setOn:"),
+                       method<static_cast<void (UISwitch::*)(bool, bool)>(&UISwitch::setOn)>(
+                           "setOn:animated:"),
+                       method<&UISwitch::onTintColor>("onTintColor"),
+                       method<&UISwitch::setOnTintColor>("setOnTintColor:")});
+    return type;
+}
+
+UISwitch::UISwitch()
+    : position_(0, [this] { setNeedsDisplay(); }), stretch_(0, [this] { setNeedsDisplay(); }) {
+    setContentHuggingPriority(750, LayoutAxis::horizontal);
+    setContentHuggingPriority(750, LayoutAxis::vertical);
+}
+
+bool UISwitch::initWithFrame(CGRect frame) {
+    return UIControl::initWithFrame({frame.origin, kSize});
+}
+
+bool UISwitch::initWithCoder(NSCoder& coder) {
+    if (!UIControl::initWithCoder(coder))
+        return false;
+    setOn(coder.decodeBool("on").value_or(false));
+    return true;
+}
+
+void UISwitch::setOn(bool on, bool animated) {
+    on_ = on;
+    shownOn_ = on;
+    moveThumb(animated);
+}
+
+void UISwitch::setOnTintColor(const Ref<UIColor>& color) {
+    onTintColor_ = color;
+    setNeedsDisplay();
+}
+
+void UISwitch::moveThumb(bool animated) {
+    const double target = shownOn_ ? 1 : 0;
+    if (animated && window())
+        position_.moveTo(target, kSlide);
+    else
+        position_.jumpTo(target);
+}
+
+bool UISwitch::beginTracking(UITouch&) {
+    shownOn_ = on_;
+    dragged_ = false;
+    return true;
+}
+
+// The thumb follows the finger from half to half; the switch itself changes only at the lift.
+bool UISwitch::continueTracking(UITouch& touch) {
+    const CGFloat x = touch.locationIn(*this).x;
+    const bool towardsOn = x > bounds().midX() + kSize.width / 4;
+    const bool towardsOff = x < bounds().midX() - kSize.width / 4;
+    if ((towardsOn && !shownOn_) || (towardsOff && shownOn_)) {
+        const CGFloat travelled = touch.location().x - touch.startLocation().x;
+        if (std::abs(travelled) > kSize.width / 4 || dragged_) {
+            dragged_ = true;
+            shownOn_ = towardsOn;
+            moveThumb(true);
+        }
+    }
+    return true;
+}
+
+void UISwitch::endTracking(UITouch&) {
+    if (!dragged_ && isTouchInside())
+        shownOn_ = !on_;
+    const bool changed = shownOn_ != on_;
+    on_ = shownOn_;
+    moveThumb(true);
+    if (changed)
+        sendActionsForControlEvents(UIControlEventValueChanged);
+}
+
+void UISwitch::cancelTracking() {
+    shownOn_ = on_;
+    moveThumb(true);
+}
+
+void UISwitch::stateChanged() {
+    UIControl::stateChanged();
+    if (window())
+        stretch_.moveTo(isHighlighted() ? 1 : 0, kStretch);
+    else
+        stretch_.jumpTo(isHighlighted() ? 1 : 0);
+}
+
+void UISwitch::draw(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    if (!context)
+        return;
+    static const auto green = UIColor::colorWithRed(0.13, 0.60, 0.27, 1);
+    static const auto off = UIColor::colorWithRed(0.52, 0.52, 0.54, 1);
+    static const auto shade = UIColor::colorWithWhite(0, 0.35);
+    const double at = position_.value();
+    const CGFloat dim = isEnabled() ? 1 : 0.5;
+
+    const auto track = mixed(*off, onTintColor_ ? *onTintColor_ : *green, at);
+    context->setFillColor(*track->colorWithAlphaComponent(track->alpha() * dim));
+    context->fillRoundedRect({{0, 0}, kSize}, kSize.height / 2);
+
+    const CGFloat width = kThumb + kStretchBy * stretch_.value();
+    const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;
+    const CGRect thumb{x, kInset, width, kThumb};
+    context->drawShadow(thumb, kThumb / 2, 3, {0, 1}, *shade);
+    context->setFillColor(*UIColor::whiteColor());
+    context->fillRoundedRect(thumb, kThumb / 2);
+}
+
+} // namespace tesmar

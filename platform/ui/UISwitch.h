@@ -1,0 +1,51 @@
+// An on/off switch, 51 × 31 points. A tap or a drag of the thumb moves it; the thumb stretches
+// under the finger. Sends value-changed when the user has changed it, never when code does.
+#pragma once
+
+#include "tesmar/platform/ui/Motion.h"
+#include "tesmar/platform/ui/UIControl.h"
+
+namespace tesmar {
+
+class TESMAR_API UISwitch : public UIControl {
+    TESMAR_CLASS
+
+  public:
+    static constexpr CGSize kSize{51, 31};
+
+    UISwitch();
+
+    bool initWithFrame(CGRect frame) override;
+    // Reads, beside the control's keys, "on".
+    bool initWithCoder(NSCoder& coder) override;
+
+    bool isOn() const { return on_; }
+    void setOn(bool on, bool animated);
+    void setOn(bool on) { setOn(on, false); }
+    // The track while on; null restores the default green.
+    const Ref<UIColor>& onTintColor() const { return onTintColor_; }
+    void setOnTintColor(const Ref<UIColor>& color);
+
+    CGSize intrinsicContentSize() const override { return kSize; }
+    void draw(CGRect rect) override;
+    UIEdgeInsets drawingOverflow() const override { return {2, 2, 4, 2}; }
+
+  protected:
+    bool beginTracking(UITouch& touch) override;
+    bool continueTracking(UITouch& touch) override;
+    void endTracking(UITouch& touch) override;
+    void cancelTracking() override;
+    void stateChanged() override;
+
+  private:
+    void moveThumb(bool animated);
+
+    bool on_ = false;
+    bool shownOn_ = false; // where the thumb stands, or is on its way to
+    bool dragged_ = false; // the finger has moved the thumb across since it landed
+    Ref<UIColor> onTintColor_;
+    Transition position_; // 0 off … 1 on
+    Transition stretch_;  // 0 round … 1 stretched
+};
+
+} // namespace tesmar

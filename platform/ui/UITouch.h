@@ -1,0 +1,41 @@
+// One finger (or the mouse) from its landing to its lift.
+#pragma once
+
+#include "tesmar/platform/geometry/geometry.h"
+
+#include <cstdint>
+
+namespace tesmar {
+
+class UIView;
+
+enum class UITouchPhase { began, moved, ended, cancelled };
+
+class UITouch {
+  public:
+    UITouch(std::int64_t id, CGPoint point, double time)
+        : id_(id), start_(point), point_(point), time_(time) {}
+
+    // The host's name for the finger.
+    std::int64_t id() const { return id_; }
+    // In window coordinates, points.
+    CGPoint location() const { return point_; }
+    CGPoint startLocation() const { return start_; }
+    // In the bounds coordinates of `view`.
+    CGPoint locationIn(const UIView& view) const;
+    // Seconds on the host's clock.
+    double timestamp() const { return time_; }
+
+    void moveTo(CGPoint point, double time) {
+        point_ = point;
+        time_ = time;
+    }
+
+  private:
+    std::int64_t id_;
+    CGPoint start_;
+    CGPoint point_;
+    double time_;
+};
+
+} // namespace tesmar

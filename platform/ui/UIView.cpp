@@ -1,0 +1,239 @@
+#include "tesmar/platform/ui/UIView.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/ui/UINib.h"
+#include "tesmar/platform/ui/UIWindow.h"
+
+#include <algorithm>
+
+namespace tesmar {
+
+Class& UIView::classObject() {
+    static Class type("UIView", &NSObject::classObject(), allocator<UIView>(),
+                      {method<&UIView::initWithFrame>("initWithFrame:"),
+                       method<&UIView::frame>("frame"), method<&UIView::setFrame>("setFrame:"),
+                       method<&UIView::bounds>("bounds"),
+                       method<&UIView::addSubview>("addSubview:"),
+                       method<&UIView::removeFromSuperview>("removeFromSuperview"),
+                       method<&UIView::backgroundColor>("backgroundColor"),
+                       method<&UIView::setBackgroundColor>("setBackgroundColor:"),
+                       method<&UIView::alpha>("alpha"), method<&UIView::setAlpha>("setAlpha:"),
+                       method<&UIView::isHidden>("isHidden"),
+                       method<&UIView::setHidden>("setHidden:"),
+                       method<&UIView::setNeedsDisplay>("setNeedsDisplay"),
+                       method<&UIView::draw>("drawRect:"),
+                       method<&UIView::setNeedsLayout>("setNeedsLayout"),
+                       method<&UIView::layoutIfNeeded>("layoutIfNeeded"),
+                       method<&UIView::sizeToFit>("sizeToFit")});
+    return type;
+}
+
+UIView::UIView() = default;
+
+UIView::~UIView() {
+    for (const auto& view : subviews_)
+        view->superview_ = nullptr;
+}
+
+bool UIView::initWithFrame(CGRect frame) {
+    frame_ = finiteRect(frame);
+    return true;
+}
+
+bool UIView::initWithCoder(NSCoder& coder) {
+    if (!UIView::initWithFrame(coder.decodeRect("frame").value_or(CGRect())))
+        return false;
+    hidden_ = coder.decodeBool("hidden").value_or(hidden_);
+    clipsToBounds_ = coder.decodeBool("clipsToBounds").value_or(clipsToBounds_);
+    userInteractionEnabled_ =
+        coder.decodeBool("userInteractionEnabled").value_or(userInteractionEnabled_);
+    backgroundColor_ = as<UIColor>(coder.decodeObject("backgroundColor"));
+    identifier_ = coder.decodeString("accessibilityIdentifier").value_or("");
+    framesAreGiven_ =
+        coder.decodeBool("translatesAutoresizingMaskIntoConstraints").value_or(framesAreGiven_);
+    for (const auto& object : coder.decodeObjects("subviews"))
+        if (const auto view = as<UIView>(object))
+            addSubview(view);
+    return true;
+}
+
+// --- Geometry -----------------------------------------------------------------------------------
+
+void UIView::setFrame(CGRect frame) {
+    frame = finiteRect(frame);
+    if (frame == frame_)
+        return;
+    applyFrame(frame);
+    if (superview_ && !superview_->subviewsAreLayoutRoots())
+        layoutNeedsUpdate();
+}
+
+void UIView::applyFrame(CGRect frame) {
+    const bool resized = frame.size != frame_.size;
+    damageSubtree();
+    frame_ = frame;
+    damageSubtree();
+    if (resized)
+        setNeedsLayout();
+}
+
+void UIView::setBoundsOrigin(CGPoint origin) {
+    origin = {finiteCoordinate(origin.x), finiteCoordinate(origin.y)};
+    if (origin == boundsOrigin_)
+        return;
+    damageSubtree();
+    boundsOrigin_ = origin;
+    damageSubtree();
+}
+
+void UIView::setTranslation(CGPoint translation) {
+    translation = {finiteCoordinate(translation.x), finiteCoordinate(translation.y)};
+    if (translation == translation_)
+        return;
+    damageSubtree();
+    translation_ = translation;
+    damageSubtree();
+}
+
+CGPoint UIView::originOnSurface() const {
+    CGPoint origin;
+    for (const UIView* view = this; view->superview_; view = view->superview_)
+        origin = origin + view->originInSuperview() - view->superview_->boundsOrigin_;
+    return origin;
+}
+
+CGPoint UIView::convertPointTo(CGPoint point, const UIView* view) const {
+    const CGPoint onSurface = point - boundsOrigin_ + originOnSurface();
+    return view ? onSurface - view->originOnSurface() + view->boundsOrigin_ : onSurface;
+}
+
+CGPoint UIView::convertPointFrom(CGPoint point, const UIView* view) const {
+    const CGPoint onSurface = view ? view->convertPointTo(point, nullptr) : point;
+    return onSurface - originOnSurface() + boundsOrigin_;
+}
+
+CGRect UIView::convertRectTo(const CGRect& rect, const UIView* view) const {
+    return {convertPointTo(rect.origin, view), rect.size};
+}
+
+// --- Hierarchy ----------------------------------------------------------------------------------
+
+UIWindow* UIView::window() const {
+    const UIView* view = this;
+    while (view->superview_)
+        view = view->superview_;
+    return dynamic_cast<UIWindow*>(const_cast<UIView*>(view));
+}
+
+UIView& UIView::topmostView() {
+    UIView* view = this;
+    while (view->superview_)
+        view = view->superview_;
+    return *view;
+}
+
+void UIView::addSubview(const Ref<UIView>& view) {
+    if (view)
+        insertSubview(view, view->superview_ == this ? subviews_.size() - 1 : subviews_.size());
+}
+
+void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
+    if (!view)
+        return;
+    if (isDescendantOf(view.get()))
+        fatalError("a view cannot be added to itself or to a view inside it");
+    UIWindow* const before = view->window();
+    const Ref<UIView> kept = view;
+    if (UIView* old = kept->superview_) {
+        kept->damageSubtree();
+        old->layoutNeedsUpdate();
+        std::erase(old->subviews_, kept);
+    }
+    kept->superview_ = this;
+    kept->engine_.reset();
+    subviews_.insert(subviews_.begin() +
+                         static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size())),
+                     kept);
+    layoutNeedsUpdate();
+    kept->setNeedsLayout();
+    kept->damageSubtree();
+    if (window() != before)
+        kept->tellMovedToWindow();
+}
+
+void UIView::removeFromSuperview() {
+    if (!superview_)
+        return;
+    const auto kept = ref(this);
+    const bool wasInWindow = window() != nullptr;
+    damageSubtree();
+    superview_->layoutNeedsUpdate();
+    std::erase(superview_->subviews_, kept);
+    superview_ = nullptr;
+    setNeedsLayout();
+    if (wasInWindow)
+        tellMovedToWindow();
+}
+
+void UIView::tellMovedToWindow() {
+    const auto kept = ref(this);
+    const auto views = subviews_;
+    didMoveToWindow();
+    for (const auto& view : views)
+        if (view->superview_ == this)
+            view->tellMovedToWindow();
+}
+
+bool UIView::isDescendantOf(const UIView* view) const {
+    for (const UIView* v = this; v; v = v->superview_)
+        if (v == view)
+            return true;
+    return false;
+}
+
+UIView* UIView::viewWithIdentifier(std::string_view identifier) {
+    if (!identifier.empty() && identifier_ == identifier)
+        return this;
+    for (const auto& view : subviews_)
+        if (UIView* found = view->viewWithIdentifier(identifier))
+            return found;
+    return nullptr;
+}
+
+// --- Touches ------------------------------------------------------------------------------------
+
+UIView* UIView::hitTest(CGPoint point) {
+    if (hidden_ || !userInteractionEnabled_ || alpha_ < 0.01 || !pointInside(point))
+        return nullptr;
+    for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
+        const CGPoint inside =
+            point - (*view)->originInSuperview() + (*view)->boundsOrigin_;
+        if (UIView* hit = (*view)->hitTest(inside))
+            return hit;
+    }
+    return this;
+}
+
+void UIView::touchBegan(UITouch&) {}
+void UIView::touchMoved(UITouch&) {}
+void UIView::touchEnded(UITouch&) {}
+void UIView::touchCancelled(UITouch&) {}
+
+CGPoint UITouch::locationIn(const UIView& view) const {
+    return view.convertPointFrom(point_, nullptr);
+}
+
+// --- Interface files ----------------------------------------------------------------------------
+
+Ref<UIView> UIView::loadFromTESMARNib(const std::string& named, const Ref<NSBundle>& bundle) {
+    const auto objects =
+        UINib::nibWithNibName(named, bundle)->instantiateWithOwner(&UIView::classObject());
+    if (objects.empty())
+        fatalError("interface file \"" + named + "\" has no top-level object");
+    return as<UIView>(objects.front());
+}
+
+} // namespace tesmar

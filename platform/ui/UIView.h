@@ -1,0 +1,224 @@
+// A rectangle on the screen that draws itself, holds other views, takes touches and takes part in
+// layout. Main thread only. All lengths are in points; y grows down.
+#pragma once
+
+#include "tesmar/platform/foundation/NSObject.h"
+#include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/layout/LayoutItem.h"
+#include "tesmar/platform/layout/NSLayoutConstraint.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tesmar {
+
+class CGContext;
+class LayoutEngine;
+class NSBundle;
+class UITouch;
+class UIWindow;
+
+// "No wish" along an axis of an intrinsic size.
+inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
+inline constexpr CGSize UILayoutFittingCompressedSize{0, 0};
+inline constexpr CGSize UILayoutFittingExpandedSize{10000, 10000};
+
+class TESMAR_API UIView : public NSObject, public LayoutItem {
+    TESMAR_CLASS
+
+  public:
+    UIView();
+    ~UIView() override;
+
+    bool init() override { return initWithFrame({}); }
+    virtual bool initWithFrame(CGRect frame);
+    // Reads "frame", "hidden", "clipsToBounds", "userInteractionEnabled", "backgroundColor",
+    // "accessibilityIdentifier", "translatesAutoresizingMaskIntoConstraints" and "subviews".
+    bool initWithCoder(NSCoder& coder) override;
+
+    // --- Geometry -------------------------------------------------------------------------------
+
+    // In the superview's coordinates. Numbers that are not finite become finite.
+    const CGRect& frame() const { return frame_; }
+    void setFrame(CGRect frame);
+    // The view's own coordinates; the origin is not zero in a scrolled scroll view.
+    CGRect bounds() const { return {boundsOrigin_, frame_.size}; }
+
+    // Null means the window (or the topmost view, where there is none).
+    CGPoint convertPointTo(CGPoint point, const UIView* view) const;
+    CGPoint convertPointFrom(CGPoint point, const UIView* view) const;
+    CGRect convertRectTo(const CGRect& rect, const UIView* view) const;
+
+    // --- Hierarchy ------------------------------------------------------------------------------
+
+    // Null when there is none.
+    UIView* superview() const { return superview_; }
+    const std::vector<Ref<UIView>>& subviews() const { return subviews_; }
+    // The window that the view is in, or null.
+    UIWindow* window() const;
+    // On top of the others; a view that is elsewhere is moved. Adding a view to itself or to one of
+    // its own descendants is a fatal error.
+    void addSubview(const Ref<UIView>& view);
+    void insertSubview(const Ref<UIView>& view, std::size_t atIndex);
+    void removeFromSuperview();
+    bool isDescendantOf(const UIView* view) const;
+    // The first view with that accessibility identifier, in tree order, or null.
+    UIView* viewWithIdentifier(std::string_view identifier);
+
+    // --- Look -----------------------------------------------------------------------------------
+
+    const Ref<UIColor>& backgroundColor() const { return backgroundColor_; }
+    // Null paints none.
+    void setBackgroundColor(const Ref<UIColor>& color);
+    // Of the view with everything in it; 0 to 1.
+    double alpha() const { return alpha_; }
+    void setAlpha(double alpha);
+    bool isHidden() const { return hidden_; }
+    void setHidden(bool hidden);
+    bool clipsToBounds() const { return clipsToBounds_; }
+    void setClipsToBounds(bool clips);
+    // Moves what is drawn, and where touches land, without moving the frame: for motion.
+    CGPoint translation() const { return translation_; }
+    void setTranslation(CGPoint translation);
+    // Names the view to tests and tools.
+    const std::string& accessibilityIdentifier() const { return identifier_; }
+    void setAccessibilityIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
+
+    void setNeedsDisplay();
+    // `rect` in bounds coordinates.
+    void setNeedsDisplayInRect(const CGRect& rect);
+    // Paints the view's own content, above its background and below its subviews, into the current
+    // context, whose origin is that of the bounds. `rect` is what needs painting; more does no harm.
+    virtual void draw(CGRect rect);
+    // How far draw() paints outside the bounds.
+    virtual UIEdgeInsets drawingOverflow() const { return {}; }
+
+    // --- Touches --------------------------------------------------------------------------------
+
+    bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+    void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+    // The deepest view under the point (in bounds coordinates) that takes touches, or null.
+    virtual UIView* hitTest(CGPoint point);
+    virtual bool pointInside(CGPoint point) const { return bounds().contains(point); }
+    // One finger's story, in order; the base class ignores it. A touch that the system takes away
+    // ends with touchCancelled.
+    virtual void touchBegan(UITouch& touch);
+    virtual void touchMoved(UITouch& touch);
+    virtual void touchEnded(UITouch& touch);
+    virtual void touchCancelled(UITouch& touch);
+
+    // --- Layout ---------------------------------------------------------------------------------
+
+    // True (the start): the view keeps its frame. False: constraints decide it.
+    bool translatesAutoresizingMaskIntoConstraints() const { return framesAreGiven_; }
+    void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
+    // The constraint must concern this view or views below it.
+    void addConstraint(const Ref<NSLayoutConstraint>& constraint);
+    void addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
+    void removeConstraint(const Ref<NSLayoutConstraint>& constraint);
+    const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
+
+    // The size that the content wants; UIViewNoIntrinsicMetric where it has no wish.
+    virtual CGSize intrinsicContentSize() const;
+    void invalidateIntrinsicContentSize();
+    double contentHuggingPriority(LayoutAxis axis) const;
+    void setContentHuggingPriority(double priority, LayoutAxis axis);
+    double contentCompressionResistancePriority(LayoutAxis axis) const;
+    void setContentCompressionResistancePriority(double priority, LayoutAxis axis);
+
+    // The smallest (or, for a large target, the largest) size that the constraints allow.
+    CGSize systemLayoutSizeFittingSize(CGSize target);
+    // The size that suits the content best; the intrinsic size, and the present one where the
+    // content has no wish.
+    virtual CGSize sizeThatFits(CGSize size) const;
+    void sizeToFit();
+
+    void setNeedsLayout();
+    // Brings every frame of the tree up to date, from the topmost view down.
+    void layoutIfNeeded();
+    // Called when the view's size or its layout needs have changed, after constraints are solved.
+    virtual void layoutSubviews() {}
+
+    // --- Interface files ------------------------------------------------------------------------
+
+    // Instantiates the interface file `named` of `bundle` (null: the main bundle) and answers its
+    // first top-level object, or null when that is no view. A file that does not load, or holds no
+    // object, is a fatal error. The caller checks the class.
+    static Ref<UIView> loadFromTESMARNib(const std::string& named, const Ref<NSBundle>& bundle);
+
+    // --- LayoutItem -----------------------------------------------------------------------------
+
+    std::shared_ptr<LayoutItem> layoutParent() const override { return ref(superview_); }
+    std::size_t layoutChildCount() const override { return subviews_.size(); }
+    LayoutItem& layoutChild(std::size_t index) const override { return *subviews_[index]; }
+    const std::vector<std::shared_ptr<NSLayoutConstraint>>& layoutConstraints() const override {
+        return constraints_;
+    }
+    bool layoutFrameIsGiven() const override { return framesAreGiven_; }
+    CGRect layoutFrame() const override { return frame_; }
+    std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override;
+    double layoutHuggingPriority(LayoutAxis axis) const override;
+    double layoutCompressionPriority(LayoutAxis axis) const override;
+    std::optional<CGFloat> layoutBaselineBelowCenter() const override { return std::nullopt; }
+    bool layoutEdgesAreContent() const override { return false; }
+    bool layoutIsRightToLeft() const override { return false; }
+    std::string layoutName() const override;
+    void setLayoutFrame(const CGRect& frame) override;
+    void setLayoutContentSize(CGSize) override {}
+    void layoutNeedsUpdate() override;
+
+  protected:
+    void setBoundsOrigin(CGPoint origin);
+    // The view has entered or left a window; its subviews hear it too.
+    virtual void didMoveToWindow() {}
+    // Like draw, but above the subviews.
+    virtual void drawOverlay(CGRect /*rect*/) {}
+    // True: what stands inside lays itself out on its own, and no constraint reaches across.
+    virtual bool subviewsAreLayoutRoots() const { return false; }
+    // Paints the view with everything in it. `superOrigin` is where the superview's coordinates
+    // start on the surface.
+    void paint(CGContext& context, CGPoint superOrigin);
+
+  private:
+    UIView& topmostView();
+    UIView& layoutRoot();
+    void layoutTree();
+    void layoutSubtreeSubviews();
+    void applyFrame(CGRect frame);
+    void tellMovedToWindow();
+    CGPoint originInSuperview() const { return frame_.origin + translation_; }
+    CGPoint originOnSurface() const;
+    CGRect subtreeExtent() const;
+    void damageSubtree();
+    void damage(CGRect rect);
+    bool isCovered(const CGRect& surfaceRect) const;
+    void paintSelf(CGContext& context, CGPoint origin);
+
+    CGRect frame_;
+    CGPoint boundsOrigin_;
+    CGPoint translation_;
+    UIView* superview_ = nullptr;
+    std::vector<Ref<UIView>> subviews_;
+
+    Ref<UIColor> backgroundColor_;
+    double alpha_ = 1;
+    bool hidden_ = false;
+    bool clipsToBounds_ = false;
+    bool userInteractionEnabled_ = true;
+    std::string identifier_;
+
+    bool framesAreGiven_ = true;
+    bool needsLayout_ = true;
+    bool treeNeedsLayout_ = true; // of a layout root
+    double hugging_[2] = {250, 250};
+    double compression_[2] = {750, 750};
+    std::vector<Ref<NSLayoutConstraint>> constraints_;
+    std::unique_ptr<LayoutEngine> engine_; // of a layout root
+};
+
+} // namespace tesmar

@@ -1,0 +1,106 @@
+#include "tesmar/platform/ui/UIViewController.h"
+
+#include "tesmar/platform/foundation/NSBundle.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/PresentationStack.h"
+
+namespace tesmar {
+
+Class& UIViewController::classObject() {
+    static Class type("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
+                      {method<&UIViewController::initWithNibName>("initWithNibName:bundle:"),
+                       method<&UIViewController::view>("view"),
+                       method<&UIViewController::setView>("setView:"),
+                       method<&UIViewController::isViewLoaded>("isViewLoaded"),
+                       method<&UIViewController::loadView>("loadView"),
+                       method<&UIViewController::viewDidLoad>("viewDidLoad"),
+                       method<&UIViewController::viewWillAppear>("viewWillAppear:"),
+                       method<&UIViewController::viewDidAppear>("viewDidAppear:"),
+                       method<&UIViewController::viewWillDisappear>("viewWillDisappear:"),
+                       method<&UIViewController::viewDidDisappear>("viewDidDisappear:"),
+                       method<&UIViewController::didReceiveMemoryWarning>(
+                           "didReceiveMemoryWarning"),
+                       method<&UIViewController::presentedViewController>(
+                           "presentedViewController"),
+                       method<&UIViewController::presentingViewController>(
+                           "presentingViewController"),
+                       method<&UIViewController::isBeingDismissed>("isBeingDismissed")});
+    return type;
+}
+
+UIViewController::UIViewController() = default;
+UIViewController::~UIViewController() = default;
+
+bool UIViewController::initWithNibName(const std::optional<std::string>& nibName,
+                                       const Ref<NSBundle>& bundle) {
+    nibName_ = nibName;
+    bundle_ = bundle;
+    return true;
+}
+
+bool UIViewController::initWithCoder(NSCoder& coder) {
+    nibName_ = coder.decodeString("nibName");
+    return true;
+}
+
+const Ref<UIView>& UIViewController::view() {
+    // A loadView that asks for the view would otherwise load it for ever.
+    if (!view_ && !loading_) {
+        loading_ = true;
+        loadView();
+        loading_ = false;
+        if (!view_)
+            fatalError("loadView of " + std::string(isa().name()) + " has set no view");
+        viewDidLoad();
+    }
+    return view_;
+}
+
+void UIViewController::setView(const Ref<UIView>& view) { view_ = view; }
+
+void UIViewController::loadView() {
+    if (nibName_) {
+        view_ = UIView::loadFromTESMARNib(*nibName_, bundle_);
+        return;
+    }
+    view_ = make<UIView>();
+}
+
+void UIViewController::presentViewController(const Ref<UIViewController>& controller,
+                                             bool animated, Completion completion) {
+    if (!controller || controller.get() == this)
+        return;
+    if (!stack_) {
+        diagnostic("a controller that is not on a window cannot present");
+        return;
+    }
+    if (controller->stack_ && controller->stack_ != stack_) {
+        diagnostic("a controller that is presented already cannot be presented");
+        return;
+    }
+    stack_->present(controller, ref(this), animated, std::move(completion));
+}
+
+void UIViewController::dismissViewControllerAnimated(bool animated, Completion completion) {
+    if (!stack_)
+        return;
+    const auto kept = ref(this);
+    if (const auto presented = stack_->presentedBy(*this))
+        stack_->dismiss(*presented, animated, std::move(completion));
+    else
+        stack_->dismiss(*this, animated, std::move(completion));
+}
+
+Ref<UIViewController> UIViewController::presentedViewController() const {
+    return stack_ ? stack_->presentedBy(*this) : nullptr;
+}
+
+Ref<UIViewController> UIViewController::presentingViewController() const {
+    return stack_ ? stack_->presenterOf(*this) : nullptr;
+}
+
+bool UIViewController::isBeingDismissed() const { return stack_ && stack_->isLeaving(*this); }
+
+} // namespace tesmar

@@ -1,0 +1,172 @@
+// How views look: painting, and telling the window what has to be painted again.
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UIView.h"
+#include "tesmar/platform/ui/UIWindow.h"
+
+#include <algorithm>
+
+namespace tesmar {
+namespace {
+
+CGRect grownBy(const CGRect& r, const UIEdgeInsets& by) {
+    return {r.minX() - by.left, r.minY() - by.top, r.size.width + by.left + by.right,
+            r.size.height + by.top + by.bottom};
+}
+
+class SavedState {
+  public:
+    explicit SavedState(CGContext& context) : context_(context) { context_.saveGState(); }
+    ~SavedState() { context_.restoreGState(); }
+    SavedState(const SavedState&) = delete;
+    SavedState& operator=(const SavedState&) = delete;
+
+  private:
+    CGContext& context_;
+};
+
+bool isOpaque(const Ref<UIColor>& color) { return color && color->alpha() >= 1; }
+
+} // namespace
+
+void UIView::setBackgroundColor(const Ref<UIColor>& color) {
+    backgroundColor_ = color;
+    setNeedsDisplay();
+}
+
+void UIView::setAlpha(double alpha) {
+    alpha = finite(alpha, 0, 1, 1);
+    if (alpha == alpha_)
+        return;
+    damageSubtree();
+    alpha_ = alpha;
+    damageSubtree();
+}
+
+void UIView::setHidden(bool hidden) {
+    if (hidden == hidden_)
+        return;
+    damageSubtree();
+    hidden_ = hidden;
+    damageSubtree();
+}
+
+void UIView::setClipsToBounds(bool clips) {
+    if (clips == clipsToBounds_)
+        return;
+    damageSubtree();
+    clipsToBounds_ = clips;
+    damageSubtree();
+}
+
+void UIView::setNeedsDisplay() { damage(grownBy(bounds(), drawingOverflow())); }
+
+void UIView::setNeedsDisplayInRect(const CGRect& rect) {
+    damage(CGRectIntersection(rect, grownBy(bounds(), drawingOverflow())));
+}
+
+void UIView::draw(CGRect) {}
+
+CGRect UIView::subtreeExtent() const {
+    CGRect extent = grownBy(bounds(), drawingOverflow());
+    if (!clipsToBounds_)
+        for (const auto& view : subviews_)
+            if (!view->hidden_)
+                extent = CGRectUnion(
+                    extent, view->subtreeExtent().offsetBy(view->originInSuperview() -
+                                                           view->boundsOrigin_));
+    return extent;
+}
+
+void UIView::damageSubtree() { damage(subtreeExtent()); }
+
+// Each view paints from its own origin rounded to a pixel, so that is what damage is measured from.
+void UIView::damage(CGRect rect) {
+    UIWindow* const window = this->window();
+    if (!window || rect.isEmpty())
+        return;
+    const CGPoint origin = originOnSurface();
+    CGRect onSurface = rect.offsetBy(window->snapToPixels(origin) - boundsOrigin_);
+    CGPoint viewOrigin = origin;
+    for (const UIView* view = this; view; view = view->superview_) {
+        if (view->hidden_ || view->alpha_ <= 0)
+            return;
+        if (view->clipsToBounds_) {
+            const CGRect clip{window->snapToPixels(viewOrigin), view->frame_.size};
+            onSurface = CGRectIntersection(onSurface, clip);
+        }
+        if (view->superview_)
+            viewOrigin = viewOrigin - view->originInSuperview() + view->superview_->boundsOrigin_;
+    }
+    if (!onSurface.isEmpty() && !isCovered(onSurface))
+        window->damageSurface(onSurface);
+}
+
+// Whether something opaque stands in front of the whole rectangle.
+bool UIView::isCovered(const CGRect& surfaceRect) const {
+    for (const UIView* view = this; view->superview_; view = view->superview_) {
+        const auto& siblings = view->superview_->subviews_;
+        auto above = std::find_if(siblings.begin(), siblings.end(),
+                                  [&](const auto& sibling) { return sibling.get() == view; });
+        for (++above; above != siblings.end(); ++above) {
+            const UIView& other = **above;
+            // A pixel of slack: frames are rounded to pixels when painted.
+            const CGRect solid = CGRectInset(
+                CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
+            if (!other.hidden_ && other.alpha_ >= 1 && isOpaque(other.backgroundColor_) &&
+                solid.contains(surfaceRect))
+                return true;
+        }
+        if (view->superview_->alpha_ < 1)
+            return false;
+    }
+    return false;
+}
+
+void UIView::paint(CGContext& context, CGPoint superOrigin) {
+    if (hidden_ || alpha_ <= 0)
+        return;
+    const CGPoint origin = superOrigin + originInSuperview();
+    const bool translucent = alpha_ < 1;
+    if (translucent)
+        context.beginTransparencyLayer(alpha_);
+    paintSelf(context, origin);
+    if (translucent)
+        context.endTransparencyLayer();
+}
+
+void UIView::paintSelf(CGContext& context, CGPoint origin) {
+    const CGFloat scale = context.scale();
+    const CGPoint snapped = snappedPoint(origin, scale);
+    const PixelRect clip = context.clipPixels();
+    const PixelRect extent =
+        pixelsTouchedBy(grownBy({snapped, frame_.size}, drawingOverflow()), scale);
+    const bool visible = !intersection(clip, extent).isEmpty();
+
+    if (visible && backgroundColor_ && backgroundColor_->alpha() > 0) {
+        context.setFillColor(*backgroundColor_);
+        context.fillRect(context.snapped({origin, frame_.size}));
+    }
+    const auto drawInBounds = [&](void (UIView::*drawing)(CGRect)) {
+        const SavedState saved(context);
+        context.clipToPixels(extent);
+        context.translate(snapped.x - boundsOrigin_.x, snapped.y - boundsOrigin_.y);
+        (this->*drawing)(bounds());
+    };
+    if (visible)
+        drawInBounds(&UIView::draw);
+
+    const PixelRect inside = pixelsTouchedBy({snapped, frame_.size}, scale);
+    if (!clipsToBounds_) {
+        for (const auto& view : subviews_)
+            view->paint(context, origin - boundsOrigin_);
+    } else if (!intersection(clip, inside).isEmpty()) {
+        const SavedState saved(context);
+        context.clipToPixels(inside);
+        for (const auto& view : subviews_)
+            view->paint(context, origin - boundsOrigin_);
+    }
+    if (visible)
+        drawInBounds(&UIView::drawOverlay);
+}
+
+} // namespace tesmar

@@ -1,0 +1,281 @@
+#include "tesmar/platform/ui/UIWindow.h"
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIImage.h"
+#include "tesmar/platform/ui/PresentationStack.h"
+#include "tesmar/platform/ui/TouchDispatcher.h"
+#include "tesmar/platform/ui/UIControl.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tesmar {
+namespace {
+
+constexpr CGFloat kLargestSide = 65535;  // points
+constexpr CGFloat kLargestPixel = 32767; // pixels of a side
+constexpr CGFloat kSmallestScale = 0.1;
+constexpr CGFloat kLargestScale = 16;
+
+CGSize finiteSize(CGSize size) {
+    return {finite(size.width, 0, kLargestSide, 0), finite(size.height, 0, kLargestSide, 0)};
+}
+
+CGFloat finiteScale(CGFloat scale, CGSize size) {
+    const CGFloat wanted = scale > 0 ? finite(scale, kSmallestScale, kLargestScale, 1) : 1;
+    const CGFloat side = std::max({size.width, size.height, 1.0});
+    return std::min(wanted, kLargestPixel / side);
+}
+
+class CurrentContext {
+  public:
+    explicit CurrentContext(CGContext& context) { UIGraphicsPushContext(context); }
+    ~CurrentContext() { UIGraphicsPopContext(); }
+    CurrentContext(const CurrentContext&) = delete;
+    CurrentContext& operator=(const CurrentContext&) = delete;
+};
+
+// Lets touches through to what lies below the window.
+class PassThroughView : public UIView {
+  public:
+    UIView* hitTest(CGPoint point) override {
+        UIView* const hit = UIView::hitTest(point);
+        return hit == this ? nullptr : hit;
+    }
+};
+
+class RootController : public UIViewController {
+  public:
+    void loadView() override { setView(make<PassThroughView>()); }
+};
+
+CGFloat distance(CGPoint p, const CGRect& r) {
+    const CGFloat dx = std::max({r.minX() - p.x, 0.0, p.x - r.maxX()});
+    const CGFloat dy = std::max({r.minY() - p.y, 0.0, p.y - r.maxY()});
+    return std::hypot(dx, dy);
+}
+
+struct Near {
+    UIControl* control = nullptr;
+    CGFloat distance = std::numeric_limits<CGFloat>::infinity();
+};
+
+// The control nearest to a point that lies in its touch rectangle; only what can be seen counts.
+void findNear(UIView& view, CGPoint onSurface, Near& nearest) {
+    if (view.isHidden() || !view.isUserInteractionEnabled() || view.alpha() < 0.01)
+        return;
+    const CGPoint point = view.convertPointFrom(onSurface, nullptr);
+    if (auto* control = dynamic_cast<UIControl*>(&view);
+        control && control->isEnabled() && isLeafControl(view) &&
+        control->touchRect().contains(point)) {
+        const CGFloat d = distance(point, view.bounds());
+        if (d < nearest.distance)
+            nearest = {control, d};
+    }
+    if (view.clipsToBounds() && !view.bounds().contains(point))
+        return;
+    for (const auto& child : view.subviews())
+        findNear(*child, onSurface, nearest);
+}
+
+} // namespace
+
+Class& UIWindow::classObject() {
+    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>(),
+                      {method<&UIWindow::rootViewController>("rootViewController"),
+                       method<&UIWindow::scale>("scale")});
+    return type;
+}
+
+UIWindow::UIWindow()
+    : presentations_(std::make_unique<PresentationStack>(*this)),
+      touches_(std::make_unique<TouchDispatcher>(*this)) {}
+
+UIWindow::~UIWindow() {
+    if (rootController_)
+        presentations_->setRoot(*rootController_, PresentationStack::Root::leaves);
+}
+
+Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
+    auto window = makeWith<UIWindow>(&UIWindow::initWithFrame, CGRect({}, finiteSize(size)));
+    window->rootController_ = make<RootController>();
+    window->presentations_->setRoot(*window->rootController_, PresentationStack::Root::stands);
+    window->addSubview(window->rootController_->view());
+    window->setScale(scale);
+    window->layoutSubviews();
+    window->invalidate();
+    return window;
+}
+
+void UIWindow::setSize(CGSize size) {
+    size = finiteSize(size);
+    if (size == frame().size)
+        return;
+    setFrame({{}, size});
+    setScale(scale_);
+    layoutSubviews();
+    invalidate();
+}
+
+void UIWindow::setScale(CGFloat scale) {
+    scale = finiteScale(scale, frame().size);
+    if (scale == scale_)
+        return;
+    scale_ = scale;
+    UIImage::setMainScreenScale(scale_);
+    invalidate();
+}
+
+void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
+    const auto held = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
+    safeArea_ = {held(insets.top), held(insets.left), held(insets.bottom), held(insets.right)};
+    setNeedsLayout();
+}
+
+void UIWindow::setCaptionArea(std::optional<CGRect> area) {
+    if (area)
+        area = finiteRect(*area);
+    if (area && area->isEmpty())
+        area.reset();
+    if (area == captionArea_)
+        return;
+    captionArea_ = area;
+    setNeedsLayout();
+}
+
+void UIWindow::layoutSubviews() {
+    if (!rootController_)
+        return;
+    rootController_->view()->setFrame(bounds());
+    presentations_->layOut();
+}
+
+// --- Controllers --------------------------------------------------------------------------------
+
+Ref<UIViewController> UIWindow::presentedViewController() const { return presentations_->top(); }
+
+void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
+                                     UIViewController::Completion completion) {
+    const auto kept = ref(this);
+    auto presenter = presentations_->top();
+    // One that is on its way out comes back over what it stood on.
+    if (!presenter || presenter == controller)
+        presenter = rootController_;
+    presenter->presentViewController(controller, animated, std::move(completion));
+}
+
+// --- Input --------------------------------------------------------------------------------------
+
+bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
+    const auto kept = ref(this);
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    loop.noteTime(time);
+    layoutIfNeeded();
+    point = {finiteCoordinate(point.x), finiteCoordinate(point.y)};
+    switch (phase) {
+    case UITouchPhase::began:
+        return touches_->began(id, point, loop.now());
+    case UITouchPhase::moved:
+        return touches_->moved(id, point, loop.now());
+    case UITouchPhase::ended:
+        return touches_->ended(id, point, loop.now());
+    case UITouchPhase::cancelled:
+        return touches_->cancelled(id, loop.now());
+    }
+    return false;
+}
+
+bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
+    const auto kept = ref(this);
+    NSRunLoop::mainRunLoop().noteTime(time);
+    layoutIfNeeded();
+    UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
+    for (UIView* view = hit; view; view = view->superview()) {
+        auto* scroll = dynamic_cast<UIScrollView*>(view);
+        if (scroll && ((delta.x != 0 && scroll->canScroll(LayoutAxis::horizontal)) ||
+                       (delta.y != 0 && scroll->canScroll(LayoutAxis::vertical)))) {
+            scroll->wheel(delta);
+            break;
+        }
+    }
+    return hit != nullptr;
+}
+
+bool UIWindow::key(UIKey key, double time) {
+    const auto kept = ref(this);
+    NSRunLoop::mainRunLoop().noteTime(time);
+    const auto top = presentedViewController();
+    if (key != UIKey::escape || !top)
+        return false;
+    top->dismissViewControllerAnimated(true);
+    return true;
+}
+
+void UIWindow::cancelTouches(double time) {
+    const auto kept = ref(this);
+    NSRunLoop::mainRunLoop().noteTime(time);
+    touches_->cancelAll(NSRunLoop::mainRunLoop().now());
+}
+
+UIView* UIWindow::hitTest(CGPoint point) {
+    UIView* const hit = UIView::hitTest(point);
+    if (!hit || hit == this)
+        return nullptr;
+    if (isLeafControl(*hit))
+        return hit;
+    Near nearest;
+    // Only within what was hit: a card in front hides the controls behind it.
+    for (UIView* view = hit; view != this; view = view->superview())
+        if (view->superview() == this)
+            findNear(*view, point, nearest);
+    return nearest.control ? nearest.control : hit;
+}
+
+// --- Pixels -------------------------------------------------------------------------------------
+
+CGSize UIWindow::pixelSize() const {
+    return {std::min(kLargestPixel, std::ceil(frame().size.width * scale_ - 1e-6)),
+            std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
+}
+
+CGPoint UIWindow::snapToPixels(CGPoint point) const { return snappedPoint(point, scale_); }
+
+void UIWindow::damageSurface(const CGRect& rect) {
+    const CGSize size = pixelSize();
+    const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
+    damage_.add(intersection(pixelsTouchedBy(rect, scale_), surface));
+}
+
+void UIWindow::invalidate() {
+    damage_.clear();
+    damageSurface(bounds());
+}
+
+bool UIWindow::needsRender() {
+    layoutIfNeeded();
+    return !damage_.isEmpty();
+}
+
+std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
+    const auto kept = ref(this);
+    layoutIfNeeded();
+    // What views ask for while they draw is for the next frame.
+    std::swap(damage_, repainted_);
+    damage_.clear();
+    const CGSize size = pixelSize();
+    CGContext context(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
+                      scale_);
+    const CurrentContext current(context);
+    for (const PixelRect& rect : repainted_.rects()) {
+        context.saveGState();
+        context.clipToPixels(rect);
+        context.clearPixels(rect);
+        paint(context, {});
+        context.restoreGState();
+    }
+    return repainted_.rects();
+}
+
+} // namespace tesmar
