@@ -40,10 +40,10 @@ class TESMAR_API NSAttributedString : public NSObject {
     bool isEqual(const NSObject* other) const override;
 
   private:
-    TextLayout& layout(std::optional<CGFloat> width, NSTextAlignment alignment) const;
+    const TextLayout& layout(std::optional<CGFloat> width, NSTextAlignment alignment) const;
 
     std::string text_;
-    Ref<NSDictionary> attributes_;
+    Ref<NSDictionary> attributes_ = NSDictionary::dictionaryWithEntries({});
     mutable TextLayout layout_;
 };
 

@@ -42,6 +42,8 @@ class TESMAR_API UIFont : public NSObject {
     CGFloat descender() const;
     CGFloat lineHeight() const;
 
+    // The 17-point system font.
+    bool init() override;
     // A font whose face is not here keeps its name and size, and draws with the system font. False
     // for an empty name or a size that is not finite and above zero.
     bool initWithCoder(NSCoder& coder) override;
@@ -58,8 +60,8 @@ class TESMAR_API UIFont : public NSObject {
     const std::shared_ptr<const FontFace>& face() const { return face_; }
 
   private:
-    static Ref<UIFont> make(std::string fontName, CGFloat size,
-                            std::shared_ptr<const FontFace> face);
+    static Ref<UIFont> create(std::string fontName, CGFloat size,
+                              std::shared_ptr<const FontFace> face);
 
     std::string fontName_;
     CGFloat pointSize_ = 0;

@@ -1,0 +1,301 @@
+#include "tesmar/platform/text/TextLayout.h"
+
+#include "tesmar/platform/graphics/CGContextImpl.h"
+#include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/text/FontFace.h"
+#include "tesmar/platform/text/UIFont.h"
+
+#include <array>
+#include <atomic>
+#include <bit>
+#include <fontconfig/fontconfig.h>
+#include <pango/pangocairo.h>
+#include <pango/pangofc-font.h>
+
+namespace tesmar {
+namespace {
+
+double points(int pangoUnits) {
+    return static_cast<double>(pangoUnits) / PANGO_SCALE;
+}
+
+CGRect pointsRect(const PangoRectangle& r) {
+    return {points(r.x), points(r.y), points(r.width), points(r.height)};
+}
+
+std::string cutAtCharacter(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit)
+        return std::string(text);
+    std::size_t end = limit;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+        --end;
+    return std::string(text.substr(0, end));
+}
+
+std::string validText(std::string_view text) {
+    gchar* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+    std::string result(valid);
+    g_free(valid);
+    return result;
+}
+
+// Line breaks as a layout of that many lines takes them. Within a paragraph, over which a number of
+// lines counts, only a line separator breaks the line.
+std::string withLineBreaks(const std::string& text, int lineCount) {
+    if (lineCount == 0)
+        return text;
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+            continue;
+        if (text[i] != '\n' && text[i] != '\r')
+            result += text[i];
+        else
+            result += lineCount == 1 ? " " : "\u2028";
+    }
+    return result;
+}
+
+PangoAlignment pangoAlignment(NSTextAlignment alignment) {
+    switch (alignment) {
+    case NSTextAlignment::center:
+        return PANGO_ALIGN_CENTER;
+    case NSTextAlignment::right:
+        return PANGO_ALIGN_RIGHT;
+    case NSTextAlignment::left:
+        break;
+    }
+    return PANGO_ALIGN_LEFT;
+}
+
+bool isColored(PangoFont* font) {
+    FcBool colored = FcFalse;
+    FcPattern* const pattern =
+        PANGO_IS_FC_FONT(font) ? pango_fc_font_get_pattern(PANGO_FC_FONT(font)) : nullptr;
+    return pattern && FcPatternGetBool(pattern, FC_COLOR, 0, &colored) == FcResultMatch && colored;
+}
+
+// Whether a glyph has colours of its own, as emoji do.
+bool hasColoredGlyphs(PangoLayout* layout) {
+    for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next)
+        for (GSList* r = static_cast<PangoLayoutLine*>(l->data)->runs; r; r = r->next)
+            if (isColored(static_cast<PangoLayoutRun*>(r->data)->item->analysis.font))
+                return true;
+    return false;
+}
+
+std::int32_t nextId() {
+    static std::atomic<std::int32_t> last{0};
+    return ++last;
+}
+
+} // namespace
+
+struct TextLayout::Impl {
+    std::string text;
+    Ref<UIFont> font = UIFont::systemFontOfSize(17);
+    std::optional<CGFloat> width;
+    int lineCount = 1;
+    NSTextAlignment alignment = NSTextAlignment::left;
+
+    // What was shaped from these; null layout: not yet, or no font to shape with.
+    struct Shaped {
+        GObjectPtr<PangoLayout> layout;
+        std::int32_t id = nextId(); // names its kept pixels
+        CGSize size;
+        double baseline = 0;
+        CGRect ink;
+        bool isTruncated = false;
+        bool isColored = false;
+    };
+    std::optional<Shaped> shaped;
+
+    Impl() = default;
+    ~Impl() { forget(); }
+    Impl(const Impl&) = delete;
+    Impl& operator=(const Impl&) = delete;
+
+    void forget() {
+        if (!shaped)
+            return;
+        const auto lock = lockShaping();
+        shaped.reset();
+    }
+
+    template <class T>
+    void set(T& member, const T& value) {
+        if (member == value)
+            return;
+        forget();
+        member = value;
+    }
+
+    const Shaped& shape();
+    GObjectPtr<PangoLayout> makeLayout(Fallback fallback) const;
+    void render(cairo_t* cr, const Shaped& s, double scale, const PixelRect& box) const;
+};
+
+GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
+    const FontFace& face = *font->face();
+    PangoContext* const context = face.shaper.context(face, fallback);
+    if (!context)
+        return nullptr;
+    GObjectPtr<PangoLayout> layout(pango_layout_new(context));
+    setFontSize(layout.get(), font->pointSize());
+    const std::string broken = withLineBreaks(text, lineCount);
+    pango_layout_set_text(layout.get(), broken.data(), static_cast<int>(broken.size()));
+    pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
+    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+    if (width) {
+        pango_layout_set_width(layout.get(), static_cast<int>(*width * PANGO_SCALE));
+        if (lineCount > 0) {
+            pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+            pango_layout_set_height(layout.get(), -lineCount);
+        }
+    }
+    return layout;
+}
+
+const TextLayout::Impl::Shaped& TextLayout::Impl::shape() {
+    if (shaped)
+        return *shaped;
+    const auto lock = lockShaping();
+    Shaped s;
+    s.layout = makeLayout(Fallback::none);
+    if (s.layout && pango_layout_get_unknown_glyphs_count(s.layout.get()) > 0)
+        s.layout = makeLayout(Fallback::installedFonts);
+    if (s.layout) {
+        PangoRectangle ink, logical;
+        pango_layout_get_extents(s.layout.get(), &ink, &logical);
+        s.size = {points(logical.width), points(logical.height)};
+        s.baseline = points(pango_layout_get_baseline(s.layout.get()));
+        s.ink = ink.width > 0 && ink.height > 0 ? pointsRect(ink) : CGRect();
+        s.isTruncated = pango_layout_is_ellipsized(s.layout.get());
+        s.isColored = hasColoredGlyphs(s.layout.get());
+    }
+    shaped = std::move(s);
+    return *shaped;
+}
+
+// The corner of `box` is the origin of `cr`; pixels of the box count from the layout's own corner.
+void TextLayout::Impl::render(cairo_t* cr, const Shaped& s, double scale,
+                              const PixelRect& box) const {
+    const auto lock = lockShaping();
+    // The first baseline stands on a whole pixel, whatever the scale.
+    const double baseline = s.baseline * scale;
+    cairo_translate(cr, -box.x, std::round(baseline) - baseline - box.y);
+    cairo_scale(cr, scale, scale);
+    if (s.isColored) {
+        pango_cairo_show_layout(cr, s.layout.get());
+        return;
+    }
+    // Outlines, unlike the drawing library's own glyphs, stand where they belong to within a
+    // fraction of a pixel.
+    pango_cairo_layout_path(cr, s.layout.get());
+    cairo_fill(cr);
+}
+
+TextLayout::TextLayout() : impl_(std::make_unique<Impl>()) {}
+TextLayout::~TextLayout() = default;
+TextLayout::TextLayout(TextLayout&&) noexcept = default;
+TextLayout& TextLayout::operator=(TextLayout&&) noexcept = default;
+
+void TextLayout::setText(std::string_view text) {
+    if (text == impl_->text)
+        return;
+    impl_->set(impl_->text, validText(cutAtCharacter(text, kLargestText)));
+}
+
+const std::string& TextLayout::text() const {
+    return impl_->text;
+}
+
+void TextLayout::setFont(const Ref<UIFont>& font) {
+    const Ref<UIFont> chosen = font ? font : UIFont::systemFontOfSize(17);
+    if (chosen->face() != impl_->font->face() || !chosen->isEqual(impl_->font.get()))
+        impl_->forget();
+    impl_->font = chosen;
+}
+
+void TextLayout::setWidth(std::optional<CGFloat> width) {
+    constexpr CGFloat kWidest = 100000; // the shaping library counts in 1024ths
+    impl_->set(impl_->width, width ? std::optional(finite(*width, 0, kWidest, 0)) : std::nullopt);
+}
+
+void TextLayout::setLineCount(int lines) {
+    impl_->set(impl_->lineCount, std::max(lines, 0));
+}
+
+void TextLayout::setAlignment(NSTextAlignment alignment) {
+    impl_->set(impl_->alignment, alignment);
+}
+
+CGSize TextLayout::size() const {
+    return impl_->shape().size;
+}
+CGFloat TextLayout::baseline() const {
+    return impl_->shape().baseline;
+}
+bool TextLayout::isTruncated() const {
+    return impl_->shape().isTruncated;
+}
+
+CGRect TextLayout::inkBounds() const {
+    const CGRect& ink = impl_->shape().ink;
+    // Soft edges and the way to whole pixels reach a little further.
+    return ink.isEmpty() ? CGRect() : CGRectInset(ink, -1.5, -1.5);
+}
+
+std::vector<CGRect> TextLayout::lineBoxes() const {
+    std::vector<CGRect> boxes;
+    PangoLayout* const layout = impl_->shape().layout.get();
+    if (!layout)
+        return boxes;
+    const auto lock = lockShaping();
+    PangoLayoutIter* const line = pango_layout_get_iter(layout);
+    do {
+        PangoRectangle box;
+        pango_layout_iter_get_line_extents(line, nullptr, &box);
+        boxes.push_back(pointsRect(box));
+    } while (pango_layout_iter_next_line(line));
+    pango_layout_iter_free(line);
+    return boxes;
+}
+
+void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) const {
+    const Impl::Shaped& shaped = impl_->shape();
+    if (shaped.ink.isEmpty())
+        return;
+    CGContext::Impl& painter = context.impl();
+    const double scale = painter.scale;
+    const PixelRect corner =
+        context.pixels({finiteCoordinate(origin.x), finiteCoordinate(origin.y), 0, 0});
+    const auto pixel = [scale](double v, int margin) {
+        return static_cast<int>(std::floor(v * scale)) + margin;
+    };
+    const int left = pixel(shaped.ink.minX(), -1), top = pixel(shaped.ink.minY(), -1);
+    const PixelRect box{left, top, pixel(shaped.ink.maxX(), 2) - left,
+                        pixel(shaped.ink.maxY(), 2) - top};
+    const PixelRect place{corner.x + box.x, corner.y + box.y, box.width, box.height};
+
+    const auto scaleBits = std::bit_cast<std::int32_t>(static_cast<float>(scale));
+    std::array<std::int32_t, 6> key{
+        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, scaleBits, 0, 0, 0};
+    const Paint paint = Paint{color.red(), color.green(), color.blue(), color.alpha()}.withAlpha(
+        painter.state.alpha);
+    if (!shaped.isColored) {
+        painter.paintKept(key, place, CAIRO_FORMAT_A8, paint,
+                          [&](cairo_t* cr) { impl_->render(cr, shaped, scale, box); });
+        return;
+    }
+    const auto bits = [](double v) { return std::bit_cast<std::int32_t>(static_cast<float>(v)); };
+    key[3] = bits(color.red());
+    key[4] = bits(color.green());
+    key[5] = bits(color.blue());
+    painter.paintKept(key, place, CAIRO_FORMAT_ARGB32, paint, [&](cairo_t* cr) {
+        cairo_set_source_rgb(cr, color.red(), color.green(), color.blue());
+        impl_->render(cr, shaped, scale, box);
+    });
+}
+
+} // namespace tesmar

@@ -1,0 +1,17 @@
+// Owners of fontconfig's objects. Private to the floor.
+#pragma once
+
+#include <fontconfig/fontconfig.h>
+
+#include <memory>
+
+namespace tesmar {
+
+struct FontconfigDeleter {
+    void operator()(FcConfig* config) const { FcConfigDestroy(config); }
+    void operator()(FcFontSet* fonts) const { FcFontSetDestroy(fonts); }
+};
+using FcConfigPtr = std::unique_ptr<FcConfig, FontconfigDeleter>;
+using FcFontSetPtr = std::unique_ptr<FcFontSet, FontconfigDeleter>;
+
+} // namespace tesmar
