@@ -28,8 +28,8 @@ std::shared_ptr<const FontCatalogue> currentCatalogue() {
     Registry& r = registry();
     const std::lock_guard lock(r.mutex);
     if (!r.catalogue) {
-        r.catalogue = std::make_shared<FontCatalogue>(r.hostFaces, r.offered);
         prepareShaping(); // who looks for a font will draw with it
+        r.catalogue = std::make_shared<FontCatalogue>(r.hostFaces, r.offered);
     }
     return r.catalogue;
 }

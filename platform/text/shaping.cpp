@@ -44,8 +44,9 @@ void chooseFace(FcPattern* pattern, gpointer data) {
 GObjectPtr<PangoContext> makeContext(const FontFace& face, FcConfig* config) {
     const GObjectPtr<PangoFontMap> map(pango_cairo_font_map_new_for_font_type(CAIRO_FONT_TYPE_FT));
     auto* const fontconfigMap = PANGO_FC_FONT_MAP(map.get());
-    pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(map.get()), 72);
+    // First of all: every later change lists the families of the configuration.
     pango_fc_font_map_set_config(fontconfigMap, config);
+    pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(map.get()), 72);
     pango_fc_font_map_set_default_substitute(fontconfigMap, chooseFace,
                                              const_cast<FontFace*>(&face), nullptr);
     GObjectPtr<PangoContext> context(pango_font_map_create_context(map.get()));
