@@ -19,6 +19,7 @@
 #include "tesmar/platform/foundation/selector.h"
 #include "tesmar/platform/foundation/value.h"
 
+#include <concepts>
 #include <initializer_list>
 #include <span>
 #include <string_view>
@@ -92,6 +93,20 @@ Class::Allocator allocator() {
 
 namespace runtime {
 
+// Parameters that are references to objects come as owned objects and are never nothing.
+template <class Parameter>
+decltype(auto) argument(const Value& value) {
+    using T = std::remove_cvref_t<Parameter>;
+    if constexpr (std::is_lvalue_reference_v<Parameter> && std::derived_from<T, NSObject>) {
+        const auto object = fromValue<Ref<T>>(value);
+        if (!object)
+            valueMismatch("an object", value);
+        return static_cast<T&>(*object); // the value goes on owning it
+    } else {
+        return fromValue<Parameter>(value);
+    }
+}
+
 template <class Result, class Call>
 Value answer(Call&& call) {
     if constexpr (std::is_void_v<Result>) {
@@ -106,13 +121,13 @@ template <auto Operation, class Self, class Result, class... Arguments, std::siz
 Value invokeMember(NSObject* self, std::span<const Value> arguments, std::index_sequence<I...>) {
     auto& object = dynamic_cast<Self&>(*self);
     return answer<Result>(
-        [&]() -> Result { return (object.*Operation)(fromValue<Arguments>(arguments[I])...); });
+        [&]() -> Result { return (object.*Operation)(argument<Arguments>(arguments[I])...); });
 }
 
 template <auto Operation, class Result, class... Arguments, std::size_t... I>
 Value invokeFree(std::span<const Value> arguments, std::index_sequence<I...>) {
     return answer<Result>(
-        [&]() -> Result { return Operation(fromValue<Arguments>(arguments[I])...); });
+        [&]() -> Result { return Operation(argument<Arguments>(arguments[I])...); });
 }
 
 template <auto Operation, class Self, class Result, class... Arguments>

@@ -100,7 +100,7 @@ void CardView::draw(CGRect) {
 }
 
 UIEdgeInsets CardView::drawingOverflow() const {
-    const CGFloat reach = CGContext::shadowReach(kShadowBlur) + 1;
+    const CGFloat reach = kShadowBlur + 1; // and a point for rounding to pixels
     return {reach - kShadowOffset.y, reach, reach + kShadowOffset.y, reach};
 }
 

@@ -65,13 +65,11 @@ void addConstraints(InterfaceFile& file, const Ref<NSObject>& object, const pugi
                 if (const auto item = as<UIView>(known))
                     views.emplace(id, item);
         const std::string format = constraints.attribute("format").value();
-        std::string problem;
-        if (!checkVisualFormat(format, views, problem)) {
-            file.fail(constraints, problem);
-            continue;
-        }
-        view->addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(format, option->second, {}, views));
+        const auto made = constraintsFromVisualFormat(format, option->second, {}, views);
+        if (const auto* error = std::get_if<VisualFormatError>(&made))
+            file.fail(constraints, describe(*error, format));
+        else
+            view->addConstraints(std::get<std::vector<Ref<NSLayoutConstraint>>>(made));
     }
 }
 

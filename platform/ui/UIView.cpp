@@ -4,7 +4,6 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/LayoutEngine.h"
-#include "tesmar/platform/ui/UINib.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
@@ -224,16 +223,6 @@ void UIView::touchCancelled(UITouch&) {}
 
 CGPoint UITouch::locationIn(const UIView& view) const {
     return view.convertPointFrom(point_, nullptr);
-}
-
-// --- Interface files ----------------------------------------------------------------------------
-
-Ref<UIView> UIView::loadFromTESMARNib(const std::string& named, const Ref<NSBundle>& bundle) {
-    const auto objects =
-        UINib::nibWithNibName(named, bundle)->instantiateWithOwner(&UIView::classObject());
-    if (objects.empty())
-        fatalError("interface file \"" + named + "\" has no top-level object");
-    return as<UIView>(objects.front());
 }
 
 } // namespace tesmar

@@ -87,7 +87,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void setTranslation(CGPoint translation);
     // Names the view to tests and tools.
     const std::string& accessibilityIdentifier() const { return identifier_; }
-    void setAccessibilityIdentifier(std::string identifier) { identifier_ = std::move(identifier); }
+    virtual void setAccessibilityIdentifier(std::string identifier) {
+        identifier_ = std::move(identifier);
+    }
 
     void setNeedsDisplay();
     // `rect` in bounds coordinates.
@@ -144,7 +146,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // Called when the view's size or its layout needs have changed, after constraints are solved.
     virtual void layoutSubviews() {}
 
-    // --- Interface files ------------------------------------------------------------------------
+    // --- Added by the caption library -----------------------------------------------------------
 
     // Instantiates the interface file `named` of `bundle` (null: the main bundle) and answers its
     // first top-level object, or null when that is no view. A file that does not load, or holds no

@@ -1,0 +1,49 @@
+// The one look of the panel's steppers and labels.
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UILabel.h"
+#include "tesmar/platform/ui/UIStepper.h"
+
+namespace tesmar {
+
+Ref<UIStepper> UIStepper::createStyledStepper() {
+    auto stepper = make<UIStepper>();
+    stepper->setTintColor(UIColor::blackColor());
+    stepper->setAutorepeat(false);
+    stepper->setContinuous(false);
+    stepper->setIncrementImage(UIImage::imageNamed("stepper-up"), UIControlStateNormal);
+    stepper->setDecrementImage(UIImage::imageNamed("stepper-down"), UIControlStateNormal);
+
+    // Invisible borders, and the pipe between the halves in every combination of their states.
+    const UIControlState states[] = {UIControlStateHighlighted, UIControlStateDisabled,
+                                     UIControlStateNormal};
+    const auto pipe = UIImage::imageNamed("stepper-pipe");
+    const auto border = UIImage::emptyImageForBorders();
+    for (const auto left : states) {
+        stepper->setBackgroundImage(border, left);
+        for (const auto right : states)
+            stepper->setDividerImage(pipe, left, right);
+    }
+    return stepper;
+}
+
+Ref<UIImage> UIImage::emptyImageForBorders() {
+    UIGraphicsBeginImageContextWithOptions({1, 1}, false, 0);
+    if (CGContext* const context = UIGraphicsGetCurrentContext()) {
+        CGContextSetFillColorWithColor(*context, *UIColor::clearColor());
+        CGContextFillRect(*context, {0, 0, 1, 1});
+    }
+    auto image = UIGraphicsGetImageFromCurrentImageContext();
+    UIGraphicsEndImageContext();
+    return image;
+}
+
+Ref<UILabel> UILabel::createStyledLabel() {
+    auto label = make<UILabel>();
+    label->setFont(CCConstants::font());
+    return label;
+}
+
+Ref<UIFont> UILabel::getDefaultFont() { return CCConstants::font(); }
+
+} // namespace tesmar

@@ -1,0 +1,49 @@
+#include "tesmar/model/TESMARConfig.h"
+
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
+#include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
+#include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/foundation/scalars.h"
+#include "tesmar/platform/ui/platform_classes.h"
+
+namespace tesmar {
+
+Class& TESMARConfig::classObject() {
+    static Class type("TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
+                      {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
+                       method<&TESMARConfig::saveSessionClosedCaptureStyle>(
+                           "saveSessionClosedCaptureStyleWithAttributes:"),
+                       method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
+                           "sessionOrDefaultClosedCaptureStyle")});
+    return type;
+}
+
+Ref<NSDictionary> TESMARConfig::sessionClosedCaptureStyle() {
+    registerPlatformClasses();
+    const auto stored = NSUserDefaults::standardUserDefaults()->objectForKey(
+        CCConstants::CCSessionStyleUserDefaultsKey());
+    const auto record = as<NSData>(stored);
+    if (!record)
+        return nullptr;
+    return as<NSDictionary>(NSKeyedUnarchiver::unarchiveObjectWithData(record->bytes()));
+}
+
+void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
+    const auto defaults = NSUserDefaults::standardUserDefaults();
+    const auto key = CCConstants::CCSessionStyleUserDefaultsKey();
+    if (attributes)
+        defaults->setObject(
+            NSData::dataWithBytes(NSKeyedArchiver::archivedDataWithRootObject(attributes)), key);
+    else
+        defaults->removeObjectForKey(key);
+    defaults->synchronize();
+}
+
+Ref<NSDictionary> TESMARConfig::sessionOrDefaultClosedCaptureStyle() {
+    const auto stored = sessionClosedCaptureStyle();
+    return stored ? stored : CCConstants::CCDefaultStyleAttributes();
+}
+
+} // namespace tesmar

@@ -1,0 +1,195 @@
+#include "tesmar/panel/TESMARViewController.h"
+
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/model/TESMARConfig.h"
+#include "tesmar/panel/registration.h"
+#include "tesmar/platform/foundation/NSBundle.h"
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/text/NSAttributedString.h"
+
+#include <cstdio>
+
+namespace tesmar {
+namespace {
+
+// What an opacity of 1 is on the steppers.
+constexpr double kOpaqueSteps = 10;
+
+} // namespace
+
+Class& TESMARViewController::classObject() {
+    using Panel = TESMARViewController;
+    static Class type(
+        "TESMARViewController", &UIViewController::classObject(), allocator<Panel>(),
+        {method<&Panel::viewBackgroundColor>("viewBackgroundColor"),
+         method<&Panel::autoHideInterval>("autoHideInterval"),
+         method<&Panel::setAutoHideInterval>("setAutoHideInterval:"),
+         method<&Panel::rememberChangedStyle>("rememberChangedStyle"),
+         method<&Panel::setRememberChangedStyle>("setRememberChangedStyle:"),
+         method<&Panel::delegate>("delegate"), method<&Panel::setDelegate>("setDelegate:"),
+         method<&Panel::CCStyleAttributes>("CCStyleAttributes"),
+         method<&Panel::setCCStyleAttributes>("setCCStyleAttributes:"),
+         method<&Panel::setCCEnabled>("setCCEnabled:"), method<&Panel::loadView>("loadView"),
+         method<&Panel::viewWillAppear>("viewWillAppear:"),
+         method<&Panel::viewDidAppear>("viewDidAppear:"),
+         method<&Panel::viewWillDisappear>("viewWillDisappear:"),
+         method<&Panel::didReceiveMemoryWarning>("didReceiveMemoryWarning"),
+         method<&Panel::setupView>("setupView"), method<&Panel::resetButtonTap>("resetButtonTap"),
+         method<&Panel::ccColorChanged>("ccColorChanged"),
+         method<&Panel::bgColorChanged>("bgColorChanged"),
+         method<&Panel::fontChanged>("fontChanged"),
+         method<&Panel::CCSwitchValueDidChange>("CCSwitchValueDidChange:"),
+         method<&Panel::selfDismiss>("selfDismiss"),
+         method<&Panel::scrollViewWillBeginDragging>("scrollViewWillBeginDragging:"),
+         method<&Panel::scrollViewDidEndDragging>("scrollViewDidEndDragging:willDecelerate:"),
+         method<&Panel::initWithNibName>("initWithNibName:bundle:"),
+         method<&Panel::initWithCoder>("initWithCoder:")});
+    return type;
+}
+
+// --- Construction -------------------------------------------------------------------------------
+
+TESMARViewController::TESMARViewController()
+    : CCSwitch_((registerTESMAR(), make<UISwitch>())),
+      textColorPicker_(makeWith<ColorPicker>(&ColorPicker::initWithTitle,
+                                             CCConstants::Label::ColorPickerTextColor())),
+      fontPicker_(make<FontPicker>()),
+      textColorOpacityStepper_(UIStepper::createStyledStepper()),
+      backgroundColorPicker_(makeWith<ColorPicker>(
+          &ColorPicker::initWithTitle, CCConstants::Label::ColorPickerBackgroundColor())),
+      backgroundColorOpacityStepper_(UIStepper::createStyledStepper()) {}
+
+bool TESMARViewController::initWithNibName(const std::optional<std::string>& nibName,
+                                           const Ref<NSBundle>& bundle) {
+    return UIViewController::initWithNibName(nibName, bundle);
+}
+
+bool TESMARViewController::initWithCoder(NSCoder& coder) {
+    return UIViewController::initWithCoder(coder);
+}
+
+// --- The style and the controls -----------------------------------------------------------------
+
+void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) {
+    if (!attributes)
+        fatalError("TESMARViewController: CCStyleAttributes cannot be null");
+    styleAttributes_ = attributes;
+    showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
+    showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
+              *backgroundColorOpacityStepper_);
+    fontPicker_->setSelectedFont(as<UIFont>(styleAttributes_->objectForKey(NSFontAttributeName)));
+}
+
+// The picker shows the colour made opaque; its alpha is the stepper's.
+void TESMARViewController::showColor(std::string_view key, ColorPicker& picker,
+                                     UIStepper& stepper) {
+    const auto color = as<UIColor>(styleAttributes_->objectForKey(key));
+    picker.setSelectedColor(color ? color->colorWithAlphaComponent(1) : nullptr);
+    stepper.setValue(color ? CGColorGetAlpha(*color) * kOpaqueSteps : kOpaqueSteps);
+}
+
+void TESMARViewController::ccColorChanged() {
+    colorChanged(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
+}
+
+void TESMARViewController::bgColorChanged() {
+    colorChanged(NSBackgroundColorAttributeName, *backgroundColorPicker_,
+                 *backgroundColorOpacityStepper_);
+}
+
+void TESMARViewController::colorChanged(std::string_view key, const ColorPicker& picker,
+                                        const UIStepper& stepper) {
+    if (const auto color = picker.selectedColor())
+        styleAttributes_->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
+                                    key);
+    else
+        styleAttributes_->removeObjectForKey(key);
+    resetAutoHideTimer();
+    didUpdateClosedCaptureStyle();
+}
+
+void TESMARViewController::fontChanged() {
+    if (const auto font = fontPicker_->selectedFont())
+        styleAttributes_->setObject(font, NSFontAttributeName);
+    else
+        styleAttributes_->removeObjectForKey(NSFontAttributeName);
+    resetAutoHideTimer();
+    didUpdateClosedCaptureStyle();
+}
+
+void TESMARViewController::resetButtonTap() {
+    setCCStyleAttributes(CCConstants::CCDefaultStyleAttributes()->mutableCopy());
+    resetAutoHideTimer();
+    didUpdateClosedCaptureStyle();
+}
+
+void TESMARViewController::didUpdateClosedCaptureStyle() {
+    const auto kept = ref(this);
+    if (rememberChangedStyle_)
+        TESMARConfig::saveSessionClosedCaptureStyle(styleAttributes_);
+    // Copies: the delegate may replace itself and the dictionary.
+    if (const auto delegate = delegate_)
+        delegate->CCStyleAttributesChanged(Ref<NSDictionary>(styleAttributes_));
+}
+
+// --- The captions switch ------------------------------------------------------------------------
+
+void TESMARViewController::setCCEnabled(bool enabled) { CCSwitch_->setOn(enabled, false); }
+
+void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
+    std::puts(sender.isOn() ? "Switch ON" : "Switch OFF");
+    std::fflush(stdout);
+    resetAutoHideTimer();
+    if (const auto delegate = delegate_)
+        delegate->CCSwitchValueChanged(sender.isOn());
+}
+
+// --- Life of the view ---------------------------------------------------------------------------
+
+void TESMARViewController::loadView() {
+    UIViewController::loadView();
+    if (!isViewLoaded())
+        fatalError("TESMARViewController: there is no root view to build the panel in");
+    view()->setBackgroundColor(viewBackgroundColor_);
+    setupView();
+}
+
+void TESMARViewController::viewWillAppear(bool animated) {
+    UIViewController::viewWillAppear(animated);
+    setCCStyleAttributes(TESMARConfig::sessionOrDefaultClosedCaptureStyle()->mutableCopy());
+}
+
+void TESMARViewController::viewDidAppear(bool animated) {
+    UIViewController::viewDidAppear(animated);
+    resetAutoHideTimer();
+}
+
+void TESMARViewController::viewWillDisappear(bool animated) {
+    UIViewController::viewWillDisappear(animated);
+    if (const auto delegate = delegate_)
+        delegate->CCViewControllerWillDisappear();
+}
+
+void TESMARViewController::didReceiveMemoryWarning() { UIViewController::didReceiveMemoryWarning(); }
+
+// --- Auto-hide ----------------------------------------------------------------------------------
+
+void TESMARViewController::resetAutoHideTimer() {
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    loop.cancelPreviousPerformRequests(*this);
+    // False for a number that is none, too.
+    if (autoHideInterval_ > 0)
+        loop.performSelectorAfterDelay(ref(this), Selector("selfDismiss"), nullptr,
+                                       autoHideInterval_);
+}
+
+void TESMARViewController::selfDismiss() { dismissViewControllerAnimated(true); }
+
+void TESMARViewController::scrollViewWillBeginDragging(UIScrollView&) { resetAutoHideTimer(); }
+
+void TESMARViewController::scrollViewDidEndDragging(UIScrollView&, bool) { resetAutoHideTimer(); }
+
+} // namespace tesmar

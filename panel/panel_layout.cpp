@@ -1,0 +1,136 @@
+// Where everything on the panel stands. The header row stays; the controls below it scroll.
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/panel/TESMARViewController.h"
+
+#include <map>
+
+namespace tesmar {
+namespace {
+
+using Parts = std::map<std::string, Ref<UIView>>;
+
+constexpr CGFloat kCaptionsLabelSize = 24;
+constexpr CGFloat kResetTitleSize = 19;
+constexpr double kMostOpacitySteps = 10;
+
+Ref<UIView> createSeparatorView() {
+    auto separator = make<UIView>();
+    separator->setBackgroundColor(UIColor::colorWithRed(0.827, 0.827, 0.827, 1));
+    separator->setTranslatesAutoresizingMaskIntoConstraints(false);
+    return separator;
+}
+
+Ref<UIColor> resetColor(CGFloat alpha) {
+    return UIColor::colorWithRed(0.694, 0.129, 0.141, alpha);
+}
+
+// The parts bear their names towards tests and tools, too.
+void addParts(UIView& to, const Parts& parts) {
+    for (const auto& [name, view] : parts) {
+        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        view->setAccessibilityIdentifier(name);
+        to.addSubview(view);
+    }
+}
+
+struct Row {
+    const char* format;
+    NSLayoutFormatOptions options = NSLayoutFormatNone;
+};
+
+void addRows(UIView& to, std::initializer_list<Row> rows, const Parts& parts) {
+    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
+    for (const Row& row : rows)
+        to.addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options,
+                                                                          {}, views));
+}
+
+} // namespace
+
+void TESMARViewController::setupView() {
+    const auto label = make<UILabel>();
+    label->setText(std::string(CCConstants::Label::CCSwitchLabel()));
+    label->setFont(UIFont::fontWithName("HelveticaNeue-Light", kCaptionsLabelSize));
+
+    wire(*CCSwitch_, UIControlEventValueChanged, "CCSwitchValueDidChange:");
+
+    const auto reset = UIButton::buttonWithType(UIButtonType::custom);
+    reset->setTitle(std::string(CCConstants::Label::ButtonReset()), UIControlStateNormal);
+    reset->setTitleColor(resetColor(1), UIControlStateNormal);
+    reset->setTitleColor(resetColor(0.5), UIControlStateHighlighted);
+    if (const auto& title = reset->titleLabel())
+        if (const auto font = UIFont::fontWithName("HelveticaNeue-Regular", kResetTitleSize))
+            title->setFont(font);
+    wire(*reset, UIControlEventTouchUpInside, "resetButtonTap");
+
+    const Parts parts{{"CCLabel", label},
+                      {"CCSwitch", CCSwitch_},
+                      {"resetButton", reset},
+                      {"containerScrollView", createScrollView()},
+                      {"topSeparator", createSeparatorView()},
+                      {"bottomSeparator", createSeparatorView()}};
+    addParts(*view(), parts);
+    addRows(*view(),
+            {{"|-20-[CCLabel]-20-[CCSwitch]->=20-[resetButton]-20-|",
+              NSLayoutFormatAlignAllCenterY},
+             {"|-20-[containerScrollView]-20-|"},
+             {"|-20-[topSeparator]-20-|"},
+             {"|-20-[bottomSeparator]-20-|"},
+             {"V:|-15-[CCLabel]-15-[topSeparator(1)]-0-[containerScrollView]-0-"
+              "[bottomSeparator(1)]-15-|"}},
+            parts);
+}
+
+Ref<UIView> TESMARViewController::createScrollView() {
+    auto scrollView = make<UIScrollView>();
+    scrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
+    scrollView->setShowsVerticalScrollIndicator(false);
+    scrollView->setDelegate(ref(this));
+
+    wire(*textColorPicker_, UIControlEventValueChanged, "ccColorChanged");
+    wire(*fontPicker_, UIControlEventValueChanged, "fontChanged");
+
+    const auto textOpacityLabel = UILabel::createStyledLabel();
+    textOpacityLabel->setText(std::string(CCConstants::Label::LabelTextColorOpacity()));
+    textColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    wire(*textColorOpacityStepper_, UIControlEventValueChanged, "ccColorChanged");
+
+    const auto separator = createSeparatorView();
+
+    wire(*backgroundColorPicker_, UIControlEventValueChanged, "bgColorChanged");
+    const auto backgroundOpacityLabel = UILabel::createStyledLabel();
+    backgroundOpacityLabel->setText(
+        std::string(CCConstants::Label::LabelTextBackgroundColorOpacity()));
+    backgroundColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    wire(*backgroundColorOpacityStepper_, UIControlEventValueChanged, "bgColorChanged");
+
+    const Parts parts{{"textColorPicker", textColorPicker_},
+                      {"fontPicker", fontPicker_},
+                      {"textColorOpacityLabel", textOpacityLabel},
+                      {"textColorOpacityStepper", textColorOpacityStepper_},
+                      {"separator", separator},
+                      {"backgroundColorPicker", backgroundColorPicker_},
+                      {"backgroundColorOpacityLabel", backgroundOpacityLabel},
+                      {"backgroundColorOpacityStepper", backgroundColorOpacityStepper_}};
+    addParts(*scrollView, parts);
+    // The separator, pinned to both edges, makes the content 400 points wide. The background stepper
+    // stands left of the content's edge on purpose: its symbol lines up with what is above it.
+    addRows(*scrollView,
+            {{"|-0-[separator(400)]-0-|"},
+             {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},
+             {"|-0-[fontPicker]-20-[textColorOpacityStepper]-0-|"},
+             {"V:[textColorOpacityLabel]-2-[textColorOpacityStepper]"},
+             {"V:|-15-[textColorPicker]-10-[fontPicker]-10-[separator(1)]-15-"
+              "[backgroundColorPicker]-10-[backgroundColorOpacityLabel]",
+              NSLayoutFormatAlignAllLeft},
+             {"V:[backgroundColorOpacityLabel]-2-[backgroundColorOpacityStepper]-20-|"},
+             {"|-(-15)-[backgroundColorOpacityStepper]"}},
+            parts);
+    return scrollView;
+}
+
+void TESMARViewController::wire(UIControl& control, unsigned events, std::string_view action) {
+    control.addTarget(ref(this), Selector(action), events);
+}
+
+} // namespace tesmar

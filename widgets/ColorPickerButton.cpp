@@ -1,0 +1,80 @@
+#include "tesmar/widgets/ColorPickerButton.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+
+namespace tesmar {
+namespace {
+
+constexpr CGFloat kDiscInset = 5;
+constexpr CGFloat kRimWidth = 1;
+constexpr CGFloat kSelectionWhite = 0.831;
+
+} // namespace
+
+Class& ColorPickerButton::classObject() {
+    static Class type("ColorPickerButton", &UIButton::classObject(),
+                      allocator<ColorPickerButton>(),
+                      {method<&ColorPickerButton::color>("color"),
+                       method<&ColorPickerButton::setColor>("setColor:"),
+                       method<&ColorPickerButton::isSelected>("isSelected"),
+                       method<&ColorPickerButton::setSelected>("setSelected:"),
+                       method<&ColorPickerButton::draw>("drawRect:"),
+                       method<&ColorPickerButton::initWithFrame>("initWithFrame:"),
+                       method<&ColorPickerButton::initWithCoder>("initWithCoder:")});
+    return type;
+}
+
+bool ColorPickerButton::initWithFrame(CGRect frame) {
+    color_ = nullptr;
+    return UIButton::initWithFrame(frame);
+}
+
+bool ColorPickerButton::initWithCoder(NSCoder& coder) {
+    color_ = nullptr;
+    return UIButton::initWithCoder(coder);
+}
+
+void ColorPickerButton::setColor(const Ref<UIColor>& color) {
+    color_ = color;
+    setNeedsDisplay();
+}
+
+void ColorPickerButton::setSelected(bool selected) {
+    UIButton::setSelected(selected);
+    setNeedsDisplay();
+}
+
+CGRect ColorPickerButton::discRect() const {
+    return CGRectInset(bounds(), kDiscInset, kDiscInset);
+}
+
+void ColorPickerButton::draw(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    if (!context)
+        return;
+    static const auto selection = UIColor::colorWithWhite(kSelectionWhite, 1);
+    static const auto pressed = UIColor::colorWithWhite(0, 0.25);
+    if (isSelected()) {
+        CGContextSetFillColorWithColor(*context, *selection);
+        CGContextFillEllipseInRect(*context, bounds());
+    }
+    CGContextSetStrokeColorWithColor(*context, *UIColor::grayColor());
+    CGContextSetLineWidth(*context, kRimWidth);
+    if (!color_)
+        fatalError("a ColorPickerButton was drawn before it was given a colour");
+    CGContextSetFillColorWithColor(*context, *color_);
+    // The fill covers the rim's inner half: half a point of grey stays outside.
+    CGContextStrokeEllipseInRect(*context, discRect());
+    CGContextFillEllipseInRect(*context, discRect());
+
+    // A finger covers the disc, so what shows the press is a shade over all of it.
+    if (isHighlighted()) {
+        CGContextSetFillColorWithColor(*context, *pressed);
+        CGContextFillEllipseInRect(*context, discRect());
+    }
+}
+
+} // namespace tesmar

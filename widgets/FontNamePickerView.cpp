@@ -1,0 +1,111 @@
+#include "tesmar/widgets/FontNamePickerView.h"
+
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/foundation/scalars.h"
+
+namespace tesmar {
+namespace {
+
+constexpr CGFloat kNameSize = 12;
+
+template <class T>
+Ref<T> connected(const WeakRef<T>& outlet, const char* name) {
+    auto view = outlet.lock();
+    if (!view)
+        fatalError(std::string("FontNamePickerView: the outlet \"") + name +
+                   "\" is not connected");
+    return view;
+}
+
+} // namespace
+
+Class& FontNamePickerView::classObject() {
+    static Class type(
+        "FontNamePickerView", &UIControl::classObject(), allocator<FontNamePickerView>(),
+        {method<&FontNamePickerView::fontNameLabel>("fontNameLabel"),
+         method<&FontNamePickerView::setFontNameLabel>("setFontNameLabel:"),
+         method<&FontNamePickerView::prevButton>("prevButton"),
+         method<&FontNamePickerView::setPrevButton>("setPrevButton:"),
+         method<&FontNamePickerView::nextButton>("nextButton"),
+         method<&FontNamePickerView::setNextButton>("setNextButton:"),
+         method<&FontNamePickerView::awakeFromNib>("awakeFromNib"),
+         method<&FontNamePickerView::updateFonts>("updateFonts:"),
+         method<&FontNamePickerView::selectedFontName>("selectedFontName"),
+         method<&FontNamePickerView::selectFontName>("selectFontName:"),
+         method<&FontNamePickerView::nextFont>("nextFont"),
+         method<&FontNamePickerView::prevFont>("prevFont"),
+         method<&FontNamePickerView::initWithFrame>("initWithFrame:"),
+         method<&FontNamePickerView::initWithCoder>("initWithCoder:")},
+        {method<&FontNamePickerView::nibName>("nibName")});
+    return type;
+}
+
+const std::string& FontNamePickerView::nibName() {
+    static const std::string name = "FontNamePickerView";
+    return name;
+}
+
+FontNamePickerView::FontNamePickerView() : fontNames_{UIFont::systemFontFamily()} {}
+
+void FontNamePickerView::awakeFromNib() {
+    UIControl::awakeFromNib();
+    const auto self = ref(this);
+    connected(prevButton_, "prevButton")
+        ->addTarget(self, Selector("prevFont"), UIControlEventTouchUpInside);
+    connected(nextButton_, "nextButton")
+        ->addTarget(self, Selector("nextFont"), UIControlEventTouchUpInside);
+    updateLabelText();
+}
+
+void FontNamePickerView::updateFonts(const std::vector<std::string>& fontNames) {
+    fontNames_ = fontNames;
+    updateButtonStates();
+}
+
+std::string FontNamePickerView::selectedFontName() const {
+    if (selectedIndex_ < 0 || static_cast<std::size_t>(selectedIndex_) >= fontNames_.size())
+        fatalError("FontNamePickerView: no font name at index " + std::to_string(selectedIndex_) +
+                   " of " + std::to_string(fontNames_.size()));
+    return fontNames_[static_cast<std::size_t>(selectedIndex_)];
+}
+
+void FontNamePickerView::selectFontName(std::string_view name) {
+    for (std::size_t i = 0; i < fontNames_.size(); ++i) {
+        if (!stringsAreEqual(fontNames_[i], name))
+            continue;
+        selectedIndex_ = static_cast<long>(i);
+        updateLabelText();
+        updateButtonStates();
+        return;
+    }
+}
+
+void FontNamePickerView::nextFont() { step(1); }
+void FontNamePickerView::prevFont() { step(-1); }
+
+void FontNamePickerView::step(long by) {
+    selectedIndex_ += by;
+    updateLabelText();
+    updateButtonStates();
+    sendActionsForControlEvents(UIControlEventValueChanged);
+}
+
+void FontNamePickerView::updateButtonStates() {
+    connected(prevButton_, "prevButton")->setEnabled(selectedIndex_ >= 1);
+    connected(nextButton_, "nextButton")
+        ->setEnabled(selectedIndex_ < static_cast<long>(fontNames_.size()) - 1);
+}
+
+void FontNamePickerView::updateLabelText() {
+    const std::string name = selectedFontName();
+    const auto label = connected(fontNameLabel_, "fontNameLabel");
+    label->setText(stringsAreEqual(name, UIFont::systemFontFamily())
+                       ? std::string(CCConstants::Label::LabelFontNameDefault())
+                       : name);
+    label->setFont(UIFont::fontWithName(name, kNameSize));
+}
+
+} // namespace tesmar

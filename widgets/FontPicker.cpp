@@ -1,0 +1,149 @@
+#include "tesmar/widgets/FontPicker.h"
+
+#include "tesmar/controls/library_bundle.h"
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/widgets/widget_classes.h"
+
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+constexpr double kLastSize = 5;
+constexpr double kFirstChoice = 2;
+
+Ref<UILabel> captionLabel(std::string_view text) {
+    auto label = make<UILabel>();
+    label->setFont(CCConstants::font());
+    label->setText(std::string(text));
+    return label;
+}
+
+} // namespace
+
+Class& FontPicker::classObject() {
+    static Class type("FontPicker", &UIControl::classObject(), allocator<FontPicker>(),
+                      {method<&FontPicker::selectedFont>("selectedFont"),
+                       method<&FontPicker::setSelectedFont>("setSelectedFont:"),
+                       method<&FontPicker::init>("init"),
+                       method<&FontPicker::initWithCoder>("initWithCoder:"),
+                       method<&FontPicker::fontNameChanged>("fontNameChanged"),
+                       method<&FontPicker::fontSizeChanged>("fontSizeChanged"),
+                       method<&FontPicker::initWithFrame>("initWithFrame:")});
+    return type;
+}
+
+bool FontPicker::init() {
+    makeControls();
+    if (!UIControl::initWithFrame({}))
+        return false;
+    setupView();
+    return true;
+}
+
+bool FontPicker::initWithCoder(NSCoder& coder) {
+    makeControls();
+    if (!UIControl::initWithCoder(coder))
+        return false;
+    setupView();
+    return true;
+}
+
+bool FontPicker::initWithFrame(CGRect) {
+    fatalError("use of unimplemented initializer 'init(frame:)' for class 'TESMAR.FontPicker'");
+}
+
+void FontPicker::makeControls() {
+    registerWidgetClasses();
+    const auto bundle = NSBundle::bundleWithIdentifier(TESMARBundleIdentifier);
+    fontNamePicker_ = as<FontNamePickerView>(
+        FontNamePickerView::loadFromTESMARNib(FontNamePickerView::nibName(), bundle));
+    if (!fontNamePicker_)
+        fatalError("interface file \"" + FontNamePickerView::nibName() +
+                   ".xml\" holds no FontNamePickerView");
+    sizeStepper_ = UIStepper::createStyledStepper();
+}
+
+void FontPicker::setupView() {
+    const auto self = ref(this);
+    const auto fontLabel = captionLabel(CCConstants::Label::LabelFont());
+    const auto sizeLabel = captionLabel(CCConstants::Label::LabelSize());
+    fontLabel->setAccessibilityIdentifier("fontLabel");
+    sizeLabel->setAccessibilityIdentifier("sizeLabel");
+
+    fontNamePicker_->updateFonts(UIFont::CCSupportedFonts());
+    fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
+    sizeStepper_->setMinimumValue(0);
+    sizeStepper_->setMaximumValue(kLastSize);
+    sizeStepper_->setValue(kFirstChoice);
+    sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
+
+    const std::map<std::string, Ref<UIView>> parts{{"fontLabel", fontLabel},
+                                                   {"sizeLabel", sizeLabel},
+                                                   {"fontNamePicker", fontNamePicker_},
+                                                   {"sizeStepper", sizeStepper_}};
+    for (const auto& [name, view] : parts) {
+        view->sizeToFit();
+        view->setTranslatesAutoresizingMaskIntoConstraints(false);
+        addSubview(view);
+    }
+    setTranslatesAutoresizingMaskIntoConstraints(false);
+
+    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
+    const auto add = [&](const char* format, NSLayoutFormatOptions options = NSLayoutFormatNone) {
+        addConstraints(
+            NSLayoutConstraint::constraintsWithVisualFormat(format, options, {}, views));
+    };
+    add("|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom);
+    add("[sizeLabel]-53-|");
+    add("V:|-0-[fontLabel]-0-[fontNamePicker]->=0-|", NSLayoutFormatAlignAllLeft);
+    add("V:|-0-[sizeLabel]-2-[sizeStepper]->=0-|");
+
+    setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
+    layoutIfNeeded();
+}
+
+Ref<UIFont> FontPicker::selectedFont() const {
+    const std::string name = fontNamePicker_->selectedFontName();
+    const auto sizes = UIFont::fontSizesForFontName(name);
+    const double index = std::trunc(sizeStepper_->value());
+    if (!(index >= 0) || index >= static_cast<double>(sizes.size()))
+        fatalError("FontPicker: no size at index " + std::to_string(index) + " of " +
+                   std::to_string(sizes.size()) + " for \"" + name + "\"");
+    return UIFont::fontWithName(name, sizes[static_cast<std::size_t>(index)]);
+}
+
+void FontPicker::setSelectedFont(const Ref<UIFont>& font) {
+    if (!font)
+        return;
+    fontNamePicker_->selectFontName(font->fontName());
+    const auto sizes = UIFont::fontSizesForFontName(font->fontName());
+    sizeStepper_->setValue(static_cast<double>(sizes.size()) - 1);
+    for (std::size_t i = 0; i < sizes.size(); ++i)
+        if (sizes[i] >= font->pointSize()) {
+            sizeStepper_->setValue(static_cast<double>(i));
+            break;
+        }
+}
+
+void FontPicker::fontNameChanged() { sendActionsForControlEvents(UIControlEventValueChanged); }
+void FontPicker::fontSizeChanged() { sendActionsForControlEvents(UIControlEventValueChanged); }
+
+void FontPicker::setAccessibilityIdentifier(std::string identifier) {
+    const auto name = [&](UIView* view, const char* part) {
+        if (view)
+            view->setAccessibilityIdentifier(identifier + "." + part);
+    };
+    name(viewWithIdentifier("fontLabel"), "fontLabel");
+    name(viewWithIdentifier("sizeLabel"), "sizeLabel");
+    name(sizeStepper_.get(), "size");
+    name(fontNamePicker_->prevButton().get(), "prev");
+    name(fontNamePicker_->nextButton().get(), "next");
+    name(fontNamePicker_->fontNameLabel().get(), "name");
+    UIControl::setAccessibilityIdentifier(std::move(identifier));
+}
+
+} // namespace tesmar
