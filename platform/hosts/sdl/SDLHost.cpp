@@ -1,0 +1,235 @@
+#include "tesmar/platform/hosts/sdl/SDLHost.h"
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/hosts/sdl/SDLInput.h"
+#include "tesmar/platform/hosts/sdl/SDLScreen.h"
+
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+namespace tesmar {
+namespace {
+
+constexpr int kForever = -1; // milliseconds, to SDL
+
+double now() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+// When the event happened, on the clock of now(). SDL's own counts milliseconds and wraps.
+double timeOf(const SDL_Event& event) {
+    return now() - static_cast<double>(SDL_GetTicks() - event.common.timestamp) / 1000;
+}
+
+int milliseconds(double seconds) {
+    const double whole = std::ceil(seconds * 1000);
+    return static_cast<int>(std::clamp(whole, 0.0, double(std::numeric_limits<int>::max())));
+}
+
+SDLScreen::Size pixels(CGSize size, CGFloat scale) {
+    const auto side = [&](CGFloat points) {
+        return static_cast<int>(std::lround(finite(points * scale, 1, 32767, 1)));
+    };
+    return {side(size.width), side(size.height)};
+}
+
+} // namespace
+
+struct SDLHost::State {
+    explicit State(const Options& options);
+
+    int patience(std::optional<double> longest) const;
+    void handle(const SDL_Event& event);
+    void windowEvent(const SDL_WindowEvent& event, double time);
+    void fitWindow();
+    void showChanges();
+
+    std::optional<CGFloat> scale; // of the application's choosing
+    SDLScreen screen;
+    Ref<UIWindow> window = UIWindow::windowWithSize({1, 1});
+    SDLInput input{*window};
+    SDLScreen::Size shownSize;
+    CGFloat shownScale = 0;
+
+    std::function<void(const Picture&)> onPicture;
+    std::function<void(CGSize)> onResize;
+    std::function<void()> onWake;
+    bool pictureIsStale = true;
+    bool screenIsStale = true; // both layers are right, but not what stands on the screen
+    bool quits = false;
+
+    Uint32 wakeEvent = 0;
+    std::atomic<bool> wakes = false; // an event is on its way already
+};
+
+SDLHost::State::State(const Options& options)
+    : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
+      screen(options.title, pixels(options.size, scale.value_or(1))),
+      wakeEvent(SDL_RegisterEvents(1)) {
+    if (scale) // a choice in pixels, whatever the system's units
+        screen.setPixelSize(pixels(options.size, *scale));
+    fitWindow();
+}
+
+// --- Sleeping -----------------------------------------------------------------------------------
+
+int SDLHost::State::patience(std::optional<double> longest) const {
+    if (quits || pictureIsStale || screenIsStale || window->needsRender())
+        return 0;
+    std::optional<double> seconds = longest;
+    if (const auto due = NSRunLoop::mainRunLoop().nextDeadline())
+        seconds = std::min(seconds.value_or(*due - now()), *due - now());
+    return seconds ? milliseconds(*seconds) : kForever;
+}
+
+bool SDLHost::turn(std::optional<double> longest) {
+    SDL_Event event;
+    for (int wait = state_->patience(longest); SDL_WaitEventTimeout(&event, wait); wait = 0)
+        state_->handle(event);
+    NSRunLoop::mainRunLoop().advanceTo(now());
+    state_->showChanges();
+    return !state_->quits;
+}
+
+void SDLHost::run() {
+    while (turn()) {
+    }
+}
+
+void SDLHost::wakeUp() {
+    if (state_->wakes.exchange(true))
+        return;
+    SDL_Event event{};
+    event.type = state_->wakeEvent;
+    if (SDL_PushEvent(&event) != 1)
+        state_->wakes = false;
+}
+
+// --- Events -------------------------------------------------------------------------------------
+
+void SDLHost::State::handle(const SDL_Event& event) {
+    if (event.type == wakeEvent) {
+        wakes = false;
+        if (onWake)
+            onWake();
+        return;
+    }
+    switch (event.type) {
+    case SDL_QUIT:
+        quits = true;
+        break;
+    case SDL_WINDOWEVENT:
+        windowEvent(event.window, timeOf(event));
+        break;
+    case SDL_RENDER_TARGETS_RESET:
+    case SDL_RENDER_DEVICE_RESET:
+        shownSize = {}; // what the layers held is gone
+        fitWindow();
+        break;
+    default:
+        input.handle(event, timeOf(event));
+        break;
+    }
+}
+
+void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
+    switch (event.event) {
+    case SDL_WINDOWEVENT_SIZE_CHANGED:
+    case SDL_WINDOWEVENT_DISPLAY_CHANGED:
+        fitWindow();
+        break;
+    case SDL_WINDOWEVENT_EXPOSED:
+        screenIsStale = true;
+        break;
+    case SDL_WINDOWEVENT_FOCUS_LOST:
+        input.forgetTouches(time);
+        break;
+    default:
+        break;
+    }
+}
+
+void SDLHost::State::fitWindow() {
+    const SDLScreen::Size size = screen.pixelSize();
+    const SDLScreen::Size units = screen.unitSize();
+    const CGFloat pointScale = scale.value_or(CGFloat(size.width) / units.width);
+    input.setUnits({CGFloat(units.width), CGFloat(units.height)});
+    const CGSize surface{CGFloat(size.width), CGFloat(size.height)};
+    if (size == shownSize && pointScale == shownScale && window->pixelSize() == surface)
+        return;
+    shownSize = size;
+    shownScale = pointScale;
+    screen.recreateLayers();
+    window->setSize({size.width / pointScale, size.height / pointScale});
+    window->setScale(pointScale);
+    window->invalidate();
+    pictureIsStale = true;
+    window->layoutIfNeeded();
+    if (onResize)
+        onResize(window->frame().size);
+}
+
+void SDLHost::State::showChanges() {
+    fitWindow();
+    const bool windowIsStale = window->needsRender();
+    if (!windowIsStale && !pictureIsStale && !screenIsStale)
+        return;
+    if (windowIsStale)
+        screen.drawWindow(*window);
+    if (std::exchange(pictureIsStale, false))
+        screen.drawPicture(onPicture);
+    screen.present();
+    screenIsStale = false;
+}
+
+// --- The application's side ---------------------------------------------------------------------
+
+SDLHost::SDLHost(const Options& options) : state_(std::make_unique<State>(options)) {}
+
+SDLHost::~SDLHost() = default;
+
+const Ref<UIWindow>& SDLHost::window() const {
+    return state_->window;
+}
+
+void SDLHost::onPicture(std::function<void(const Picture&)> draw) {
+    state_->onPicture = std::move(draw);
+    setPictureNeedsDisplay();
+}
+
+void SDLHost::setPictureNeedsDisplay() {
+    state_->pictureIsStale = true;
+}
+
+void SDLHost::onKey(std::function<void(const Key&)> handler) {
+    state_->input.onKey = std::move(handler);
+}
+
+void SDLHost::onTap(std::function<void(CGPoint)> handler) {
+    state_->input.onTap = std::move(handler);
+}
+
+void SDLHost::onResize(std::function<void(CGSize)> handler) {
+    state_->onResize = std::move(handler);
+}
+
+void SDLHost::onWake(std::function<void()> handler) {
+    state_->onWake = std::move(handler);
+}
+
+void SDLHost::quit() {
+    state_->quits = true;
+}
+
+void SDLHost::toggleFullScreen() {
+    state_->screen.toggleFullScreen();
+}
+
+SDLHost::Statistics SDLHost::statistics() const {
+    return state_->screen.statistics();
+}
+
+} // namespace tesmar

@@ -1,0 +1,50 @@
+// Mouse, fingers, wheel and keys of SDL as a UIWindow knows them. Internal to the SDL host.
+#pragma once
+
+#include "tesmar/platform/hosts/sdl/SDLHost.h"
+
+#include <SDL.h>
+
+#include <functional>
+#include <map>
+#include <utility>
+
+namespace tesmar {
+
+class SDLInput {
+  public:
+    explicit SDLInput(UIWindow& window) : window_(window) {}
+
+    // The window's size in the units of mouse positions.
+    void setUnits(CGSize units) { units_ = units; }
+    // `time` is when it happened.
+    void handle(const SDL_Event& event, double time);
+    // Fingers that are down now are not followed any more.
+    void forgetTouches(double time);
+
+    std::function<void(const SDLHost::Key&)> onKey;
+    std::function<void(CGPoint)> onTap;
+
+  private:
+    using TouchName = std::pair<SDL_TouchID, SDL_FingerID>;
+    struct Touch {
+        std::int64_t id; // for the window
+        CGPoint start;
+        bool taken; // by the window
+        bool moved;
+    };
+
+    CGPoint pointOfMouse(CGPoint position) const;
+    CGPoint pointOfFinger(const SDL_TouchFingerEvent& finger) const;
+    void touchDown(TouchName name, CGPoint point, double time);
+    void touchMoved(TouchName name, CGPoint point, double time);
+    void touchUp(TouchName name, CGPoint point, double time);
+    void keyDown(const SDL_KeyboardEvent& key, double time);
+
+    UIWindow& window_;
+    CGSize units_{1, 1};
+    std::map<TouchName, Touch> touches_;
+    std::int64_t lastId_ = 0;
+};
+
+} // namespace tesmar
