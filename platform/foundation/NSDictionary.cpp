@@ -52,16 +52,12 @@ Ref<NSMutableDictionary> NSDictionary::mutableCopy() const {
 }
 
 bool NSDictionary::initWithCoder(NSCoder& coder) {
-    const auto keys = coder.decodeObjects("NS.keys");
+    auto keys = coder.decodeStrings("NS.keys");
     const auto values = coder.decodeObjects("NS.objects");
     if (coder.failed() || keys.size() != values.size())
         return false;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        const auto key = as<NSString>(keys[i]);
-        if (!key)
-            return false;
-        entries_[key->text()] = values[i];
-    }
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        entries_[std::move(keys[i])] = values[i];
     return true;
 }
 

@@ -1,9 +1,11 @@
 #include "tesmar/platform/foundation/scalars.h"
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/archive/utf.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <glib.h>
+#include <limits>
 #include <memory>
 
 namespace tesmar {
@@ -47,9 +49,13 @@ Ref<NSString> NSString::stringWithString(std::string text) {
 }
 
 bool NSString::initWithCoder(NSCoder& coder) {
-    const auto text = coder.decodeString("NS.string");
-    text_ = text.value_or("");
-    return text.has_value();
+    auto text = coder.decodeString("NS.string");
+    if (!text)
+        text = coder.decodeBytes("NS.bytes");
+    if (!text || !isValidUtf8(*text))
+        return false;
+    text_ = *std::move(text);
+    return true;
 }
 
 bool NSString::encodeWithCoder(NSCoder& coder) const {
@@ -79,12 +85,13 @@ double NSNumber::doubleValue() const {
 }
 
 bool NSNumber::initWithCoder(NSCoder& coder) {
+    constexpr double kLargest = std::numeric_limits<double>::max();
     if (const auto boolean = coder.decodeBool("NS.boolval"))
         value_ = *boolean;
     else if (const auto integer = coder.decodeInteger("NS.intval"))
         value_ = *integer;
     else if (const auto real = coder.decodeDouble("NS.dblval"))
-        value_ = *real;
+        value_ = finite(*real, -kLargest, kLargest, 0);
     else
         return false;
     return true;

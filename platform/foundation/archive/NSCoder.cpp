@@ -5,66 +5,35 @@
 namespace tesmar {
 namespace {
 
-[[noreturn]] void refuseReading() {
-    fatalError("this coder can only be written to");
-}
-[[noreturn]] void refuseWriting() {
+[[noreturn]] void refuse() {
     fatalError("this coder can only be read from");
 }
 
 } // namespace
 
-std::optional<bool> NSCoder::decodeBool(std::string_view) {
-    refuseReading();
-}
-std::optional<long long> NSCoder::decodeInteger(std::string_view) {
-    refuseReading();
-}
-std::optional<double> NSCoder::decodeDouble(std::string_view) {
-    refuseReading();
-}
-std::optional<std::string> NSCoder::decodeString(std::string_view) {
-    refuseReading();
-}
-std::optional<std::string> NSCoder::decodeBytes(std::string_view) {
-    refuseReading();
-}
-std::optional<CGRect> NSCoder::decodeRect(std::string_view) {
-    refuseReading();
-}
-Ref<NSObject> NSCoder::decodeObject(std::string_view) {
-    refuseReading();
-}
-std::vector<Ref<NSObject>> NSCoder::decodeObjects(std::string_view) {
-    refuseReading();
-}
-bool NSCoder::failed() const {
-    refuseReading();
-}
-
 void NSCoder::encodeBool(bool, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeInteger(long long, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeDouble(double, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeString(std::string_view, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeBytes(std::string_view, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeObject(const Ref<NSObject>&, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 void NSCoder::encodeObjects(const std::vector<Ref<NSObject>>&, std::string_view) {
-    refuseWriting();
+    refuse();
 }
 bool NSCoder::canEncodeObject(const Ref<NSObject>&) {
-    refuseWriting();
+    refuse();
 }
 
 } // namespace tesmar

@@ -12,26 +12,27 @@
 
 namespace tesmar {
 
-// A coder is either read from or written to; using it the other way is a fatal error.
-class TESMAR_API NSCoder {
+// A coder is either read from or written to. Writing to one that is only read from is a fatal
+// error; reading answers nothing where a source has no values of that type.
+class TESMAR_API NSCoder : public NSObject {
   public:
-    virtual ~NSCoder() = default;
-
     // Reading. A key that is missing, or that holds another type, answers nothing (nullopt, null,
     // an empty list). Numbers convert into one another, and may come back not finite: whoever reads
     // one makes it finite.
-    virtual std::optional<bool> decodeBool(std::string_view key);
-    virtual std::optional<long long> decodeInteger(std::string_view key);
-    virtual std::optional<double> decodeDouble(std::string_view key);
+    virtual std::optional<bool> decodeBool(std::string_view /*key*/) { return {}; }
+    virtual std::optional<long long> decodeInteger(std::string_view /*key*/) { return {}; }
+    virtual std::optional<double> decodeDouble(std::string_view /*key*/) { return {}; }
     // Always valid UTF-8.
-    virtual std::optional<std::string> decodeString(std::string_view key);
-    virtual std::optional<std::string> decodeBytes(std::string_view key);
-    virtual std::optional<CGRect> decodeRect(std::string_view key);
-    virtual Ref<NSObject> decodeObject(std::string_view key);
+    virtual std::optional<std::string> decodeString(std::string_view /*key*/) { return {}; }
+    virtual std::optional<std::string> decodeBytes(std::string_view /*key*/) { return {}; }
+    virtual std::optional<CGRect> decodeRect(std::string_view /*key*/) { return {}; }
+    virtual Ref<NSObject> decodeObject(std::string_view /*key*/) { return {}; }
     // Elements that do not decode are left out, and failed() tells.
-    virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view key);
+    virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view /*key*/) { return {}; }
+    // The same for a list of text.
+    virtual std::vector<std::string> decodeStrings(std::string_view /*key*/) { return {}; }
     // Whether anything met so far could not be decoded at all.
-    virtual bool failed() const;
+    virtual bool failed() const { return false; }
 
     // Writing.
     virtual void encodeBool(bool value, std::string_view key);

@@ -79,6 +79,19 @@ class TESMAR_API PropertyList {
         }
     }
 
+    // What `visitor` answers for the value as one of these types.
+    template <class Visitor>
+    auto visit(Visitor&& visitor) const {
+        return std::visit(
+            [&]<class T>(const T& held) {
+                if constexpr (std::is_trivially_copyable_v<T>)
+                    return visitor(held);
+                else
+                    return visitor(*held);
+            },
+            value_);
+    }
+
     // The value under `key` when this is a dictionary that has it, else null.
     const PropertyList* find(std::string_view key) const;
 

@@ -1,0 +1,145 @@
+#include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/archive/keyed_archive_format.h"
+#include "tesmar/platform/foundation/archive/property_list_objects.h"
+#include "tesmar/platform/foundation/runtime.h"
+
+#include <map>
+#include <unordered_map>
+
+namespace tesmar {
+namespace {
+
+using namespace keyed_archive_format;
+
+class Archiver final : public NSCoder {
+  public:
+    std::string archive(const Ref<NSObject>& root);
+
+    void encodeBool(bool value, std::string_view key) override { set(key, value); }
+    void encodeInteger(long long value, std::string_view key) override { set(key, value); }
+    void encodeDouble(double value, std::string_view key) override { set(key, value); }
+    void encodeString(std::string_view value, std::string_view key) override {
+        set(key, std::string(value));
+    }
+    void encodeBytes(std::string_view value, std::string_view key) override {
+        set(key, PropertyList::Data{std::string(value)});
+    }
+    void encodeObject(const Ref<NSObject>& object, std::string_view key) override {
+        if (const auto uid = reference(object))
+            set(key, *uid);
+    }
+    void encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key) override;
+    bool canEncodeObject(const Ref<NSObject>& object) override {
+        return reference(object).has_value();
+    }
+
+  private:
+    using UID = PropertyList::UID;
+    struct Known {
+        Ref<NSObject> object; // kept, so that no other object gets its address
+        std::optional<UID> uid;
+    };
+
+    // The object's place in the table, where it is put now if it is new. Nothing for an object that
+    // has no coding or is still being encoded.
+    std::optional<UID> reference(const Ref<NSObject>& object);
+    std::optional<UID> encode(const NSObject& object);
+    std::optional<PropertyList> record(const NSObject& object);
+    UID classReference(const Class& type);
+    UID place(PropertyList value);
+
+    void set(std::string_view key, PropertyList value) {
+        record_->push_back({std::string(key), std::move(value)});
+    }
+
+    PropertyList::Array objects_{kNull};
+    std::unordered_map<const NSObject*, Known> known_;
+    std::map<std::string_view, UID> classes_;
+    PropertyList::Dictionary* record_ = nullptr; // of the object that is being encoded
+    int depth_ = 0;
+};
+
+std::string Archiver::archive(const Ref<NSObject>& root) {
+    const UID top = reference(root).value_or(kNullUID);
+    return writePropertyList(PropertyList::Dictionary{
+        {kVersionKey, kVersion},
+        {kArchiverKey, kArchiverName},
+        {kTopKey, PropertyList::Dictionary{{kRootKey, top}}},
+        {kObjectsKey, std::move(objects_)},
+    });
+}
+
+void Archiver::encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key) {
+    PropertyList::Array references;
+    for (const auto& object : objects)
+        if (const auto uid = reference(object))
+            references.push_back(*uid);
+    set(key, std::move(references));
+}
+
+std::optional<PropertyList::UID> Archiver::reference(const Ref<NSObject>& object) {
+    if (!object || depth_ >= kDeepestArchive)
+        return std::nullopt;
+    const auto [known, isNew] = known_.emplace(object.get(), Known{object, std::nullopt});
+    Known& entry = known->second; // stays where it is while others are added
+    if (isNew)
+        entry.uid = encode(*object);
+    return entry.uid;
+}
+
+std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
+    if (dynamic_cast<const NSString*>(&object) || dynamic_cast<const NSNumber*>(&object)) {
+        auto scalar = propertyListFromObject(object);
+        return scalar ? std::optional(place(*std::move(scalar))) : std::nullopt;
+    }
+    // Takes its place before what it refers to.
+    const UID uid = place(kNull);
+    if (auto value = record(object)) {
+        objects_[uid.value] = *std::move(value);
+        return uid;
+    }
+    if (objects_.size() == uid.value + 1)
+        objects_.pop_back();
+    return std::nullopt;
+}
+
+std::optional<PropertyList> Archiver::record(const NSObject& object) {
+    PropertyList::Dictionary record;
+    auto* const outer = std::exchange(record_, &record);
+    ++depth_;
+    const bool hasCoding = object.encodeWithCoder(*this);
+    --depth_;
+    record_ = outer;
+    if (!hasCoding)
+        return std::nullopt;
+    record.push_back({kClassKey, classReference(object.isa())});
+    return record;
+}
+
+PropertyList::UID Archiver::classReference(const Class& type) {
+    const auto known = classes_.find(type.name());
+    if (known != classes_.end())
+        return known->second;
+    PropertyList::Array chain;
+    for (const Class* ancestor = &type; ancestor; ancestor = ancestor->superclass())
+        chain.push_back(std::string(ancestor->name()));
+    const UID uid = place(PropertyList::Dictionary{{kClassChainKey, std::move(chain)},
+                                                   {kClassNameKey, std::string(type.name())}});
+    classes_.emplace(type.name(), uid);
+    return uid;
+}
+
+PropertyList::UID Archiver::place(PropertyList value) {
+    objects_.push_back(std::move(value));
+    return {objects_.size() - 1};
+}
+
+} // namespace
+
+std::string NSKeyedArchiver::archivedDataWithRootObject(const Ref<NSObject>& root) {
+    return Archiver().archive(root);
+}
+
+} // namespace tesmar

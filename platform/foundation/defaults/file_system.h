@@ -1,0 +1,42 @@
+// The system calls of the preferences store, in one place, so that a test can make any of them
+// fail.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace tesmar {
+
+// Every member is the system call of its name, with its result and errno, but for calls that were
+// interrupted by a signal: they are tried again, a bounded number of times. Any thread.
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    int open(const std::string& path, int flags, mode_t mode = 0);
+    int fstat(int file, struct stat& status);
+    int stat(const std::string& path, struct stat& status);
+    ssize_t read(int file, char* bytes, std::size_t size);
+    ssize_t write(int file, std::string_view bytes);
+    int fchmod(int file, mode_t mode);
+    int fsync(int file);
+    int close(int file); // never tried again: the descriptor is gone in any case
+    int flock(int file, int operation);
+    int mkdir(const std::string& path, mode_t mode);
+    int link(const std::string& from, const std::string& to);
+    int rename(const std::string& from, const std::string& to);
+    int unlink(const std::string& path);
+    ssize_t readlink(const std::string& path, char* target, std::size_t size);
+
+  protected:
+    // Asked before every call, with its name. Anything but 0 is the errno with which the call fails
+    // without being made.
+    virtual int fault(std::string_view call);
+
+  private:
+    template <class Call>
+    auto attempt(std::string_view name, Call&& call);
+};
+
+} // namespace tesmar
