@@ -2,8 +2,6 @@
 // list which somebody else wrote can be read, changed in one place and written back unharmed.
 #pragma once
 
-#include "tesmar/platform/foundation/export.h"
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -16,7 +14,7 @@
 namespace tesmar {
 
 // An immutable value, cheap to copy: copies share their contents. Any thread.
-class TESMAR_API PropertyList {
+class PropertyList {
   public:
     // A signed number of 128 bits in two's complement.
     struct Integer {
@@ -117,11 +115,11 @@ inline constexpr int kDeepestPropertyList = 512;
 // with the size of `bytes`, whatever they say. Values that are referred to from several places stay
 // shared, and the list as a whole, counting each such value as often as it is reached, is at most
 // 64 Ki values plus eight for each byte, so that going through it is never a trap.
-TESMAR_API std::optional<PropertyList> readPropertyList(std::string_view bytes);
+std::optional<PropertyList> readPropertyList(std::string_view bytes);
 
 // The binary form: the same list always gives the same bytes. Equal scalars are written once, and
 // so are containers that are shared. Bytes of text that are not UTF-8 become U+FFFD. `list` must
 // not be nested deeper than kDeepestPropertyList.
-TESMAR_API std::string writePropertyList(const PropertyList& list);
+std::string writePropertyList(const PropertyList& list);
 
 } // namespace tesmar

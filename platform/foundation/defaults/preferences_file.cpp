@@ -14,6 +14,8 @@
 namespace tesmar {
 namespace {
 
+constexpr mode_t kPrivate = S_IRUSR | S_IWUSR;
+
 std::string parentOf(const std::string& path) {
     const auto parent = std::filesystem::path(path).parent_path();
     return parent.empty() ? "." : parent.string();
@@ -72,7 +74,7 @@ void makeDirectories(FileSystem& files, const std::string& path) {
 class Lock {
   public:
     Lock(FileSystem& files, const std::string& path)
-        : files_(files), file_(files, path, O_RDWR | O_CREAT | O_NONBLOCK, S_IRUSR | S_IWUSR) {
+        : files_(files), file_(files, path, O_RDWR | O_CREAT | O_NONBLOCK, kPrivate) {
         constexpr auto kLongestWait = std::chrono::seconds(2);
         constexpr auto kPause = std::chrono::milliseconds(2);
         const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
@@ -146,16 +148,14 @@ bool writeAll(FileSystem& files, int descriptor, std::string_view bytes) {
 }
 
 // A new file of its own, down on the disk.
-bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes,
-                  std::optional<mode_t> mode) {
-    OpenFile file(files, path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR);
-    return file.isOpen() && (!mode || files.fchmod(file.descriptor(), *mode) == 0) &&
+bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes, mode_t mode) {
+    OpenFile file(files, path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivate);
+    return file.isOpen() && files.fchmod(file.descriptor(), mode) == 0 &&
            writeAll(files, file.descriptor(), bytes) && files.fsync(file.descriptor()) == 0 &&
            file.close();
 }
 
-bool replaceFile(FileSystem& files, const std::string& path, std::string_view bytes,
-                 std::optional<mode_t> mode) {
+bool replaceFile(FileSystem& files, const std::string& path, std::string_view bytes, mode_t mode) {
     const std::string temporary = path + ".tmp";
     files.unlink(temporary); // of a saver that died
     if (!writeNewFile(files, temporary, bytes, mode) || files.rename(temporary, path) != 0) {
@@ -217,9 +217,8 @@ bool savePreferences(FileSystem& files, const std::string& path,
     // Together with what others have put there it may have grown beyond what can be read again.
     if (!readPropertyList(bytes))
         return false;
-    const auto mode = file.state == PreferencesFile::absent
-                          ? std::nullopt
-                          : std::optional<mode_t>(file.status.st_mode & ACCESSPERMS);
+    const mode_t mode =
+        file.state == PreferencesFile::absent ? kPrivate : file.status.st_mode & ACCESSPERMS;
     return replaceFile(files, *target, bytes, mode);
 }
 
