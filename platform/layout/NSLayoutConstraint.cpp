@@ -1,0 +1,110 @@
+#include "tesmar/platform/layout/NSLayoutConstraint.h"
+
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/layout/visual_format.h"
+
+#include <cstdio>
+
+namespace tesmar {
+namespace {
+
+// Larger factors drown every coordinate in rounding errors.
+constexpr double kLargestMultiplier = 1e4;
+
+// In the order of the enumerations.
+constexpr const char* kAttributeNames[] = {"?",      "left",    "right",    "top",
+                                           "bottom", "leading", "trailing", "width",
+                                           "height", "centerX", "centerY",  "lastBaseline"};
+constexpr const char* kRelationSigns[] = {"<=", "=", ">="};
+
+const char* name(NSLayoutAttribute attribute) {
+    return kAttributeNames[static_cast<std::size_t>(attribute)];
+}
+
+std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+}
+
+} // namespace
+
+Class& NSLayoutConstraint::classObject() {
+    static Class type("NSLayoutConstraint", &NSObject::classObject(),
+                      allocator<NSLayoutConstraint>(),
+                      {method<&NSLayoutConstraint::priority>("priority"),
+                       method<&NSLayoutConstraint::setPriority>("setPriority:"),
+                       method<&NSLayoutConstraint::multiplier>("multiplier"),
+                       method<&NSLayoutConstraint::constant>("constant"),
+                       method<&NSLayoutConstraint::setConstant>("setConstant:"),
+                       method<&NSLayoutConstraint::isActive>("isActive"),
+                       method<&NSLayoutConstraint::setActive>("setActive:")});
+    return type;
+}
+
+Ref<NSLayoutConstraint> NSLayoutConstraint::constraintWithItem(
+    const std::shared_ptr<LayoutItem>& first, NSLayoutAttribute attribute,
+    NSLayoutRelation relation, const std::shared_ptr<LayoutItem>& second,
+    NSLayoutAttribute secondAttribute, double multiplier, CGFloat constant) {
+    auto constraint = make<NSLayoutConstraint>();
+    constraint->first_ = first;
+    constraint->firstAttribute_ = attribute;
+    constraint->relation_ = relation;
+    constraint->second_ = second;
+    constraint->secondAttribute_ = secondAttribute;
+    constraint->multiplier_ = finite(multiplier, -kLargestMultiplier, kLargestMultiplier, 0);
+    constraint->constant_ = finiteCoordinate(constant);
+    return constraint;
+}
+
+std::vector<Ref<NSLayoutConstraint>>
+NSLayoutConstraint::constraintsWithVisualFormat(std::string_view format,
+                                                NSLayoutFormatOptions options,
+                                                const Metrics& metrics, const Views& views) {
+    auto result = constraintsFromVisualFormat(format, options, metrics, views);
+    if (const auto* error = std::get_if<VisualFormatError>(&result))
+        fatalError(describe(*error, format));
+    return std::get<std::vector<Ref<NSLayoutConstraint>>>(std::move(result));
+}
+
+void NSLayoutConstraint::setConstant(CGFloat constant) {
+    constant_ = finiteCoordinate(constant);
+    tellItems();
+}
+
+void NSLayoutConstraint::setPriority(UILayoutPriority priority) {
+    priority_ = finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityRequired);
+    tellItems();
+}
+
+void NSLayoutConstraint::setActive(bool active) {
+    active_ = active;
+    tellItems();
+}
+
+std::string NSLayoutConstraint::description() const {
+    const auto first = firstItem();
+    const auto second = secondItem();
+    std::string text = (first ? first->layoutName() : "(gone)") + "." + name(firstAttribute_) +
+                       " " + kRelationSigns[static_cast<std::size_t>(relation_)] + " ";
+    if (secondAttribute_ == NSLayoutAttribute::notAnAttribute) {
+        text += number(constant_);
+    } else {
+        if (multiplier_ != 1)
+            text += number(multiplier_) + " * ";
+        text += (second ? second->layoutName() : "(gone)") + "." + name(secondAttribute_);
+        if (constant_ != 0)
+            text += (constant_ < 0 ? " - " : " + ") + number(std::abs(constant_));
+    }
+    return text + (priority_ >= UILayoutPriorityRequired ? " (required)"
+                                                         : " (priority " + number(priority_) + ")");
+}
+
+void NSLayoutConstraint::tellItems() const {
+    // Both items are in one tree, or the constraint has no effect: telling one is enough.
+    if (const auto item = firstItem())
+        item->layoutNeedsUpdate();
+}
+
+} // namespace tesmar
