@@ -1,0 +1,51 @@
+// A window of 300 × 400 points at rest, on a host whose time the test moves. Any diagnostic that a
+// test does not expect fails it.
+#pragma once
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/hosts/headless/HeadlessHost.h"
+#include "tesmar/platform/ui/Motion.h"
+
+#include <gtest/gtest.h>
+
+namespace tesmar {
+
+// Counts the messages that it gets, under their selectors.
+class Listener : public NSObject {
+    TESMAR_CLASS
+
+  public:
+    void changed() { log += "changed "; }
+    void down() { log += "down "; }
+    void up() { log += "up "; }
+    void outside() { log += "outside "; }
+    void cancelled() { log += "cancelled "; }
+    std::string take() { return std::exchange(log, {}); }
+
+    std::string log;
+};
+
+class UITest : public testing::Test {
+  protected:
+    UITest() {
+        setDiagnosticHandler([](std::string_view m) { ADD_FAILURE() << "diagnostic: " << m; });
+        setMotionSetting(MotionSetting::full);
+    }
+    ~UITest() override { setDiagnosticHandler({}); }
+
+    UIView& root() { return *host.window()->rootViewController()->view(); }
+    template <class T>
+    Ref<T> add(CGRect frame) {
+        auto view = makeWith<T>(&T::initWithFrame, frame);
+        view->setFrame(frame);
+        root().addSubview(view);
+        return view;
+    }
+
+    HeadlessHost host{{300, 400}};
+    Ref<Listener> listener = make<Listener>();
+};
+
+} // namespace tesmar
