@@ -73,6 +73,7 @@ Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext() {
     if (!canvas || !canvas->surface)
         return nullptr;
     cairo_surface_t* const drawn = canvas->surface.get();
+    cairo_surface_mark_dirty(drawn); // it was drawn into behind its back
     SurfacePtr copy =
         renderedSurface(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(drawn),
                         cairo_image_surface_get_height(drawn), 0, 0, [drawn](cairo_t* cr) {

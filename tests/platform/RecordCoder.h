@@ -1,0 +1,42 @@
+// A coder over values given in the test: for records that no archiver writes.
+#pragma once
+
+#include "tesmar/platform/foundation/archive/NSCoder.h"
+
+#include <map>
+#include <variant>
+
+namespace tesmar {
+
+class RecordCoder : public NSCoder {
+  public:
+    using Record = std::map<std::string, std::variant<double, std::string>, std::less<>>;
+    explicit RecordCoder(Record record) : record_(std::move(record)) {}
+
+    std::optional<bool> decodeBool(std::string_view) override { return std::nullopt; }
+    std::optional<long long> decodeInteger(std::string_view key) override {
+        const auto number = decodeDouble(key);
+        return number ? std::optional(static_cast<long long>(*number)) : std::nullopt;
+    }
+    std::optional<double> decodeDouble(std::string_view key) override { return find<double>(key); }
+    std::optional<std::string> decodeString(std::string_view key) override {
+        return find<std::string>(key);
+    }
+    std::optional<std::string> decodeBytes(std::string_view) override { return std::nullopt; }
+    std::optional<CGRect> decodeRect(std::string_view) override { return std::nullopt; }
+    Ref<NSObject> decodeObject(std::string_view) override { return nullptr; }
+    std::vector<Ref<NSObject>> decodeObjects(std::string_view) override { return {}; }
+    bool failed() const override { return false; }
+
+  private:
+    template <class T>
+    std::optional<T> find(std::string_view key) const {
+        const auto found = record_.find(key);
+        const T* value = found == record_.end() ? nullptr : std::get_if<T>(&found->second);
+        return value ? std::optional(*value) : std::nullopt;
+    }
+
+    Record record_;
+};
+
+} // namespace tesmar
