@@ -43,22 +43,22 @@ bool HeadlessHost::touch(UITouchPhase phase, CGPoint point, std::int64_t id) {
     return window_->touch(phase, id, point, start_ + now_);
 }
 
-void HeadlessHost::tap(CGPoint point) {
-    touch(UITouchPhase::began, point);
-    touch(UITouchPhase::ended, point);
+void HeadlessHost::tap(CGPoint point, std::int64_t id) {
+    touch(UITouchPhase::began, point, id);
+    touch(UITouchPhase::ended, point, id);
 }
 
-void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds) {
+void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id) {
     const int steps = std::max(1, static_cast<int>(std::lround(
                                       finite(seconds, 0, 3600, 0) / NSRunLoop::kFrameInterval)));
-    touch(UITouchPhase::began, start);
+    touch(UITouchPhase::began, start, id);
     CGPoint at = start;
     for (int i = 1; i <= steps; ++i) {
         advance(std::max(0.0, seconds) / steps);
         at = {start.x + distance.x * i / steps, start.y + distance.y * i / steps};
-        touch(UITouchPhase::moved, at);
+        touch(UITouchPhase::moved, at, id);
     }
-    touch(UITouchPhase::ended, at);
+    touch(UITouchPhase::ended, at, id);
 }
 
 std::span<const PixelRect> HeadlessHost::render() {

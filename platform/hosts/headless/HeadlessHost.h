@@ -31,9 +31,9 @@ class TESMAR_API HeadlessHost {
 
     bool touch(UITouchPhase phase, CGPoint point, std::int64_t id = 0);
     // Down and up in no time.
-    void tap(CGPoint point);
+    void tap(CGPoint point, std::int64_t id = 0);
     // From `start` by `distance` in `seconds`, in sixtieths of a second, then up.
-    void drag(CGPoint start, CGPoint distance, double seconds);
+    void drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id = 0);
 
     // --- Pixels ---------------------------------------------------------------------------------
 
