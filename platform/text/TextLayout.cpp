@@ -39,21 +39,39 @@ std::string validText(std::string_view text) {
     return result;
 }
 
-// Line breaks as a layout of that many lines takes them. Within a paragraph, over which a number of
-// lines counts, only a line separator breaks the line.
-std::string withLineBreaks(const std::string& text, int lineCount) {
-    if (lineCount == 0)
-        return text;
+constexpr std::string_view kLineSeparator = "\u2028";
+
+// The text as one paragraph, over which a number of lines counts: only line separators break it.
+std::string withLineBreaks(const std::string& text, std::string_view lineBreak) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
             continue;
-        if (text[i] != '\n' && text[i] != '\r')
-            result += text[i];
+        if (text[i] == '\n' || text[i] == '\r')
+            result += lineBreak;
         else
-            result += lineCount == 1 ? " " : "\u2028";
+            result += text[i];
     }
     return result;
+}
+
+std::string withSpacesForSeparators(std::string text, std::size_t from) {
+    for (auto at = text.find(kLineSeparator, from); at != std::string::npos;
+         at = text.find(kLineSeparator, at))
+        text.replace(at, kLineSeparator.size(), " ");
+    return text;
+}
+
+void setLayoutText(PangoLayout* layout, const std::string& text) {
+    pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+}
+
+// What follows the start of the last line must stand in that line, cut off by an ellipsis: there a
+// line break would show as a symbol.
+void joinLinesFrom(PangoLayout* layout, int lastLine) {
+    if (const auto* line = pango_layout_get_line_readonly(layout, lastLine))
+        setLayoutText(layout, withSpacesForSeparators(pango_layout_get_text(layout),
+                                                      static_cast<std::size_t>(line->start_index)));
 }
 
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
@@ -142,16 +160,20 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
         return nullptr;
     GObjectPtr<PangoLayout> layout(pango_layout_new(context));
     setFontSize(layout.get(), font->pointSize());
-    const std::string broken = withLineBreaks(text, lineCount);
-    pango_layout_set_text(layout.get(), broken.data(), static_cast<int>(broken.size()));
     pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-    if (width) {
+    if (width)
         pango_layout_set_width(layout.get(), static_cast<int>(*width * PANGO_SCALE));
-        if (lineCount > 0) {
-            pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
-            pango_layout_set_height(layout.get(), -lineCount);
-        }
+    if (lineCount == 0) {
+        setLayoutText(layout.get(), text);
+        return layout;
+    }
+    setLayoutText(layout.get(), withLineBreaks(text, lineCount == 1 ? " " : kLineSeparator));
+    if (lineCount > 1)
+        joinLinesFrom(layout.get(), lineCount - 1);
+    if (width) {
+        pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+        pango_layout_set_height(layout.get(), -lineCount);
     }
     return layout;
 }
