@@ -14,7 +14,7 @@ set(shipped tesmar)
 
 if(TARGET tesmar_hosts_sdl)
   # It stands on the shared library; linking its own archive would bring the floors in twice.
-  pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
+  pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2>=2.26)
   add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
   target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
   set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
