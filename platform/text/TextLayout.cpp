@@ -58,7 +58,7 @@ std::string withLineBreaks(const std::string& text, std::string_view lineBreak) 
 std::string withSpacesForSeparators(std::string text, std::size_t from) {
     for (auto at = text.find(kLineSeparator, from); at != std::string::npos;
          at = text.find(kLineSeparator, at))
-        text.replace(at, kLineSeparator.size(), " ");
+        text.replace(at, kLineSeparator.size(), 1, ' ');
     return text;
 }
 
