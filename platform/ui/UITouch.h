@@ -1,6 +1,7 @@
 // One finger (or the mouse) from its landing to its lift.
 #pragma once
 
+#include "tesmar/platform/foundation/export.h"
 #include "tesmar/platform/geometry/geometry.h"
 
 #include <cstdint>
@@ -11,7 +12,7 @@ class UIView;
 
 enum class UITouchPhase { began, moved, ended, cancelled };
 
-class UITouch {
+class TESMAR_API UITouch {
   public:
     UITouch(std::int64_t id, CGPoint point, double time)
         : id_(id), start_(point), point_(point), time_(time) {}

@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 namespace tesmar {
@@ -46,8 +47,12 @@ class TESMAR_API SDLHost {
         std::uint64_t uploadedPixels = 0; // of the window; the picture does not count
     };
 
-    // Opens the window. Throws std::runtime_error, saying why, when there is no display or no
-    // window can be had.
+    // Says why there can be no window.
+    class TESMAR_API NoDisplay : public std::runtime_error {
+        using std::runtime_error::runtime_error;
+    };
+
+    // Opens the window. Throws NoDisplay.
     explicit SDLHost(const Options& options);
     ~SDLHost();
     SDLHost(const SDLHost&) = delete;

@@ -28,6 +28,11 @@ bool isEcho(const SDL_Event& event) {
     }
 }
 
+// Too far for one tap.
+bool isApart(CGPoint a, CGPoint b) {
+    return std::hypot(a.x - b.x, a.y - b.y) > kTapSlack;
+}
+
 } // namespace
 
 CGPoint SDLInput::pointOfMouse(CGPoint position) const {
@@ -93,14 +98,12 @@ void SDLInput::touchMoved(TouchName name, CGPoint point, double time) {
     if (found == touches_.end())
         return;
     Touch& touch = found->second;
-    const CGPoint way = point - touch.start;
-    touch.moved = touch.moved || std::hypot(way.x, way.y) > kTapSlack;
+    touch.moved = touch.moved || isApart(touch.start, point);
     if (touch.taken)
         window_.touch(UITouchPhase::moved, touch.id, point, time);
 }
 
 void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
-    touchMoved(name, point, time);
     const auto found = touches_.find(name);
     if (found == touches_.end())
         return;
@@ -108,7 +111,7 @@ void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
     touches_.erase(found);
     if (touch.taken)
         window_.touch(UITouchPhase::ended, touch.id, point, time);
-    else if (!touch.moved && onTap)
+    else if (!touch.moved && !isApart(touch.start, point) && onTap)
         onTap(point);
 }
 

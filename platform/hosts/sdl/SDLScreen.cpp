@@ -8,8 +8,9 @@
 namespace tesmar {
 namespace {
 
+template <class Error = std::runtime_error>
 [[noreturn]] void fail(const std::string& what) {
-    throw std::runtime_error(what + ": " + SDL_GetError());
+    throw Error(what + ": " + SDL_GetError());
 }
 
 std::uint32_t withoutPremultiplication(std::uint32_t pixel) {
@@ -28,7 +29,7 @@ std::uint32_t withoutPremultiplication(std::uint32_t pixel) {
 
 SDLVideo::SDLVideo() {
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
-        fail("no display");
+        fail<SDLHost::NoDisplay>("no display");
 }
 
 SDLVideo::~SDLVideo() {
@@ -40,12 +41,12 @@ SDLScreen::SDLScreen(const std::string& title, Size size) {
                                    size.width, size.height,
                                    SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
     if (!window_)
-        fail("no window");
+        fail<SDLHost::NoDisplay>("no window");
     renderer_.reset(SDL_CreateRenderer(window_.get(), -1, SDL_RENDERER_PRESENTVSYNC));
     if (!renderer_)
         renderer_.reset(SDL_CreateRenderer(window_.get(), -1, 0));
     if (!renderer_)
-        fail("no way to draw in the window");
+        fail<SDLHost::NoDisplay>("no way to draw in the window");
     recreateLayers();
 }
 

@@ -35,7 +35,7 @@ class SDLScreen {
         bool operator==(const Size&) const = default;
     };
 
-    // `size` in pixels. Throws std::runtime_error.
+    // `size` in pixels. Throws SDLHost::NoDisplay; what fails later throws std::runtime_error.
     SDLScreen(const std::string& title, Size size);
 
     Size pixelSize() const;

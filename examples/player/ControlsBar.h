@@ -1,0 +1,40 @@
+// Along the foot of the window: play, where we are, and the way to the caption panel.
+#pragma once
+
+#include "SeekBar.h"
+
+#include "tesmar/platform/ui/UIButton.h"
+
+#include <functional>
+
+class ControlsBar : public tesmar::UIView {
+    TESMAR_CLASS
+
+  public:
+    static constexpr tesmar::CGFloat kHeight = 44;
+
+    // What the viewer asks for.
+    std::function<void()> onPlay;
+    std::function<void(double progress)> onSeek; // 0 to 1
+    std::function<void()> onCaptions;
+
+    enum class Play { playing, paused, impossible };
+    void showPlay(Play play);
+    // Seconds.
+    void showTime(double time, double duration);
+    void showCaptionsOn(bool on);
+
+    bool initWithFrame(tesmar::CGRect frame) override;
+    void layoutSubviews() override;
+
+    // Actions of the controls.
+    void playTapped();
+    void seeked();
+    void captionsTapped();
+
+  private:
+    tesmar::Ref<tesmar::UIButton> play_;
+    tesmar::Ref<SeekBar> seekBar_;
+    tesmar::Ref<tesmar::UILabel> time_;
+    tesmar::Ref<tesmar::UIButton> captions_;
+};

@@ -1,0 +1,133 @@
+#include "Player.h"
+
+#include <filesystem>
+
+using namespace tesmar;
+
+namespace {
+
+constexpr CGFloat kMargin = 16; // around captions, points
+constexpr const char* kSampleCaption = "Captions look like this.\nThe panel changes them.";
+
+} // namespace
+
+Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
+    : window_(std::move(window)), video_(video), remembersStyle_(options.remembersStyle),
+      // From the first frame on, captions wear what the viewer chose last time.
+      style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()) {
+    if (options.autoHide)
+        panel_->setAutoHideInterval(*options.autoHide);
+    panel_->setRememberChangedStyle(remembersStyle_);
+    // The panel owns its delegate, and this player the panel: a delegate that is not owned.
+    panel_->setDelegate({std::shared_ptr<void>(), this});
+
+    buildViews();
+    captions_->setStyle(style_);
+    setCaptionsOn(captionsAreOn_);
+    showVideoState();
+    layOut();
+}
+
+Player::~Player() {
+    panel_->setDelegate(nullptr);
+    for (const Ref<UIView>& view :
+         {Ref<UIView>(captions_), Ref<UIView>(controls_), Ref<UIView>(message_)})
+        view->removeFromSuperview();
+}
+
+void Player::buildViews() {
+    message_->setTextColor(UIColor::colorWithWhite(1, 0.75));
+    message_->setTextAlignment(NSTextAlignment::center);
+    message_->setUserInteractionEnabled(false);
+
+    controls_->onPlay = [this] { togglePause(); };
+    controls_->onCaptions = [this] { togglePanel(); };
+    controls_->onSeek = [this](double progress) {
+        video_->seekTo(progress * video_->state().duration);
+    };
+    const auto root = window_->rootViewController()->view();
+    for (const Ref<UIView>& view :
+         {Ref<UIView>(message_), Ref<UIView>(captions_), Ref<UIView>(controls_)})
+        root->addSubview(view);
+}
+
+void Player::layOut() {
+    const CGSize size = window_->frame().size;
+    const CGFloat foot = size.height - ControlsBar::kHeight;
+    controls_->setFrame({0, foot, size.width, ControlsBar::kHeight});
+    message_->setFrame({kMargin, kMargin, std::max(0.0, size.width - 2 * kMargin), 24});
+
+    const CGRect room = CGRectInset(CGRect{0, 0, size.width, std::max(0.0, foot)},
+                                    {0, kMargin, kMargin / 2, kMargin});
+    captions_->setRoom(room);
+    window_->setSafeAreaInsets({0, 0, ControlsBar::kHeight, 0});
+    window_->setCaptionArea(CaptionView::reservedArea(room));
+}
+
+// --- The video ----------------------------------------------------------------------------------
+
+void Player::showVideoState() {
+    if (!plays()) {
+        message_->setText(video_ ? "This video cannot be played"
+                                 : "No video: start as player FILE");
+        captions_->setText(kSampleCaption);
+        controls_->showPlay(ControlsBar::Play::impossible);
+        return;
+    }
+    const Video::State& state = video_->state();
+    message_->setText("");
+    captions_->setText(state.caption);
+    controls_->showPlay(state.paused || state.atEnd ? ControlsBar::Play::paused
+                                                    : ControlsBar::Play::playing);
+    controls_->showTime(state.time, state.duration);
+}
+
+void Player::togglePause() {
+    if (plays())
+        video_->togglePause();
+}
+
+void Player::seekBy(double seconds) {
+    if (plays())
+        video_->seekBy(seconds);
+}
+
+void Player::tapOnPicture() {
+    if (isPanelOpen())
+        togglePanel();
+    else
+        togglePause();
+}
+
+// --- The panel ----------------------------------------------------------------------------------
+
+bool Player::isPanelOpen() const {
+    return panel_->presentingViewController() && !panel_->isBeingDismissed();
+}
+
+void Player::togglePanel() {
+    if (isPanelOpen()) {
+        panel_->dismissViewControllerAnimated(true);
+        return;
+    }
+    panel_->setCCEnabled(captionsAreOn_);
+    window_->presentViewController(panel_, true);
+    // An appearing panel shows the remembered style; without remembering, the present one is newer.
+    if (!remembersStyle_)
+        panel_->setCCStyleAttributes(style_->mutableCopy());
+}
+
+void Player::CCSwitchValueChanged(bool on) {
+    setCaptionsOn(on);
+}
+
+void Player::CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) {
+    style_ = attributes;
+    captions_->setStyle(style_);
+}
+
+void Player::setCaptionsOn(bool on) {
+    captionsAreOn_ = on;
+    captions_->setHidden(!on);
+    controls_->showCaptionsOn(on);
+}

@@ -1,0 +1,54 @@
+// The player itself, whatever shows it: captions over the picture, a bar of controls, and the
+// caption panel. It owns the captions: whether they are on, and the style that they wear.
+#pragma once
+
+#include "CaptionView.h"
+#include "ControlsBar.h"
+#include "Video.h"
+#include "options.h"
+
+#include "tesmar/tesmar.h"
+
+class Player : private tesmar::TESMARViewControllerDelegate {
+  public:
+    // Fills `window`. `video` outlives the player; null: there is none to play.
+    Player(tesmar::Ref<tesmar::UIWindow> window, Video* video, const Options& options);
+    ~Player() override;
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    // The window has another size.
+    void layOut();
+    // The video's state may have changed.
+    void showVideoState();
+
+    void togglePanel();
+    void togglePause();
+    void seekBy(double seconds);
+    // A tap on the bare picture closes the panel, or else pauses.
+    void tapOnPicture();
+
+    // Whether the panel is there, or on its way in.
+    bool isPanelOpen() const;
+    const tesmar::Ref<tesmar::TESMARViewController>& panel() const { return panel_; }
+
+  private:
+    void CCSwitchValueChanged(bool on) override;
+    void CCStyleAttributesChanged(const tesmar::Ref<tesmar::NSDictionary>& attributes) override;
+    void CCViewControllerWillDisappear() override {}
+
+    bool plays() const { return video_ && video_->state().failure.empty(); }
+    void buildViews();
+    void setCaptionsOn(bool on);
+
+    tesmar::Ref<tesmar::UIWindow> window_;
+    Video* video_;
+    bool captionsAreOn_ = true;
+    bool remembersStyle_;
+    tesmar::Ref<tesmar::NSDictionary> style_;
+
+    tesmar::Ref<CaptionView> captions_ = tesmar::make<CaptionView>();
+    tesmar::Ref<ControlsBar> controls_ = tesmar::make<ControlsBar>();
+    tesmar::Ref<tesmar::UILabel> message_ = tesmar::make<tesmar::UILabel>();
+    tesmar::Ref<tesmar::TESMARViewController> panel_ = tesmar::make<tesmar::TESMARViewController>();
+};

@@ -1,0 +1,60 @@
+#include "SeekBar.h"
+
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UITouch.h"
+
+using namespace tesmar;
+
+namespace {
+
+constexpr CGFloat kLine = 4;  // points thick
+constexpr CGFloat kKnob = 14; // points across
+
+} // namespace
+
+void SeekBar::setProgress(double progress) {
+    if (!isTracking())
+        show(progress);
+}
+
+void SeekBar::show(double progress) {
+    progress = finite(progress, 0, 1, 0);
+    // Less than a pixel is not worth a frame.
+    const bool moves = std::abs(progress - progress_) * bounds().size.width >= 0.5;
+    if (!moves && progress != 0 && progress != 1)
+        return;
+    progress_ = progress;
+    setNeedsDisplay();
+}
+
+void SeekBar::draw(CGRect) {
+    CGContext& context = *UIGraphicsGetCurrentContext();
+    const CGFloat way = std::max(0.0, bounds().size.width - kKnob);
+    const CGFloat knob = kKnob / 2 + way * progress_;
+    const CGFloat top = bounds().midY() - kLine / 2;
+    context.setFillColor(*UIColor::colorWithWhite(1, 0.35));
+    context.fillRoundedRect({kKnob / 2, top, way, kLine}, kLine / 2);
+    context.setFillColor(*UIColor::whiteColor());
+    context.fillRoundedRect({kKnob / 2, top, knob - kKnob / 2, kLine}, kLine / 2);
+    context.fillEllipse({knob - kKnob / 2, bounds().midY() - kKnob / 2, kKnob, kKnob});
+}
+
+bool SeekBar::beginTracking(UITouch& touch) {
+    follow(touch);
+    return true;
+}
+
+bool SeekBar::continueTracking(UITouch& touch) {
+    follow(touch);
+    return true;
+}
+
+void SeekBar::endTracking(UITouch& touch) {
+    follow(touch);
+    sendActionsForControlEvents(UIControlEventValueChanged);
+}
+
+void SeekBar::follow(const UITouch& touch) {
+    const CGFloat way = std::max(1.0, bounds().size.width - kKnob);
+    show((touch.locationIn(*this).x - kKnob / 2) / way);
+}

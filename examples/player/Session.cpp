@@ -1,0 +1,185 @@
+#include "Session.h"
+
+#include "BackdropPicture.h"
+
+#include "tesmar/platform/graphics/UIImage.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+using namespace tesmar;
+
+namespace {
+
+constexpr double kPatience = 20;       // seconds, for the video engine
+constexpr double kDefaultAutoHide = 5; // seconds
+constexpr double kCaptionStep = 0.5;   // seconds between looks for a caption
+constexpr int kCaptionLooks = 24;
+constexpr double kPanelArrives = 0.6; // seconds
+constexpr double kBetweenTaps = 0.4;  // seconds
+
+Options withAutoHide(Options options) {
+    options.autoHide = options.autoHide.value_or(kDefaultAutoHide);
+    return options;
+}
+
+UIScrollView* scrollViewAround(UIView& view) {
+    for (UIView* above = view.superview(); above; above = above->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(above))
+            return scroll;
+    return nullptr;
+}
+
+// How far `inner` has to move to lie within `outer`, along one axis.
+CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outerHigh) {
+    if (innerLow < outerLow)
+        return outerLow - innerLow;
+    return innerHigh > outerHigh ? std::max(outerHigh - innerHigh, outerLow - innerLow) : 0;
+}
+
+std::uint32_t over(std::uint32_t front, std::uint32_t back) {
+    const std::uint32_t through = 255 - (front >> 24);
+    std::uint32_t pixel = 0xFF000000;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const std::uint32_t below = ((back >> shift & 0xFF) * through + 127) / 255;
+        pixel |= std::min(255u, (front >> shift & 0xFF) + below) << shift;
+    }
+    return pixel;
+}
+
+} // namespace
+
+Session::Session(const Options& options)
+    : directory_(options.pictures.value()), host_(options.size, options.scale.value_or(1)),
+      autoHide_(options.autoHide.value_or(kDefaultAutoHide)) {
+    std::filesystem::create_directories(directory_);
+    if (!options.video.empty()) {
+        video_ = std::make_unique<Video>(Video::Sound::off, std::function<void()>());
+        video_->play(options.video);
+    }
+    player_ = std::make_unique<Player>(host_.window(), video_.get(), withAutoHide(options));
+    showVideo();
+}
+
+std::string Session::videoFailure() const {
+    return video_ ? video_->state().failure : "";
+}
+
+// --- Time ---------------------------------------------------------------------------------------
+
+void Session::advance(double seconds) {
+    host_.advance(seconds);
+    videoTime_ += seconds;
+}
+
+// From the present moment on to the next one at which something is said; a silent video stays at
+// the present moment.
+void Session::showVideo() {
+    if (!video_)
+        return;
+    for (int look = 0; look < kCaptionLooks; ++look) {
+        if (!video_->showMoment(videoTime_ + look * kCaptionStep, kPatience))
+            break;
+        if (!video_->state().caption.empty()) {
+            videoTime_ += look * kCaptionStep;
+            break;
+        }
+    }
+    player_->showVideoState();
+}
+
+// --- Fingers ------------------------------------------------------------------------------------
+
+void Session::scrollIntoView(UIView& view, const CGRect& rect) {
+    UIScrollView* const scroll = scrollViewAround(view);
+    if (!scroll)
+        return;
+    // A drag begins only after some points of movement, so that one may not be enough.
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);
+        const CGRect target = view.convertRectTo(rect, nullptr);
+        const CGFloat dx = way(target.minX(), target.maxX(), port.minX(), port.maxX());
+        const CGFloat dy = way(target.minY(), target.maxY(), port.minY(), port.maxY());
+        if (dx == 0 && dy == 0)
+            return;
+        // One direction at a time, as thumbs do, and no further than the port is large.
+        const CGPoint distance =
+            dy != 0 ? CGPoint{0, std::clamp(dy, -port.size.height / 2, port.size.height / 2)}
+                    : CGPoint{std::clamp(dx, -port.size.width / 2, port.size.width / 2), 0};
+        const double before = host_.now();
+        host_.drag(port.center(), distance, 0.5);
+        videoTime_ += host_.now() - before;
+        advance(1); // it comes to rest
+    }
+}
+
+void Session::tap(const std::string& identifier) {
+    std::string name = identifier;
+    UIStepperHalf half = UIStepperHalf::none;
+    for (const auto& [ending, which] : {std::pair(".decrement", UIStepperHalf::decrement),
+                                        std::pair(".increment", UIStepperHalf::increment)})
+        if (name.ends_with(ending)) {
+            name.resize(name.size() - std::string_view(ending).size());
+            half = which;
+        }
+    UIView* const view = host_.window()->viewWithIdentifier(name);
+    if (!view)
+        throw std::runtime_error("no control is called " + name);
+    const auto* stepper = dynamic_cast<UIStepper*>(view);
+    const CGRect rect =
+        stepper && half != UIStepperHalf::none ? stepper->halfRect(half) : view->bounds();
+    host_.window()->layoutIfNeeded();
+    scrollIntoView(*view, rect);
+    host_.tap(view->convertPointTo(rect.center(), nullptr));
+    advance(kBetweenTaps);
+}
+
+// --- Pictures -----------------------------------------------------------------------------------
+
+std::string Session::writePicture(const std::string& name) {
+    showVideo();
+    host_.render();
+    const int width = host_.pixelWidth();
+    const int height = host_.pixelHeight();
+    std::vector<std::uint32_t> picture(host_.pixels().size());
+    if (video_ && videoFailure().empty())
+        video_->draw(picture.data(), width, height, width * 4);
+    else
+        drawBackdrop(picture.data(), width, height, width * 4);
+    std::transform(host_.pixels().begin(), host_.pixels().end(), picture.begin(), picture.begin(),
+                   over);
+
+    const std::string number = std::to_string(++written_);
+    const std::string path =
+        (std::filesystem::path(directory_) / ("0" + number + "-" + name + ".png")).string();
+    if (!writePNG(path, picture.data(), width, height, width * 4))
+        throw std::runtime_error("cannot write " + path);
+    return path;
+}
+
+void Session::play(const std::function<void(const std::string&)>& wrote) {
+    const auto picture = [&](const char* name) { wrote(writePicture(name)); };
+    picture("captions");
+
+    tap("captionsButton");
+    advance(kPanelArrives);
+    picture("panel");
+
+    tap("textColorPicker.5");
+    picture("text-color");
+
+    for (int step = 0; step < 4; ++step)
+        tap("textColorOpacityStepper.decrement");
+    picture("text-opacity");
+
+    tap("fontPicker.next");
+    for (int step = 0; step < 3; ++step)
+        tap("fontPicker.size.increment");
+    picture("font");
+
+    tap("resetButton");
+    picture("reset");
+
+    advance(autoHide_ + 1);
+    picture("auto-hidden");
+}

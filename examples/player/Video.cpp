@@ -1,0 +1,230 @@
+#include "Video.h"
+
+#include <mpv/client.h>
+#include <mpv/render.h>
+
+#include <bit>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <initializer_list>
+#include <stdexcept>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+// Names for the answers to what was asked at the beginning.
+enum Property : std::uint64_t {
+    timeProperty = 1,
+    durationProperty,
+    pauseProperty,
+    endProperty,
+    captionProperty
+};
+
+void check(int status, const char* what) {
+    if (status < 0)
+        throw std::runtime_error(std::string(what) + ": " + mpv_error_string(status));
+}
+
+// Named after the order of the bytes in memory.
+constexpr const char* kPixelFormat = std::endian::native == std::endian::little ? "bgr0" : "0rgb";
+
+// A plainer answer than the engine's for the commonest mistakes.
+std::string whyUnreadable(const std::string& path) {
+    if (path.find("://") != std::string::npos)
+        return "";
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored))
+        return "it is a directory";
+    return access(path.c_str(), R_OK) == 0 ? "" : std::strerror(errno);
+}
+
+} // namespace
+
+struct Video::Engine {
+    explicit Engine(std::function<void()> wake) : wakeUp(std::move(wake)) {}
+    ~Engine() {
+        if (render)
+            mpv_render_context_free(render);
+        mpv_terminate_destroy(mpv);
+    }
+
+    void command(std::initializer_list<const char*> words) {
+        std::vector<const char*> arguments(words);
+        arguments.push_back(nullptr);
+        // What cannot be done now (a seek before the file is open, say) is no loss.
+        mpv_command_async(mpv, 0, arguments.data());
+    }
+
+    void property(State& state, std::uint64_t which, const mpv_event_property& value);
+
+    std::function<void()> wakeUp;
+    mpv_handle* mpv = mpv_create();
+    mpv_render_context* render = nullptr;
+    bool frameIsNew = false;
+    bool restarted = false; // the picture of the last seek is there
+};
+
+Video::Video(Sound sound, std::function<void()> wakeUp)
+    : engine_(std::make_unique<Engine>(std::move(wakeUp))) {
+    mpv_handle* const mpv = engine_->mpv;
+    if (!mpv)
+        throw std::runtime_error("no video engine (is LC_NUMERIC \"C\"?)");
+    for (const auto& [name, value] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"config", "no"},
+             {"terminal", "no"},
+             {"osc", "no"},
+             {"input-default-bindings", "no"},
+             {"ytdl", "no"},
+             {"vo", "libmpv"},
+             {"hwdec", "no"},
+             {"keep-open", "yes"}, // the last picture stays
+             {"sid", "1"},
+             {"sub-visibility", "no"}, // its text is all we take
+         })
+        check(mpv_set_option_string(mpv, name, value), name);
+    if (sound == Sound::off)
+        check(mpv_set_option_string(mpv, "aid", "no"), "aid");
+    check(mpv_initialize(mpv), "the video engine does not start");
+
+    const auto wake = [](void* engine) {
+        if (const auto& wakes = static_cast<Engine*>(engine)->wakeUp)
+            wakes();
+    };
+    mpv_set_wakeup_callback(mpv, wake, engine_.get());
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
+        {MPV_RENDER_PARAM_INVALID, nullptr}};
+    check(mpv_render_context_create(&engine_->render, mpv, parameters), "no video picture");
+    mpv_render_context_set_update_callback(engine_->render, wake, engine_.get());
+
+    mpv_observe_property(mpv, timeProperty, "time-pos", MPV_FORMAT_DOUBLE);
+    mpv_observe_property(mpv, durationProperty, "duration", MPV_FORMAT_DOUBLE);
+    mpv_observe_property(mpv, pauseProperty, "pause", MPV_FORMAT_FLAG);
+    mpv_observe_property(mpv, endProperty, "eof-reached", MPV_FORMAT_FLAG);
+    mpv_observe_property(mpv, captionProperty, "sub-text", MPV_FORMAT_STRING);
+}
+
+Video::~Video() = default;
+
+void Video::play(const std::string& path) {
+    path_ = path;
+    state_.failure = whyUnreadable(path);
+    if (state_.failure.empty())
+        engine_->command({"loadfile", path.c_str()});
+}
+
+// --- News ---------------------------------------------------------------------------------------
+
+void Video::Engine::property(State& state, std::uint64_t which, const mpv_event_property& value) {
+    // A property that has no value now comes without one.
+    const bool known = value.format != MPV_FORMAT_NONE;
+    const auto number = [&] { return known ? *static_cast<double*>(value.data) : 0; };
+    const auto flag = [&] { return known && *static_cast<int*>(value.data) != 0; };
+    switch (which) {
+    case timeProperty:
+        state.time = number();
+        break;
+    case durationProperty:
+        state.duration = number();
+        break;
+    case pauseProperty:
+        state.paused = flag();
+        break;
+    case endProperty:
+        state.atEnd = flag();
+        break;
+    case captionProperty:
+        state.caption = known ? *static_cast<char**>(value.data) : "";
+        break;
+    default:
+        break;
+    }
+}
+
+bool Video::poll() {
+    return waitForNews(0);
+}
+
+bool Video::waitForNews(double patience) {
+    const State before = state_;
+    for (const mpv_event* event = mpv_wait_event(engine_->mpv, patience);
+         event->event_id != MPV_EVENT_NONE; event = mpv_wait_event(engine_->mpv, 0)) {
+        if (event->event_id == MPV_EVENT_PROPERTY_CHANGE)
+            engine_->property(state_, event->reply_userdata,
+                              *static_cast<mpv_event_property*>(event->data));
+        else if (event->event_id == MPV_EVENT_PLAYBACK_RESTART)
+            engine_->restarted = true;
+        else if (event->event_id == MPV_EVENT_END_FILE) {
+            const auto& end = *static_cast<mpv_event_end_file*>(event->data);
+            if (end.reason == MPV_END_FILE_REASON_ERROR)
+                state_.failure = mpv_error_string(end.error);
+        }
+    }
+    return state_ != before;
+}
+
+// --- Playing ------------------------------------------------------------------------------------
+
+void Video::set(const char* property, const std::string& value) {
+    engine_->command({"set", property, value.c_str()});
+}
+
+void Video::togglePause() {
+    if (state_.atEnd)
+        seekTo(0);
+    set("pause", state_.paused || state_.atEnd ? "no" : "yes");
+}
+
+void Video::seekTo(double seconds) {
+    engine_->command({"seek", std::to_string(seconds).c_str(), "absolute+exact"});
+}
+
+void Video::seekBy(double seconds) {
+    engine_->command({"seek", std::to_string(seconds).c_str(), "relative+exact"});
+}
+
+// --- Picture ------------------------------------------------------------------------------------
+
+bool Video::hasNewFrame() {
+    if (mpv_render_context_update(engine_->render) & MPV_RENDER_UPDATE_FRAME)
+        engine_->frameIsNew = true;
+    return engine_->frameIsNew;
+}
+
+void Video::draw(std::uint32_t* pixels, int width, int height, int stride) {
+    engine_->frameIsNew = false;
+    int size[] = {width, height};
+    std::size_t bytes = static_cast<std::size_t>(stride);
+    int waits = 0; // for the moment at which the frame is due: we draw when told
+    mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, size},
+                                     {MPV_RENDER_PARAM_SW_FORMAT, const_cast<char*>(kPixelFormat)},
+                                     {MPV_RENDER_PARAM_SW_STRIDE, &bytes},
+                                     {MPV_RENDER_PARAM_SW_POINTER, pixels},
+                                     {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waits},
+                                     {MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context_render(engine_->render, parameters);
+}
+
+bool Video::showMoment(double seconds, double patience) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration<double>(patience);
+    const auto waitFor = [&](const auto& there) {
+        while (!there()) {
+            if (!state_.failure.empty() || Clock::now() > end)
+                return false;
+            waitForNews(0.01);
+        }
+        return true;
+    };
+    set("pause", "yes");
+    if (!waitFor([&] { return state_.duration > 0 && engine_->restarted; }))
+        return false;
+    engine_->restarted = false;
+    seekTo(seconds);
+    return waitFor([&] { return engine_->restarted && hasNewFrame(); });
+}

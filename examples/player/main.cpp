@@ -1,0 +1,71 @@
+// A video player that wears the caption panel.
+//
+//     player film.mkv                     in a window; --help tells the rest
+//     player --headless pictures film.mkv the same without a screen, into PNG files
+#include "Session.h"
+#include "window_app.h"
+
+#include "tesmar/platform/hosts/sdl/SDLHost.h"
+#include "tesmar/tesmar.h"
+
+#include <clocale>
+#include <cstdio>
+#include <exception>
+
+using namespace tesmar;
+
+namespace {
+
+constexpr const char* kPicturesWithoutDisplay = "player-session";
+
+void setUp(const Options& options) {
+    std::setlocale(LC_ALL, "");
+    std::setlocale(LC_NUMERIC, "C"); // the video engine insists
+    NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.player"));
+    if (!options.preferences.empty())
+        NSUserDefaults::standardUserDefaults()->setPreferencesPath(options.preferences);
+    if (options.reducedMotion)
+        setMotionSetting(MotionSetting::reduced);
+}
+
+void playIntoPictures(const Options& options) {
+    Session session(options);
+    if (const std::string why = session.videoFailure(); !why.empty())
+        std::fprintf(stderr, "player: cannot play '%s': %s\n", options.video.c_str(), why.c_str());
+    session.play([](const std::string& path) { std::printf("%s\n", path.c_str()); });
+}
+
+void run(Options options) {
+    setUp(options);
+    if (options.pictures)
+        return playIntoPictures(options);
+    try {
+        return playInWindow(options);
+    } catch (const SDLHost::NoDisplay& error) {
+        std::fprintf(stderr, "player: %s; playing a session into pictures in %s instead\n",
+                     error.what(), kPicturesWithoutDisplay);
+    }
+    options.pictures = kPicturesWithoutDisplay;
+    playIntoPictures(options);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto parsed = parseOptions({argv + 1, argv + argc});
+    if (std::holds_alternative<HelpWanted>(parsed)) {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
+        std::fprintf(stderr, "player: %s\n%s", wrong->message.c_str(), kUsage);
+        return 2;
+    }
+    try {
+        run(std::get<Options>(parsed));
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "player: %s\n", error.what());
+        return 1;
+    }
+}

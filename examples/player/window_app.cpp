@@ -1,0 +1,91 @@
+#include "window_app.h"
+
+#include "BackdropPicture.h"
+#include "Player.h"
+
+#include "tesmar/platform/hosts/sdl/SDLHost.h"
+
+#include <cstdio>
+#include <filesystem>
+
+using namespace tesmar;
+
+namespace {
+
+constexpr double kSeek = 5; // seconds
+
+std::string title(const Options& options) {
+    return options.video.empty() ? "Player"
+                                 : std::filesystem::path(options.video).filename().string();
+}
+
+class WindowApp {
+  public:
+    explicit WindowApp(const Options& options)
+        : host_({.title = title(options), .size = options.size, .scale = options.scale}) {
+        if (!options.video.empty()) {
+            video_ = std::make_unique<Video>(Video::Sound::on, [this] { host_.wakeUp(); });
+            video_->play(options.video);
+        }
+        path_ = options.video;
+        player_ = std::make_unique<Player>(host_.window(), video_.get(), options);
+        host_.onPicture([this](const SDLHost::Picture& picture) { drawPicture(picture); });
+        host_.onKey([this](const SDLHost::Key& key) { pressed(key); });
+        host_.onTap([this](CGPoint) { player_->tapOnPicture(); });
+        host_.onResize([this](CGSize) { player_->layOut(); });
+        host_.onWake([this] { videoHasNews(); });
+        videoHasNews();
+    }
+
+    void run() { host_.run(); }
+
+  private:
+    void drawPicture(const SDLHost::Picture& picture) {
+        if (video_ && video_->state().failure.empty())
+            video_->draw(picture.pixels, picture.width, picture.height, picture.stride);
+        else
+            drawBackdrop(picture.pixels, picture.width, picture.height, picture.stride);
+    }
+
+    void videoHasNews() {
+        if (!video_)
+            return;
+        video_->poll();
+        player_->showVideoState();
+        if (!video_->state().failure.empty() && !complained_) {
+            complained_ = true;
+            std::fprintf(stderr, "player: cannot play '%s': %s\n", path_.c_str(),
+                         video_->state().failure.c_str());
+            host_.setPictureNeedsDisplay();
+        }
+        if (video_->hasNewFrame())
+            host_.setPictureNeedsDisplay();
+    }
+
+    void pressed(const SDLHost::Key& key) {
+        if (key.name == "Left" || key.name == "Right")
+            player_->seekBy(key.name == "Left" ? -kSeek : kSeek);
+        else if (key.repeated)
+            return;
+        else if (key.name == "C")
+            player_->togglePanel();
+        else if (key.name == "Space")
+            player_->togglePause();
+        else if (key.name == "F")
+            host_.toggleFullScreen();
+        else if (key.name == "Q")
+            host_.quit();
+    }
+
+    SDLHost host_;
+    std::unique_ptr<Video> video_; // wakes the host: it goes first
+    std::string path_;
+    bool complained_ = false;
+    std::unique_ptr<Player> player_;
+};
+
+} // namespace
+
+void playInWindow(const Options& options) {
+    WindowApp(options).run();
+}
