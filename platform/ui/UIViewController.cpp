@@ -5,6 +5,7 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/PresentationStack.h"
+#include "tesmar/platform/ui/UINib.h"
 
 namespace tesmar {
 
@@ -62,7 +63,9 @@ void UIViewController::setView(const Ref<UIView>& view) { view_ = view; }
 
 void UIViewController::loadView() {
     if (nibName_) {
-        view_ = UIView::loadFromTESMARNib(*nibName_, bundle_);
+        const auto objects =
+            UINib::nibWithNibName(*nibName_, bundle_)->instantiateWithOwner(&isa());
+        view_ = objects.empty() ? nullptr : as<UIView>(objects.front());
         return;
     }
     view_ = make<UIView>();
