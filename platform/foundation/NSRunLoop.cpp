@@ -5,8 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace tesmar {
+namespace {
+
+constexpr double kNever = std::numeric_limits<double>::infinity();
+
+} // namespace
 
 NSRunLoop& NSRunLoop::mainRunLoop() {
     // Never destroyed: a pending message may own objects whose destructors need other statics.
@@ -24,7 +30,7 @@ void NSRunLoop::advanceTo(double time) {
         return;
     const double end = std::max(now_, time);
     for (;;) {
-        const double item = items_.empty() ? end + 1 : items_.front().due;
+        const double item = items_.empty() ? kNever : items_.front().due;
         if (!frameClients_.empty() && nextFrame_ <= std::min(end, item)) {
             runFrames(std::min(end, item));
         } else if (item <= end) {
@@ -39,7 +45,7 @@ void NSRunLoop::advanceTo(double time) {
 
 std::optional<double> NSRunLoop::nextDeadline() const {
     std::optional<double> deadline;
-    if (!items_.empty())
+    if (!items_.empty() && items_.front().due < kNever)
         deadline = items_.front().due;
     const bool moving = std::any_of(frameClients_.begin(), frameClients_.end(),
                                     [](const auto& client) { return !client.expired(); });
@@ -57,8 +63,8 @@ std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
 }
 
 void NSRunLoop::cancel(std::uint64_t id) {
-    const auto found = std::find_if(items_.begin(), items_.end(),
-                                    [&](const Item& item) { return item.id == id; });
+    const auto found =
+        std::find_if(items_.begin(), items_.end(), [&](const Item& item) { return item.id == id; });
     if (found == items_.end())
         return;
     // The work may own the last reference to anything: it goes only once the queue is settled.
@@ -72,8 +78,8 @@ void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector 
         const std::array<Value, 1> arguments{argument ? Value(argument) : Value()};
         performSelector(*target, selector, std::span(arguments).first(selector.argumentCount()));
     });
-    const auto item = std::find_if(items_.begin(), items_.end(),
-                                   [&](const Item& i) { return i.id == id; });
+    const auto item =
+        std::find_if(items_.begin(), items_.end(), [&](const Item& i) { return i.id == id; });
     item->target = target.get();
 }
 
@@ -104,9 +110,10 @@ void NSRunLoop::fireNextItem() {
 void NSRunLoop::runFrames(double time) {
     // Frames that nobody could have seen are not made up for.
     const double missed = std::floor((time - nextFrame_) / kFrameInterval);
-    const double at = nextFrame_ + std::max(missed, 0.0) * kFrameInterval;
+    const double at = std::min(nextFrame_ + std::max(missed, 0.0) * kFrameInterval, time);
     now_ = std::max(now_, at);
-    nextFrame_ = at + kFrameInterval;
+    // At times that are too large for their own fractions, the next one at all.
+    nextFrame_ = std::max(at + kFrameInterval, std::nextafter(at, kNever));
 
     const auto clients = frameClients_;
     for (const auto& weak : clients) {

@@ -24,16 +24,24 @@ GText folded(std::string_view text) {
     return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
 }
 
+// Text that glib takes whole: it stops at a zero, and trusts its input to be UTF-8.
+bool isPlainText(std::string_view text) {
+    return text.find('\0') == std::string_view::npos && isValidUtf8(text);
+}
+
 } // namespace
 
 bool stringsAreEqual(std::string_view a, std::string_view b) {
     if (a == b)
         return true;
-    const GText first = composed(a), second = composed(b);
-    return first && second && std::string_view(first.get()) == second.get();
+    if (!isPlainText(a) || !isPlainText(b))
+        return false;
+    return std::string_view(composed(a).get()) == composed(b).get();
 }
 
 bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b) {
+    if (!isPlainText(a) || !isPlainText(b))
+        return a < b;
     return g_utf8_collate(folded(a).get(), folded(b).get()) < 0;
 }
 
@@ -109,7 +117,16 @@ bool NSNumber::encodeWithCoder(NSCoder& coder) const {
 
 bool NSNumber::isEqual(const NSObject* other) const {
     const auto* number = dynamic_cast<const NSNumber*>(other);
-    return number && doubleValue() == number->doubleValue();
+    if (!number)
+        return false;
+    // Long integers do not fit into a double.
+    return std::visit(
+        []<class A, class B>(A a, B b) {
+            using Both = std::conditional_t<std::is_same_v<A, double> || std::is_same_v<B, double>,
+                                            double, long long>;
+            return static_cast<Both>(a) == static_cast<Both>(b);
+        },
+        value_, number->value_);
 }
 
 Class& NSData::classObject() {

@@ -57,11 +57,12 @@ int FileSystem::fsync(int file) {
 
 int FileSystem::close(int file) {
     const int error = fault("close");
-    const int result = ::close(file);
-    if (error == 0)
-        return result;
-    errno = error;
-    return -1;
+    int result = ::close(file);
+    if (error != 0) {
+        errno = error;
+        result = -1;
+    }
+    return result == -1 && errno == EINTR ? 0 : result;
 }
 
 int FileSystem::flock(int file, int operation) {

@@ -21,7 +21,7 @@ class FileSystem {
     ssize_t write(int file, std::string_view bytes);
     int fchmod(int file, mode_t mode);
     int fsync(int file);
-    int close(int file); // never tried again: the descriptor is gone in any case
+    int close(int file); // never tried again: interrupted or not, the descriptor is gone
     int flock(int file, int operation);
     int mkdir(const std::string& path, mode_t mode);
     int link(const std::string& from, const std::string& to);

@@ -1,0 +1,20 @@
+// Whatever is read writes back to the same list, and turns into objects without harm.
+#include "tesmar/platform/foundation/archive/property_list_objects.h"
+
+#include <cstdlib>
+
+using namespace tesmar;
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    const auto list = readPropertyList({reinterpret_cast<const char*>(data), size});
+    if (!list)
+        return 0;
+    const std::string bytes = writePropertyList(*list);
+    // Shared values may weigh too much for the fewer bytes that are left without what is unused.
+    if (const auto again = readPropertyList(bytes))
+        if (writePropertyList(*again) != bytes)
+            std::abort();
+    if (const auto object = objectFromPropertyList(*list))
+        propertyListFromObject(*object);
+    return 0;
+}

@@ -1,0 +1,62 @@
+#include "support.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+
+namespace tesmar::test {
+
+TemporaryDirectory::TemporaryDirectory(std::filesystem::path parent) {
+    std::string name = (parent / "foundation-XXXXXX").string();
+    path_ = ::mkdtemp(name.data());
+}
+
+TemporaryDirectory::~TemporaryDirectory() {
+    std::filesystem::remove_all(path_);
+}
+
+std::string readFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}
+
+void writeFile(const std::filesystem::path& path, std::string_view bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+std::optional<std::string> python(const std::string& program, std::string_view input) {
+    if (!std::filesystem::exists("/usr/bin/python3"))
+        return std::nullopt;
+    const TemporaryDirectory directory;
+    const auto in = directory.path() / "in", out = directory.path() / "out";
+    writeFile(in, input);
+    writeFile(directory.path() / "program",
+              "import sys, plistlib\nfrom plistlib import UID\n" + program);
+    const std::string command =
+        "cd " + directory.path().string() + " && /usr/bin/python3 program < in > out";
+    EXPECT_EQ(std::system(command.c_str()), 0) << program;
+    return readFile(out);
+}
+
+std::string bigEndian(std::uint64_t value, std::size_t size) {
+    std::string bytes;
+    for (std::size_t i = size; i-- > 0;)
+        bytes += static_cast<char>(i < 8 ? value >> (8 * i) : 0);
+    return bytes;
+}
+
+std::string RawList::bytes() const {
+    constexpr std::size_t kOffsetSize = 8;
+    std::string bytes = "bplist00", table;
+    for (const std::string& object : objects) {
+        table += bigEndian(everyOffset.value_or(bytes.size()), kOffsetSize);
+        bytes += object;
+    }
+    const std::size_t start = bytes.size();
+    return bytes + table + std::string(6, '\0') + bigEndian(kOffsetSize, 1) +
+           bigEndian(referenceSize, 1) + bigEndian(objectCount.value_or(objects.size()), 8) +
+           bigEndian(root.value_or(0), 8) + bigEndian(tableStart.value_or(start), 8);
+}
+
+} // namespace tesmar::test
