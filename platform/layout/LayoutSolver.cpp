@@ -22,12 +22,12 @@ double withoutDust(double value) {
     return std::abs(value - rounded) <= kDust * std::max(1.0, std::abs(value)) ? rounded : value;
 }
 
-// Ascending, each variable once.
-void normalise(std::vector<Term>& terms) {
-    std::stable_sort(terms.begin(), terms.end(),
-                     [](const Term& a, const Term& b) { return a.variable < b.variable; });
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < terms.size();) {
+// Brings the terms from `begin` on into ascending order, each variable once.
+void normalise(std::vector<Term>& terms, std::size_t begin) {
+    std::sort(terms.begin() + static_cast<std::ptrdiff_t>(begin), terms.end(),
+              [](const Term& a, const Term& b) { return a.variable < b.variable; });
+    std::size_t kept = begin;
+    for (std::size_t i = begin; i < terms.size();) {
         Term sum = terms[i++];
         for (; i < terms.size() && terms[i].variable == sum.variable; ++i)
             sum.coefficient += terms[i].coefficient;
@@ -41,6 +41,7 @@ void normalise(std::vector<Term>& terms) {
 
 void LayoutSolver::clear() {
     variables_.clear();
+    terms_.clear();
     required_.clear();
     optional_.clear();
     smallest_.clear();
@@ -59,15 +60,17 @@ void LayoutSolver::addConstraint(const LinearExpression& expression, Relation re
                                  double priority, int tag) {
     if (!(priority > 0))
         return;
-    Constraint constraint{expression, relation, priority, tag};
-    normalise(constraint.expression.terms);
+    const std::size_t begin = terms_.size();
+    terms_.insert(terms_.end(), expression.terms.begin(), expression.terms.end());
+    normalise(terms_, begin);
     built_ = false;
+    const Constraint constraint{begin, terms_.size(), expression.constant, priority, tag, relation};
     if (priority < kRequired)
-        optional_.push_back(std::move(constraint));
-    else if (constraint.expression.terms.empty())
-        constantChecks_.push_back({constraint.expression.constant, relation, tag});
+        optional_.push_back(constraint);
+    else if (terms_.size() == begin)
+        constantChecks_.push_back({expression.constant, relation, tag});
     else
-        required_.push_back(std::move(constraint));
+        required_.push_back(constraint);
 }
 
 void LayoutSolver::solve(const Parameters& parameters) {
@@ -101,7 +104,7 @@ void LayoutSolver::build() {
 bool LayoutSolver::solveRequired(Order order) {
     order_ = order;
     checks_.clear();
-    tableau_.reset(parameters_);
+    tableau_.reset(parameters_, variables_.size());
     for (const Tableau::Domain domain : variables_)
         tableau_.addVariable(domain);
     if (order == Order::asAdded) {
@@ -113,13 +116,14 @@ bool LayoutSolver::solveRequired(Order order) {
         return false;
     }
     std::vector<const Constraint*> sorted;
+    sorted.reserve(required_.size());
     for (const Constraint& constraint : required_)
         sorted.push_back(&constraint);
     std::stable_sort(sorted.begin(), sorted.end(), [](const Constraint* a, const Constraint* b) {
         if (a->relation != b->relation)
             return a->relation < b->relation;
         return a->relation == Relation::equal &&
-               a->expression.terms.size() < b->expression.terms.size();
+               a->termsEnd - a->termsBegin < b->termsEnd - b->termsBegin;
     });
     for (const Constraint* constraint : sorted)
         addRequired(*constraint);
@@ -127,11 +131,18 @@ bool LayoutSolver::solveRequired(Order order) {
     return std::all_of(checks_.begin(), checks_.end(), [&](const Check& c) { return holds(c); });
 }
 
+std::optional<Affine> LayoutSolver::addToTableau(const Constraint& constraint,
+                                                 Tableau::Strength strength) {
+    const auto terms = terms_.begin();
+    expression_.terms.assign(terms + static_cast<std::ptrdiff_t>(constraint.termsBegin),
+                             terms + static_cast<std::ptrdiff_t>(constraint.termsEnd));
+    expression_.constant = constraint.constant;
+    return constraint.relation == Relation::equal ? tableau_.addEquality(expression_, strength)
+                                                  : tableau_.addInequality(expression_, strength);
+}
+
 void LayoutSolver::addRequired(const Constraint& constraint) {
-    const auto rest = constraint.relation == Relation::equal
-                          ? tableau_.addEquality(constraint.expression, Tableau::Strength::hard)
-                          : tableau_.addInequality(constraint.expression, Tableau::Strength::hard);
-    if (rest)
+    if (const auto rest = addToTableau(constraint, Tableau::Strength::hard))
         checks_.push_back({*rest, constraint.relation, constraint.tag});
 }
 
@@ -140,12 +151,8 @@ void LayoutSolver::solvePriorities() {
         optional_.begin(), optional_.end(),
         [](const Constraint& a, const Constraint& b) { return a.priority > b.priority; });
     for (std::size_t i = 0; i < optional_.size(); ++i) {
-        const Constraint& constraint = optional_[i];
-        if (constraint.relation == Relation::equal)
-            tableau_.addEquality(constraint.expression, Tableau::Strength::soft);
-        else
-            tableau_.addInequality(constraint.expression, Tableau::Strength::soft);
-        if (i + 1 == optional_.size() || optional_[i + 1].priority < constraint.priority)
+        addToTableau(optional_[i], Tableau::Strength::soft);
+        if (i + 1 == optional_.size() || optional_[i + 1].priority < optional_[i].priority)
             tableau_.minimise();
     }
 }
@@ -159,11 +166,11 @@ void LayoutSolver::grantWishes() {
         }
     }
     const std::vector<bool> placed = tableau_.determined();
-    LinearExpression position;
+    expression_.clear();
     for (const Variable variable : nearZero_) {
         if (!placed[variable]) {
-            position.terms.assign(1, {variable, 1});
-            tableau_.addEquality(position, Tableau::Strength::soft);
+            expression_.terms.assign(1, {variable, 1});
+            tableau_.addEquality(expression_, Tableau::Strength::soft);
             tableau_.minimise();
         }
     }

@@ -46,10 +46,12 @@ class LayoutSolver {
 
   private:
     struct Constraint {
-        LinearExpression expression;
-        Relation relation;
+        std::size_t termsBegin; // in terms_
+        std::size_t termsEnd;
+        Affine constant;
         double priority;
         int tag;
+        Relation relation;
     };
     // A required relation that cannot move: it holds if `value` is 0 (or not negative).
     struct Check {
@@ -62,6 +64,7 @@ class LayoutSolver {
     Variable add(Tableau::Domain domain);
     bool holds(const Check& check) const;
     bool solveRequired(Order order);
+    std::optional<Affine> addToTableau(const Constraint& constraint, Tableau::Strength strength);
     void addRequired(const Constraint& constraint);
     void solvePriorities();
     void grantWishes();
@@ -69,6 +72,7 @@ class LayoutSolver {
     void evaluate();
 
     std::vector<Tableau::Domain> variables_;
+    std::vector<Term> terms_;
     std::vector<Constraint> required_;
     std::vector<Constraint> optional_;
     std::vector<Variable> smallest_;
@@ -78,6 +82,7 @@ class LayoutSolver {
     Tableau tableau_;
     bool built_ = false;
     Order order_ = Order::sparsestFirst;
+    LinearExpression expression_; // scratch
     std::vector<Check> checks_;
     std::vector<Check> constantChecks_; // of relations without unknowns
     std::vector<double> values_;

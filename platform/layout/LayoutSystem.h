@@ -30,7 +30,7 @@ class LayoutSystem {
         bool frameIsGiven;
         bool contentIsConstrained = false;
         bool givenFrameMatters = false; // a constraint refers to it
-        CGRect givenFrame;
+        CGRect givenFrame{};
         // Along each axis; -1 where the value is given.
         std::array<Variable, 2> position{-1, -1};
         std::array<Variable, 2> extent{-1, -1};

@@ -25,7 +25,7 @@ LinearExpression solvedFor(Variable variable, LinearExpression expression) {
 
 } // namespace
 
-void Tableau::reset(const Parameters& parameters) {
+void Tableau::reset(const Parameters& parameters, std::size_t expectedVariables) {
     parameters_ = parameters;
     unknowns_.clear();
     rows_.clear();
@@ -38,6 +38,11 @@ void Tableau::reset(const Parameters& parameters) {
     visited_.clear();
     steps_.clear();
     stepTerms_.clear();
+    unknowns_.reserve(expectedVariables);
+    rows_.reserve(expectedVariables);
+    columns_.reserve(expectedVariables);
+    costs_.reserve(expectedVariables);
+    sums_.reserve(expectedVariables);
 }
 
 Variable Tableau::addVariable(Domain domain) {
@@ -302,6 +307,7 @@ void Tableau::finish() {
     steps_.clear();
     stepTerms_.clear();
     visitAll();
+    steps_.reserve(order_.size());
     for (const Variable variable : order_) {
         const Row& row = rowOf(variable);
         for (const Term& term : row.expression.terms) {

@@ -28,8 +28,9 @@ class Tableau {
     // that is worth it. Being off is charged to the next minimise().
     enum class Strength : std::uint8_t { hard, soft };
 
-    // Forgets everything. Solutions are looked for under `parameters`.
-    void reset(const Parameters& parameters);
+    // Forgets everything. Solutions are looked for under `parameters`; about `expectedVariables`
+    // will be added.
+    void reset(const Parameters& parameters, std::size_t expectedVariables);
 
     Variable addVariable(Domain domain);
 
