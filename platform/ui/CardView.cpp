@@ -32,14 +32,16 @@ CGSize wishedSize(UIView& content, CGSize room) {
     const CGRect before = content.frame();
     content.setFrame({before.origin, room});
     content.layoutIfNeeded();
-    CGSize wish = room;
-    if (const UIScrollView* scroll = scrollViewIn(content)) {
-        const CGSize shown = scroll->frame().size;
-        const CGSize inside = scroll->contentSize();
-        wish = {room.width + std::min(0.0, inside.width - shown.width),
-                room.height + std::min(0.0, inside.height - shown.height)};
-    }
-    return wish;
+    const UIScrollView* const scroll = scrollViewIn(content);
+    if (!scroll)
+        return room;
+    // The layout may have come through here again and given the content its size: what stands
+    // around the scrolled part is measured by the size that it has now.
+    const CGSize laidOut = content.frame().size;
+    const CGSize shown = scroll->frame().size;
+    const CGSize inside = scroll->contentSize();
+    return {std::min(room.width, laidOut.width - shown.width + inside.width),
+            std::min(room.height, laidOut.height - shown.height + inside.height)};
 }
 
 // The parts of `room` beside `hole`: above, below, left and right of it.

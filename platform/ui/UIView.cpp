@@ -127,13 +127,6 @@ UIWindow* UIView::window() const {
     return dynamic_cast<UIWindow*>(const_cast<UIView*>(view));
 }
 
-UIView& UIView::topmostView() {
-    UIView* view = this;
-    while (view->superview_)
-        view = view->superview_;
-    return *view;
-}
-
 void UIView::addSubview(const Ref<UIView>& view) {
     if (view)
         insertSubview(view, view->superview_ == this ? subviews_.size() - 1 : subviews_.size());

@@ -141,7 +141,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void sizeToFit();
 
     void setNeedsLayout();
-    // Brings every frame of the tree up to date, from the topmost view down.
+    // Brings every frame up to date, from the root of the view's layout down: the topmost view, or
+    // a controller's.
     void layoutIfNeeded();
     // Called when the view's size or its layout needs have changed, after constraints are solved.
     virtual void layoutSubviews() {}
@@ -187,7 +188,6 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void paint(CGContext& context, CGPoint superOrigin);
 
   private:
-    UIView& topmostView();
     UIView& layoutRoot();
     void layoutTree();
     void layoutSubtreeSubviews();

@@ -119,7 +119,7 @@ void UIView::setLayoutFrame(const CGRect& frame) {
 
 void UIView::layoutIfNeeded() {
     const auto kept = ref(this);
-    topmostView().layoutTree();
+    layoutRoot().layoutTree();
 }
 
 void UIView::layoutTree() {
