@@ -96,11 +96,10 @@ struct TakePicture {
     std::string path;
 };
 
-using Command =
-    std::variant<UseWindow, UsePreferences, OfferFaces, Create, SetAutoHideInterval,
-                 SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present, Dismiss,
-                 Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal, Ask, AskSizes,
-                 AskView, TakePicture>;
+using Command = std::variant<UseWindow, UsePreferences, OfferFaces, Create, SetAutoHideInterval,
+                             SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present,
+                             Dismiss, Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal,
+                             Ask, AskSizes, AskView, TakePicture>;
 
 // Nothing for a line that is blank or only a comment; a Fault that shows what is wrong for one that
 // is no command.

@@ -52,7 +52,9 @@ CGRect Place::bounds() const {
     return stepper && half != UIStepperHalf::none ? stepper->halfRect(half) : view->bounds();
 }
 
-CGRect Place::frame() const { return view->convertRectTo(bounds(), nullptr); }
+CGRect Place::frame() const {
+    return view->convertRectTo(bounds(), nullptr);
+}
 
 CGRect Place::visibleFrame() const {
     const UIWindow* const window = view->window();

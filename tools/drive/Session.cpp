@@ -61,7 +61,9 @@ Session::Session(Output output)
     };
 }
 
-Session::~Session() { NSUserDefaults::standardUserDefaults()->setPreferencesPath(""); }
+Session::~Session() {
+    NSUserDefaults::standardUserDefaults()->setPreferencesPath("");
+}
 
 void Session::run(const Command& command) {
     std::visit([this](const auto& c) { perform(c); }, command);
@@ -115,7 +117,9 @@ void Session::perform(const SetDelegate& command) {
                                         : nullptr);
 }
 
-void Session::perform(const SetCCEnabled& command) { panel().setCCEnabled(command.enabled); }
+void Session::perform(const SetCCEnabled& command) {
+    panel().setCCEnabled(command.enabled);
+}
 
 void Session::perform(const Assign& command) {
     panel().setCCStyleAttributes(toDictionary(command.attributes));
@@ -198,7 +202,9 @@ void Session::perform(const Advance& command) {
     host_.advance(command.seconds);
 }
 
-void Session::perform(const Tap& command) { host_.tap(target(command.view), kOtherFinger); }
+void Session::perform(const Tap& command) {
+    host_.tap(target(command.view), kOtherFinger);
+}
 
 void Session::perform(const Touch& command) {
     const bool lands = command.phase == UITouchPhase::began;
@@ -258,7 +264,9 @@ void Session::perform(const AskSizes& command) {
     answer("sizes", fromValue(UIFont::fontSizesForFontName(command.fontName)));
 }
 
-void Session::perform(const AskView& command) { answer("get", describe(place(command.view))); }
+void Session::perform(const AskView& command) {
+    answer("get", describe(place(command.view)));
+}
 
 Json Session::tree() {
     host_.window()->layoutIfNeeded();

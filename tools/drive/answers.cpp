@@ -49,7 +49,8 @@ Json fromList(const List& list) {
 // Whether the object has just these keys.
 bool hasForm(const Json& json, std::initializer_list<const char*> keys) {
     return json.size() == keys.size() &&
-           std::all_of(keys.begin(), keys.end(), [&](const char* key) { return json.contains(key); });
+           std::all_of(keys.begin(), keys.end(),
+                       [&](const char* key) { return json.contains(key); });
 }
 
 double component(const Json& json, const char* key) {
@@ -103,7 +104,9 @@ Json number(double value) {
     return value;
 }
 
-Json measure(double value) { return number(std::round(value * kBillion) / kBillion); }
+Json measure(double value) {
+    return number(std::round(value * kBillion) / kBillion);
+}
 
 Json measures(const CGRect& rect) {
     return {measure(rect.origin.x), measure(rect.origin.y), measure(rect.size.width),
@@ -124,8 +127,8 @@ Json fromDictionary(const Ref<NSDictionary>& dictionary) {
     if (!dictionary)
         return nullptr;
     Json json = Json::object();
-    for (const auto key : {NSForegroundColorAttributeName, NSBackgroundColorAttributeName,
-                           NSFontAttributeName})
+    for (const auto key :
+         {NSForegroundColorAttributeName, NSBackgroundColorAttributeName, NSFontAttributeName})
         if (const auto value = dictionary->objectForKey(key))
             json[std::string(key)] = fromObject(value);
     for (const auto& [key, value] : dictionary->entries())

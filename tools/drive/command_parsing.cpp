@@ -14,7 +14,9 @@ constexpr double kMostPoints = 1e6;
 constexpr double kLargestSide = 8192; // points
 constexpr double kMostPixels = 1 << 24;
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
 
 // A word that begins as a JSON text, list or object ends where that does.
 std::size_t endOfWord(std::string_view line, std::size_t at) {
@@ -96,9 +98,8 @@ class Words {
     double number(const char* what, double least, double most) {
         const double value = number(what);
         if (!(value >= least && value <= most))
-            throw Fault(command() + ": " + what + " must be from " +
-                        text(drive::number(least)) + " to " + text(drive::number(most)) +
-                        ", not " + words_[next_ - 1]);
+            throw Fault(command() + ": " + what + " must be from " + text(drive::number(least)) +
+                        " to " + text(drive::number(most)) + ", not " + words_[next_ - 1]);
         return value;
     }
 
@@ -186,9 +187,7 @@ Command parseSend(Words& words) {
 
 Command parseTouch(Words& words) {
     static const std::map<std::string, UITouchPhase, std::less<>> phases{
-        {"down", UITouchPhase::began},
-        {"move", UITouchPhase::moved},
-        {"up", UITouchPhase::ended}};
+        {"down", UITouchPhase::began}, {"move", UITouchPhase::moved}, {"up", UITouchPhase::ended}};
     const std::string name = words.word("down, move or up");
     const auto phase = phases.find(name);
     if (phase == phases.end())
@@ -258,8 +257,7 @@ const std::map<std::string, Parse, std::less<>>& language() {
         {"stored", ask<Question::stored>},
         {"sessionOrDefault", ask<Question::sessionOrDefault>},
         {"fonts", ask<Question::fonts>},
-        {"sizes",
-         [](Words& w) -> Command { return AskSizes{w.atEnd() ? "" : w.words("NAME")}; }},
+        {"sizes", [](Words& w) -> Command { return AskSizes{w.atEnd() ? "" : w.words("NAME")}; }},
         {"methods", ask<Question::methods>},
         {"get", onView<AskView>},
         {"tree", ask<Question::tree>},

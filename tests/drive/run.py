@@ -1,0 +1,122 @@
+#!/usr/bin/python3
+"""Runs one script through drive and compares what it prints with what is expected.
+
+    run.py DRIVE NAME.drive
+
+NAME.expected holds one line for each line of output: a console line as it is, or a JSON object.
+Objects are compared without regard to the order of keys, numbers within 1e-9; an object with the
+key "..." may have further keys. Blank lines and lines that begin with # are for readers. Two lines
+are not output: "exit N", the exit status where it is not 0, and "stderr TEXT", a line there; nothing
+else may be printed there.
+
+Three kinds of comment in the script are for this program:
+
+    #: restart            the rest goes to another drive, in the same empty directory
+    #: write FILE JSON    makes a binary property list
+    #: dump FILE          prints one, {"plist": ...}, with bytes as the property list inside them
+"""
+
+import itertools
+import json
+import pathlib
+import plistlib
+import subprocess
+import sys
+import tempfile
+
+ANY = "..."
+
+
+def same(expected, actual):
+    number = (int, float)
+    if isinstance(expected, bool) or isinstance(actual, bool):
+        return expected is actual
+    if isinstance(expected, number) and isinstance(actual, number):
+        return abs(expected - actual) <= 1e-9
+    if isinstance(expected, list) and isinstance(actual, list):
+        return len(expected) == len(actual) and all(map(same, expected, actual))
+    if isinstance(expected, dict) and isinstance(actual, dict):
+        keys = expected.keys() - {ANY}
+        complete = ANY in expected or keys == actual.keys()
+        return complete and all(k in actual and same(expected[k], actual[k]) for k in keys)
+    return type(expected) is type(actual) and expected == actual
+
+
+def parsed(line):
+    return json.loads(line) if line.startswith("{") else line
+
+
+def jsonable(value):
+    """A property list's values; one that is an archive shows the names of its root's keys."""
+    if isinstance(value, bytes):
+        return {"archiver": plistlib.loads(value)["$archiver"]}
+    return value
+
+
+class Script:
+    def __init__(self, drive, directory):
+        self.drive, self.directory = drive, directory
+        self.commands, self.out, self.err, self.status = [], [], [], 0
+
+    def flush(self):
+        if not self.commands:
+            return
+        ran = subprocess.run([self.drive], input="\n".join(self.commands), cwd=self.directory,
+                             capture_output=True, encoding="utf-8", timeout=60, check=False)
+        self.commands = []
+        self.out += ran.stdout.splitlines()
+        self.err += ran.stderr.splitlines()
+        self.status = self.status or ran.returncode
+
+    def directive(self, words):
+        self.flush()
+        if words[0] == "write":
+            (self.directory / words[1]).write_bytes(
+                plistlib.dumps(json.loads(words[2]), fmt=plistlib.FMT_BINARY))
+        elif words[0] == "dump":
+            entries = plistlib.loads((self.directory / words[1]).read_bytes())
+            shown = {key: jsonable(value) for key, value in entries.items()}
+            self.out.append(json.dumps({"plist": shown}))
+        elif words[0] != "restart":
+            sys.exit(f"run.py: no such directive: {words[0]}")
+
+    def run(self, lines):
+        for line in lines:
+            if line.startswith("#:"):
+                self.directive(line[2:].split(maxsplit=2))
+            else:
+                self.commands.append(line)
+        self.flush()
+
+
+def main():
+    drive, script = pathlib.Path(sys.argv[1]).resolve(), pathlib.Path(sys.argv[2])
+    out, err, status = [], [], 0
+    for line in script.with_suffix(".expected").read_text(encoding="utf-8").splitlines():
+        if line.startswith("exit "):
+            status = int(line[5:])
+        elif line.startswith("stderr "):
+            err.append(line[7:])
+        elif line and not line.startswith("#"):
+            out.append(line)
+
+    with tempfile.TemporaryDirectory() as directory:
+        session = Script(drive, pathlib.Path(directory))
+        session.run(script.read_text(encoding="utf-8").splitlines())
+
+    faults = 0
+    for expected, actual in itertools.zip_longest(out, session.out):
+        if expected is None or actual is None or not same(parsed(expected), parsed(actual)):
+            print(f"expected  {expected}\n  answer  {actual}")
+            faults += 1
+    if err != session.err:
+        print(f"expected on standard error  {err}\n                    printed  {session.err}")
+        faults += 1
+    if status != session.status:
+        print(f"expected exit status {status}, not {session.status}")
+        faults += 1
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
