@@ -20,7 +20,6 @@ struct Canvas {
         return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                       static_cast<std::size_t>(x)];
     }
-    int alphaAt(int x, int y) const { return static_cast<int>(at(x, y) >> 24); }
 
     int width;
     int height;

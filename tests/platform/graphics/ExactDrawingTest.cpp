@@ -50,70 +50,47 @@ class Scene {
         const CGRect r = rect();
         const auto c = color();
         const double a = number(0, 20), b = number(0, 12);
-        switch (random_() % 11) {
-        case 0:
-            return fill(c, [=](CGContext& x) { x.fillRect(r); });
-        case 1:
-            return fill(c, [=](CGContext& x) { x.fillEllipse(r); });
-        case 2:
-            return fill(c, [=](CGContext& x) { x.fillRoundedRect(r, a); });
-        case 3:
-            steps_.push_back([=](CGContext& x) {
-                x.setStrokeColor(*c);
-                x.setLineWidth(b);
-                x.strokeEllipse(r);
-            });
-            return;
-        case 4: {
-            const std::vector<CGPoint> points{
-                r.origin, {r.midX(), r.maxY()}, {r.maxX(), r.minY()}, {a, b}};
-            steps_.push_back([=](CGContext& x) {
-                x.setStrokeColor(*c);
-                x.strokePolyline(points, b, a > 10 ? LineCap::round : LineCap::butt);
-            });
-            return;
-        }
-        case 5:
-            steps_.push_back([=](CGContext& x) { x.drawShadow(r, b, a, {b - 6, b}, *c); });
-            return;
-        case 6: {
-            const auto picture = image();
-            const CGRect place = a > 10 ? r : CGRect(r.origin, picture->size());
-            steps_.push_back([=](CGContext& x) {
-                if (b > 6)
-                    x.drawImage(*picture, place, *c);
-                else
-                    x.drawImage(*picture, place);
-            });
-            return;
-        }
-        case 7:
-            return fill(c, [=](CGContext& x) {
+        const auto picture = image();
+        const auto cap = a > 10 ? LineCap::round : LineCap::butt;
+        const std::vector<CGPoint> line{
+            r.origin, {r.midX(), r.maxY()}, {r.maxX(), r.minY()}, {a, b}};
+        const std::function<void(CGContext&)> kinds[] = {
+            [=](CGContext& x) { x.fillRect(r); },
+            [=](CGContext& x) { x.fillEllipse(r); },
+            [=](CGContext& x) { x.fillRoundedRect(r, a); },
+            [=](CGContext& x) { x.strokeEllipse(r); },
+            [=](CGContext& x) { x.strokePolyline(line, b, cap); },
+            [=](CGContext& x) {
+                x.drawShadow(r, b, a, {b - 6, b}, *c);
+            },
+            [=](CGContext& x) { x.drawImage(*picture, r); },
+            [=](CGContext& x) {
+                x.drawImage(*picture, {r.origin, picture->size()}, *c);
+            },
+            [=](CGContext& x) { x.setAlpha(0.9); },
+            [=](CGContext& x) {
+                x.clearRect({r.minX(), r.minY(), a, b});
+            },
+            [=](CGContext& x) {
                 x.beginTransparencyLayer(a / 20);
                 x.fillEllipse(r);
                 x.setAlpha(0.5);
                 x.fillRect({r.minX() + 5, r.minY() + 5, 30, 10.5});
                 x.endTransparencyLayer();
-            });
-        case 8:
-            return fill(c, [=](CGContext& x) {
+            },
+            [=](CGContext& x) {
                 x.saveGState();
                 x.translate(a, -b);
                 x.clipToRect(CGRectInset(r, 4.3, 4.3));
                 x.fillRoundedRect(r, b);
                 x.restoreGState();
-            });
-        case 9:
-            steps_.push_back([=](CGContext& x) { x.setAlpha(0.9); });
-            return;
-        default:
-            steps_.push_back([=](CGContext& x) { x.clearRect({r.minX(), r.minY(), a, b}); });
-        }
-    }
-    void fill(const Ref<UIColor>& c, std::function<void(CGContext&)> shape) {
-        steps_.push_back([c, shape](CGContext& context) {
+            },
+        };
+        steps_.push_back([c, b, step = kinds[random_() % std::size(kinds)]](CGContext& context) {
             context.setFillColor(*c);
-            shape(context);
+            context.setStrokeColor(*c);
+            context.setLineWidth(b);
+            step(context);
         });
     }
 

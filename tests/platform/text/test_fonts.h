@@ -2,7 +2,6 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 
 namespace tesmar {
 
@@ -14,16 +13,6 @@ class InstalledFonts {
 
   private:
     std::filesystem::path configuration_;
-};
-
-// A font file that truly bears the name HelveticaNeue, in a directory of its own; removed at the
-// end.
-class RealHelveticaNeue {
-  public:
-    RealHelveticaNeue();
-    ~RealHelveticaNeue();
-    const std::filesystem::path directory;
-    const std::filesystem::path file;
 };
 
 } // namespace tesmar
