@@ -153,6 +153,7 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     Finger* const finger = find(id);
     if (!finger)
         return false;
+    const bool movedToLift = finger->touch.location() != point;
     finger->touch.moveTo(point, time);
     deliver(*finger); // a quick tap: the view gets all of it now
     const Stage stage = finger->stage;
@@ -166,7 +167,8 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
 
     const CGPoint travelled = touch.location() - touch.startLocation();
     if (stage == Stage::dragging && scroll) {
-        scroll->continueDrag(point, time);
+        if (movedToLift)
+            scroll->continueDrag(point, time);
         scroll->endDrag(time);
     } else if (stage == Stage::caught && scroll) {
         scroll->settle();

@@ -168,10 +168,10 @@ void UIScrollView::continueDrag(CGPoint point, double time) {
     if (!dragging_)
         return;
     const double elapsed = time - lastTime_;
-    if (elapsed > 0) {
+    const CGPoint step = point - lastPoint_;
+    if (elapsed > 0 && step != CGPoint()) {
         // Half of the old speed is kept: single events jitter.
-        const CGPoint moved = point - lastPoint_;
-        velocity_ = {(velocity_.x - moved.x / elapsed) / 2, (velocity_.y - moved.y / elapsed) / 2};
+        velocity_ = {(velocity_.x - step.x / elapsed) / 2, (velocity_.y - step.y / elapsed) / 2};
         lastTime_ = time;
         lastPoint_ = point;
     }

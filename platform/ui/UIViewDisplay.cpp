@@ -138,8 +138,10 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
     const CGFloat scale = context.scale();
     const CGPoint snapped = snappedPoint(origin, scale);
     const PixelRect clip = context.clipPixels();
+    const PixelRect inside = pixelsTouchedBy({snapped, frame_.size}, scale);
     const PixelRect extent =
-        pixelsTouchedBy(grownBy({snapped, frame_.size}, drawingOverflow()), scale);
+        clipsToBounds_ ? inside
+                       : pixelsTouchedBy(grownBy({snapped, frame_.size}, drawingOverflow()), scale);
     const bool visible = !intersection(clip, extent).isEmpty();
 
     if (visible && backgroundColor_ && backgroundColor_->alpha() > 0) {
@@ -155,7 +157,6 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
     if (visible)
         drawInBounds(&UIView::draw);
 
-    const PixelRect inside = pixelsTouchedBy({snapped, frame_.size}, scale);
     if (!clipsToBounds_) {
         for (const auto& view : subviews_)
             view->paint(context, origin - boundsOrigin_);

@@ -221,15 +221,18 @@ void UIWindow::cancelTouches(double time) {
 
 UIView* UIWindow::hitTest(CGPoint point) {
     UIView* const hit = UIView::hitTest(point);
-    if (!hit || hit == this)
-        return nullptr;
-    if (isLeafControl(*hit))
+    if (hit && isLeafControl(*hit))
         return hit;
     Near nearest;
+    if (!hit || hit == this) {
+        findNear(*this, point, nearest);
+        return nearest.control;
+    }
     // Only within what was hit: a card in front hides the controls behind it.
-    for (UIView* view = hit; view != this; view = view->superview())
-        if (view->superview() == this)
-            findNear(*view, point, nearest);
+    UIView* front = hit;
+    while (front->superview() != this)
+        front = front->superview();
+    findNear(*front, point, nearest);
     return nearest.control ? nearest.control : hit;
 }
 

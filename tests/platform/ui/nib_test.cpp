@@ -62,7 +62,7 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
     for (int i = 0; i < 100; ++i)
         deep += "</array></object>";
     const std::pair<std::string, std::string> cases[] = {
-        {"<interface><object class='UIView'>", "end element"},
+        {"<interface><object class='UIView'>", "mismatch"},
         {"<interface><object class='Spoon'/></interface>", "unknown class \"Spoon\""},
         {"<interface><object class='UIView' id='a'/><object class='UIView' id='a'/></interface>",
          "used twice"},
