@@ -1,11 +1,8 @@
-#include "tesmar/platform/foundation/NSArray.h"
-#include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/archive/property_list.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/foundation/scalars.h"
 
 #include "support.h"
 
@@ -18,18 +15,7 @@ namespace {
 
 using namespace std::string_literals;
 
-Ref<NSObject> text(std::string value) {
-    return NSString::stringWithString(std::move(value));
-}
-Ref<NSObject> number(NSNumber::Number value) {
-    return NSNumber::numberWith(value);
-}
-Ref<NSObject> list(std::vector<Ref<NSObject>> objects) {
-    return NSArray::arrayWithObjects(std::move(objects));
-}
-Ref<NSDictionary> dictionary(NSDictionary::Entries entries) {
-    return NSDictionary::dictionaryWithEntries(std::move(entries));
-}
+using test::data, test::dictionary, test::list, test::number, test::text;
 
 Ref<NSObject> unarchive(const std::string& bytes) {
     return NSKeyedUnarchiver::unarchiveObjectWithData(bytes);
@@ -79,20 +65,13 @@ Class& Lamp::classObject() {
 }
 
 TEST(Archive, ObjectsComeBackEqualAndOfTheirClass) {
+    const auto inner = dictionary({{"", number(false)}, {"\u00e9", list({text("x")})}});
     const Ref<NSObject> objects[] = {
-        text(""),
-        text("caf\u00e9 \U0001F600 \0 end"s),
-        number(true),
-        number(-1LL),
-        number(1LL << 40),
-        number(0.1),
-        number(1e300),
-        NSData::dataWithBytes("\0\xFF\x80"s),
-        list({}),
-        list({text("a"), list({number(1LL)}), NSData::dataWithBytes("")}),
-        dictionary({}),
-        dictionary({{"", number(false)}, {"\u00e9", list({text("x")})}}),
-        dictionary({{"inner", dictionary({{"a", text("b")}})}})->mutableCopy()};
+        text(""),       text("caf\u00e9 \U0001F600 \0 end"s),
+        number(true),   number(1LL << 40),
+        number(-0.1),   data("\0\xFF\x80"s),
+        list({}),       list({text("a"), list({number(-1LL)}), data("")}),
+        dictionary({}), dictionary({{"inner", inner}})->mutableCopy()};
     for (const auto& object : objects) {
         const auto bytes = NSKeyedArchiver::archivedDataWithRootObject(object);
         const auto decoded = unarchive(bytes);
@@ -161,7 +140,7 @@ TEST(Archive, SharedObjectsStayShared) {
 
 TEST(Archive, AnotherReaderUnderstandsOurs) {
     const auto bytes = NSKeyedArchiver::archivedDataWithRootObject(
-        dictionary({{"data", NSData::dataWithBytes("\x01\x02")},
+        dictionary({{"data", data("\x01\x02")},
                     {"list", list({text("\u00e9"), number(1.5), number(true), number(7LL)})}})
             ->mutableCopy());
     const auto read = test::python(R"(
@@ -193,7 +172,7 @@ TEST(Archive, ReadsWhatAnotherWriterMakes) {
         Ref<NSObject> expected;
     } cases[] = {
         {"'plain'", text("plain")},
-        {"b'bytes'", NSData::dataWithBytes("bytes")},
+        {"b'bytes'", data("bytes")},
         {"2**64 - 1", number(18446744073709551615.0)},
         {"float('nan')", number(0.0)},
         {"float('-inf')", number(-std::numeric_limits<double>::max())},
@@ -202,8 +181,7 @@ TEST(Archive, ReadsWhatAnotherWriterMakes) {
         {"{'NS.string': UID(3), '$class': UID(2)}, C('NSString'), 'by reference'",
          text("by reference")},
         {"{'NS.bytes': b'\\xc3\\xa9', '$class': UID(2)}, C('NSString')", text("\u00e9")},
-        {"{'NS.data': UID(3), '$class': UID(2)}, C('NSMutableData', 'NSData'), b'x'",
-         NSData::dataWithBytes("x")},
+        {"{'NS.data': UID(3), '$class': UID(2)}, C('NSMutableData', 'NSData'), b'x'", data("x")},
         {"{'NS.dblval': 3, '$class': UID(2)}, C('NSNumber')", number(3.0)},
         {"{'NS.intval': 3.0, '$class': UID(2)}, C('NSNumber')", number(3LL)},
         {"{'NS.dblval': float('inf'), '$class': UID(2)}, C('NSNumber')",

@@ -1,16 +1,13 @@
 // Bytes that mean harm: every one is answered, quickly and in little memory.
-#include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/archive/property_list.h"
-#include "tesmar/platform/foundation/scalars.h"
 
 #include "support.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
-#include <functional>
 #include <gtest/gtest.h>
 #include <malloc.h>
 #include <new>
@@ -30,6 +27,9 @@ void* operator new(std::size_t size) {
     peakBytes = std::max(peakBytes, liveBytes);
     return memory;
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return operator new(size);
+}
 void operator delete(void* memory) noexcept {
     liveBytes -= malloc_usable_size(memory);
     std::free(memory);
@@ -40,6 +40,8 @@ void operator delete(void* memory, std::size_t) noexcept {
 
 namespace tesmar {
 namespace {
+
+using test::data, test::dictionary, test::list, test::number, test::text;
 
 using namespace std::string_literals;
 using test::bigEndian;
@@ -53,22 +55,24 @@ auto bounded(Read&& read, const std::string& bytes) {
     const std::clock_t start = std::clock();
     auto result = read(bytes);
     const double milliseconds = 1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    // Ten times the aim, for slow machines and sanitizers.
-    EXPECT_LT(milliseconds, 10 * (1 + static_cast<double>(bytes.size()) / 100e3));
+    // Far above the millisecond for 100 KB that is the aim, for busy machines and sanitizers.
+    EXPECT_LT(milliseconds, 40 * (1 + static_cast<double>(bytes.size()) / 100e3));
     EXPECT_LT(peakBytes - before, std::max<std::size_t>(1 << 20, 100 * bytes.size()));
     return result;
 }
 
-std::string arrayOf(const std::vector<std::uint64_t>& references, std::size_t size) {
+using References = std::vector<std::uint64_t>;
+
+std::string arrayOf(const References& references, std::size_t size) {
     std::string object = "\xAF\x12" + bigEndian(references.size(), 4);
     for (const auto reference : references)
         object += bigEndian(reference, size);
     return object;
 }
 
-// Objects of which number i refers to those that `references` gives.
-RawList listOf(std::uint64_t count,
-               const std::function<std::vector<std::uint64_t>(std::uint64_t)>& references) {
+// Arrays, of which number i refers to what `references` gives for it.
+template <class Function>
+RawList arrays(std::uint64_t count, Function&& references) {
     RawList list;
     list.referenceSize = 4;
     for (std::uint64_t i = 0; i < count; ++i)
@@ -76,98 +80,76 @@ RawList listOf(std::uint64_t count,
     return list;
 }
 
-TEST(HostilePropertyList, IsRefused) {
-    const RawList small{{"\xA1\x01"s, "\x09"s}};
-    const auto trailer = [&](auto change) {
-        RawList list = small;
-        change(list);
-        return list.bytes();
-    };
-    std::vector<std::uint64_t> all(1000), innermostFirst{99'999};
-    for (std::size_t i = 0; i < all.size(); ++i)
-        all[i] = i % 999 + 1;
-    for (std::uint64_t i = 99'999; i > 0; --i)
-        innermostFirst.push_back(i);
-    RawList aliased = listOf(1000, [&](auto) { return all; });
-    aliased.objects.resize(1);
-    aliased.objects.resize(1000, "");
-    aliased.everyOffset = 8;
-
-    const struct {
-        const char* what;
-        std::string bytes;
-    } cases[] = {
-        {"empty", ""},
-        {"nothing but a header", "bplist00"},
-        {"another version", "bplist15" + small.bytes().substr(8)},
-        {"text",
-         "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict/></plist>" + std::string(64, ' ')},
-        {"no objects", trailer([](auto& list) { list.objectCount = 0; })},
-        {"too many objects", trailer([](auto& list) { list.objectCount = 3; })},
-        {"objects by the size of memory", trailer([](auto& list) { list.objectCount = ~0ull; })},
-        {"a count that overflows", trailer([](auto& list) { list.objectCount = 1ull << 61; })},
-        {"a root outside the table", trailer([](auto& list) { list.root = 2; })},
-        {"a table behind the end", trailer([](auto& list) { list.tableStart = 1 << 20; })},
-        {"a table that wraps around", trailer([](auto& list) { list.tableStart = ~0ull - 7; })},
-        {"a table in the header", trailer([](auto& list) { list.tableStart = 0; })},
-        {"references of no size", trailer([](auto& list) { list.referenceSize = 0; })},
-        {"references of 9 bytes", trailer([](auto& list) { list.referenceSize = 9; })},
-        {"offsets behind the end", trailer([](auto& list) { list.everyOffset = ~0ull; })},
-        {"offsets into the header", trailer([](auto& list) { list.everyOffset = 7; })},
-        {"offsets into the table", trailer([](auto& list) { list.everyOffset = 11; })},
-        {"a null", RawList{{"\x00"s}}.bytes()},
-        {"an integer of 32 bytes", RawList{{"\x15"s + std::string(32, 'x')}}.bytes()},
-        {"a real of 16 bytes", RawList{{"\x24"s + std::string(16, 'x')}}.bytes()},
-        {"a short date", RawList{{"\x32"s + std::string(8, 'x')}}.bytes()},
-        {"a UID of 9 bytes", RawList{{"\x88"s + std::string(9, 'x')}}.bytes()},
-        {"ASCII that is none", RawList{{"\x52\xC3\xA9"s}}.bytes()},
-        {"a number as a key", RawList{{"\xD1\x01\x01"s, "\x10\x01"s}}.bytes()},
-        {"a reference outside the table", RawList{{"\xA1\x02"s, "\x09"s}}.bytes()},
-        {"a count that is no integer", RawList{{"\xAF\x23"s + bigEndian(0, 8)}}.bytes()},
-        {"an array of 2^32", RawList{{"\xAF\x13"s + bigEndian(1ull << 32, 8)}}.bytes()},
-        {"a dictionary whose size overflows",
-         RawList{{"\xDF\x13"s + bigEndian(1ull << 63, 8)}}.bytes()},
-        {"data of 4 GB", RawList{{"\x4F\x12\xFF\xFF\xFF\xFF"s}}.bytes()},
-        {"text whose size overflows", RawList{{"\x6F\x13"s + bigEndian(1ull << 63, 8)}}.bytes()},
-        {"itself", RawList{{"\xA1\x00"s}}.bytes()},
-        {"itself, far down",
-         RawList{{"\xA1\x01"s, "\xD1\x03\x02"s, "\xC1\x00"s, "\x51k"s}}.bytes()},
-        {"100,000 nested arrays", listOf(100'000,
-                                         [](auto i) {
-                                             return std::vector<std::uint64_t>{
-                                                 std::min<std::uint64_t>(i + 1, 99'999)};
-                                         })
-                                      .bytes()},
-        {"100,000 nested arrays, the innermost first",
-         listOf(100'000,
-                [&](auto i) {
-                    return i == 0       ? innermostFirst
-                           : i < 99'999 ? std::vector<std::uint64_t>{i + 1}
-                                        : std::vector<std::uint64_t>{};
-                })
-             .bytes()},
-        {"2^40 values in 40 objects", listOf(41,
-                                             [](auto i) {
-                                                 return i < 40 ? std::vector<std::uint64_t>{i + 1,
-                                                                                            i + 1}
-                                                               : std::vector<std::uint64_t>{};
-                                             })
-                                          .bytes()},
-        {"one array at a thousand places", aliased.bytes()},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        EXPECT_FALSE(bounded(readPropertyList, c.bytes));
-    }
+TEST(HostilePropertyList, ImpossibleObjectsAreRefused) {
+    const std::string objects[] = {
+        "\x00"s, "\x0F"s, "\x15" + std::string(32, 'x'), "\x24" + std::string(16, 'x'),
+        "\x32" + std::string(8, 'x'), "\x88" + std::string(9, 'x'), "\x52\xC3\xA9", "\xB0",
+        "\xA1\x01",  // refers to what is not there
+        "\xA1\x00"s, // contains itself
+        "\xD1\x00\x00"s, "\xAF\x23" + bigEndian(0, 8), "\x4F\x12\xFF\xFF\xFF\xFF",
+        // Counts that overflow when they are multiplied.
+        "\xAF\x13" + bigEndian(1ull << 32, 8), "\xDF\x13" + bigEndian(1ull << 63, 8),
+        "\x6F\x13" + bigEndian(1ull << 63, 8)};
+    for (const auto& object : objects)
+        EXPECT_FALSE(bounded(readPropertyList, RawList{{object}}.bytes()))
+            << testing::PrintToString(object);
+    EXPECT_FALSE(readPropertyList(RawList{{"\xD1\x01\x01", "\x10\x01"}}.bytes())); // key 1
+    EXPECT_FALSE(readPropertyList(
+        RawList{{"\xA1\x01", "\xD1\x03\x02", std::string("\xC1\0", 2), "\x51k"}}.bytes()));
 }
 
-TEST(HostilePropertyList, SharedContentsAreHeldAndWrittenOnce) {
-    // 5,000 references to one text of 5,000 characters.
-    RawList list{{arrayOf(std::vector<std::uint64_t>(5000, 1), 1),
-                  "\x5F\x11" + bigEndian(5000, 2) + std::string(5000, 'x')}};
-    const auto read = bounded(readPropertyList, list.bytes());
-    ASSERT_TRUE(read);
-    bounded([&](const std::string&) { return writePropertyList(*read); }, list.bytes());
+TEST(HostilePropertyList, ImpossibleTrailersAreRefused) {
+    using List = RawList&;
+    void (*const changes[])(List) = {
+        [](List list) { list.objectCount = 0; },
+        [](List list) { list.objectCount = 3; },
+        [](List list) { list.objectCount = ~0ull; },
+        [](List list) { list.objectCount = 1ull << 61; }, // times 8 it is 0
+        [](List list) { list.root = 2; },
+        [](List list) { list.tableStart = 1 << 20; },
+        [](List list) { list.tableStart = ~0ull - 7; },
+        [](List list) { list.tableStart = 0; },
+        [](List list) { list.referenceSize = 0; },
+        [](List list) { list.referenceSize = 9; },
+        [](List list) { list.everyOffset = ~0ull; },
+        [](List list) { list.everyOffset = 7; },
+        [](List list) { list.everyOffset = 11; },
+    };
+    for (std::size_t i = 0; i < std::size(changes); ++i) {
+        RawList list{{"\xA1\x01", "\x09"}};
+        ASSERT_TRUE(readPropertyList(list.bytes()));
+        changes[i](list);
+        EXPECT_FALSE(bounded(readPropertyList, list.bytes())) << i;
+    }
+    for (const char* text : {"", "bplist00", "<?xml version=\"1.0\"?><plist><dict/></plist>"})
+        EXPECT_FALSE(readPropertyList(text + std::string(40, '\1')));
+}
+
+TEST(HostilePropertyList, BombsAreRefused) {
+    const auto last = [](std::uint64_t i, std::uint64_t count, References references) {
+        return i + 1 < count ? references : References();
+    };
+    References innermostFirst, all(1000, 1);
+    for (std::uint64_t i = 99'999; i > 0; --i)
+        innermostFirst.push_back(i);
+    RawList aliased = arrays(1, [&](auto) { return all; });
+    aliased.objects.resize(1000, "");
+    aliased.everyOffset = 8;
+    const RawList lists[] = {
+        arrays(100'000, [&](auto i) { return last(i, 100'000, {i + 1}); }),
+        arrays(100'000,
+               [&](auto i) { return i == 0 ? innermostFirst : last(i, 100'000, {i + 1}); }),
+        arrays(41,
+               [&](auto i) {
+                   return last(i, 41, {i + 1, i + 1});
+               }), // 2^40 values
+        aliased,   // one array at a thousand places
+    };
+    for (const RawList& list : lists)
+        EXPECT_FALSE(bounded(readPropertyList, list.bytes())) << &list - lists;
+    const RawList shared{{arrayOf(References(5000, 1), 1),
+                          "\x5F\x11" + bigEndian(5000, 2) + std::string(5000, 'x')}};
+    EXPECT_TRUE(bounded(readPropertyList, shared.bytes()));
 }
 
 std::string archiveOf(PropertyList::Array objects, PropertyList root = UID{1}) {
@@ -201,11 +183,14 @@ TEST(HostileArchive, DecodesToNothing) {
     const auto recordWith = [](const char* key, PropertyList value) {
         return PropertyList::Dictionary{{key, std::move(value)}, {"$class", UID{2}}};
     };
-    // Number 1 is the class, the root comes last, everything else in between.
-    const auto chained = [&](std::uint64_t count, auto elements) {
-        PropertyList::Array objects{array};
-        for (std::uint64_t i = 2; i < count + 2; ++i)
-            objects.push_back(arrayRecord(elements(i), 1));
+    // Lists of which each holds the one before it, so many times; the root holds them all.
+    const auto chained = [&](std::uint64_t count, std::size_t times, bool rootHoldsAll) {
+        PropertyList::Array objects{array, arrayRecord({}, 1)}, all;
+        for (std::uint64_t i = 2; i < count; ++i) {
+            all.push_back(UID{i});
+            objects.push_back(arrayRecord(PropertyList::Array(times, UID{i}), 1));
+        }
+        objects.push_back(arrayRecord(rootHoldsAll ? all : PropertyList::Array{UID{count}}, 1));
         return archiveOf(std::move(objects), UID{count + 1});
     };
     PropertyList::Array longKeys{dictionary, std::string(5000, 'k')}, everyone;
@@ -227,7 +212,7 @@ TEST(HostileArchive, DecodesToNothing) {
         {"a root outside the table", archiveOf({"text"}, UID{2})},
         {"the null object", archiveOf({"text"}, UID{0})},
         {"a UID by itself", archiveOf({UID{1}})},
-        {"a bare list", archiveOf({PropertyList::Array{"text"}})},
+        {"a bare list", archiveOf(PropertyList::Array(1, PropertyList::Array{"text"}))},
         {"a date", archiveOf({PropertyList::Date{0}})},
         {"half a surrogate pair", archiveOf({halfPair})},
         {"a record without a class", archiveOf({PropertyList::Dictionary{}})},
@@ -248,25 +233,9 @@ TEST(HostileArchive, DecodesToNothing) {
         {"text of bad bytes",
          archiveOf({recordWith("NS.bytes", PropertyList::Data{"\xFF"}), string})},
         {"text of no text", archiveOf({recordWith("NS.string", 1LL), string})},
-        {"300 lists deep", chained(300,
-                                   [](std::uint64_t i) {
-                                       return i == 2 ? PropertyList::Array{}
-                                                     : PropertyList::Array{UID{i - 1}};
-                                   })},
-        {"20,000 lists deep, the innermost first",
-         chained(20'000,
-                 [](std::uint64_t i) {
-                     PropertyList::Array elements;
-                     for (std::uint64_t j = i == 20'001 ? 2 : i - 1; j > 1 && j < i; ++j)
-                         elements.push_back(UID{j});
-                     return elements;
-                 })},
-        {"2^40 lists in 40", chained(40,
-                                     [](std::uint64_t i) {
-                                         return i == 2
-                                                    ? PropertyList::Array{}
-                                                    : PropertyList::Array{UID{i - 1}, UID{i - 1}};
-                                     })},
+        {"300 lists deep", chained(300, 1, false)},
+        {"20,000 lists deep, the innermost first", chained(20'000, 1, true)},
+        {"2^40 lists in 40", chained(40, 2, false)},
         {"one long key in 1,000 dictionaries", archiveOf(longKeys, UID{1003})},
     };
     for (const auto& c : cases) {
@@ -276,12 +245,8 @@ TEST(HostileArchive, DecodesToNothing) {
 }
 
 TEST(HostileArchive, CutAnywhereDecodesToNothing) {
-    const auto inner =
-        NSDictionary::dictionaryWithEntries({{"bytes", NSData::dataWithBytes("\0\xFF"s)}});
     const auto archive = NSKeyedArchiver::archivedDataWithRootObject(
-        NSDictionary::dictionaryWithEntries({{"text", NSString::stringWithString("\u00e9")},
-                                             {"number", NSNumber::numberWith(0.5)},
-                                             {"inner", inner}}));
+        dictionary({{"text", text("\u00e9")}, {"list", list({number(0.5), data("\0\xFF"s)})}}));
     ASSERT_TRUE(NSKeyedUnarchiver::unarchiveObjectWithData(archive));
     for (std::size_t size = 0; size < archive.size(); ++size) {
         EXPECT_FALSE(bounded(readPropertyList, archive.substr(0, size))) << size;

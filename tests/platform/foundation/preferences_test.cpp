@@ -1,10 +1,7 @@
-#include "tesmar/platform/foundation/NSArray.h"
 #include "tesmar/platform/foundation/NSBundle.h"
-#include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 #include "tesmar/platform/foundation/defaults/preferences_store.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/scalars.h"
 
 #include "support.h"
 
@@ -20,6 +17,8 @@
 namespace tesmar {
 namespace {
 
+using test::data, test::dictionary, test::list, test::number, test::text;
+
 using namespace std::string_literals;
 namespace fs = std::filesystem;
 using test::readFile;
@@ -33,7 +32,7 @@ class Preferences : public testing::Test {
         store.setValue(value, "key");
         return store.synchronize();
     }
-    static std::string text(const std::optional<PropertyList>& value) {
+    static std::string read(const std::optional<PropertyList>& value) {
         const auto* found = value ? value->get<std::string>() : nullptr;
         return found ? *found : "(none)";
     }
@@ -73,13 +72,14 @@ TEST_F(Preferences, ReadsSeeTheFileAsItIsNowButUnsavedChangesWin) {
     for (int i = 10; i < 60; ++i) {
         other.setValue(std::to_string(i), "key");
         ASSERT_TRUE(other.synchronize());
-        EXPECT_EQ(text(store.value("key")), std::to_string(i));
+        EXPECT_EQ(read(store.value("key")), std::to_string(i));
     }
     store.setValue("mine", "key");
-    EXPECT_EQ(text(store.value("key")), "mine");
-    EXPECT_EQ(text(other.value("key")), "59");
+    EXPECT_EQ(read(store.value("key")), "mine");
+    store.setValue(PropertyList::Data{std::string(17 << 20, 'x')}, "key");
+    EXPECT_FALSE(store.synchronize()); // could not be read again
+    EXPECT_EQ(read(other.value("key")), "59");
     store.setValue(std::nullopt, "key");
-    EXPECT_FALSE(store.value("key"));
     ASSERT_TRUE(store.synchronize());
     EXPECT_FALSE(other.value("key"));
     other.setValue("again", "key");
@@ -100,7 +100,7 @@ TEST_F(Preferences, LinksAndModesSurviveASave) {
     ASSERT_TRUE(save("again"));
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
     EXPECT_TRUE(fs::is_symlink(file) && fs::is_symlink(directory.path() / "real" / "link"));
-    EXPECT_EQ(text(store.value("key")), "again");
+    EXPECT_EQ(read(store.value("key")), "again");
 
     store.setPath(directory.path() / "new" / "deeper" / "preferences.plist");
     ASSERT_TRUE(save("x"));
@@ -109,34 +109,22 @@ TEST_F(Preferences, LinksAndModesSurviveASave) {
 
 TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
     enum Save { refused, replaces, keepsCopy };
+    const auto write = [&](std::string bytes) { return [=, this] { writeFile(file, bytes); }; };
     const struct {
         const char* what;
         std::function<void()> make;
         Save save;
     } cases[] = {
         {"absent", [] {}, replaces},
-        {"an empty file", [&] { writeFile(file, ""); }, keepsCopy},
-        {"text", [&] { writeFile(file, std::string(100, 'x')); }, keepsCopy},
-        {"XML", [&] { writeFile(file, "<?xml version=\"1.0\"?><plist><dict/></plist>"); },
-         keepsCopy},
-        {"a list", [&] { writeFile(file, writePropertyList(PropertyList::Array{"key"})); },
-         keepsCopy},
-        {"too much",
-         [&] {
-             writeFile(file, writePropertyList(PropertyList::Dictionary{{"key", "x"}}));
-             fs::resize_file(file, 1ull << 34);
-         },
-         keepsCopy},
+        {"an empty file", write(""), keepsCopy},
+        {"XML", write("<?xml version=\"1.0\"?><plist><dict/></plist>"), keepsCopy},
+        {"a list", write(writePropertyList(PropertyList::Array{"key"})), keepsCopy},
+        {"too much", [&] { write("x")(), fs::resize_file(file, 1ull << 34); }, keepsCopy},
         {"a pipe", [&] { ::mkfifo(file.c_str(), 0600); }, refused},
         {"a directory", [&] { fs::create_directories(file + "/sub"); }, refused},
         {"a device", [&] { fs::create_symlink("/dev/zero", file); }, refused},
         {"a circle of links", [&] { fs::create_symlink(file, file); }, refused},
-        {"a file for a directory",
-         [&] {
-             writeFile(directory.path() / "plain", "x");
-             store.setPath(directory.path() / "plain" / "preferences.plist");
-         },
-         refused},
+        {"a file for a directory", [&] { write("x")(), store.setPath(file + "/x"); }, refused},
         {"nowhere", [&] { store.setPath(""); }, refused},
     };
     for (const auto& c : cases) {
@@ -146,11 +134,10 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
         store.setPath(file);
         c.make();
         std::error_code error;
-        const bool isFile = fs::is_regular_file(file, error);
-        const auto size = isFile ? fs::file_size(file) : 0;
+        const auto size = fs::file_size(file, error);
         EXPECT_FALSE(store.value("key"));
         EXPECT_EQ(save("new"), c.save != refused);
-        EXPECT_EQ(text(store.value("key")), "new"); // unsaved, maybe
+        EXPECT_EQ(read(store.value("key")), "new"); // unsaved, maybe
         EXPECT_EQ(fs::exists(file + ".corrupt"), c.save == keepsCopy);
         if (c.save == keepsCopy) {
             EXPECT_EQ(fs::file_size(file + ".corrupt"), size);
@@ -174,14 +161,6 @@ TEST_F(Preferences, CopiesOfUnparsableFilesNeverReplaceOneAnother) {
     EXPECT_EQ(readFile(file + ".corrupt"), "broken 0");
 }
 
-TEST_F(Preferences, WhatCouldNotBeReadAgainIsNotSaved) {
-    ASSERT_TRUE(save("old"));
-    EXPECT_FALSE(save(PropertyList::Data{std::string(17 << 20, 'x')}));
-    store.setValue(std::nullopt, "key");
-    store.setValue("new", "other");
-    EXPECT_TRUE(store.synchronize());
-}
-
 class UserDefaults : public testing::Test {
   protected:
     UserDefaults() { ::setenv("XDG_CONFIG_HOME", directory.path().c_str(), 1); }
@@ -194,26 +173,20 @@ class UserDefaults : public testing::Test {
 };
 
 TEST_F(UserDefaults, ObjectsComeBackAsFreshCopies) {
-    const auto list =
-        NSArray::arrayWithObjects({NSNumber::numberWith(true), NSNumber::numberWith(-5LL)});
-    const auto dictionary = NSDictionary::dictionaryWithEntries(
-                                {{"list", list}, {"data", NSData::dataWithBytes("\0\xFF"s)}})
-                                ->mutableCopy();
-    const Ref<NSObject> objects[] = {NSString::stringWithString("t\u00e9xt"),
-                                     NSNumber::numberWith(0.25), NSData::dataWithBytes(""), list,
-                                     dictionary};
+    const auto values = list({number(true), number(-5LL), data("\0\xFF"s)});
+    const auto changing = dictionary({{"list", values}})->mutableCopy();
+    const Ref<NSObject> objects[] = {text("t\u00e9xt"), number(0.25), data(""), values, changing};
     for (const auto& object : objects) {
         defaults->setObject(object, "key");
         const auto unsaved = defaults->objectForKey("key");
         ASSERT_TRUE(unsaved && unsaved != object);
         EXPECT_TRUE(unsaved->isEqual(object.get()));
         ASSERT_TRUE(defaults->synchronize());
-        const auto other = make<NSUserDefaults>();
-        const auto saved = other->objectForKey("key");
+        const auto saved = make<NSUserDefaults>()->objectForKey("key");
         ASSERT_TRUE(saved);
         EXPECT_TRUE(saved->isEqual(object.get()));
     }
-    dictionary->setObject(list, "later");
+    changing->setObject(values, "later");
     EXPECT_FALSE(as<NSDictionary>(defaults->objectForKey("key"))->objectForKey("later"));
     defaults->setObject(nullptr, "key");
     EXPECT_FALSE(defaults->objectForKey("key"));
@@ -223,40 +196,36 @@ TEST_F(UserDefaults, WhatIsNoPropertyListChangesNothing) {
     std::string messages;
     setDiagnosticHandler(
         [&](std::string_view message) { messages += std::string(message) + "\n"; });
-    defaults->setObject(NSString::stringWithString("kept"), "key");
+    defaults->setObject(text("kept"), "key");
     const auto endless = make<NSMutableDictionary>();
     endless->setObject(endless, "self");
     endless->setObject(endless, "again");
-    Ref<NSObject> wide = NSString::stringWithString(std::string(1000, 'x'));
+    Ref<NSObject> wide = text(std::string(1000, 'x'));
     for (int i = 0; i < 40; ++i)
-        wide = NSArray::arrayWithObjects({wide, wide});
-    const Ref<NSObject> objects[] = {
-        make<NSObject>(),
-        NSArray::arrayWithObjects({make<NSObject>()}),
-        endless,
-        wide,
-        NSString::stringWithString("\xFF"),
-        NSDictionary::dictionaryWithEntries({{"\xFF", NSData::dataWithBytes("")}})};
+        wide = list({wide, wide});
+    const Ref<NSObject> objects[] = {make<NSObject>(), list({make<NSObject>()}),
+                                     endless,          wide,
+                                     text("\xFF"),     dictionary({{"\xFF", data("")}})};
     for (const auto& object : objects)
         defaults->setObject(object, "key");
     EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), std::ssize(objects));
-    EXPECT_TRUE(defaults->objectForKey("key")->isEqual(NSString::stringWithString("kept").get()));
+    EXPECT_TRUE(defaults->objectForKey("key")->isEqual(text("kept").get()));
     endless->removeObjectForKey("self");
     endless->removeObjectForKey("again");
 }
 
 TEST_F(UserDefaults, TypesWithoutAClassReadAsNothing) {
+    PropertyList::Dictionary values{{"date", PropertyList::Date{0}},
+                                    {"uid", PropertyList::UID{1}},
+                                    {"set", PropertyList::Set{}},
+                                    {"half", "\xED\xA0\xBD"},
+                                    {"infinite", INFINITY}};
+    values.push_back({"list", PropertyList::Array{values[0].value}});
     defaults->setPreferencesPath(directory.path() / "chosen");
-    const PropertyList values[] = {PropertyList::Date{0}, PropertyList::UID{1}, PropertyList::Set{},
-                                   "\xED\xA0\xBD", PropertyList::Array{PropertyList::Date{0}}};
-    for (const auto& value : values) {
-        writeFile(directory.path() / "chosen",
-                  writePropertyList(PropertyList::Dictionary{{"key", value}}));
-        EXPECT_FALSE(defaults->objectForKey("key"));
-    }
-    writeFile(directory.path() / "chosen", writePropertyList(PropertyList::Dictionary{
-                                               {"key", std::numeric_limits<double>::infinity()}}));
-    EXPECT_TRUE(std::isfinite(as<NSNumber>(defaults->objectForKey("key"))->doubleValue()));
+    writeFile(directory.path() / "chosen", writePropertyList(values));
+    for (const char* key : {"date", "uid", "set", "half", "list"})
+        EXPECT_FALSE(defaults->objectForKey(key)) << key;
+    EXPECT_TRUE(std::isfinite(as<NSNumber>(defaults->objectForKey("infinite"))->doubleValue()));
 }
 
 TEST_F(UserDefaults, TheFileIsWhereTheHostAndTheEnvironmentSay) {
@@ -286,7 +255,7 @@ TEST_F(UserDefaults, TheFileIsWhereTheHostAndTheEnvironmentSay) {
         set("HOME", c.homeVariable);
         defaults->setApplicationIdentifier(c.identifier);
         defaults->setPreferencesPath(c.path);
-        defaults->setObject(NSNumber::numberWith(1LL), "key");
+        defaults->setObject(number(1LL), "key");
         EXPECT_EQ(defaults->synchronize(), !c.expected.empty()) << c.expected;
         EXPECT_TRUE(c.expected.empty() || fs::remove(c.expected)) << c.expected;
     }

@@ -1,12 +1,15 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/foundation/scalars.h"
+
+#include "support.h"
 
 #include <gtest/gtest.h>
 #include <limits>
 
 namespace tesmar {
 namespace {
+
+using test::text;
 
 // The numbers of what has fired, and when.
 struct Fired {
@@ -142,8 +145,7 @@ TEST(RunLoop, DelayedMessagesKeepTheirTargetUntilSentOrCancelled) {
     NSRunLoop loop;
     auto bell = make<Bell>(), other = make<Bell>();
     const WeakRef<Bell> weak = bell, weakOther = other;
-    loop.performSelectorAfterDelay(bell, Selector("ringFor:"), NSString::stringWithString("Ann"),
-                                   1);
+    loop.performSelectorAfterDelay(bell, Selector("ringFor:"), text("Ann"), 1);
     loop.performSelectorAfterDelay(bell, Selector("ringFor:"), nullptr, 1);
     loop.performSelectorAfterDelay(bell, Selector("ring"), nullptr, 3);
     loop.performSelectorAfterDelay(other, Selector("ring"), nullptr, 2);

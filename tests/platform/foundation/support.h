@@ -1,6 +1,10 @@
 // What several tests of this floor share.
 #pragma once
 
+#include "tesmar/platform/foundation/NSArray.h"
+#include "tesmar/platform/foundation/NSDictionary.h"
+#include "tesmar/platform/foundation/scalars.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -9,6 +13,22 @@
 #include <vector>
 
 namespace tesmar::test {
+
+inline Ref<NSString> text(std::string value) {
+    return NSString::stringWithString(std::move(value));
+}
+inline Ref<NSNumber> number(NSNumber::Number value) {
+    return NSNumber::numberWith(value);
+}
+inline Ref<NSData> data(std::string bytes) {
+    return NSData::dataWithBytes(std::move(bytes));
+}
+inline Ref<NSArray> list(std::vector<Ref<NSObject>> objects) {
+    return NSArray::arrayWithObjects(std::move(objects));
+}
+inline Ref<NSDictionary> dictionary(NSDictionary::Entries entries) {
+    return NSDictionary::dictionaryWithEntries(std::move(entries));
+}
 
 // A directory that goes with the test.
 class TemporaryDirectory {
