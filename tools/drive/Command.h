@@ -14,6 +14,9 @@
 
 namespace tesmar::drive {
 
+// Seconds; further on, frames are too short to move a clock.
+inline constexpr double kLongestSession = 1e9;
+
 // Names a view, or a half of a stepper.
 struct ViewName {
     std::string text;

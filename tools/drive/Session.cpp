@@ -16,9 +16,6 @@ namespace tesmar::drive {
 namespace {
 
 constexpr CGSize kWindowSize{568, 320};
-constexpr double kLongestSession = 1e9; // seconds; further on, frames are too short to move a clock
-
-// `touch` moves one finger; `tap` and `drag` come with another, so that it can stay down.
 constexpr std::int64_t kFinger = 0;
 constexpr std::int64_t kOtherFinger = 1;
 

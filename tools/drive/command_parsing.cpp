@@ -8,7 +8,6 @@
 namespace tesmar::drive {
 namespace {
 
-constexpr double kMostSeconds = 1e9; // further on, frames are too short to move a clock
 constexpr double kMostDragSeconds = 3600;
 constexpr double kMostPoints = 1e6;
 constexpr double kLargestSide = 8192; // points
@@ -248,7 +247,7 @@ const std::map<std::string, Parse, std::less<>>& language() {
         {"send", parseSend},
         {"key", parseKey},
         {"advance",
-         [](Words& w) -> Command { return Advance{w.number("SECONDS", 0, kMostSeconds)}; }},
+         [](Words& w) -> Command { return Advance{w.number("SECONDS", 0, kLongestSession)}; }},
         {"tap", onView<Tap>},
         {"touch", parseTouch},
         {"drag", parseDrag},
