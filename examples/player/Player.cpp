@@ -1,12 +1,11 @@
 #include "Player.h"
 
-#include <filesystem>
-
 using namespace tesmar;
 
 namespace {
 
 constexpr CGFloat kMargin = 16; // around captions, points
+constexpr CGFloat kRoomForBarAndPanel = 400;
 constexpr const char* kSampleCaption = "Captions look like this.\nThe panel changes them.";
 
 } // namespace
@@ -53,14 +52,17 @@ void Player::buildViews() {
 
 void Player::layOut() {
     const CGSize size = window_->frame().size;
-    const CGFloat foot = size.height - ControlsBar::kHeight;
+    // On a small screen the bar leaves its place to the panel.
+    controls_->setHidden(isPanelOpen() && size.height < kRoomForBarAndPanel);
+    const CGFloat bar = controls_->isHidden() ? 0 : ControlsBar::kHeight;
+    const CGFloat foot = size.height - bar;
     controls_->setFrame({0, foot, size.width, ControlsBar::kHeight});
     message_->setFrame({kMargin, kMargin, std::max(0.0, size.width - 2 * kMargin), 24});
 
     const CGRect room = CGRectInset(CGRect{0, 0, size.width, std::max(0.0, foot)},
                                     {0, kMargin, kMargin / 2, kMargin});
     captions_->setRoom(room);
-    window_->setSafeAreaInsets({0, 0, ControlsBar::kHeight, 0});
+    window_->setSafeAreaInsets({0, 0, bar, 0});
     window_->setCaptionArea(CaptionView::reservedArea(room));
 }
 
@@ -115,6 +117,11 @@ void Player::togglePanel() {
     // An appearing panel shows the remembered style; without remembering, the present one is newer.
     if (!remembersStyle_)
         panel_->setCCStyleAttributes(style_->mutableCopy());
+    layOut();
+}
+
+void Player::CCViewControllerWillDisappear() {
+    layOut();
 }
 
 void Player::CCSwitchValueChanged(bool on) {

@@ -35,7 +35,7 @@ class Player : private tesmar::TESMARViewControllerDelegate {
   private:
     void CCSwitchValueChanged(bool on) override;
     void CCStyleAttributesChanged(const tesmar::Ref<tesmar::NSDictionary>& attributes) override;
-    void CCViewControllerWillDisappear() override {}
+    void CCViewControllerWillDisappear() override;
 
     bool plays() const { return video_ && video_->state().failure.empty(); }
     void buildViews();

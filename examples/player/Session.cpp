@@ -16,6 +16,7 @@ constexpr double kDefaultAutoHide = 5; // seconds
 constexpr double kCaptionStep = 0.5;   // seconds between looks for a caption
 constexpr int kCaptionLooks = 24;
 constexpr double kPanelArrives = 0.6; // seconds
+constexpr double kDragSeconds = 0.2;  // of each third of a drag
 constexpr double kBetweenTaps = 0.4;  // seconds
 
 Options withAutoHide(Options options) {
@@ -23,9 +24,9 @@ Options withAutoHide(Options options) {
     return options;
 }
 
-UIScrollView* scrollViewAround(UIView& view) {
-    for (UIView* above = view.superview(); above; above = above->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(above))
+const UIScrollView* scrollViewAround(const UIView& view) {
+    for (const UIView* above = view.superview(); above; above = above->superview())
+        if (auto* scroll = dynamic_cast<const UIScrollView*>(above))
             return scroll;
     return nullptr;
 }
@@ -78,10 +79,11 @@ void Session::showVideo() {
     if (!video_)
         return;
     for (int look = 0; look < kCaptionLooks; ++look) {
-        if (!video_->showMoment(videoTime_ + look * kCaptionStep, kPatience))
+        const double moment = videoTime_ + look * kCaptionStep;
+        if (!video_->showMoment(moment, kPatience) || moment > video_->state().duration)
             break;
         if (!video_->state().caption.empty()) {
-            videoTime_ += look * kCaptionStep;
+            videoTime_ = moment;
             break;
         }
     }
@@ -90,27 +92,35 @@ void Session::showVideo() {
 
 // --- Fingers ------------------------------------------------------------------------------------
 
-void Session::scrollIntoView(UIView& view, const CGRect& rect) {
-    UIScrollView* const scroll = scrollViewAround(view);
+// A finger that sets off at once, or it would press what lies below it, and rests before its lift,
+// or it would throw the content.
+void Session::drag(CGPoint start, CGPoint distance) {
+    const auto hold = [](CGFloat way) {
+        return way == 0 ? 0 : std::copysign(UIScrollView::kDragThreshold, way);
+    };
+    const CGPoint taken = start + CGPoint{hold(distance.x), hold(distance.y)};
+    host_.touch(UITouchPhase::began, start);
+    host_.touch(UITouchPhase::moved, taken);
+    advance(kDragSeconds);
+    host_.touch(UITouchPhase::moved, taken + distance);
+    advance(kDragSeconds);
+    host_.touch(UITouchPhase::ended, taken + distance);
+    advance(kDragSeconds);
+}
+
+void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
+    const UIScrollView* const scroll = scrollViewAround(view);
     if (!scroll)
         return;
-    // A drag begins only after some points of movement, so that one may not be enough.
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);
-        const CGRect target = view.convertRectTo(rect, nullptr);
-        const CGFloat dx = way(target.minX(), target.maxX(), port.minX(), port.maxX());
-        const CGFloat dy = way(target.minY(), target.maxY(), port.minY(), port.maxY());
-        if (dx == 0 && dy == 0)
-            return;
-        // One direction at a time, as thumbs do, and no further than the port is large.
-        const CGPoint distance =
-            dy != 0 ? CGPoint{0, std::clamp(dy, -port.size.height / 2, port.size.height / 2)}
-                    : CGPoint{std::clamp(dx, -port.size.width / 2, port.size.width / 2), 0};
-        const double before = host_.now();
-        host_.drag(port.center(), distance, 0.5);
-        videoTime_ += host_.now() - before;
-        advance(1); // it comes to rest
-    }
+    const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);
+    const CGRect target = view.convertRectTo(rect, nullptr);
+    const CGFloat dx = way(target.minX(), target.maxX(), port.minX(), port.maxX());
+    const CGFloat dy = way(target.minY(), target.maxY(), port.minY(), port.maxY());
+    // One direction at a time, as thumbs do.
+    if (dy != 0)
+        drag(port.center(), {0, dy});
+    if (dx != 0)
+        drag(port.center(), {dx, 0});
 }
 
 void Session::tap(const std::string& identifier) {

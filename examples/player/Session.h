@@ -34,7 +34,8 @@ class Session {
 
   private:
     void showVideo();
-    void scrollIntoView(tesmar::UIView& view, const tesmar::CGRect& rect);
+    void drag(tesmar::CGPoint start, tesmar::CGPoint distance);
+    void scrollIntoView(const tesmar::UIView& view, const tesmar::CGRect& rect);
 
     std::string directory_;
     tesmar::HeadlessHost host_;

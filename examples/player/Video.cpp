@@ -3,6 +3,7 @@
 #include <mpv/client.h>
 #include <mpv/render.h>
 
+#include <algorithm>
 #include <bit>
 #include <cerrno>
 #include <chrono>
@@ -29,6 +30,9 @@ void check(int status, const char* what) {
     if (status < 0)
         throw std::runtime_error(std::string(what) + ": " + mpv_error_string(status));
 }
+
+// There is still a picture this long before the end, in seconds.
+constexpr double kBeforeEnd = 0.2;
 
 // Named after the order of the bytes in memory.
 constexpr const char* kPixelFormat = std::endian::native == std::endian::little ? "bgr0" : "0rgb";
@@ -198,14 +202,20 @@ bool Video::hasNewFrame() {
 
 void Video::draw(std::uint32_t* pixels, int width, int height, int stride) {
     engine_->frameIsNew = false;
+    render(pixels, width, height, stride, Rendering::drawn);
+}
+
+void Video::render(std::uint32_t* pixels, int width, int height, int stride, Rendering rendering) {
     int size[] = {width, height};
     std::size_t bytes = static_cast<std::size_t>(stride);
     int waits = 0; // for the moment at which the frame is due: we draw when told
+    int skips = rendering == Rendering::skipped;
     mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, size},
                                      {MPV_RENDER_PARAM_SW_FORMAT, const_cast<char*>(kPixelFormat)},
                                      {MPV_RENDER_PARAM_SW_STRIDE, &bytes},
                                      {MPV_RENDER_PARAM_SW_POINTER, pixels},
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &waits},
+                                     {MPV_RENDER_PARAM_SKIP_RENDERING, &skips},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
     mpv_render_context_render(engine_->render, parameters);
 }
@@ -224,7 +234,20 @@ bool Video::showMoment(double seconds, double patience) {
     set("pause", "yes");
     if (!waitFor([&] { return state_.duration > 0 && engine_->restarted; }))
         return false;
-    engine_->restarted = false;
-    seekTo(seconds);
-    return waitFor([&] { return engine_->restarted && hasNewFrame(); });
+    engine_->restarted = engine_->frameIsNew = false;
+    seekTo(std::min(seconds, std::max(0.0, state_.duration - kBeforeEnd)));
+    const auto isThere = [&] {
+        // The engine goes on only when a frame has been taken, also one that nobody will look at.
+        if (mpv_render_context_update(engine_->render) & MPV_RENDER_UPDATE_FRAME) {
+            render(nullptr, 0, 0, 0, Rendering::skipped);
+            engine_->frameIsNew = true;
+        }
+        return engine_->frameIsNew && engine_->restarted;
+    };
+    if (!waitFor(isThere))
+        return false;
+    char* const caption = mpv_get_property_string(engine_->mpv, "sub-text");
+    state_.caption = caption ? caption : "";
+    mpv_free(caption);
+    return true;
 }

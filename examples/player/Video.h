@@ -46,8 +46,8 @@ class Video {
     // from row to row.
     void draw(std::uint32_t* pixels, int width, int height, int stride);
 
-    // Pauses at the exact moment and waits, `patience` seconds at most, until its picture and its
-    // caption are there. False when they do not come.
+    // Pauses at the exact moment, or at the end, and waits, `patience` seconds at most, until its
+    // picture and its caption are there. False when they do not come.
     bool showMoment(double seconds, double patience);
 
   private:
@@ -55,6 +55,8 @@ class Video {
 
     // Handles what has happened, after waiting `patience` seconds at most for something to happen.
     bool waitForNews(double patience);
+    enum class Rendering { drawn, skipped };
+    void render(std::uint32_t* pixels, int width, int height, int stride, Rendering rendering);
     void set(const char* property, const std::string& value);
 
     State state_;
