@@ -5,7 +5,7 @@
 // (`$HOME/.config/...` without that variable), unless the host chooses another. A file that cannot
 // be read or parsed, property lists in XML among them, reads as empty; before a save replaces one
 // that does not parse, it is kept beside the new one as `preferences.plist.corrupt` (.corrupt.1 and
-// so on).
+// so on, ten at most); where that cannot be done, nothing is saved.
 //
 // Any thread. Nothing here waits for longer than two seconds, prints, or touches state of the
 // process.
