@@ -1,0 +1,53 @@
+// The whole host contract in one loop: events and time in, pixels out. The panel opens, a finger taps
+// a swatch, and after two idle seconds the panel leaves by itself.
+//
+//     03-in-your-own-loop
+#include "tesmar/tesmar.h"
+
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+using namespace tesmar;
+
+class Captions : public TESMARViewControllerDelegate {
+    void CCSwitchValueChanged(bool on) override { std::printf("captions %s\n", on ? "on" : "off"); }
+    void CCStyleAttributesChanged(const Ref<NSDictionary>& style) override {
+        caption = NSAttributedString::attributedString("Hello", style); // drawInRect() draws it
+        std::printf("captions have a new style\n");
+    }
+    void CCViewControllerWillDisappear() override { std::printf("the panel leaves\n"); }
+    Ref<NSAttributedString> caption;
+};
+
+int main() {
+    NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.example"));
+    const auto window = UIWindow::windowWithSize({640, 360}, 2); // points, pixels per point
+    window->setCaptionArea(CGRect(0, 300, 640, 60));             // the panel stays clear of it
+    std::vector<std::uint32_t> pixels(1280 * 720);               // premultiplied ARGB
+
+    const auto panel = make<TESMARViewController>();
+    panel->setDelegate(std::make_shared<Captions>());
+    panel->setAutoHideInterval(2);
+    panel->setCCEnabled(true);
+
+    const auto now = [start = std::chrono::steady_clock::now()] {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    window->presentViewController(panel, true, [&] { // once it stands, your user's finger
+        const UIView& swatch = *window->viewWithIdentifier("textColorPicker.4");
+        const CGPoint finger = swatch.convertRectTo(swatch.bounds(), nullptr).center();
+        window->touch(UITouchPhase::began, 1, finger, now());
+        window->touch(UITouchPhase::ended, 1, finger, now());
+    });
+    while (window->presentedViewController()) {
+        if (window->needsRender())
+            for (const PixelRect& r : window->render(pixels.data(), 1280 * 4))
+                std::printf("%.2f s: show %d x %d pixels\n", now(), r.width, r.height);
+        // Here a host also waits for its events; with no deadline it may sleep for ever.
+        const double deadline = loop.nextDeadline().value_or(now());
+        std::this_thread::sleep_for(std::chrono::duration<double>(deadline - now()));
+        loop.advanceTo(now());
+    }
+}
