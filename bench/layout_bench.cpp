@@ -1,6 +1,7 @@
 // How long layout takes for chains and grids of boxes and for a screen like the settings panel's.
-// "build" is a first layout, from the tree to the frames; "resize" a layout after only the root's
-// width has changed.
+// "build" is a new engine's first layout, from the tree to the frames, memory and all; "rebuild"
+// the layout of one that has been told to read the tree again; "resize" a layout after only the
+// root's width has changed.
 #include "tesmar/platform/layout/LayoutEngine.h"
 #include "tesmar/tests/platform/layout/LayoutBox.h"
 
@@ -107,7 +108,7 @@ Boxes panel(int) {
     std::string column = "V:|-15-";
     for (int row = 0; row < 6; ++row) {
         const std::string n = std::to_string(row);
-        for (const std::string& part : {"name", "value", "step"})
+        for (const std::string part : {"name", "value", "step"})
             box(scroll, part + n, 90, 29);
         scroll->constrain("|-0-[name" + n + "]-35-[value" + n + "]->=20-[step" + n + "]-0-|", views,
                           NSLayoutFormatAlignAllCenterY);
@@ -130,6 +131,16 @@ void build(benchmark::State& state) {
 }
 
 template <Boxes (*make)(int)>
+void rebuild(benchmark::State& state) {
+    const auto root = make(static_cast<int>(state.range(0)));
+    LayoutEngine engine;
+    for (auto _ : state) {
+        engine.invalidate();
+        engine.layout(*root);
+    }
+}
+
+template <Boxes (*make)(int)>
 void resize(benchmark::State& state) {
     const auto root = make(static_cast<int>(state.range(0)));
     LayoutEngine engine;
@@ -142,25 +153,29 @@ void resize(benchmark::State& state) {
     }
 }
 
-#define TESMAR_SIZES(make)                                                                         \
+#define TESMAR_MEASURE(make, smallest, largest)                                                    \
     BENCHMARK(build<make>)                                                                         \
         ->Name(#make "/build")                                                                     \
         ->RangeMultiplier(2)                                                                       \
-        ->Range(50, 800)                                                                           \
+        ->Range(smallest, largest)                                                                 \
+        ->Unit(benchmark::kMicrosecond);                                                           \
+    BENCHMARK(rebuild<make>)                                                                       \
+        ->Name(#make "/rebuild")                                                                   \
+        ->RangeMultiplier(2)                                                                       \
+        ->Range(smallest, largest)                                                                 \
         ->Unit(benchmark::kMicrosecond);                                                           \
     BENCHMARK(resize<make>)                                                                        \
         ->Name(#make "/resize")                                                                    \
         ->RangeMultiplier(2)                                                                       \
-        ->Range(50, 800)                                                                           \
+        ->Range(smallest, largest)                                                                 \
         ->Unit(benchmark::kMicrosecond)
 
-TESMAR_SIZES(fixedChain);
-TESMAR_SIZES(equalChain);
-TESMAR_SIZES(tightEqualChain);
-TESMAR_SIZES(contentChain);
-TESMAR_SIZES(grid);
-BENCHMARK(build<panel>)->Name("panel/build")->Arg(25)->Unit(benchmark::kMicrosecond);
-BENCHMARK(resize<panel>)->Name("panel/resize")->Arg(25)->Unit(benchmark::kMicrosecond);
+TESMAR_MEASURE(fixedChain, 100, 800);
+TESMAR_MEASURE(equalChain, 100, 800);
+TESMAR_MEASURE(tightEqualChain, 100, 800);
+TESMAR_MEASURE(contentChain, 100, 800);
+TESMAR_MEASURE(grid, 100, 800);
+TESMAR_MEASURE(panel, 25, 25);
 
 } // namespace
 } // namespace tesmar

@@ -150,7 +150,7 @@ void Tableau::define(Variable variable, LinearExpression relation) {
         unknowns_[term.variable].mentioned = true;
     unknown.role = Role::defined;
     unknown.row = static_cast<int>(rows_.size());
-    rows_.push_back({variable, std::move(expression)});
+    rows_.push_back({.owner = variable, .expression = std::move(expression)});
 }
 
 // Solves "relation = 0" for one of its first `eligible` variables, if some can take the value that
@@ -199,7 +199,7 @@ void Tableau::makeBasic(Variable variable, LinearExpression expression) {
     unknown.row = row;
     for (const Term& term : expression.terms)
         columns_[term.variable].push_back(row);
-    rows_.push_back({variable, std::move(expression)});
+    rows_.push_back({.owner = variable, .expression = std::move(expression)});
 }
 
 void Tableau::visit(Variable variable) {

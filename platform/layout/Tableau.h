@@ -65,6 +65,7 @@ class Tableau {
     struct Row {
         Variable owner;
         LinearExpression expression;
+        bool holdsFrozen = false;
     };
     struct Step { // of an evaluation: a row without the terms that are 0
         Variable variable;
@@ -102,6 +103,7 @@ class Tableau {
     int leavingRow(Variable entering, bool cautious) const;
     void addCost(Variable variable, double coefficient);
     void freeze(Variable variable);
+    void dropFrozenTerms();
 
     Parameters parameters_{};
     std::vector<Unknown> unknowns_;
@@ -121,6 +123,7 @@ class Tableau {
     std::vector<Variable> order_;       // visited ones with rows, those referred to first
     std::vector<std::pair<Variable, std::size_t>> path_;
     std::vector<Term> merged_;
+    std::vector<int> rowsWithFrozen_;
 
     std::vector<Step> steps_;
     std::vector<Term> stepTerms_;

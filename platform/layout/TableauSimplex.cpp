@@ -44,16 +44,19 @@ Affine Tableau::minimise() {
         if (entering < 0)
             break;
         const int row = leavingRow(entering, cautious);
-        if (row < 0)
-            freeze(entering); // costs have a least value: only rounding says otherwise
-        else
+        if (row >= 0) {
             pivot(entering, row);
+        } else { // costs have a least value: only rounding says otherwise
+            freeze(entering);
+            dropFrozenTerms();
+        }
     }
     for (const Variable variable : charged_) {
         if (std::abs(std::exchange(costs_[variable], 0)) > kCostTolerance &&
             unknowns_[variable].role == Role::nonbasic)
             freeze(variable);
     }
+    dropFrozenTerms();
     charged_.clear();
     return std::exchange(cost_, {});
 }
@@ -165,15 +168,24 @@ void Tableau::addCost(Variable variable, double coefficient) {
     costs_[variable] += coefficient;
 }
 
-// From now on the (nonbasic) variable is 0.
+// From now on the (nonbasic) variable is 0. Rows keep it until dropFrozenTerms().
 void Tableau::freeze(Variable variable) {
     unknowns_[variable].role = Role::frozen;
     costs_[variable] = 0;
     for (const int row : std::exchange(columns_[variable], {})) {
-        auto& terms = rows_[row].expression.terms;
-        if (const auto term = find(variable, terms); term != terms.end())
-            terms.erase(term);
+        if (!std::exchange(rows_[row].holdsFrozen, true))
+            rowsWithFrozen_.push_back(row);
     }
+}
+
+void Tableau::dropFrozenTerms() {
+    for (const int row : rowsWithFrozen_) {
+        rows_[row].holdsFrozen = false;
+        std::erase_if(rows_[row].expression.terms, [&](const Term& term) {
+            return unknowns_[term.variable].role == Role::frozen;
+        });
+    }
+    rowsWithFrozen_.clear();
 }
 
 } // namespace tesmar

@@ -1,0 +1,76 @@
+// Any text is a visual format or an error at a place within it, and any formats that parse give
+// finite frames at every size, the same for an engine that has seen other sizes.
+//
+// Input: a byte of root size, then formats over the boxes a to e (e in a scroll view d), one a
+// line, each after a byte of alignment options.
+#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/visual_format.h"
+#include "tesmar/tests/platform/layout/LayoutBox.h"
+
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace tesmar;
+
+namespace {
+
+void require(bool holds) {
+    if (!holds)
+        std::abort();
+}
+
+bool isNear(double a, double b) {
+    return std::abs(a - b) <= 1e-6 * (1 + std::abs(a));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 1 || size > 4096)
+        return 0;
+    auto root = std::make_shared<LayoutBox>("root");
+    NSLayoutConstraint::Views views;
+    for (const char* name : {"a", "b", "c", "d"})
+        views[name] = root->add(name);
+    auto scroll = root->children.back();
+    scroll->isScroll = true;
+    views["e"] = scroll->add("e");
+    root->children[0]->intrinsic[0] = 40;
+    root->children[1]->intrinsic[1] = 30;
+    root->children[2]->isRightToLeft = true;
+
+    std::string_view rest(reinterpret_cast<const char*>(data) + 1, size - 1);
+    while (!rest.empty()) {
+        const auto options =
+            static_cast<NSLayoutFormatOptions>((static_cast<unsigned char>(rest[0]) & 0x0f) << 1 |
+                                               (static_cast<unsigned char>(rest[0]) & 0xf0) << 4);
+        const std::size_t end = rest.find('\n');
+        const std::string_view format = rest.substr(1, end == rest.npos ? end : end - 1);
+        rest.remove_prefix(end == rest.npos ? rest.size() : end + 1);
+        auto result = constraintsFromVisualFormat(format, options, {{"m", 7.5}}, views);
+        if (const auto* error = std::get_if<VisualFormatError>(&result))
+            require(error->offset <= format.size());
+        else
+            for (auto& constraint : std::get<std::vector<Ref<NSLayoutConstraint>>>(result))
+                root->constraints.push_back(constraint);
+    }
+
+    auto boxes = root->children;
+    boxes.push_back(scroll->children[0]);
+    LayoutEngine kept;
+    for (const double width : {data[0] * 3.0, 0.0, 480.0}) {
+        root->frame = {0, 0, width, 320};
+        kept.layout(*root);
+        std::vector<CGRect> frames;
+        for (const auto& box : boxes)
+            frames.push_back(box->frame);
+        LayoutEngine().layout(*root);
+        for (std::size_t i = 0; i < boxes.size(); ++i) {
+            require(finiteRect(boxes[i]->frame) == boxes[i]->frame);
+            require(isNear(boxes[i]->frame.minX(), frames[i].minX()));
+            require(isNear(boxes[i]->frame.maxY(), frames[i].maxY()));
+        }
+    }
+    return 0;
+}
