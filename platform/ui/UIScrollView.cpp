@@ -292,7 +292,9 @@ void UIScrollView::stopGliding() {
 bool UIScrollView::glideStep(double now) {
     const auto kept = ref(this);
     configureMotion();
-    const bool moving = x_.step(now) | y_.step(now);
+    const bool xMoves = x_.step(now);
+    const bool yMoves = y_.step(now);
+    const bool moving = xMoves || yMoves;
     if (!moving)
         stopGliding();
     showOffset();
