@@ -44,6 +44,8 @@ Ref<UILabel> UILabel::createStyledLabel() {
     return label;
 }
 
-Ref<UIFont> UILabel::getDefaultFont() { return CCConstants::font(); }
+Ref<UIFont> UILabel::getDefaultFont() {
+    return CCConstants::font();
+}
 
 } // namespace tesmar

@@ -39,9 +39,8 @@ const Ref<NSDictionary>& CCConstants::CCDefaultStyleAttributes() {
 
 const std::vector<Ref<UIColor>>& CCConstants::paletteColors() {
     static const std::vector<Ref<UIColor>> colors{
-        UIColor::magentaColor(), UIColor::cyanColor(), UIColor::whiteColor(),
-        UIColor::blackColor(),   UIColor::yellowColor(), UIColor::redColor(),
-        UIColor::blueColor(),    UIColor::greenColor(),
+        UIColor::magentaColor(), UIColor::cyanColor(), UIColor::whiteColor(), UIColor::blackColor(),
+        UIColor::yellowColor(),  UIColor::redColor(),  UIColor::blueColor(),  UIColor::greenColor(),
     };
     return colors;
 }

@@ -11,12 +11,13 @@
 namespace tesmar {
 
 Class& TESMARConfig::classObject() {
-    static Class type("TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
-                      {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
-                       method<&TESMARConfig::saveSessionClosedCaptureStyle>(
-                           "saveSessionClosedCaptureStyleWithAttributes:"),
-                       method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
-                           "sessionOrDefaultClosedCaptureStyle")});
+    static Class type(
+        "TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
+        {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
+         method<&TESMARConfig::saveSessionClosedCaptureStyle>(
+             "saveSessionClosedCaptureStyleWithAttributes:"),
+         method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
+             "sessionOrDefaultClosedCaptureStyle")});
     return type;
 }
 

@@ -29,15 +29,18 @@ Class& TESMARViewController::classObject() {
          method<&Panel::setAutoHideInterval>("setAutoHideInterval:"),
          method<&Panel::rememberChangedStyle>("rememberChangedStyle"),
          method<&Panel::setRememberChangedStyle>("setRememberChangedStyle:"),
-         method<&Panel::delegate>("delegate"), method<&Panel::setDelegate>("setDelegate:"),
+         method<&Panel::delegate>("delegate"),
+         method<&Panel::setDelegate>("setDelegate:"),
          method<&Panel::CCStyleAttributes>("CCStyleAttributes"),
          method<&Panel::setCCStyleAttributes>("setCCStyleAttributes:"),
-         method<&Panel::setCCEnabled>("setCCEnabled:"), method<&Panel::loadView>("loadView"),
+         method<&Panel::setCCEnabled>("setCCEnabled:"),
+         method<&Panel::loadView>("loadView"),
          method<&Panel::viewWillAppear>("viewWillAppear:"),
          method<&Panel::viewDidAppear>("viewDidAppear:"),
          method<&Panel::viewWillDisappear>("viewWillDisappear:"),
          method<&Panel::didReceiveMemoryWarning>("didReceiveMemoryWarning"),
-         method<&Panel::setupView>("setupView"), method<&Panel::resetButtonTap>("resetButtonTap"),
+         method<&Panel::setupView>("setupView"),
+         method<&Panel::resetButtonTap>("resetButtonTap"),
          method<&Panel::ccColorChanged>("ccColorChanged"),
          method<&Panel::bgColorChanged>("bgColorChanged"),
          method<&Panel::fontChanged>("fontChanged"),
@@ -56,8 +59,7 @@ TESMARViewController::TESMARViewController()
     : CCSwitch_((registerTESMAR(), make<UISwitch>())),
       textColorPicker_(makeWith<ColorPicker>(&ColorPicker::initWithTitle,
                                              CCConstants::Label::ColorPickerTextColor())),
-      fontPicker_(make<FontPicker>()),
-      textColorOpacityStepper_(UIStepper::createStyledStepper()),
+      fontPicker_(make<FontPicker>()), textColorOpacityStepper_(UIStepper::createStyledStepper()),
       backgroundColorPicker_(makeWith<ColorPicker>(
           &ColorPicker::initWithTitle, CCConstants::Label::ColorPickerBackgroundColor())),
       backgroundColorOpacityStepper_(UIStepper::createStyledStepper()) {}
@@ -73,10 +75,15 @@ bool TESMARViewController::initWithCoder(NSCoder& coder) {
 
 // --- The style and the controls -----------------------------------------------------------------
 
+// What is replaced here is let go last: its destructor may come back.
+void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
+    const auto replaced = std::exchange(delegate_, delegate);
+}
+
 void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) {
     if (!attributes)
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
-    styleAttributes_ = attributes;
+    const auto replaced = std::exchange(styleAttributes_, attributes);
     showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
     showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
               *backgroundColorOpacityStepper_);
@@ -102,6 +109,7 @@ void TESMARViewController::bgColorChanged() {
 
 void TESMARViewController::colorChanged(std::string_view key, const ColorPicker& picker,
                                         const UIStepper& stepper) {
+    const auto kept = ref(this); // a pending dismissal may have been the last to own it
     if (const auto color = picker.selectedColor())
         styleAttributes_->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
                                     key);
@@ -112,6 +120,7 @@ void TESMARViewController::colorChanged(std::string_view key, const ColorPicker&
 }
 
 void TESMARViewController::fontChanged() {
+    const auto kept = ref(this);
     if (const auto font = fontPicker_->selectedFont())
         styleAttributes_->setObject(font, NSFontAttributeName);
     else
@@ -121,6 +130,7 @@ void TESMARViewController::fontChanged() {
 }
 
 void TESMARViewController::resetButtonTap() {
+    const auto kept = ref(this);
     setCCStyleAttributes(CCConstants::CCDefaultStyleAttributes()->mutableCopy());
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
@@ -137,9 +147,12 @@ void TESMARViewController::didUpdateClosedCaptureStyle() {
 
 // --- The captions switch ------------------------------------------------------------------------
 
-void TESMARViewController::setCCEnabled(bool enabled) { CCSwitch_->setOn(enabled, false); }
+void TESMARViewController::setCCEnabled(bool enabled) {
+    CCSwitch_->setOn(enabled, false);
+}
 
 void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
+    const auto kept = ref(this);
     std::puts(sender.isOn() ? "Switch ON" : "Switch OFF");
     std::fflush(stdout);
     resetAutoHideTimer();
@@ -173,11 +186,14 @@ void TESMARViewController::viewWillDisappear(bool animated) {
         delegate->CCViewControllerWillDisappear();
 }
 
-void TESMARViewController::didReceiveMemoryWarning() { UIViewController::didReceiveMemoryWarning(); }
+void TESMARViewController::didReceiveMemoryWarning() {
+    UIViewController::didReceiveMemoryWarning();
+}
 
 // --- Auto-hide ----------------------------------------------------------------------------------
 
 void TESMARViewController::resetAutoHideTimer() {
+    const auto kept = ref(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.cancelPreviousPerformRequests(*this);
     // False for a number that is none, too.
@@ -186,10 +202,16 @@ void TESMARViewController::resetAutoHideTimer() {
                                        autoHideInterval_);
 }
 
-void TESMARViewController::selfDismiss() { dismissViewControllerAnimated(true); }
+void TESMARViewController::selfDismiss() {
+    dismissViewControllerAnimated(true);
+}
 
-void TESMARViewController::scrollViewWillBeginDragging(UIScrollView&) { resetAutoHideTimer(); }
+void TESMARViewController::scrollViewWillBeginDragging(UIScrollView&) {
+    resetAutoHideTimer();
+}
 
-void TESMARViewController::scrollViewDidEndDragging(UIScrollView&, bool) { resetAutoHideTimer(); }
+void TESMARViewController::scrollViewDidEndDragging(UIScrollView&, bool) {
+    resetAutoHideTimer();
+}
 
 } // namespace tesmar

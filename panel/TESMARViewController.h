@@ -6,8 +6,8 @@
 //     panel->setRememberChangedStyle(true);     // keep the style for the next start
 //     window->presentViewController(panel, true);
 //
-// The viewer turns captions on or off and chooses colours, opacities, font and size; the panel edits
-// one style dictionary (see CCConstants) and tells the delegate. Main thread only.
+// The viewer turns captions on or off and chooses colours, opacities, font and size; the panel
+// edits one style dictionary (see CCConstants) and tells the delegate. Main thread only.
 #pragma once
 
 #include "tesmar/panel/TESMARViewControllerDelegate.h"
@@ -44,12 +44,13 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     bool rememberChangedStyle() const { return rememberChangedStyle_; }
     void setRememberChangedStyle(bool remember) { rememberChangedStyle_ = remember; }
 
-    // Owned. A host that also owns the panel breaks the cycle by clearing it.
+    // Owned. A host that also owns the panel breaks the cycle by clearing it. The delegate is a C++
+    // object: callers by selector get nothing for one that is no NSObject.
     const Ref<TESMARViewControllerDelegate>& delegate() const { return delegate_; }
-    void setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) { delegate_ = delegate; }
+    void setDelegate(const Ref<TESMARViewControllerDelegate>& delegate);
 
-    // The style being edited; empty at the start, and never null. Each appearance replaces it by the
-    // remembered style, or the default. Assigning it shows it in the controls and tells nobody;
+    // The style being edited; empty at the start, and never null. Each appearance replaces it by
+    // the remembered style, or the default. Assigning it shows it in the controls and tells nobody;
     // changing it in place does not even show. Values of other types count as missing, and stay.
     const Ref<NSMutableDictionary>& CCStyleAttributes() const { return styleAttributes_; }
     void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes);

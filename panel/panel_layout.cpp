@@ -41,8 +41,8 @@ struct Row {
 void addRows(UIView& to, std::initializer_list<Row> rows, const Parts& parts) {
     const NSLayoutConstraint::Views views(parts.begin(), parts.end());
     for (const Row& row : rows)
-        to.addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options,
-                                                                          {}, views));
+        to.addConstraints(
+            NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options, {}, views));
 }
 
 } // namespace
@@ -70,15 +70,15 @@ void TESMARViewController::setupView() {
                       {"topSeparator", createSeparatorView()},
                       {"bottomSeparator", createSeparatorView()}};
     addParts(*view(), parts);
-    addRows(*view(),
-            {{"|-20-[CCLabel]-20-[CCSwitch]->=20-[resetButton]-20-|",
-              NSLayoutFormatAlignAllCenterY},
-             {"|-20-[containerScrollView]-20-|"},
-             {"|-20-[topSeparator]-20-|"},
-             {"|-20-[bottomSeparator]-20-|"},
-             {"V:|-15-[CCLabel]-15-[topSeparator(1)]-0-[containerScrollView]-0-"
-              "[bottomSeparator(1)]-15-|"}},
-            parts);
+    addRows(
+        *view(),
+        {{"|-20-[CCLabel]-20-[CCSwitch]->=20-[resetButton]-20-|", NSLayoutFormatAlignAllCenterY},
+         {"|-20-[containerScrollView]-20-|"},
+         {"|-20-[topSeparator]-20-|"},
+         {"|-20-[bottomSeparator]-20-|"},
+         {"V:|-15-[CCLabel]-15-[topSeparator(1)]-0-[containerScrollView]-0-"
+          "[bottomSeparator(1)]-15-|"}},
+        parts);
 }
 
 Ref<UIView> TESMARViewController::createScrollView() {
@@ -113,8 +113,9 @@ Ref<UIView> TESMARViewController::createScrollView() {
                       {"backgroundColorOpacityLabel", backgroundOpacityLabel},
                       {"backgroundColorOpacityStepper", backgroundColorOpacityStepper_}};
     addParts(*scrollView, parts);
-    // The separator, pinned to both edges, makes the content 400 points wide. The background stepper
-    // stands left of the content's edge on purpose: its symbol lines up with what is above it.
+    // The separator, pinned to both edges, makes the content 400 points wide. The background
+    // stepper stands left of the content's edge on purpose: its symbol lines up with what is above
+    // it.
     addRows(*scrollView,
             {{"|-0-[separator(400)]-0-|"},
              {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},

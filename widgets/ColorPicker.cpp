@@ -80,7 +80,7 @@ void ColorPicker::setSelectedColor(const Ref<UIColor>& color) {
 
 void ColorPicker::updateSelection() {
     for (const auto& button : colorButtons_) {
-        if (!button->color())
+        if (!button || !button->color())
             fatalError("a swatch of a ColorPicker has no colour");
         button->setSelected(button->color()->isEqual(selectedColor_.get()));
     }
@@ -90,8 +90,8 @@ void ColorPicker::setColorButtons(std::vector<Ref<ColorPickerButton>> buttons) {
     colorButtons_ = std::move(buttons);
 }
 
-void ColorPicker::colorButtonTouched(const Ref<ColorPickerButton>& button) {
-    setSelectedColor(button->color());
+void ColorPicker::colorButtonTouched(ColorPickerButton& button) {
+    setSelectedColor(button.color());
     sendActionsForControlEvents(UIControlEventValueChanged);
 }
 

@@ -38,7 +38,7 @@ class TESMAR_API ColorPicker : public UIControl {
     virtual void setTitleLabel(const Ref<UILabel>& label) { titleLabel_ = label; }
 
     // The action of every swatch: selects its colour, then tells the targets.
-    virtual void colorButtonTouched(const Ref<ColorPickerButton>& button);
+    virtual void colorButtonTouched(ColorPickerButton& button);
 
     // Names the title ("<identifier>.title") and the swatches ("<identifier>.0" …) too.
     void setAccessibilityIdentifier(std::string identifier) override;

@@ -15,8 +15,7 @@ constexpr CGFloat kSelectionWhite = 0.831;
 } // namespace
 
 Class& ColorPickerButton::classObject() {
-    static Class type("ColorPickerButton", &UIButton::classObject(),
-                      allocator<ColorPickerButton>(),
+    static Class type("ColorPickerButton", &UIButton::classObject(), allocator<ColorPickerButton>(),
                       {method<&ColorPickerButton::color>("color"),
                        method<&ColorPickerButton::setColor>("setColor:"),
                        method<&ColorPickerButton::isSelected>("isSelected"),
@@ -63,9 +62,10 @@ void ColorPickerButton::draw(CGRect) {
     }
     CGContextSetStrokeColorWithColor(*context, *UIColor::grayColor());
     CGContextSetLineWidth(*context, kRimWidth);
-    if (!color_)
+    const Ref<UIColor> fill = color();
+    if (!fill)
         fatalError("a ColorPickerButton was drawn before it was given a colour");
-    CGContextSetFillColorWithColor(*context, *color_);
+    CGContextSetFillColorWithColor(*context, *fill);
     // The fill covers the rim's inner half: half a point of grey stays outside.
     CGContextStrokeEllipseInRect(*context, discRect());
     CGContextFillEllipseInRect(*context, discRect());

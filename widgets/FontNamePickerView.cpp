@@ -15,31 +15,30 @@ template <class T>
 Ref<T> connected(const WeakRef<T>& outlet, const char* name) {
     auto view = outlet.lock();
     if (!view)
-        fatalError(std::string("FontNamePickerView: the outlet \"") + name +
-                   "\" is not connected");
+        fatalError(std::string("FontNamePickerView: the outlet \"") + name + "\" is not connected");
     return view;
 }
 
 } // namespace
 
 Class& FontNamePickerView::classObject() {
-    static Class type(
-        "FontNamePickerView", &UIControl::classObject(), allocator<FontNamePickerView>(),
-        {method<&FontNamePickerView::fontNameLabel>("fontNameLabel"),
-         method<&FontNamePickerView::setFontNameLabel>("setFontNameLabel:"),
-         method<&FontNamePickerView::prevButton>("prevButton"),
-         method<&FontNamePickerView::setPrevButton>("setPrevButton:"),
-         method<&FontNamePickerView::nextButton>("nextButton"),
-         method<&FontNamePickerView::setNextButton>("setNextButton:"),
-         method<&FontNamePickerView::awakeFromNib>("awakeFromNib"),
-         method<&FontNamePickerView::updateFonts>("updateFonts:"),
-         method<&FontNamePickerView::selectedFontName>("selectedFontName"),
-         method<&FontNamePickerView::selectFontName>("selectFontName:"),
-         method<&FontNamePickerView::nextFont>("nextFont"),
-         method<&FontNamePickerView::prevFont>("prevFont"),
-         method<&FontNamePickerView::initWithFrame>("initWithFrame:"),
-         method<&FontNamePickerView::initWithCoder>("initWithCoder:")},
-        {method<&FontNamePickerView::nibName>("nibName")});
+    static Class type("FontNamePickerView", &UIControl::classObject(),
+                      allocator<FontNamePickerView>(),
+                      {method<&FontNamePickerView::fontNameLabel>("fontNameLabel"),
+                       method<&FontNamePickerView::setFontNameLabel>("setFontNameLabel:"),
+                       method<&FontNamePickerView::prevButton>("prevButton"),
+                       method<&FontNamePickerView::setPrevButton>("setPrevButton:"),
+                       method<&FontNamePickerView::nextButton>("nextButton"),
+                       method<&FontNamePickerView::setNextButton>("setNextButton:"),
+                       method<&FontNamePickerView::awakeFromNib>("awakeFromNib"),
+                       method<&FontNamePickerView::updateFonts>("updateFonts:"),
+                       method<&FontNamePickerView::selectedFontName>("selectedFontName"),
+                       method<&FontNamePickerView::selectFontName>("selectFontName:"),
+                       method<&FontNamePickerView::nextFont>("nextFont"),
+                       method<&FontNamePickerView::prevFont>("prevFont"),
+                       method<&FontNamePickerView::initWithFrame>("initWithFrame:"),
+                       method<&FontNamePickerView::initWithCoder>("initWithCoder:")},
+                      {method<&FontNamePickerView::nibName>("nibName")});
     return type;
 }
 
@@ -83,8 +82,12 @@ void FontNamePickerView::selectFontName(std::string_view name) {
     }
 }
 
-void FontNamePickerView::nextFont() { step(1); }
-void FontNamePickerView::prevFont() { step(-1); }
+void FontNamePickerView::nextFont() {
+    step(1);
+}
+void FontNamePickerView::prevFont() {
+    step(-1);
+}
 
 void FontNamePickerView::step(long by) {
     selectedIndex_ += by;

@@ -94,8 +94,7 @@ void FontPicker::setupView() {
 
     const NSLayoutConstraint::Views views(parts.begin(), parts.end());
     const auto add = [&](const char* format, NSLayoutFormatOptions options = NSLayoutFormatNone) {
-        addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(format, options, {}, views));
+        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(format, options, {}, views));
     };
     add("|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom);
     add("[sizeLabel]-53-|");
@@ -129,8 +128,12 @@ void FontPicker::setSelectedFont(const Ref<UIFont>& font) {
         }
 }
 
-void FontPicker::fontNameChanged() { sendActionsForControlEvents(UIControlEventValueChanged); }
-void FontPicker::fontSizeChanged() { sendActionsForControlEvents(UIControlEventValueChanged); }
+void FontPicker::fontNameChanged() {
+    sendActionsForControlEvents(UIControlEventValueChanged);
+}
+void FontPicker::fontSizeChanged() {
+    sendActionsForControlEvents(UIControlEventValueChanged);
+}
 
 void FontPicker::setAccessibilityIdentifier(std::string identifier) {
     const auto name = [&](UIView* view, const char* part) {

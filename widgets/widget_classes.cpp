@@ -13,9 +13,8 @@ void registerWidgetClasses() {
     static std::once_flag once;
     std::call_once(once, [] {
         registerControlClasses();
-        for (const Class* type :
-             {&ColorPickerButton::classObject(), &ColorPicker::classObject(),
-              &FontNamePickerView::classObject(), &FontPicker::classObject()})
+        for (const Class* type : {&ColorPickerButton::classObject(), &ColorPicker::classObject(),
+                                  &FontNamePickerView::classObject(), &FontPicker::classObject()})
             registerClass(*type);
     });
 }

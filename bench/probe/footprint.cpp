@@ -44,7 +44,8 @@ Footprint footprint() {
         if (isRuntime(std::filesystem::path(path).filename().string()))
             continue;
         ++f.libraries;
-        f.librariesMegabytes += static_cast<double>(std::filesystem::file_size(path, error)) / kMegabyte;
+        f.librariesMegabytes +=
+            static_cast<double>(std::filesystem::file_size(path, error)) / kMegabyte;
     }
     f.executableMegabytes =
         static_cast<double>(std::filesystem::file_size("/proc/self/exe", error)) / kMegabyte;

@@ -76,8 +76,8 @@ struct Stage {
 };
 
 CGPoint swatch(Stage& stage, int index) {
-    const UIView& view = *stage.host.window()->viewWithIdentifier("textColorPicker." +
-                                                                  std::to_string(index));
+    const UIView& view =
+        *stage.host.window()->viewWithIdentifier("textColorPicker." + std::to_string(index));
     return view.convertRectTo(view.bounds(), nullptr).center();
 }
 

@@ -1,5 +1,5 @@
-// The whole host contract in one loop: events and time in, pixels out. The panel opens, a finger taps
-// a swatch, and after two idle seconds the panel leaves by itself.
+// The whole host contract in one loop: events and time in, pixels out. The panel opens, a finger
+// taps a swatch, and after two idle seconds the panel leaves by itself.
 //
 //     03-in-your-own-loop
 #include "tesmar/tesmar.h"

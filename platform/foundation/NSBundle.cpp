@@ -54,10 +54,9 @@ Ref<NSBundle> NSBundle::bundle(std::string identifier, Source source) {
 }
 
 Ref<NSBundle> NSBundle::bundleWithPath(std::string identifier, std::string directory) {
-    return bundle(std::move(identifier), [directory = std::filesystem::path(std::move(directory))](
-                                             std::string_view fileName) {
-        return readRegularFile(directory / fileName);
-    });
+    return bundle(std::move(identifier),
+                  [directory = std::filesystem::path(std::move(directory))](
+                      std::string_view fileName) { return readRegularFile(directory / fileName); });
 }
 
 Ref<NSBundle> NSBundle::mainBundle() {
@@ -67,7 +66,9 @@ Ref<NSBundle> NSBundle::mainBundle() {
     return slot;
 }
 
-void NSBundle::setMainBundle(const Ref<NSBundle>& bundle) { mainBundleSlot() = bundle; }
+void NSBundle::setMainBundle(const Ref<NSBundle>& bundle) {
+    mainBundleSlot() = bundle;
+}
 
 Ref<NSBundle> NSBundle::bundleWithIdentifier(std::string_view identifier) {
     const auto found = knownBundles().find(identifier);

@@ -19,10 +19,10 @@ Class& NSDictionary::classObject() {
 }
 
 Class& NSMutableDictionary::classObject() {
-    static Class type(
-        "NSMutableDictionary", &NSDictionary::classObject(), allocator<NSMutableDictionary>(),
-        {method<&NSMutableDictionary::setObject>("setObject:forKey:"),
-         method<&NSMutableDictionary::removeObjectForKey>("removeObjectForKey:")});
+    static Class type("NSMutableDictionary", &NSDictionary::classObject(),
+                      allocator<NSMutableDictionary>(),
+                      {method<&NSMutableDictionary::setObject>("setObject:forKey:"),
+                       method<&NSMutableDictionary::removeObjectForKey>("removeObjectForKey:")});
     return type;
 }
 

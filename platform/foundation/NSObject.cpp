@@ -5,19 +5,27 @@
 namespace tesmar {
 
 Class& NSObject::classObject() {
-    static Class type("NSObject", nullptr, allocator<NSObject>(),
-                      {method<&NSObject::init>("init"),
-                       method<&NSObject::awakeFromNib>("awakeFromNib")});
+    static Class type(
+        "NSObject", nullptr, allocator<NSObject>(),
+        {method<&NSObject::init>("init"), method<&NSObject::awakeFromNib>("awakeFromNib")});
     return type;
 }
 
-const Class& NSObject::isa() const { return classObject(); }
+const Class& NSObject::isa() const {
+    return classObject();
+}
 
-bool NSObject::initWithCoder(NSCoder&) { return init(); }
+bool NSObject::initWithCoder(NSCoder&) {
+    return init();
+}
 
-bool NSObject::encodeWithCoder(NSCoder&) const { return false; }
+bool NSObject::encodeWithCoder(NSCoder&) const {
+    return false;
+}
 
-bool NSObject::isKindOfClass(const Class& type) const { return isa().isSubclassOf(type); }
+bool NSObject::isKindOfClass(const Class& type) const {
+    return isa().isSubclassOf(type);
+}
 
 bool NSObject::respondsToSelector(Selector selector) const {
     return isa().findMethod(selector) != nullptr;

@@ -3,7 +3,8 @@
 // Objects are shared: a Ref owns, a WeakRef does not. They are made in two steps, as in
 //
 //     auto view = make<UIView>();                                  // alloc, then init()
-//     auto disc = makeWith<UIView>(&UIView::initWithFrame, frame);  // alloc, then another initialiser
+//     auto disc = makeWith<UIView>(&UIView::initWithFrame, frame);  // alloc, then another
+//     initialiser
 //
 // The first step builds the object with the initial values of its members; the second runs an
 // initialiser while the object is already owned, so that it may hand out weak references to itself
@@ -92,7 +93,9 @@ Ref<T> as(const Ref<U>& object) {
 #define TESMAR_CLASS                                                                               \
   public:                                                                                          \
     static ::tesmar::Class& classObject();                                                         \
-    const ::tesmar::Class& isa() const override { return classObject(); }                          \
+    const ::tesmar::Class& isa() const override {                                                  \
+        return classObject();                                                                      \
+    }                                                                                              \
                                                                                                    \
   private:
 

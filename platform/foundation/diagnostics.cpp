@@ -20,7 +20,9 @@ void fatalError(std::string_view message) {
     std::abort();
 }
 
-void setDiagnosticHandler(DiagnosticHandler handler) { handlerSlot() = std::move(handler); }
+void setDiagnosticHandler(DiagnosticHandler handler) {
+    handlerSlot() = std::move(handler);
+}
 
 void diagnostic(std::string_view message) {
     // A copy: the handler may replace itself.
@@ -28,6 +30,8 @@ void diagnostic(std::string_view message) {
         handler(message);
 }
 
-bool diagnosticsWanted() { return static_cast<bool>(handlerSlot()); }
+bool diagnosticsWanted() {
+    return static_cast<bool>(handlerSlot());
+}
 
 } // namespace tesmar

@@ -124,8 +124,8 @@ void performAction(NSObject& target, Selector action, const Ref<NSObject>& sende
 namespace runtime {
 
 void valueMismatch(const char* expected, const Value& value) {
-    static constexpr const char* kNames[] = {"nothing", "a Boolean",   "an integer",
-                                             "a number", "a string",   "a rectangle",
+    static constexpr const char* kNames[] = {"nothing",   "a Boolean",         "an integer",
+                                             "a number",  "a string",          "a rectangle",
                                              "an object", "a list of strings", "a list of numbers"};
     fatalError(std::string("a message argument should be ") + expected + " but is " +
                kNames[value.index()]);

@@ -45,9 +45,11 @@ TESMAR_API std::vector<Ref<NSObject>> arrayElements(const Ref<NSObject>& array);
 template <class T>
 Value toValue(const T& result) {
     using namespace runtime;
-    if constexpr (IsRef<T>::value)
-        return result ? Value(std::dynamic_pointer_cast<NSObject>(result)) : Value();
-    else if constexpr (IsOptional<T>::value)
+    if constexpr (IsRef<T>::value) {
+        // What is no object to the runtime, such as a listener of the host's, is nothing to it.
+        auto object = std::dynamic_pointer_cast<NSObject>(result);
+        return object ? Value(std::move(object)) : Value();
+    } else if constexpr (IsOptional<T>::value)
         return result ? toValue(*result) : Value();
     else if constexpr (IsRefList<T>::value)
         return arrayValue(std::vector<Ref<NSObject>>(result.begin(), result.end()));

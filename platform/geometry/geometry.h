@@ -14,8 +14,12 @@ struct CGPoint {
     bool operator==(const CGPoint&) const = default;
 };
 
-inline CGPoint operator+(CGPoint a, CGPoint b) { return {a.x + b.x, a.y + b.y}; }
-inline CGPoint operator-(CGPoint a, CGPoint b) { return {a.x - b.x, a.y - b.y}; }
+inline CGPoint operator+(CGPoint a, CGPoint b) {
+    return {a.x + b.x, a.y + b.y};
+}
+inline CGPoint operator-(CGPoint a, CGPoint b) {
+    return {a.x - b.x, a.y - b.y};
+}
 
 struct CGSize {
     CGFloat width = 0;
@@ -104,7 +108,8 @@ inline CGFloat finite(CGFloat value, CGFloat low, CGFloat high, CGFloat fallback
     return std::isnan(value) ? fallback : std::clamp(value, low, high);
 }
 
-// No coordinate beyond this is meaningful on any screen; held within it, sums of several stay exact.
+// No coordinate beyond this is meaningful on any screen; held within it, sums of several stay
+// exact.
 inline constexpr CGFloat kLargestCoordinate = 1e7;
 
 inline CGFloat finiteCoordinate(CGFloat value) {

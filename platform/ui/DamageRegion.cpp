@@ -9,9 +9,13 @@ namespace {
 // Far beyond any surface, and still exact in an int.
 constexpr double kFarPixel = 1 << 24;
 
-int pixel(double value) { return static_cast<int>(finite(value, -kFarPixel, kFarPixel, 0)); }
+int pixel(double value) {
+    return static_cast<int>(finite(value, -kFarPixel, kFarPixel, 0));
+}
 
-long long area(const PixelRect& r) { return static_cast<long long>(r.width) * r.height; }
+long long area(const PixelRect& r) {
+    return static_cast<long long>(r.width) * r.height;
+}
 
 PixelRect boundingBox(const PixelRect& a, const PixelRect& b) {
     const int x = std::min(a.x, b.x);

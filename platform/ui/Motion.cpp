@@ -19,8 +19,12 @@ double easeOut(double progress) {
 
 } // namespace
 
-MotionSetting motionSetting() { return setting(); }
-void setMotionSetting(MotionSetting value) { setting() = value; }
+MotionSetting motionSetting() {
+    return setting();
+}
+void setMotionSetting(MotionSetting value) {
+    setting() = value;
+}
 
 class Transition::Client : public FrameClient {
   public:

@@ -14,8 +14,8 @@ TESMAR_API MotionSetting motionSetting();
 TESMAR_API void setMotionSetting(MotionSetting setting);
 
 // A number on its way from one value to another along an ease-out curve. It costs nothing while it
-// stands. `onChange` is called after every change, `onArrival` once at the end of a way that was not
-// broken off; either may start another way or destroy the transition's owner.
+// stands. `onChange` is called after every change, `onArrival` once at the end of a way that was
+// not broken off; either may start another way or destroy the transition's owner.
 class Transition {
   public:
     Transition(double value, std::function<void()> onChange);

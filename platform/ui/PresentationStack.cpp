@@ -29,9 +29,10 @@ void PresentationStack::setRoot(UIViewController& controller, Root root) {
 
 // --- Presenting ---------------------------------------------------------------------------------
 
-void PresentationStack::present(const Ref<UIViewController>& controller,
-                                const Ref<UIViewController>& presenter, bool animated,
-                                UIViewController::Completion completion) {
+// The references are the stack's own: any call out may clear the host's.
+void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewController> presenter,
+                                bool animated, UIViewController::Completion completion) {
+    const auto keepWindow = ref(&window_);
     double startsAt = 0;
     if (const auto present = find(*controller)) {
         if (present->stage != Stage::leaving) {
@@ -44,7 +45,6 @@ void PresentationStack::present(const Ref<UIViewController>& controller,
         if (find(*controller))
             return;
     }
-    const auto keepWindow = ref(&window_);
     const auto presentation = std::make_shared<Presentation>();
     presentation->controller = controller;
     presentation->presenter = presenter;
@@ -120,7 +120,16 @@ void PresentationStack::leave(const Shared& presentation, bool animated,
     presentation->stage = Stage::leaving;
     presentation->animated = animated;
     presentation->completion = std::move(completion);
-    presentation->controller->viewWillDisappear(animated);
+    try {
+        presentation->controller->viewWillDisappear(animated);
+    } catch (...) {
+        moveAway(presentation, animated); // it leaves all the same
+        throw;
+    }
+    moveAway(presentation, animated);
+}
+
+void PresentationStack::moveAway(const Shared& presentation, bool animated) {
     if (presentation->stage != Stage::leaving)
         return;
     const std::weak_ptr<Presentation> weak = presentation;

@@ -18,8 +18,8 @@ class PresentationStack {
     enum class Root { stands, leaves };
     void setRoot(UIViewController& controller, Root root);
 
-    void present(const Ref<UIViewController>& controller, const Ref<UIViewController>& presenter,
-                 bool animated, UIViewController::Completion completion);
+    void present(Ref<UIViewController> controller, Ref<UIViewController> presenter, bool animated,
+                 UIViewController::Completion completion);
     // With everything above it.
     void dismiss(const UIViewController& controller, bool animated,
                  UIViewController::Completion completion);
@@ -54,6 +54,7 @@ class PresentationStack {
     void showProgress(Presentation& presentation);
     void arrived(const Shared& presentation);
     void leave(const Shared& presentation, bool animated, UIViewController::Completion completion);
+    void moveAway(const Shared& presentation, bool animated);
     void left(const Shared& presentation);
 
     UIWindow& window_;

@@ -75,7 +75,9 @@ void ScrollMotion::endDrag(double velocity, double now) {
     startVelocity_ = velocity;
 }
 
-void ScrollMotion::moveTo(double offset, double now) { springFrom(now, 0, nearestRest(offset)); }
+void ScrollMotion::moveTo(double offset, double now) {
+    springFrom(now, 0, nearestRest(offset));
+}
 
 void ScrollMotion::springFrom(double now, double velocity, double target) {
     moving_ = true;

@@ -23,8 +23,8 @@ class ScrollMotion {
     void beginDrag();
     // The finger has moved the content by `distance` since it took hold.
     void dragBy(double distance);
-    // The finger lets go at `velocity`, in points of offset per second. What follows is motion until
-    // step() answers false.
+    // The finger lets go at `velocity`, in points of offset per second. What follows is motion
+    // until step() answers false.
     void endDrag(double velocity, double now);
     // Sets off to a resting offset.
     void moveTo(double offset, double now);

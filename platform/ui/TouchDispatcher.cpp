@@ -87,8 +87,8 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
         deliver(finger);
         return true;
     }
-    finger.deliveryTimer = NSRunLoop::mainRunLoop().schedule(
-        UIScrollView::kContentTouchDelay, [this, &finger] { deliver(finger); });
+    finger.deliveryTimer = NSRunLoop::mainRunLoop().schedule(UIScrollView::kContentTouchDelay,
+                                                             [this, &finger] { deliver(finger); });
     return true;
 }
 
@@ -98,8 +98,16 @@ void TouchDispatcher::deliver(Finger& finger) {
     NSRunLoop::mainRunLoop().cancel(std::exchange(finger.deliveryTimer, 0));
     finger.stage = Stage::delivered;
     const auto view = as<UIView>(finger.view.lock());
-    if (view && view->window() == &window_)
-        view->touchBegan(finger.touch);
+    if (!view || view->window() != &window_)
+        return;
+    // It landed where it landed, however late the view hears of it.
+    const CGPoint now = finger.touch.location();
+    finger.touch.moveTo(finger.touch.startLocation(), finger.touch.timestamp());
+    view->touchBegan(finger.touch);
+    if (now != finger.touch.location()) {
+        finger.touch.moveTo(now, finger.touch.timestamp());
+        view->touchMoved(finger.touch);
+    }
 }
 
 bool TouchDispatcher::startDrag(Finger& finger) {
@@ -155,17 +163,22 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
         return false;
     const bool movedToLift = finger->touch.location() != point;
     finger->touch.moveTo(point, time);
-    deliver(*finger); // a quick tap: the view gets all of it now
-    const Stage stage = finger->stage;
+    if (finger->stage == Stage::waiting || finger->stage == Stage::caught)
+        startDrag(*finger); // a flick whose only move is its lift
     const auto view = as<UIView>(finger->view.lock());
     const auto scroll = as<UIScrollView>(finger->scrollView.lock());
-    UITouch touch = finger->touch;
-    UITouch& known = finger->touch;
-    if (stage == Stage::delivered && view)
-        view->touchEnded(known);
+    const CGPoint travelled = point - finger->touch.startLocation();
+    try {
+        deliver(*finger); // a quick tap: the view gets all of it now
+        if (finger->stage == Stage::delivered && view)
+            view->touchEnded(finger->touch);
+    } catch (...) {
+        free(*finger);
+        throw;
+    }
+    const Stage stage = finger->stage;
     free(*finger);
 
-    const CGPoint travelled = touch.location() - touch.startLocation();
     if (stage == Stage::dragging && scroll) {
         if (movedToLift)
             scroll->continueDrag(point, time);
@@ -187,9 +200,10 @@ bool TouchDispatcher::cancelled(std::int64_t id, double time) {
     const Stage stage = finger->stage;
     const auto view = as<UIView>(finger->view.lock());
     const auto scroll = as<UIScrollView>(finger->scrollView.lock());
+    // Free first: whoever hears of it may throw. The touch itself lasts as long as the dispatcher.
+    free(*finger);
     if (stage == Stage::delivered && view)
         view->touchCancelled(finger->touch);
-    free(*finger);
     if (stage == Stage::dragging && scroll)
         scroll->cancelDrag();
     else if (stage == Stage::caught && scroll)

@@ -65,7 +65,9 @@ void UIButton::setTitle(std::string title, unsigned state) {
     showState();
 }
 
-std::string UIButton::titleForState(unsigned state) const { return forState(titles_, state); }
+std::string UIButton::titleForState(unsigned state) const {
+    return forState(titles_, state);
+}
 
 void UIButton::setTitleColor(const Ref<UIColor>& color, unsigned state) {
     titleColors_[state] = color;
@@ -83,7 +85,9 @@ void UIButton::setImage(const Ref<UIImage>& image, unsigned state) {
     setNeedsDisplay();
 }
 
-Ref<UIImage> UIButton::imageForState(unsigned state) const { return forState(images_, state); }
+Ref<UIImage> UIButton::imageForState(unsigned state) const {
+    return forState(images_, state);
+}
 
 void UIButton::setTintColor(const Ref<UIColor>& color) {
     tintColor_ = color;
@@ -152,10 +156,9 @@ void UIButton::draw(CGRect) {
     const CGRect b = bounds();
     const CGFloat faded = !isEnabled() ? 0.3 : isHighlighted() ? 0.5 : 1;
     const auto tint = tintColor_ ? tintColor_ : UIColor::blackColor();
-    context->drawImage(*image,
-                       {b.midX() - size.width / 2, b.midY() - size.height / 2, size.width,
-                        size.height},
-                       *tint->colorWithAlphaComponent(tint->alpha() * faded));
+    context->drawImage(
+        *image, {b.midX() - size.width / 2, b.midY() - size.height / 2, size.width, size.height},
+        *tint->colorWithAlphaComponent(tint->alpha() * faded));
 }
 
 } // namespace tesmar

@@ -80,14 +80,29 @@ void UIControl::removeTarget(const NSObject* target, Selector action, unsigned e
     for (Target& known : targets_)
         if ((!target || known.identity == target) && known.action == action)
             known.events &= ~events;
-    std::erase_if(targets_, [](const Target& t) { return t.events == 0 || t.target.expired(); });
+    forgetRemovedTargets();
+}
+
+void UIControl::forgetRemovedTargets() {
+    if (sending_ == 0)
+        std::erase_if(targets_,
+                      [](const Target& t) { return t.events == 0 || t.target.expired(); });
 }
 
 void UIControl::sendActionsForControlEvents(unsigned events) {
     const auto kept = ref(this);
-    // By index, and only the targets of now: an action may add and remove targets.
+    struct Sending {
+        explicit Sending(UIControl& control) : control_(control) { ++control_.sending_; }
+        ~Sending() {
+            --control_.sending_;
+            control_.forgetRemovedTargets();
+        }
+        UIControl& control_;
+    } const sending(*this);
+    // Only the targets of now, by index: an action may add targets, and removed ones stay in place
+    // until all is sent.
     const std::size_t count = targets_.size();
-    for (std::size_t i = 0; i < std::min(count, targets_.size()); ++i) {
+    for (std::size_t i = 0; i < count; ++i) {
         if (!(targets_[i].events & events))
             continue;
         const Selector action = targets_[i].action;
@@ -159,7 +174,8 @@ void UIControl::touchEnded(UITouch& touch) {
     else
         setHighlighted(false);
     endTracking(touch);
-    sendActionsForControlEvents(inside ? UIControlEventTouchUpInside : UIControlEventTouchUpOutside);
+    sendActionsForControlEvents(inside ? UIControlEventTouchUpInside
+                                       : UIControlEventTouchUpOutside);
 }
 
 void UIControl::touchCancelled(UITouch& touch) {

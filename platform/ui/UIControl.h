@@ -89,10 +89,12 @@ class TESMAR_API UIControl : public UIView {
         unsigned events;
     };
 
+    void forgetRemovedTargets();
     bool isWithinMargin(const UITouch& touch) const;
     void stopTracking();
 
     std::vector<Target> targets_;
+    int sending_ = 0;
     const UITouch* touch_ = nullptr;
     double touchTime_ = 0;
     bool touchInside_ = false;

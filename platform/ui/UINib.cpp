@@ -111,8 +111,8 @@ instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::st
     pugi::xml_document document;
     const auto parsed = document.load_buffer(text.data(), text.size());
     if (!parsed) {
-        problem = std::string(parsed.description()) + " (at byte " +
-                  std::to_string(parsed.offset) + ")";
+        problem =
+            std::string(parsed.description()) + " (at byte " + std::to_string(parsed.offset) + ")";
         return std::nullopt;
     }
     InterfaceFile file;

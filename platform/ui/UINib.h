@@ -22,8 +22,8 @@ class TESMAR_API UINib : public NSObject {
     static Ref<UINib> nibWithNibName(const std::string& name, const Ref<NSBundle>& bundle);
 
     // New objects, from the top of the file to its end, with their outlets connected and woken
-    // (awakeFromNib). `owner` is the class on which the loading was asked for; the file cannot refer
-    // to it. A file that is not sound is a fatal error that names the place.
+    // (awakeFromNib). `owner` is the class on which the loading was asked for; the file cannot
+    // refer to it. A file that is not sound is a fatal error that names the place.
     std::vector<Ref<NSObject>> instantiateWithOwner(const Class* owner) const;
 
   private:

@@ -55,7 +55,9 @@ void UIScrollView::damageIndicators() {
         setNeedsDisplayInRect(CGRectInset(indicatorRect(axis), -1, -1));
 }
 
-void UIScrollView::showIndicators() { indicatorAlpha_.jumpTo(1); }
+void UIScrollView::showIndicators() {
+    indicatorAlpha_.jumpTo(1);
+}
 
 void UIScrollView::fadeIndicators() {
     if (window())

@@ -30,24 +30,21 @@ class UIScrollView::Glide : public FrameClient {
 };
 
 Class& UIScrollView::classObject() {
-    static Class type("UIScrollView", &UIView::classObject(), allocator<UIScrollView>(),
-                      {method<&UIScrollView::isScrollEnabled>("isScrollEnabled"),
-                       method<&UIScrollView::setScrollEnabled>("setScrollEnabled:"),
-                       method<&UIScrollView::showsVerticalScrollIndicator>(
-                           "showsVerticalScrollIndicator"),
-                       method<&UIScrollView::setShowsVerticalScrollIndicator>(
-                           "setShowsVerticalScrollIndicator:"),
-                       method<&UIScrollView::showsHorizontalScrollIndicator>(
-                           "showsHorizontalScrollIndicator"),
-                       method<&UIScrollView::setShowsHorizontalScrollIndicator>(
-                           "setShowsHorizontalScrollIndicator:"),
-                       method<&UIScrollView::isDragging>("isDragging"),
-                       method<&UIScrollView::isDecelerating>("isDecelerating")});
+    static Class type(
+        "UIScrollView", &UIView::classObject(), allocator<UIScrollView>(),
+        {method<&UIScrollView::isScrollEnabled>("isScrollEnabled"),
+         method<&UIScrollView::setScrollEnabled>("setScrollEnabled:"),
+         method<&UIScrollView::showsVerticalScrollIndicator>("showsVerticalScrollIndicator"),
+         method<&UIScrollView::setShowsVerticalScrollIndicator>("setShowsVerticalScrollIndicator:"),
+         method<&UIScrollView::showsHorizontalScrollIndicator>("showsHorizontalScrollIndicator"),
+         method<&UIScrollView::setShowsHorizontalScrollIndicator>(
+             "setShowsHorizontalScrollIndicator:"),
+         method<&UIScrollView::isDragging>("isDragging"),
+         method<&UIScrollView::isDecelerating>("isDecelerating")});
     return type;
 }
 
-UIScrollView::UIScrollView()
-    : indicatorAlpha_(0, [this] { damageIndicators(); }) {
+UIScrollView::UIScrollView() : indicatorAlpha_(0, [this] { damageIndicators(); }) {
     setClipsToBounds(true);
 }
 
@@ -99,8 +96,7 @@ void UIScrollView::syncMotion() {
 bool UIScrollView::canScroll(LayoutAxis axis) const {
     // Less than half a point is a rounding matter, not something to scroll to.
     const CGSize room = scrollRoom();
-    return scrollEnabled_ &&
-           (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
+    return scrollEnabled_ && (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
 }
 
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
@@ -153,8 +149,8 @@ void UIScrollView::beginDrag(CGPoint point, CGPoint translation, double time) {
     const bool across = canScroll(LayoutAxis::horizontal);
     const bool along = canScroll(LayoutAxis::vertical);
     lock_ = !along || (across && moved.y < moved.x * kClearDirection) ? UIScrollAxisLock::horizontal
-            : !across || moved.x < moved.y * kClearDirection           ? UIScrollAxisLock::vertical
-                                                                       : UIScrollAxisLock::none;
+            : !across || moved.x < moved.y * kClearDirection          ? UIScrollAxisLock::vertical
+                                                                      : UIScrollAxisLock::none;
     syncMotion();
     x_.beginDrag();
     y_.beginDrag();
@@ -196,13 +192,16 @@ void UIScrollView::cancelDrag() {
 }
 
 void UIScrollView::release(CGPoint velocity, double time) {
+    letGo(velocity, time);
+    endedDragging(gliding_ != nullptr);
+}
+
+void UIScrollView::letGo(CGPoint velocity, double time) {
     const double now = std::max(time, NSRunLoop::mainRunLoop().now());
     x_.endDrag(lock_ == UIScrollAxisLock::vertical ? 0 : velocity.x, now);
     y_.endDrag(lock_ == UIScrollAxisLock::horizontal ? 0 : velocity.y, now);
-    const bool glides = window() && (x_.isMoving() || y_.isMoving());
-    if (glides)
+    if (window() && (x_.isMoving() || y_.isMoving()))
         startGliding();
-    endedDragging(glides);
 }
 
 void UIScrollView::beganDragging() {
@@ -222,6 +221,9 @@ void UIScrollView::endedDragging(bool willDecelerate) {
 }
 
 void UIScrollView::wheel(CGPoint delta) {
+    // A finger that drags goes before the wheel.
+    if (dragging_ && !wheelEnd_)
+        return;
     const auto kept = ref(this);
     configureMotion();
     stopGliding();
@@ -263,7 +265,10 @@ bool UIScrollView::catchMotion() {
 void UIScrollView::settle() {
     configureMotion();
     syncMotion();
-    release({}, NSRunLoop::mainRunLoop().now());
+    lock_ = UIScrollAxisLock::none;
+    letGo({}, NSRunLoop::mainRunLoop().now());
+    if (!gliding_)
+        fadeIndicators();
 }
 
 void UIScrollView::startGliding() {

@@ -94,6 +94,7 @@ class TESMAR_API UIScrollView : public UIView {
     void showOffset();
     void beganDragging();
     void release(CGPoint velocity, double time);
+    void letGo(CGPoint velocity, double time);
     void endedDragging(bool willDecelerate);
     void endWheelBurst();
     void startGliding();

@@ -22,7 +22,9 @@ constexpr int kRepeatsBeforeFast = 10;
 // Values are held within this, so that sums of them stay exact enough to step by one.
 constexpr double kLargestValue = 1e15;
 
-double finiteValue(double value) { return finite(value, -kLargestValue, kLargestValue, 0); }
+double finiteValue(double value) {
+    return finite(value, -kLargestValue, kLargestValue, 0);
+}
 
 Ref<UIImage> find(const std::map<unsigned, Ref<UIImage>>& images, unsigned key) {
     const auto found = images.find(key);
@@ -34,36 +36,40 @@ Ref<UIImage> findOrNormal(const std::map<unsigned, Ref<UIImage>>& images, unsign
     return own ? own : find(images, UIControlStateNormal);
 }
 
-unsigned pairKey(unsigned left, unsigned right) { return left * 8 + right; }
+unsigned pairKey(unsigned left, unsigned right) {
+    return left * 8 + right;
+}
 
 } // namespace
 
 Class& UIStepper::classObject() {
-    static Class type(
-        "UIStepper", &UIControl::classObject(), allocator<UIStepper>(),
-        {method<&UIStepper::value>("value"), method<&UIStepper::setValue>("setValue:"),
-         method<&UIStepper::minimumValue>("minimumValue"),
-         method<&UIStepper::setMinimumValue>("setMinimumValue:"),
-         method<&UIStepper::maximumValue>("maximumValue"),
-         method<&UIStepper::setMaximumValue>("setMaximumValue:"),
-         method<&UIStepper::stepValue>("stepValue"),
-         method<&UIStepper::setStepValue>("setStepValue:"), method<&UIStepper::wraps>("wraps"),
-         method<&UIStepper::setWraps>("setWraps:"), method<&UIStepper::autorepeat>("autorepeat"),
-         method<&UIStepper::setAutorepeat>("setAutorepeat:"),
-         method<&UIStepper::isContinuous>("isContinuous"),
-         method<&UIStepper::setContinuous>("setContinuous:"),
-         method<&UIStepper::tintColor>("tintColor"),
-         method<&UIStepper::setTintColor>("setTintColor:"),
-         method<&UIStepper::incrementImageForState>("incrementImageForState:"),
-         method<&UIStepper::setIncrementImage>("setIncrementImage:forState:"),
-         method<&UIStepper::decrementImageForState>("decrementImageForState:"),
-         method<&UIStepper::setDecrementImage>("setDecrementImage:forState:"),
-         method<&UIStepper::backgroundImageForState>("backgroundImageForState:"),
-         method<&UIStepper::setBackgroundImage>("setBackgroundImage:forState:"),
-         method<&UIStepper::dividerImageForStates>(
-             "dividerImageForLeftSegmentState:rightSegmentState:"),
-         method<&UIStepper::setDividerImage>(
-             "setDividerImage:forLeftSegmentState:rightSegmentState:")});
+    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>(),
+                      {method<&UIStepper::value>("value"),
+                       method<&UIStepper::setValue>("setValue:"),
+                       method<&UIStepper::minimumValue>("minimumValue"),
+                       method<&UIStepper::setMinimumValue>("setMinimumValue:"),
+                       method<&UIStepper::maximumValue>("maximumValue"),
+                       method<&UIStepper::setMaximumValue>("setMaximumValue:"),
+                       method<&UIStepper::stepValue>("stepValue"),
+                       method<&UIStepper::setStepValue>("setStepValue:"),
+                       method<&UIStepper::wraps>("wraps"),
+                       method<&UIStepper::setWraps>("setWraps:"),
+                       method<&UIStepper::autorepeat>("autorepeat"),
+                       method<&UIStepper::setAutorepeat>("setAutorepeat:"),
+                       method<&UIStepper::isContinuous>("isContinuous"),
+                       method<&UIStepper::setContinuous>("setContinuous:"),
+                       method<&UIStepper::tintColor>("tintColor"),
+                       method<&UIStepper::setTintColor>("setTintColor:"),
+                       method<&UIStepper::incrementImageForState>("incrementImageForState:"),
+                       method<&UIStepper::setIncrementImage>("setIncrementImage:forState:"),
+                       method<&UIStepper::decrementImageForState>("decrementImageForState:"),
+                       method<&UIStepper::setDecrementImage>("setDecrementImage:forState:"),
+                       method<&UIStepper::backgroundImageForState>("backgroundImageForState:"),
+                       method<&UIStepper::setBackgroundImage>("setBackgroundImage:forState:"),
+                       method<&UIStepper::dividerImageForStates>(
+                           "dividerImageForLeftSegmentState:rightSegmentState:"),
+                       method<&UIStepper::setDividerImage>(
+                           "setDividerImage:forLeftSegmentState:rightSegmentState:")});
     return type;
 }
 
@@ -82,7 +88,7 @@ bool UIStepper::initWithCoder(NSCoder& coder) {
     setMinimumValue(coder.decodeDouble("minimumValue").value_or(minimum_));
     setMaximumValue(coder.decodeDouble("maximumValue").value_or(maximum_));
     const double step = coder.decodeDouble("stepValue").value_or(step_);
-    step_ = step > 0 ? finiteValue(step) : step_;
+    step_ = step > 0 && std::isfinite(step) ? finiteValue(step) : step_;
     setValue(coder.decodeDouble("value").value_or(value_));
     wraps_ = coder.decodeBool("wraps").value_or(wraps_);
     autorepeat_ = coder.decodeBool("autorepeat").value_or(autorepeat_);
@@ -113,8 +119,9 @@ void UIStepper::setMaximumValue(double maximum) {
 }
 
 void UIStepper::setStepValue(double step) {
-    if (!(step > 0))
-        fatalError("UIStepper: the step must be greater than 0, not " + std::to_string(step));
+    if (!(step > 0) || !std::isfinite(step))
+        fatalError("UIStepper: the step must be a number greater than 0, not " +
+                   std::to_string(step));
     step_ = finiteValue(step);
 }
 
@@ -248,7 +255,8 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
     if (const auto image = findOrNormal(up ? incrementImages_ : decrementImages_, halfState)) {
         const CGSize size = image->size();
         context.drawImage(
-            *image, {center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
+            *image,
+            {center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
             *color);
         return;
     }
@@ -262,8 +270,7 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
 
 bool UIStepper::beginTracking(UITouch& touch) {
     const CGPoint point = touch.locationIn(*this);
-    pressed_ =
-        point.x < bounds().midX() ? UIStepperHalf::decrement : UIStepperHalf::increment;
+    pressed_ = point.x < bounds().midX() ? UIStepperHalf::decrement : UIStepperHalf::increment;
     fingerOnHalf_ = true;
     repeats_ = 0;
     unsentChange_ = false;
@@ -314,6 +321,8 @@ void UIStepper::repeatLater(double delay) {
     });
 }
 
-void UIStepper::stopRepeating() { NSRunLoop::mainRunLoop().cancel(std::exchange(repeatTimer_, 0)); }
+void UIStepper::stopRepeating() {
+    NSRunLoop::mainRunLoop().cancel(std::exchange(repeatTimer_, 0));
+}
 
 } // namespace tesmar

@@ -32,7 +32,7 @@ class TESMAR_API UIStepper : public UIControl {
     void setMinimumValue(double minimum);
     double maximumValue() const { return maximum_; }
     void setMaximumValue(double maximum);
-    // 1 at the start; a step that is not positive is a fatal error.
+    // 1 at the start; a step that is not positive and finite is a fatal error.
     double stepValue() const { return step_; }
     void setStepValue(double step);
     // Whether a step past one end starts again at the other; off at the start.
@@ -103,9 +103,9 @@ class TESMAR_API UIStepper : public UIControl {
     Images backgroundImages_;
     Images dividerImages_; // under left state * 8 + right state
 
-    UIStepperHalf pressed_ = UIStepperHalf::none;  // where the finger landed
-    bool fingerOnHalf_ = false;                    // and whether it is there now
-    int repeats_ = 0;                              // steps made by holding
+    UIStepperHalf pressed_ = UIStepperHalf::none; // where the finger landed
+    bool fingerOnHalf_ = false;                   // and whether it is there now
+    int repeats_ = 0;                             // steps made by holding
     bool unsentChange_ = false;
     std::uint64_t repeatTimer_ = 0;
 };

@@ -11,22 +11,20 @@
 namespace tesmar {
 
 Class& UIView::classObject() {
-    static Class type("UIView", &NSObject::classObject(), allocator<UIView>(),
-                      {method<&UIView::initWithFrame>("initWithFrame:"),
-                       method<&UIView::frame>("frame"), method<&UIView::setFrame>("setFrame:"),
-                       method<&UIView::bounds>("bounds"),
-                       method<&UIView::addSubview>("addSubview:"),
-                       method<&UIView::removeFromSuperview>("removeFromSuperview"),
-                       method<&UIView::backgroundColor>("backgroundColor"),
-                       method<&UIView::setBackgroundColor>("setBackgroundColor:"),
-                       method<&UIView::alpha>("alpha"), method<&UIView::setAlpha>("setAlpha:"),
-                       method<&UIView::isHidden>("isHidden"),
-                       method<&UIView::setHidden>("setHidden:"),
-                       method<&UIView::setNeedsDisplay>("setNeedsDisplay"),
-                       method<&UIView::draw>("drawRect:"),
-                       method<&UIView::setNeedsLayout>("setNeedsLayout"),
-                       method<&UIView::layoutIfNeeded>("layoutIfNeeded"),
-                       method<&UIView::sizeToFit>("sizeToFit")});
+    static Class type(
+        "UIView", &NSObject::classObject(), allocator<UIView>(),
+        {method<&UIView::initWithFrame>("initWithFrame:"), method<&UIView::frame>("frame"),
+         method<&UIView::setFrame>("setFrame:"), method<&UIView::bounds>("bounds"),
+         method<&UIView::addSubview>("addSubview:"),
+         method<&UIView::removeFromSuperview>("removeFromSuperview"),
+         method<&UIView::backgroundColor>("backgroundColor"),
+         method<&UIView::setBackgroundColor>("setBackgroundColor:"),
+         method<&UIView::alpha>("alpha"), method<&UIView::setAlpha>("setAlpha:"),
+         method<&UIView::isHidden>("isHidden"), method<&UIView::setHidden>("setHidden:"),
+         method<&UIView::setNeedsDisplay>("setNeedsDisplay"), method<&UIView::draw>("drawRect:"),
+         method<&UIView::setNeedsLayout>("setNeedsLayout"),
+         method<&UIView::layoutIfNeeded>("layoutIfNeeded"),
+         method<&UIView::sizeToFit>("sizeToFit")});
     return type;
 }
 
@@ -146,9 +144,8 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
     }
     kept->superview_ = this;
     kept->engine_.reset();
-    subviews_.insert(subviews_.begin() +
-                         static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size())),
-                     kept);
+    subviews_.insert(
+        subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size())), kept);
     layoutNeedsUpdate();
     kept->setNeedsLayout();
     kept->damageSubtree();
@@ -201,8 +198,7 @@ UIView* UIView::hitTest(CGPoint point) {
     if (hidden_ || !userInteractionEnabled_ || alpha_ < 0.01 || !pointInside(point))
         return nullptr;
     for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
-        const CGPoint inside =
-            point - (*view)->originInSuperview() + (*view)->boundsOrigin_;
+        const CGPoint inside = point - (*view)->originInSuperview() + (*view)->boundsOrigin_;
         if (UIView* hit = (*view)->hitTest(inside))
             return hit;
     }

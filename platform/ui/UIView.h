@@ -95,7 +95,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // `rect` in bounds coordinates.
     void setNeedsDisplayInRect(const CGRect& rect);
     // Paints the view's own content, above its background and below its subviews, into the current
-    // context, whose origin is that of the bounds. `rect` is what needs painting; more does no harm.
+    // context, whose origin is that of the bounds. `rect` is what needs painting; more does no
+    // harm.
     virtual void draw(CGRect rect);
     // How far draw() paints outside the bounds.
     virtual UIEdgeInsets drawingOverflow() const { return {}; }

@@ -10,24 +10,21 @@
 namespace tesmar {
 
 Class& UIViewController::classObject() {
-    static Class type("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
-                      {method<&UIViewController::initWithNibName>("initWithNibName:bundle:"),
-                       method<&UIViewController::view>("view"),
-                       method<&UIViewController::setView>("setView:"),
-                       method<&UIViewController::isViewLoaded>("isViewLoaded"),
-                       method<&UIViewController::loadView>("loadView"),
-                       method<&UIViewController::viewDidLoad>("viewDidLoad"),
-                       method<&UIViewController::viewWillAppear>("viewWillAppear:"),
-                       method<&UIViewController::viewDidAppear>("viewDidAppear:"),
-                       method<&UIViewController::viewWillDisappear>("viewWillDisappear:"),
-                       method<&UIViewController::viewDidDisappear>("viewDidDisappear:"),
-                       method<&UIViewController::didReceiveMemoryWarning>(
-                           "didReceiveMemoryWarning"),
-                       method<&UIViewController::presentedViewController>(
-                           "presentedViewController"),
-                       method<&UIViewController::presentingViewController>(
-                           "presentingViewController"),
-                       method<&UIViewController::isBeingDismissed>("isBeingDismissed")});
+    static Class type(
+        "UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
+        {method<&UIViewController::initWithNibName>("initWithNibName:bundle:"),
+         method<&UIViewController::view>("view"), method<&UIViewController::setView>("setView:"),
+         method<&UIViewController::isViewLoaded>("isViewLoaded"),
+         method<&UIViewController::loadView>("loadView"),
+         method<&UIViewController::viewDidLoad>("viewDidLoad"),
+         method<&UIViewController::viewWillAppear>("viewWillAppear:"),
+         method<&UIViewController::viewDidAppear>("viewDidAppear:"),
+         method<&UIViewController::viewWillDisappear>("viewWillDisappear:"),
+         method<&UIViewController::viewDidDisappear>("viewDidDisappear:"),
+         method<&UIViewController::didReceiveMemoryWarning>("didReceiveMemoryWarning"),
+         method<&UIViewController::presentedViewController>("presentedViewController"),
+         method<&UIViewController::presentingViewController>("presentingViewController"),
+         method<&UIViewController::isBeingDismissed>("isBeingDismissed")});
     return type;
 }
 
@@ -50,7 +47,12 @@ const Ref<UIView>& UIViewController::view() {
     // A loadView that asks for the view would otherwise load it for ever.
     if (!view_ && !loading_) {
         loading_ = true;
-        loadView();
+        try {
+            loadView();
+        } catch (...) {
+            loading_ = false;
+            throw;
+        }
         loading_ = false;
         if (!view_)
             fatalError("loadView of " + std::string(isa().name()) + " has set no view");
@@ -59,7 +61,9 @@ const Ref<UIView>& UIViewController::view() {
     return view_;
 }
 
-void UIViewController::setView(const Ref<UIView>& view) { view_ = view; }
+void UIViewController::setView(const Ref<UIView>& view) {
+    view_ = view;
+}
 
 void UIViewController::loadView() {
     if (nibName_) {
@@ -71,8 +75,8 @@ void UIViewController::loadView() {
     view_ = make<UIView>();
 }
 
-void UIViewController::presentViewController(const Ref<UIViewController>& controller,
-                                             bool animated, Completion completion) {
+void UIViewController::presentViewController(const Ref<UIViewController>& controller, bool animated,
+                                             Completion completion) {
     if (!controller || controller.get() == this)
         return;
     if (!stack_) {
@@ -104,6 +108,8 @@ Ref<UIViewController> UIViewController::presentingViewController() const {
     return stack_ ? stack_->presenterOf(*this) : nullptr;
 }
 
-bool UIViewController::isBeingDismissed() const { return stack_ && stack_->isLeaving(*this); }
+bool UIViewController::isBeingDismissed() const {
+    return stack_ && stack_->isLeaving(*this);
+}
 
 } // namespace tesmar

@@ -55,9 +55,9 @@ class TESMAR_API UIViewController : public NSObject {
     void setModalPresentationStyle(UIModalPresentationStyle style) { style_ = style; }
 
     // Presents `controller` over this one, which must be a window's root controller or presented
-    // itself; otherwise, or when `controller` is presented already, a diagnostic says so and nothing
-    // happens. A controller that is still on its way out comes back. The window keeps it alive
-    // until it is dismissed.
+    // itself; otherwise, or when `controller` is presented already, a diagnostic says so and
+    // nothing happens. A controller that is still on its way out comes back. The window keeps it
+    // alive until it is dismissed.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                Completion completion = {});
     // Dismisses what this controller presents, or else this controller itself. Does nothing when

@@ -24,7 +24,9 @@ class SavedState {
     CGContext& context_;
 };
 
-bool isOpaque(const Ref<UIColor>& color) { return color && color->alpha() >= 1; }
+bool isOpaque(const Ref<UIColor>& color) {
+    return color && color->alpha() >= 1;
+}
 
 } // namespace
 
@@ -58,7 +60,9 @@ void UIView::setClipsToBounds(bool clips) {
     damageSubtree();
 }
 
-void UIView::setNeedsDisplay() { damage(grownBy(bounds(), drawingOverflow())); }
+void UIView::setNeedsDisplay() {
+    damage(grownBy(bounds(), drawingOverflow()));
+}
 
 void UIView::setNeedsDisplayInRect(const CGRect& rect) {
     damage(CGRectIntersection(rect, grownBy(bounds(), drawingOverflow())));
@@ -71,13 +75,14 @@ CGRect UIView::subtreeExtent() const {
     if (!clipsToBounds_)
         for (const auto& view : subviews_)
             if (!view->hidden_)
-                extent = CGRectUnion(
-                    extent, view->subtreeExtent().offsetBy(view->originInSuperview() -
-                                                           view->boundsOrigin_));
+                extent = CGRectUnion(extent, view->subtreeExtent().offsetBy(
+                                                 view->originInSuperview() - view->boundsOrigin_));
     return extent;
 }
 
-void UIView::damageSubtree() { damage(subtreeExtent()); }
+void UIView::damageSubtree() {
+    damage(subtreeExtent());
+}
 
 // Each view paints from its own origin rounded to a pixel, so that is what damage is measured from.
 void UIView::damage(CGRect rect) {
@@ -110,8 +115,8 @@ bool UIView::isCovered(const CGRect& surfaceRect) const {
         for (++above; above != siblings.end(); ++above) {
             const UIView& other = **above;
             // A pixel of slack: frames are rounded to pixels when painted.
-            const CGRect solid = CGRectInset(
-                CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
+            const CGRect solid =
+                CGRectInset(CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
             if (!other.hidden_ && other.alpha_ >= 1 && isOpaque(other.backgroundColor_) &&
                 solid.contains(surfaceRect))
                 return true;

@@ -12,7 +12,9 @@ namespace {
 // A layoutSubviews that keeps asking for another pass must not hang the host.
 constexpr int kMostPasses = 8;
 
-std::size_t index(LayoutAxis axis) { return axis == LayoutAxis::horizontal ? 0 : 1; }
+std::size_t index(LayoutAxis axis) {
+    return axis == LayoutAxis::horizontal ? 0 : 1;
+}
 
 } // namespace
 
@@ -44,9 +46,13 @@ CGSize UIView::intrinsicContentSize() const {
     return {UIViewNoIntrinsicMetric, UIViewNoIntrinsicMetric};
 }
 
-void UIView::invalidateIntrinsicContentSize() { layoutNeedsUpdate(); }
+void UIView::invalidateIntrinsicContentSize() {
+    layoutNeedsUpdate();
+}
 
-double UIView::contentHuggingPriority(LayoutAxis axis) const { return hugging_[index(axis)]; }
+double UIView::contentHuggingPriority(LayoutAxis axis) const {
+    return hugging_[index(axis)];
+}
 
 void UIView::setContentHuggingPriority(double priority, LayoutAxis axis) {
     hugging_[index(axis)] = finite(priority, 0, 1000, 250);
@@ -70,7 +76,9 @@ std::optional<CGFloat> UIView::layoutIntrinsicExtent(LayoutAxis axis) const {
     return finite(extent, 0, kLargestCoordinate, 0);
 }
 
-double UIView::layoutHuggingPriority(LayoutAxis axis) const { return contentHuggingPriority(axis); }
+double UIView::layoutHuggingPriority(LayoutAxis axis) const {
+    return contentHuggingPriority(axis);
+}
 
 double UIView::layoutCompressionPriority(LayoutAxis axis) const {
     return contentCompressionResistancePriority(axis);
@@ -91,7 +99,9 @@ CGSize UIView::sizeThatFits(CGSize) const {
             wish.height == UIViewNoIntrinsicMetric ? frame_.size.height : wish.height};
 }
 
-void UIView::sizeToFit() { setFrame({frame_.origin, sizeThatFits(frame_.size)}); }
+void UIView::sizeToFit() {
+    setFrame({frame_.origin, sizeThatFits(frame_.size)});
+}
 
 UIView& UIView::layoutRoot() {
     UIView* view = this;

@@ -67,9 +67,9 @@ void findNear(UIView& view, CGPoint onSurface, Near& nearest) {
     if (view.isHidden() || !view.isUserInteractionEnabled() || view.alpha() < 0.01)
         return;
     const CGPoint point = view.convertPointFrom(onSurface, nullptr);
-    if (auto* control = dynamic_cast<UIControl*>(&view);
-        control && control->isEnabled() && isLeafControl(view) &&
-        control->touchRect().contains(point)) {
+    if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
+                                                         isLeafControl(view) &&
+                                                         control->touchRect().contains(point)) {
         const CGFloat d = distance(point, view.bounds());
         if (d < nearest.distance)
             nearest = {control, d};
@@ -154,7 +154,9 @@ void UIWindow::layoutSubviews() {
 
 // --- Controllers --------------------------------------------------------------------------------
 
-Ref<UIViewController> UIWindow::presentedViewController() const { return presentations_->top(); }
+Ref<UIViewController> UIWindow::presentedViewController() const {
+    return presentations_->top();
+}
 
 void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                      UIViewController::Completion completion) {
@@ -243,7 +245,9 @@ CGSize UIWindow::pixelSize() const {
             std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
 }
 
-CGPoint UIWindow::snapToPixels(CGPoint point) const { return snappedPoint(point, scale_); }
+CGPoint UIWindow::snapToPixels(CGPoint point) const {
+    return snappedPoint(point, scale_);
+}
 
 void UIWindow::damageSurface(const CGRect& rect) {
     const CGSize size = pixelSize();

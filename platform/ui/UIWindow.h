@@ -15,8 +15,8 @@
 #pragma once
 
 #include "tesmar/platform/ui/DamageRegion.h"
-#include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"
 
 #include <cstdint>

@@ -66,10 +66,14 @@ TEST_F(CallbacksTest, AHostMayDoAnythingInAnyCall) {
         {"present again", [](auto s) { s->host.window()->presentViewController(s->panel, true); }},
         {"clear the delegate", [](auto s) { s->panel->setDelegate(nullptr); }},
         {"release the panel", [](auto s) { s->panel = make<TESMARViewController>(); }},
-        {"assign a style", [](auto s) { s->panel->setCCStyleAttributes(make<NSMutableDictionary>()); }},
+        {"assign a style",
+         [](auto s) { s->panel->setCCStyleAttributes(make<NSMutableDictionary>()); }},
         {"reset", [](auto s) { s->panel->resetButtonTap(); }},
         {"arm", [](auto s) { s->panel->setAutoHideInterval(0.01), s->panel->fontChanged(); }},
-        {"resize", [](auto s) { s->host.resize({320, 480}, 2); }},
+        {"resize",
+         [](auto s) {
+             s->host.resize({320, 480}, 2);
+         }},
         {"remove the view", [](auto s) { s->panel->view()->removeFromSuperview(); }},
         {"recurse", [](auto s) { s->panel->ccColorChanged(); }},
         {"let time pass", [](auto s) { s->host.advance(10); }}};
@@ -106,6 +110,25 @@ TEST_F(CallbacksTest, AnExceptionPassesThroughAndLeavesThePanelWhole) {
     EXPECT_TRUE(stage.panel->CCStyleAttributes()
                     ->objectForKey(NSForegroundColorAttributeName)
                     ->isEqual(UIColor::blueColor().get()));
+}
+
+TEST_F(CallbacksTest, AnExceptionOnTheWayOutDoesNotKeepThePanel) {
+    Stage stage({568, 400});
+    const auto delegate = std::make_shared<Misbehaving>();
+    stage.panel->setDelegate(delegate);
+    stage.host.window()->presentViewController(stage.panel, false);
+    delegate->where = "disappear";
+    delegate->action = [] { throw std::runtime_error("host"); };
+    EXPECT_THROW(stage.panel->dismissViewControllerAnimated(true), std::runtime_error);
+    stage.host.advance(1);
+    EXPECT_EQ(stage.host.window()->presentedViewController(), nullptr);
+    // A completion that clears the reference by which the host presents again.
+    auto panel = stage.panel;
+    stage.host.window()->presentViewController(panel, false);
+    panel->dismissViewControllerAnimated(true, [&] { panel.reset(); });
+    stage.host.window()->presentViewController(panel, true);
+    stage.host.advance(1);
+    EXPECT_EQ(stage.host.window()->presentedViewController(), stage.panel);
 }
 
 // The style is saved before the delegate hears of it, and the dictionary it gets is the live one.

@@ -10,16 +10,15 @@ namespace {
 
 // Between two machines with the same fonts the pictures differed by nothing; another minor version
 // of a font moves outlines by parts of a pixel. A missing label or a moved control is far beyond.
-constexpr int kVisibleDifference = 24;      // of 255, in any channel
-constexpr double kToleratedPart = 0.002;    // of all pixels
+constexpr int kVisibleDifference = 24;   // of 255, in any channel
+constexpr double kToleratedPart = 0.002; // of all pixels
 
 double differingPart(const UIImage& golden, const HeadlessHost& host) {
     int differing = 0;
     for (int y = 0; y < host.pixelHeight(); ++y)
         for (int x = 0; x < host.pixelWidth(); ++x) {
             const auto a = golden.pixel(x, y);
-            const auto b =
-                host.pixels()[static_cast<std::size_t>(y * host.pixelWidth() + x)];
+            const auto b = host.pixels()[static_cast<std::size_t>(y * host.pixelWidth() + x)];
             for (int shift = 0; shift < 32; shift += 8)
                 if (std::abs(static_cast<int>((a >> shift) & 255) -
                              static_cast<int>((b >> shift) & 255)) > kVisibleDifference) {
@@ -60,8 +59,9 @@ TEST_F(PanelTest, LooksAsItDid) {
         const double part = differingPart(*golden, host);
         EXPECT_LE(part, kToleratedPart) << c.name;
         if (part > kToleratedPart)
-            host.writePNG((std::filesystem::temp_directory_path() / (std::string(c.name) +
-                                                                     "-actual.png")).string());
+            host.writePNG(
+                (std::filesystem::temp_directory_path() / (std::string(c.name) + "-actual.png"))
+                    .string());
     }
 }
 

@@ -49,8 +49,8 @@ void HeadlessHost::tap(CGPoint point, std::int64_t id) {
 }
 
 void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id) {
-    const int steps = std::max(1, static_cast<int>(std::lround(
-                                      finite(seconds, 0, 3600, 0) / NSRunLoop::kFrameInterval)));
+    const int steps = std::max(
+        1, static_cast<int>(std::lround(finite(seconds, 0, 3600, 0) / NSRunLoop::kFrameInterval)));
     touch(UITouchPhase::began, start, id);
     CGPoint at = start;
     for (int i = 1; i <= steps; ++i) {

@@ -37,9 +37,10 @@ TEST_F(ControlTest, AFingerIsInsideUpToTheMargin) {
         const char* log;
         bool highlighted; // while the finger stands there
     };
-    for (const Case& c : {Case{{150, 120}, "down up ", true}, Case{{269, 120}, "down up ", true},
-                          Case{{271, 120}, "down outside ", false},
-                          Case{{150, 31}, "down up ", true}, Case{{150, 29}, "down outside ", false}}) {
+    for (const Case& c :
+         {Case{{150, 120}, "down up ", true}, Case{{269, 120}, "down up ", true},
+          Case{{271, 120}, "down outside ", false}, Case{{150, 31}, "down up ", true},
+          Case{{150, 29}, "down outside ", false}}) {
         host.touch(P::began, {150, 120});
         host.advance(0.2);
         host.touch(P::moved, {290, 390}); // away, and back to where it lifts
@@ -107,6 +108,22 @@ TEST_F(ControlTest, RemovingAControlUnderTheFingerCancelsIt) {
     EXPECT_EQ(listener->take(), "");
 }
 
+TEST_F(ControlTest, ATargetThatLeavesTakesNothingFromTheNext) {
+    class Leaver : public Listener {
+      public:
+        void awakeFromNib() override {
+            button->removeTarget(this, Selector("awakeFromNib"), UIControlEventAllEvents);
+        }
+        Ref<UIButton> button;
+    };
+    const auto leaver = make<Leaver>();
+    leaver->button = add<UIButton>({100, 100, 100, 50});
+    leaver->button->addTarget(leaver, Selector("awakeFromNib"), UIControlEventTouchUpInside);
+    leaver->button->addTarget(listener, Selector("up"), UIControlEventTouchUpInside);
+    host.tap({150, 120});
+    EXPECT_EQ(listener->take(), "up ");
+}
+
 // What an action may do to the control that sends it.
 TEST_F(ControlTest, AnActionMayDestroyItsControl) {
     class Destroyer : public Listener {
@@ -148,7 +165,7 @@ TEST_F(ControlTest, StepperSteps) {
     EXPECT_EQ(stepper->value(), 7);
     stepper->setValue(std::nan(""));
     EXPECT_EQ(stepper->value(), 7);
-    EXPECT_DEATH(stepper->setStepValue(0), "step must be greater than 0");
+    EXPECT_DEATH(stepper->setStepValue(0), "step must be a number greater than 0");
 }
 
 TEST_F(ControlTest, StepperRepeatsWhileHeld) {

@@ -76,11 +76,10 @@ TEST(DamageRegionTest, CoversEverythingAndStaysSmall) {
         for (const PixelRect& rect : added)
             for (int y = rect.y; y < rect.bottom(); ++y)
                 for (int x = rect.x; x < rect.right(); ++x)
-                    ASSERT_TRUE(std::any_of(region.rects().begin(), region.rects().end(),
-                                            [&](const PixelRect& r) {
-                                                return x >= r.x && x < r.right() && y >= r.y &&
-                                                       y < r.bottom();
-                                            }));
+                    ASSERT_TRUE(std::any_of(
+                        region.rects().begin(), region.rects().end(), [&](const PixelRect& r) {
+                            return x >= r.x && x < r.right() && y >= r.y && y < r.bottom();
+                        }));
     }
 }
 
@@ -95,8 +94,8 @@ TEST_F(DamageTest, IncrementalPaintingEqualsPaintingEverything) {
             };
             UIView& root = *incremental.window()->rootViewController()->view();
             std::vector<Ref<UIView>> views;
-            const auto scroll = makeWith<UIScrollView>(&UIScrollView::initWithFrame,
-                                                       CGRect(20.3, 10, 100, 90));
+            const auto scroll =
+                makeWith<UIScrollView>(&UIScrollView::initWithFrame, CGRect(20.3, 10, 100, 90));
             scroll->setContentSize({300, 300});
             root.addSubview(scroll);
             for (int i = 0; i < 10; ++i) {
@@ -115,8 +114,8 @@ TEST_F(DamageTest, IncrementalPaintingEqualsPaintingEverything) {
                     view = button;
                 } else {
                     view = make<UIView>();
-                    view->setBackgroundColor(UIColor::colorWithRed(part(1), part(1), part(1),
-                                                                   i > 5 ? 1 : part(1)));
+                    view->setBackgroundColor(
+                        UIColor::colorWithRed(part(1), part(1), part(1), i > 5 ? 1 : part(1)));
                 }
                 view->setFrame({part(120), part(90), 10 + part(60), 10 + part(40)});
                 (i % 2 ? static_cast<UIView&>(*scroll) : root).addSubview(view);
@@ -126,21 +125,38 @@ TEST_F(DamageTest, IncrementalPaintingEqualsPaintingEverything) {
             for (int i = 0; i < 40; ++i) {
                 const auto& view = views[random() % views.size()];
                 switch (random() % 8) {
-                case 0: view->setFrame({part(150) - 20, part(110) - 20, part(70), part(50)}); break;
-                case 1: view->setAlpha(part(1.3)); break;
-                case 2: view->setHidden(!view->isHidden()); break;
-                case 3: view->setTranslation({part(9), part(9)}); break;
-                case 4: scroll->setContentOffset({part(200), part(200)}, false); break;
-                case 5: view->setClipsToBounds(!view->clipsToBounds()); break;
-                case 6: incremental.tap({part(160), part(120)}); break;
-                default: incremental.advance(part(0.1)); break;
+                case 0:
+                    view->setFrame({part(150) - 20, part(110) - 20, part(70), part(50)});
+                    break;
+                case 1:
+                    view->setAlpha(part(1.3));
+                    break;
+                case 2:
+                    view->setHidden(!view->isHidden());
+                    break;
+                case 3:
+                    view->setTranslation({part(9), part(9)});
+                    break;
+                case 4:
+                    scroll->setContentOffset({part(200), part(200)}, false);
+                    break;
+                case 5:
+                    view->setClipsToBounds(!view->clipsToBounds());
+                    break;
+                case 6:
+                    incremental.tap({part(160), part(120)});
+                    break;
+                default:
+                    incremental.advance(part(0.1));
+                    break;
                 }
                 incremental.render();
             }
             const auto painted = incremental.pixels();
             incremental.window()->invalidate();
             incremental.render();
-            ASSERT_EQ(painted == incremental.pixels(), true) << "scale " << scale << " seed " << seed;
+            ASSERT_EQ(painted == incremental.pixels(), true)
+                << "scale " << scale << " seed " << seed;
         }
     }
 }

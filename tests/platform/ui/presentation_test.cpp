@@ -112,7 +112,8 @@ TEST_F(PresentationTest, ControllersStack) {
     EXPECT_EQ(take(), "b.willnot b.gone ");
     window().presentViewController(b, false);
     take();
-    window().rootViewController()->dismissViewControllerAnimated(false); // what it presents, and above
+    window().rootViewController()->dismissViewControllerAnimated(
+        false); // what it presents, and above
     EXPECT_EQ(take(), "b.willnot b.gone a.willnot a.gone ");
 }
 

@@ -65,6 +65,24 @@ TEST_F(ScrollTest, TouchesReachTheContentLateOrAtTheLift) {
     EXPECT_EQ(log->take(), "");
 }
 
+TEST_F(ScrollTest, ALiftFarAwayIsADragEvenWithoutAMove) {
+    finger(P::began, {100, 200});
+    finger(P::ended, {100, 145});
+    EXPECT_EQ(log->take().substr(0, 9), "begin end");
+    EXPECT_EQ(listener->take(), "");
+}
+
+TEST_F(ScrollTest, TheWheelLeavesAFingersDragAlone) {
+    finger(P::began, {100, 200});
+    finger(P::moved, {100, 150});
+    finger(P::moved, {100, 140});
+    host.window()->wheel({100, 100}, {0, -50}, host.now());
+    host.advance(1);
+    EXPECT_EQ(scroll->contentOffset().y, 10);
+    finger(P::ended, {100, 140});
+    EXPECT_EQ(log->take(), "begin end ");
+}
+
 TEST_F(ScrollTest, ThrownContentGlidesAndATouchStopsItWithoutTapping) {
     host.drag({100, 250}, {0, -100}, 0.1);
     EXPECT_EQ(log->take(), "begin end+glide ");
@@ -74,7 +92,7 @@ TEST_F(ScrollTest, ThrownContentGlidesAndATouchStopsItWithoutTapping) {
     host.tap({100, 100});
     EXPECT_EQ(scroll->contentOffset().y, moving);
     EXPECT_EQ(listener->take(), "");
-    log->take();
+    EXPECT_EQ(log->take(), ""); // no drag, no end of one
     host.drag({100, 250}, {0, -100}, 0.05);
     host.advance(10);
     EXPECT_EQ(log->take(), "begin end+glide rest ");
