@@ -71,8 +71,8 @@ void FontPicker::setupView() {
     const auto self = ref(this);
     const auto fontLabel = captionLabel(CCConstants::Label::LabelFont());
     const auto sizeLabel = captionLabel(CCConstants::Label::LabelSize());
-    fontLabel->setAccessibilityIdentifier("fontLabel");
-    sizeLabel->setAccessibilityIdentifier("sizeLabel");
+    fontLabel->setAccessibilityIdentifier(".fontLabel");
+    sizeLabel->setAccessibilityIdentifier(".sizeLabel");
 
     fontNamePicker_->updateFonts(UIFont::CCSupportedFonts());
     fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
@@ -140,8 +140,8 @@ void FontPicker::setAccessibilityIdentifier(std::string identifier) {
         if (view)
             view->setAccessibilityIdentifier(identifier + "." + part);
     };
-    name(viewWithIdentifier("fontLabel"), "fontLabel");
-    name(viewWithIdentifier("sizeLabel"), "sizeLabel");
+    name(viewWithIdentifier(accessibilityIdentifier() + ".fontLabel"), "fontLabel");
+    name(viewWithIdentifier(accessibilityIdentifier() + ".sizeLabel"), "sizeLabel");
     name(sizeStepper_.get(), "size");
     name(fontNamePicker_->prevButton().get(), "prev");
     name(fontNamePicker_->nextButton().get(), "next");

@@ -185,17 +185,9 @@ Ref<UIViewController> PresentationStack::presenterOf(const UIViewController& con
     return presentation ? presentation->presenter.lock() : nullptr;
 }
 
-bool PresentationStack::isPresented(const UIViewController& controller) const {
-    return find(controller) != nullptr;
-}
-
 bool PresentationStack::isLeaving(const UIViewController& controller) const {
     const auto presentation = find(controller);
     return presentation && presentation->stage == Stage::leaving;
-}
-
-const UIView* PresentationStack::topContainer() const {
-    return stack_.empty() ? nullptr : stack_.back()->container.get();
 }
 
 // --- Places -------------------------------------------------------------------------------------

@@ -28,13 +28,10 @@ class PresentationStack {
     Ref<UIViewController> top() const;
     Ref<UIViewController> presentedBy(const UIViewController& presenter) const;
     Ref<UIViewController> presenterOf(const UIViewController& controller) const;
-    bool isPresented(const UIViewController& controller) const;
     bool isLeaving(const UIViewController& controller) const;
 
     // The window has another size, or other areas to keep clear of.
     void layOut();
-    // The view that stands for a tap beside the topmost card; null while nothing is presented.
-    const UIView* topContainer() const;
 
   private:
     enum class Stage { arriving, shown, leaving, gone };

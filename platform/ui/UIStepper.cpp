@@ -215,7 +215,7 @@ void UIStepper::draw(CGRect) {
     if (const auto background = findOrNormal(backgroundImages_, state())) {
         context->drawImage(*background, b);
     } else {
-        // The default look: a rounded border in the tint colour, drawn as two discs of shape.
+        // The default look: a rounded border in the tint colour.
         context->setFillColor(*tint);
         context->fillRoundedRect(b, 4);
         context->setFillColor(*UIColor::whiteColor());
