@@ -52,6 +52,7 @@ void Player::buildViews() {
 
 void Player::layOut() {
     const CGSize size = window_->frame().size;
+    message_->setHidden(isPanelOpen());
     // On a small screen the bar leaves its place to the panel.
     controls_->setHidden(isPanelOpen() && size.height < kRoomForBarAndPanel);
     const CGFloat bar = controls_->isHidden() ? 0 : ControlsBar::kHeight;

@@ -29,6 +29,10 @@ void setUp(const Options& options) {
 }
 
 void playIntoPictures(const Options& options) {
+    // A session without its viewer leaves the viewer's own style alone.
+    if (options.preferences.empty())
+        NSUserDefaults::standardUserDefaults()->setPreferencesPath(*options.pictures +
+                                                                   "/preferences.plist");
     Session session(options);
     if (const std::string why = session.videoFailure(); !why.empty())
         std::fprintf(stderr, "player: cannot play '%s': %s\n", options.video.c_str(), why.c_str());

@@ -40,8 +40,8 @@ TEST(Options, AreTakenOrRefused) {
         const auto parsed = parseOptions(c.arguments);
         const auto* wrong = std::get_if<UsageError>(&parsed);
         ASSERT_EQ(wrong != nullptr, c.refusal != nullptr);
-        if (wrong)
-            EXPECT_NE(wrong->message.find(c.refusal), std::string::npos) << wrong->message;
+        const std::string said = wrong ? wrong->message : "";
+        EXPECT_NE(said.find(c.refusal ? c.refusal : ""), std::string::npos) << said;
     }
     const auto options = std::get<Options>(parseOptions(cases[1].arguments));
     EXPECT_EQ(options.video, "film.mkv");
@@ -217,8 +217,8 @@ TEST_F(PlayerTest, ThePanelStaysClearOfCaptionsAndControls) {
             for (const char* other : {"captions", "playButton"}) {
                 const UIView* const view = host.window()->viewWithIdentifier(other);
                 const CGRect place = view->convertRectTo(view->bounds(), nullptr);
-                if (!view->superview()->isHidden()) // as the controls of a small window are
-                    EXPECT_TRUE(CGRectIntersection(card, place).isEmpty()) << other;
+                const bool hidden = view->superview()->isHidden(); // as small windows have it
+                EXPECT_TRUE(hidden || CGRectIntersection(card, place).isEmpty()) << other;
             }
         }
     });

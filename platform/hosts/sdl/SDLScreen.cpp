@@ -30,6 +30,12 @@ std::uint32_t withoutPremultiplication(std::uint32_t pixel) {
 SDLVideo::SDLVideo() {
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
         fail<SDLHost::NoDisplay>("no display");
+    // What SDL falls back to shows nothing to anybody; whoever wants that asks for it by name.
+    const std::string driver = SDL_GetCurrentVideoDriver();
+    if ((driver == "offscreen" || driver == "dummy") && !SDL_getenv("SDL_VIDEODRIVER")) {
+        SDL_QuitSubSystem(SDL_INIT_VIDEO);
+        throw SDLHost::NoDisplay("no display: SDL finds no screen to draw on");
+    }
 }
 
 SDLVideo::~SDLVideo() {
