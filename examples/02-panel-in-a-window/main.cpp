@@ -6,6 +6,7 @@
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 #include "tesmar/tesmar.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 

@@ -8,7 +8,10 @@ namespace {
 
 // The largest size that the panel offers for most fonts, in points.
 constexpr CGFloat kLargestSize = 30;
+// Captions are written for two lines; a narrow picture breaks them once more.
 constexpr int kLines = 2;
+constexpr int kLinesWhenNarrow = 3;
+constexpr CGFloat kNarrow = 400; // points
 // On a small window the captions may not take all the room from the panel.
 constexpr CGFloat kLargestShare = 0.25;
 // Script faces draw beyond their line boxes, in points.
@@ -17,7 +20,8 @@ constexpr CGFloat kOverflow = 24;
 } // namespace
 
 CGRect CaptionView::reservedArea(const CGRect& room) {
-    const CGFloat lines = kLines * UIFont::systemFontOfSize(kLargestSize)->lineHeight();
+    const int count = room.size.width < kNarrow ? kLinesWhenNarrow : kLines;
+    const CGFloat lines = count * UIFont::systemFontOfSize(kLargestSize)->lineHeight();
     const CGFloat height = std::min(std::ceil(lines), std::floor(room.size.height * kLargestShare));
     return {room.minX(), room.maxY() - height, room.size.width, height};
 }

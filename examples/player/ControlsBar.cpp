@@ -81,6 +81,9 @@ void ControlsBar::layoutSubviews() {
 // --- Showing ------------------------------------------------------------------------------------
 
 void ControlsBar::showPlay(Play play) {
+    if (play == shown_)
+        return;
+    shown_ = play;
     play_->setTitle(play == Play::playing ? "Pause" : "Play", UIControlStateNormal);
     for (const Ref<UIView>& view :
          {Ref<UIView>(play_), Ref<UIView>(seekBar_), Ref<UIView>(time_)}) {

@@ -6,6 +6,7 @@
 #include "tesmar/platform/ui/UIButton.h"
 
 #include <functional>
+#include <optional>
 
 class ControlsBar : public tesmar::UIView {
     TESMAR_CLASS
@@ -33,6 +34,7 @@ class ControlsBar : public tesmar::UIView {
     void captionsTapped();
 
   private:
+    std::optional<Play> shown_;
     tesmar::Ref<tesmar::UIButton> play_;
     tesmar::Ref<SeekBar> seekBar_;
     tesmar::Ref<tesmar::UILabel> time_;
