@@ -3,6 +3,7 @@
 #include "tesmar/platform/graphics/CGContextImpl.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/FontFace.h"
+#include "tesmar/platform/text/ShapedText.h"
 #include "tesmar/platform/text/UIFont.h"
 
 #include <array>
@@ -116,17 +117,8 @@ struct TextLayout::Impl {
     int lineCount = 1;
     NSTextAlignment alignment = NSTextAlignment::left;
 
-    // What was shaped from these; null layout: not yet, or no font to shape with.
-    struct Shaped {
-        GObjectPtr<PangoLayout> layout;
-        std::int32_t id = nextId(); // names its kept pixels
-        CGSize size;
-        double baseline = 0;
-        CGRect ink;
-        bool isTruncated = false;
-        bool isColored = false;
-    };
-    std::optional<Shaped> shaped;
+    // What was shaped from these; null: not yet.
+    ShapedTextRef shaped;
 
     Impl() = default;
     ~Impl() { forget(); }
@@ -148,9 +140,9 @@ struct TextLayout::Impl {
         member = value;
     }
 
-    const Shaped& shape();
+    const ShapedText& shape();
     GObjectPtr<PangoLayout> makeLayout(Fallback fallback) const;
-    void render(cairo_t* cr, const Shaped& s, double scale, const PixelRect& box) const;
+    void render(cairo_t* cr, const ShapedText& s, double scale, const PixelRect& box) const;
 };
 
 GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
@@ -178,29 +170,36 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
     return layout;
 }
 
-const TextLayout::Impl::Shaped& TextLayout::Impl::shape() {
+const ShapedText& TextLayout::Impl::shape() {
     if (shaped)
         return *shaped;
     const auto lock = lockShaping();
-    Shaped s;
-    s.layout = makeLayout(Fallback::none);
-    if (s.layout && pango_layout_get_unknown_glyphs_count(s.layout.get()) > 0)
-        s.layout = makeLayout(Fallback::installedFonts);
-    if (s.layout) {
+    const ShapingRequest request{text,  font->face(), font->pointSize(),
+                                 width, lineCount,    alignment};
+    shaped = ShapedTextCache::shared().find(request);
+    if (shaped)
+        return *shaped;
+    auto s = std::make_shared<ShapedText>();
+    s->id = nextId();
+    s->layout = makeLayout(Fallback::none);
+    if (s->layout && pango_layout_get_unknown_glyphs_count(s->layout.get()) > 0)
+        s->layout = makeLayout(Fallback::installedFonts);
+    if (s->layout) {
         PangoRectangle ink, logical;
-        pango_layout_get_extents(s.layout.get(), &ink, &logical);
-        s.size = {points(logical.width), points(logical.height)};
-        s.baseline = points(pango_layout_get_baseline(s.layout.get()));
-        s.ink = ink.width > 0 && ink.height > 0 ? pointsRect(ink) : CGRect();
-        s.isTruncated = pango_layout_is_ellipsized(s.layout.get());
-        s.isColored = hasColoredGlyphs(s.layout.get());
+        pango_layout_get_extents(s->layout.get(), &ink, &logical);
+        s->size = {points(logical.width), points(logical.height)};
+        s->baseline = points(pango_layout_get_baseline(s->layout.get()));
+        s->ink = ink.width > 0 && ink.height > 0 ? pointsRect(ink) : CGRect();
+        s->isTruncated = pango_layout_is_ellipsized(s->layout.get());
+        s->isColored = hasColoredGlyphs(s->layout.get());
     }
     shaped = std::move(s);
+    ShapedTextCache::shared().keep(request, shaped);
     return *shaped;
 }
 
 // The corner of `box` is the origin of `cr`; pixels of the box count from the layout's own corner.
-void TextLayout::Impl::render(cairo_t* cr, const Shaped& s, double scale,
+void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
                               const PixelRect& box) const {
     const auto lock = lockShaping();
     // The first baseline stands on a whole pixel, whatever the scale.
@@ -285,7 +284,7 @@ std::vector<CGRect> TextLayout::lineBoxes() const {
 }
 
 void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) const {
-    const Impl::Shaped& shaped = impl_->shape();
+    const ShapedText& shaped = impl_->shape();
     if (shaped.ink.isEmpty())
         return;
     CGContext::Impl& painter = context.impl();
