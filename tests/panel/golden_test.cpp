@@ -8,9 +8,9 @@
 namespace tesmar {
 namespace {
 
-// Measured: builds by g++ and clang, optimised and with sanitizers, differed in no more than 0.04% of
-// the pixels, none of them visibly. Another minor version of a font may move outlines by parts of a
-// pixel; a missing label or a moved control is far beyond.
+// Measured: builds by g++ and clang, optimised and with sanitizers, differed in no more than 0.04%
+// of the pixels, none of them visibly. Another minor version of a font may move outlines by parts
+// of a pixel; a missing label or a moved control is far beyond.
 constexpr int kVisibleDifference = 24;   // of 255, in any channel
 constexpr double kToleratedPart = 0.002; // of all pixels
 
