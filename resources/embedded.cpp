@@ -13,10 +13,12 @@ std::optional<std::string> embeddedResource(std::string_view fileName) {
     if (fileName.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos)
         return std::nullopt;
 
+    // Once, guarded: the getter registers the data at its first call, and threads that come there
+    // together crash in it. Naming it is also what keeps the data in a static archive.
+    static GResource* const resource = tesmar_get_resource();
     const std::string path = "/tesmar/" + std::string(fileName);
-    // Naming the getter is also what keeps the data when the floor is a static archive.
-    GBytes* bytes = g_resource_lookup_data(tesmar_get_resource(), path.c_str(),
-                                           G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);
+    GBytes* bytes =
+        g_resource_lookup_data(resource, path.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);
     if (!bytes)
         return std::nullopt;
     gsize size = 0;
