@@ -26,6 +26,7 @@
 
 namespace tesmar {
 
+class CGContext;
 class TouchDispatcher;
 
 enum class UIKey { escape };
@@ -113,6 +114,7 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<TouchDispatcher> touches_;
     DamageRegion damage_;
     DamageRegion repainted_;
+    std::unique_ptr<CGContext> context_; // over pixels only while it renders
 };
 
 } // namespace tesmar
