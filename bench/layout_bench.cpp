@@ -164,29 +164,26 @@ void resize(benchmark::State& state) {
     }
 }
 
-#define TESMAR_MEASURE(make, smallest, largest)                                                    \
-    BENCHMARK(build<make>)                                                                         \
-        ->Name(#make "/build")                                                                     \
-        ->RangeMultiplier(2)                                                                       \
-        ->Range(smallest, largest)                                                                 \
-        ->Unit(benchmark::kMicrosecond);                                                           \
-    BENCHMARK(rebuild<make>)                                                                       \
-        ->Name(#make "/rebuild")                                                                   \
-        ->RangeMultiplier(2)                                                                       \
-        ->Range(smallest, largest)                                                                 \
-        ->Unit(benchmark::kMicrosecond);                                                           \
-    BENCHMARK(resize<make>)                                                                        \
-        ->Name(#make "/resize")                                                                    \
-        ->RangeMultiplier(2)                                                                       \
-        ->Range(smallest, largest)                                                                 \
-        ->Unit(benchmark::kMicrosecond)
+void sizes(benchmark::internal::Benchmark* benchmark) {
+    for (const int count : {50, 100, 200, 400, 800})
+        benchmark->Arg(count);
+    benchmark->Unit(benchmark::kMicrosecond);
+}
 
-TESMAR_MEASURE(fixedChain, 50, 800);
-TESMAR_MEASURE(equalChain, 50, 800);
-TESMAR_MEASURE(tightEqualChain, 50, 800);
-TESMAR_MEASURE(contentChain, 50, 800);
-TESMAR_MEASURE(grid, 50, 800);
-TESMAR_MEASURE(panel, 25, 25);
+#define TESMAR_MEASURE(make)                                                                       \
+    BENCHMARK(build<make>)->Name(#make "/build")->Apply(sizes);                                    \
+    BENCHMARK(rebuild<make>)->Name(#make "/rebuild")->Apply(sizes);                                \
+    BENCHMARK(resize<make>)->Name(#make "/resize")->Apply(sizes)
+
+TESMAR_MEASURE(fixedChain);
+TESMAR_MEASURE(equalChain);
+TESMAR_MEASURE(tightEqualChain);
+TESMAR_MEASURE(contentChain);
+TESMAR_MEASURE(grid);
+
+BENCHMARK(build<panel>)->Name("panel/build")->Arg(25)->Unit(benchmark::kMicrosecond);
+BENCHMARK(rebuild<panel>)->Name("panel/rebuild")->Arg(25)->Unit(benchmark::kMicrosecond);
+BENCHMARK(resize<panel>)->Name("panel/resize")->Arg(25)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tesmar

@@ -55,6 +55,21 @@ TEST(TextLayout, InkStaysWithinItsBounds) {
     }
 }
 
+TEST(TextLayout, EmojiKeepTheirColors) {
+    const TextLayout layout = layoutOf("\U0001F600", 40);
+    Canvas canvas(80, 80, 2);
+    CGContext context = canvas.context();
+    layout.draw(context, {10, 10}, *UIColor::blackColor());
+    int yellow = 0;
+    for (const std::uint32_t pixel : canvas.pixels)
+        yellow += (pixel >> 16 & 255) > 200 && (pixel >> 8 & 255) > 150 && (pixel & 255) < 128;
+    const PixelRect drawn = drawnPixels(canvas);
+    EXPECT_GT(yellow, drawn.width * drawn.height / 2);
+    EXPECT_NEAR(drawn.height, layout.inkBounds().size.height * 2, 20); // pictures have a margin
+    EXPECT_GT(drawn.height, 70); // as large as the text asks for, not as the font's picture is
+    EXPECT_LT(drawn.height, 110);
+}
+
 TEST(TextLayout, ClippedPiecesMakeTheWholeText) {
     std::mt19937 random(9);
     for (unsigned seed = 0; seed < 24; ++seed) {
