@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
+#include <sstream>
 #include <unistd.h>
 
 namespace {
@@ -15,19 +15,19 @@ class Plugin {
     explicit Plugin(const fs::path& path) : preferences_(path.string() + ".plist") {
         fs::copy_file(PANEL_COPY, path);
         library_ = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (!library_)
-            throw std::runtime_error(::dlerror());
+        EXPECT_TRUE(library_) << ::dlerror();
     }
     ~Plugin() { ::dlclose(library_); }
-    // As pictures, which EXPECT_EQ would print.
+    // The picture's hash: EXPECT_EQ would print a whole picture.
     std::size_t tap(const char* identifier) const {
-        const auto play = reinterpret_cast<std::string (*)(const char*, const char*)>(
-            ::dlsym(library_, "playCopy"));
+        using Play = std::string (*)(const char*, const char*);
+        const auto play = reinterpret_cast<Play>(::dlsym(library_, "playCopy"));
         return std::hash<std::string>()(play(preferences_.c_str(), identifier));
     }
     std::string saved() const {
-        std::ifstream file(preferences_, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(file), {});
+        std::ostringstream bytes;
+        bytes << std::ifstream(preferences_, std::ios::binary).rdbuf();
+        return bytes.str();
     }
 
   private:
@@ -36,28 +36,25 @@ class Plugin {
 };
 
 TEST(Copies, DoNotDisturbOneAnother) {
-    const fs::path directory =
-        fs::temp_directory_path() / ("tesmar-copies-" + std::to_string(::getpid()));
+    const auto directory = fs::temp_directory_path() / ("copies-" + std::to_string(::getpid()));
     fs::create_directories(directory);
+    const Plugin b(directory / "b.so");
     {
-        const Plugin b(directory / "b.so");
-        {
-            const Plugin a(directory / "a.so");
-            const auto pristine = a.tap("");
-            EXPECT_EQ(b.tap(""), pristine);
-            const auto changed = a.tap("textColorPicker.5");
-            EXPECT_NE(changed, pristine);
-            EXPECT_EQ(b.tap(""), pristine);
-            EXPECT_EQ(b.saved(), "");
-            EXPECT_EQ(b.tap("textColorPicker.5"), changed);
-            EXPECT_EQ(a.tap("fontPicker.next"), b.tap("fontPicker.next"));
-            EXPECT_EQ(a.saved(), b.saved());
-            EXPECT_NE(a.saved(), "");
-        }
-        const auto before = b.saved(); // the other has been unloaded
-        b.tap("backgroundColorPicker.1");
-        EXPECT_NE(b.saved(), before);
+        const Plugin a(directory / "a.so");
+        const auto pristine = a.tap("");
+        EXPECT_EQ(b.tap(""), pristine);
+        const auto changed = a.tap("textColorPicker.5");
+        EXPECT_NE(changed, pristine);
+        EXPECT_EQ(b.tap(""), pristine);
+        EXPECT_EQ(b.saved(), "");
+        EXPECT_EQ(b.tap("textColorPicker.5"), changed);
+        EXPECT_EQ(a.tap("fontPicker.next"), b.tap("fontPicker.next"));
+        EXPECT_EQ(a.saved(), b.saved());
     }
+    const auto before = b.saved(); // the other has been unloaded
+    EXPECT_NE(before, "");
+    b.tap("backgroundColorPicker.1");
+    EXPECT_NE(b.saved(), before);
     fs::remove_all(directory);
 }
 

@@ -1,11 +1,11 @@
 // Threads that come first, all at once, to what any thread may use.
+#include "tesmar/controls/library_bundle.h"
 #include "tesmar/model/CCConstants.h"
-#include "tesmar/model/TESMARConfig.h"
 #include "tesmar/panel/registration.h"
-#include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/text/NSAttributedString.h"
 
 #include <algorithm>
 #include <array>
@@ -16,30 +16,29 @@
 #include <sys/wait.h>
 #include <thread>
 
-extern char** environ;
-
 namespace tesmar {
 namespace {
 
 // All that a thread saw, with the addresses of what is made once.
 std::string everything() {
-    const auto text = [](const void* address) {
-        return std::to_string(reinterpret_cast<std::uintptr_t>(address)) + ' ';
-    };
-    std::string seen =
-        text(&CCConstants::CCFontsNameList()) + text(&CCConstants::CCFontsSizesDict()) +
-        text(&CCConstants::paletteColors()) + text(CCConstants::CCDefaultStyleAttributes().get()) +
-        text(CCConstants::font().get()) + text(NSBundle::mainBundle().get()) +
-        text(NSUserDefaults::standardUserDefaults().get());
-    for (const auto& color : CCConstants::paletteColors())
-        seen += std::to_string(color->red()) + std::to_string(color->white()) + ' ';
+    std::string seen;
+    for (const void* made :
+         {static_cast<const void*>(&CCConstants::CCFontsNameList()),
+          static_cast<const void*>(&CCConstants::paletteColors()),
+          static_cast<const void*>(CCConstants::CCDefaultStyleAttributes().get()),
+          static_cast<const void*>(CCConstants::font().get()),
+          static_cast<const void*>(NSBundle::mainBundle().get()),
+          static_cast<const void*>(NSUserDefaults::standardUserDefaults().get())})
+        seen += std::to_string(reinterpret_cast<std::uintptr_t>(made)) + ' ';
     for (const auto& name : UIFont::CCSupportedFonts())
         for (const CGFloat size : UIFont::fontSizesForFontName(name))
-            seen += name + std::to_string(size) + ' ';
+            seen += name + std::to_string(UIFont::fontWithName(name, size)->lineHeight()) + ' ';
     registerTESMAR();
     const auto style = fromValue<Ref<NSDictionary>>(performClassSelector(
         *classNamed("TESMARConfig"), Selector("sessionOrDefaultClosedCaptureStyle")));
-    return seen + NSKeyedArchiver::archivedDataWithRootObject(style);
+    seen += std::to_string(NSAttributedString::attributedString("AV", style)->size().width);
+    return seen + *TESMARHostBundle("org.tesmar.threads")->resource("stepper-up.png") +
+           NSKeyedArchiver::archivedDataWithRootObject(style);
 }
 
 TEST(Threads, MayAllComeFirst) {
@@ -59,12 +58,12 @@ TEST(Threads, MayAllComeFirst) {
 }
 
 // TESMAR_SOAK=N starts 50 processes, or 10 N if that is more.
-TEST(Threads, ManyProcessStarts) {
+TEST(Threads, MayComeFirstInEveryProcess) {
     const char* soak = std::getenv("TESMAR_SOAK");
     const int starts = std::max(50, 10 * (soak ? std::atoi(soak) : 1));
     std::string program = "/proc/self/exe", filter = "--gtest_filter=Threads.MayAllComeFirst",
-                brief = "--gtest_brief=1";
-    char* const arguments[] = {program.data(), filter.data(), brief.data(), nullptr};
+                brief = "--gtest_brief=1", output = "--gtest_output=";
+    char* const arguments[] = {program.data(), filter.data(), brief.data(), output.data(), nullptr};
     for (int i = 0; i < starts; ++i) {
         pid_t child;
         int status = -1;
@@ -72,6 +71,7 @@ TEST(Threads, ManyProcessStarts) {
         ::waitpid(child, &status, 0);
         ASSERT_EQ(status, 0) << "start " << i;
     }
+    RecordProperty("starts", starts);
 }
 
 } // namespace
