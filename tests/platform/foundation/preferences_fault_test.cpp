@@ -148,6 +148,12 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
                                             1);
         };
         const std::size_t locks = firstOf("flock"), closes = firstOf("close", firstOf("write"));
+        // Down on the disk before the rename: the new file, and a copy with its name; after: its
+        // name.
+        const auto renamed = std::find(calls.begin(), calls.end(), "rename");
+        EXPECT_EQ(std::count(calls.begin() + static_cast<std::ptrdiff_t>(locks), renamed, "fsync"),
+                  scene.before == "broken" ? 3 : 1);
+        EXPECT_EQ(std::count(renamed, calls.end(), "fsync"), 1);
         for (std::size_t call = 1; call <= calls.size(); ++call) {
             const std::string name(calls[call - 1]);
             // Sweeping, giving to the owner, confirming parent directories and unlocking (which the
