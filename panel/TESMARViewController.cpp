@@ -6,12 +6,11 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/console.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/NSAttributedString.h"
-
-#include <cstdio>
 
 namespace tesmar {
 namespace {
@@ -169,8 +168,7 @@ void TESMARViewController::setCCEnabled(bool enabled) {
 
 void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
     const auto kept = ref(this);
-    std::puts(sender.isOn() ? "Switch ON" : "Switch OFF");
-    std::fflush(stdout);
+    printLine(sender.isOn() ? "Switch ON" : "Switch OFF");
     resetAutoHideTimer();
     if (const auto delegate = delegate_)
         delegate->CCSwitchValueChanged(sender.isOn());

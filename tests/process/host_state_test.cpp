@@ -105,6 +105,17 @@ TEST_P(HostState, IsAsItWas) {
     EXPECT_EQ(std::get<double>(there), 3.75);
 }
 
+TEST_F(PanelTest, NobodyNeedReadItsOutput) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const int output = ::dup(STDOUT_FILENO);
+    ::dup2(ends[1], STDOUT_FILENO);
+    ::close(ends[0]);
+    make<TESMARViewController>()->CCSwitchValueDidChange(*make<UISwitch>()); // would be killed here
+    std::clearerr(stdout);
+    ::dup2(output, STDOUT_FILENO);
+}
+
 INSTANTIATE_TEST_SUITE_P(Settings, HostState, testing::ValuesIn(kSettings),
                          [](const auto& setting) { return setting.param.name; });
 
