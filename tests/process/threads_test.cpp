@@ -12,9 +12,9 @@
 #include <barrier>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace tesmar {
 namespace {
@@ -22,14 +22,12 @@ namespace {
 // All that a thread saw, with the addresses of what is made once.
 std::string everything() {
     std::string seen;
-    for (const void* made :
-         {static_cast<const void*>(&CCConstants::CCFontsNameList()),
-          static_cast<const void*>(&CCConstants::paletteColors()),
-          static_cast<const void*>(CCConstants::CCDefaultStyleAttributes().get()),
-          static_cast<const void*>(CCConstants::font().get()),
-          static_cast<const void*>(NSBundle::mainBundle().get()),
-          static_cast<const void*>(NSUserDefaults::standardUserDefaults().get())})
-        seen += std::to_string(reinterpret_cast<std::uintptr_t>(made)) + ' ';
+    const std::initializer_list<const void*> made = {
+        &CCConstants::CCFontsNameList(), &CCConstants::paletteColors(),
+        CCConstants::font().get(),       CCConstants::CCDefaultStyleAttributes().get(),
+        NSBundle::mainBundle().get(),    NSUserDefaults::standardUserDefaults().get()};
+    for (const void* address : made)
+        seen += std::to_string(reinterpret_cast<std::uintptr_t>(address)) + ' ';
     for (const auto& name : UIFont::CCSupportedFonts())
         for (const CGFloat size : UIFont::fontSizesForFontName(name))
             seen += name + std::to_string(UIFont::fontWithName(name, size)->lineHeight()) + ' ';
@@ -61,13 +59,12 @@ TEST(Threads, MayAllComeFirst) {
 TEST(Threads, MayComeFirstInEveryProcess) {
     const char* soak = std::getenv("TESMAR_SOAK");
     const int starts = std::max(50, 10 * (soak ? std::atoi(soak) : 1));
-    std::string program = "/proc/self/exe", filter = "--gtest_filter=Threads.MayAllComeFirst",
-                brief = "--gtest_brief=1", output = "--gtest_output=";
-    char* const arguments[] = {program.data(), filter.data(), brief.data(), output.data(), nullptr};
     for (int i = 0; i < starts; ++i) {
-        pid_t child;
         int status = -1;
-        ASSERT_EQ(::posix_spawn(&child, program.c_str(), nullptr, nullptr, arguments, environ), 0);
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::execl("/proc/self/exe", "threads", "--gtest_filter=Threads.MayAllComeFirst",
+                    "--gtest_brief=1", "--gtest_output=", nullptr);
         ::waitpid(child, &status, 0);
         ASSERT_EQ(status, 0) << "start " << i;
     }

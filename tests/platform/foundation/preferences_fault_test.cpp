@@ -86,6 +86,12 @@ class PreferencesFault : public testing::Test {
             writeFile(file, scene.before);
         }
     }
+    bool save(FileSystem& files, const PropertyList& value = "new") const {
+        PreferencesStore store(files);
+        store.setPath(file);
+        store.setValue(value, "key");
+        return store.synchronize();
+    }
     // Runs `body` in a process of its own, which ends with its answer.
     template <class Body>
     static pid_t start(Body&& body) {
@@ -127,9 +133,8 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
             files.disarm();
 
             // Only what comes after the rename can fail with the new file in place.
-            const auto renamed =
-                std::find(calls.begin(), calls.end(), "rename") - calls.begin() + 1;
-            const bool isNew = saved || (call > static_cast<std::size_t>(renamed));
+            const auto renames = std::find(calls.begin(), calls.end(), "rename") - calls.begin();
+            const bool isNew = saved || call > static_cast<std::size_t>(renames) + 1;
             EXPECT_EQ(readFile(file), isNew ? scene.after : scene.before);
             EXPECT_EQ(*store.value("key").value().get<std::string>(), "new");
             EXPECT_TRUE(store.synchronize()); // succeeds as soon as nothing fails
@@ -142,27 +147,23 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
         };
         const auto [saved, calls] = saves(0, 0, FaultyFiles::once);
         ASSERT_TRUE(saved);
-        const auto firstOf = [&calls = calls](std::string_view name, std::size_t from = 0) {
-            const auto start = calls.begin() + static_cast<std::ptrdiff_t>(from);
-            return static_cast<std::size_t>(std::find(start, calls.end(), name) - calls.begin() +
-                                            1);
-        };
-        const std::size_t locks = firstOf("flock"), closes = firstOf("close", firstOf("write"));
-        // Down on the disk before the rename: the new file, and a copy with its name; after: its
+        const auto locks = std::find(calls.begin(), calls.end(), "flock");
+        const auto renames = std::find(locks, calls.end(), "rename");
+        const auto closes = std::find(std::find(locks, renames, "write"), renames, "close");
+        // Down on the disk before the rename: the new file, and a copy with its name. After: a
         // name.
-        const auto renamed = std::find(calls.begin(), calls.end(), "rename");
-        EXPECT_EQ(std::count(calls.begin() + static_cast<std::ptrdiff_t>(locks), renamed, "fsync"),
-                  scene.before == "broken" ? 3 : 1);
-        EXPECT_EQ(std::count(renamed, calls.end(), "fsync"), 1);
-        for (std::size_t call = 1; call <= calls.size(); ++call) {
-            const std::string name(calls[call - 1]);
+        EXPECT_EQ(std::count(locks, renames, "fsync"), scene.before == "broken" ? 3 : 1);
+        EXPECT_EQ(std::count(renames, calls.end(), "fsync"), 1);
+        for (auto called = calls.begin(); called != calls.end(); ++called) {
+            const std::string name(*called);
+            const auto call = static_cast<std::size_t>(called - calls.begin()) + 1;
             // Sweeping, giving to the owner, confirming parent directories and unlocking (which the
             // end of the descriptor does too) are done where they are possible.
-            const bool isVital = name == "close"    ? call == closes
-                                 : name == "mkdir"  ? scene.before.empty()
-                                 : call < locks - 1 ? name == "readlink"
-                                                    : name != "unlink" && name != "fchown" &&
-                                                          call != calls.size() - 1;
+            const bool isVital = name == "close"      ? called == closes
+                                 : name == "mkdir"    ? scene.before.empty()
+                                 : called < locks - 1 ? name == "readlink"
+                                                      : name != "unlink" && name != "fchown" &&
+                                                            called != calls.end() - 2;
             for (const int error : kErrors) {
                 if (name == "flock" && error == EAGAIN) // is waited for
                     continue;
@@ -182,50 +183,32 @@ TEST_F(PreferencesFault, ALimitOnFileSizesEndsNobody) {
         const rlimit limit{8192, 8192};
         ::setrlimit(RLIMIT_FSIZE, &limit);
         FileSystem files;
-        PreferencesStore store(files);
-        store.setPath(file);
-        store.setValue(std::string(20'000, 'x'), "key");
-        return !store.synchronize();
+        return !save(files, std::string(20'000, 'x'));
     });
     EXPECT_EQ(finish(child), 0);
     EXPECT_EQ(readFile(file), kScenes[1].before);
 }
 
 TEST_F(PreferencesFault, AKilledSaverLeavesTheOldFileOrTheNewOne) {
-    int kills = 0, expected = 0;
-    const auto expectWhole = [&](const Scene& scene, pid_t child) {
-        const int status = finish(child);
-        kills += WIFSIGNALED(status) ? 1 : 0;
-        const std::string now = readFile(file);
-        ASSERT_TRUE(now == scene.before || now == scene.after);
-        ASSERT_TRUE(scene.before != "broken" || now == scene.before ||
-                    readFile(file + ".corrupt") == scene.before);
-        FileSystem files;
-        PreferencesStore store(files);
-        store.setPath(file);
-        store.setValue("new", "key");
-        ASSERT_TRUE(store.synchronize());
-        ASSERT_EQ(readFile(file), scene.after);
-        ASSERT_FALSE(fs::exists(file + ".tmp"));
-    };
+    int kills = 0;
     for (const Scene& scene : kScenes) {
-        const auto save = [&](std::size_t call) {
-            FaultyFiles files;
-            files.arm(call, FaultyFiles::kDies, FaultyFiles::once);
-            PreferencesStore store(files);
-            store.setPath(file);
-            store.setValue("new", "key");
-            store.synchronize();
-            return files.calls.size();
-        };
+        FaultyFiles files;
         lay(scene);
-        const std::size_t calls = save(0);
-        for (std::size_t call = 1; call <= calls; ++call)
-            for (int i = 0; i < soak(); ++i) {
-                lay(scene);
-                expectWhole(scene, start([&] { return save(call) == 0; }));
-                ASSERT_EQ(kills, ++expected) << scene.what << ", call " << call;
-            }
+        ASSERT_TRUE(save(files));
+        const std::size_t calls = files.calls.size();
+        for (std::size_t i = 0; i < calls * static_cast<std::size_t>(soak()); ++i, ++kills) {
+            lay(scene);
+            files.arm(i % calls + 1, FaultyFiles::kDies, FaultyFiles::once);
+            ASSERT_TRUE(WIFSIGNALED(finish(start([&] { return save(files); }))));
+            const std::string now = readFile(file);
+            ASSERT_TRUE(now == scene.before || now == scene.after) << scene.what << i;
+            ASSERT_TRUE(scene.before != "broken" || now == scene.before ||
+                        readFile(file + ".corrupt") == scene.before);
+            files.disarm();
+            ASSERT_TRUE(save(files));
+            ASSERT_EQ(readFile(file), scene.after);
+            ASSERT_FALSE(fs::exists(file + ".tmp"));
+        }
     }
     RecordProperty("kills", kills);
 }
@@ -250,9 +233,8 @@ TEST_F(PreferencesFault, ManySaversLoseNothing) {
         }
         return isWhole;
     };
-    std::vector<pid_t> children;
     for (int p = 0; p < kProcesses; ++p)
-        children.push_back(start([&, p] { return saver(std::to_string(p), saves); }));
+        start([&, p] { return saver(std::to_string(p), saves); });
     // Meanwhile others die at any moment, with the lock in their hands as often as not.
     int running = kProcesses;
     while (running > 0) {
