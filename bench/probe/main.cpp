@@ -1,20 +1,26 @@
 // One panel, measured as a host would meet it. Prints one JSON object as its last line.
 //
-//     probe [--start] [--bare]
+//     probe [--sdl] [--start] [--bare]
 //
-// --start stops after the first complete frame; --bare shows an empty window instead of the panel.
+// --sdl shows it in a desktop window instead of in memory. --start stops after the first complete
+// frame; --bare shows an empty window instead of the panel.
 // PEER_T0_NS, a CLOCK_MONOTONIC stamp in nanoseconds taken before the process was started, makes
 // start_ms count from there; without it the count begins in main().
+#include "Screen.h"
 #include "footprint.h"
 
-#include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tesmar/tesmar.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
+#include <dlfcn.h>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 using namespace tesmar;
@@ -40,10 +46,13 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-template <class Work>
-Cost medianCost(Work work) {
+// `prepare` and the settling between rounds are not measured.
+template <class Prepare, class Work>
+Cost medianCost(Screen& screen, Prepare prepare, Work work) {
     std::vector<double> wall, cpu;
     for (int i = 0; i < kRounds; ++i) {
+        prepare();
+        screen.settle();
         const double w = clockMilliseconds(CLOCK_MONOTONIC);
         const double c = clockMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
         work(i);
@@ -65,58 +74,54 @@ class Clock : public TESMARViewControllerDelegate {
 };
 
 struct Stage {
-    Stage() {
+    explicit Stage(Screen& on) : screen(on) { present(); }
+
+    void present() {
+        panel = make<TESMARViewController>();
         panel->setDelegate(clock);
-        host.window()->presentViewController(panel, false);
-        host.render();
+        screen.window()->presentViewController(panel, false);
+        screen.show();
     }
-    HeadlessHost host{kSize};
-    Ref<TESMARViewController> panel = make<TESMARViewController>();
+
+    CGPoint swatch(int index) const {
+        const std::string name = "textColorPicker." + std::to_string(index);
+        const UIView& view = *screen.window()->viewWithIdentifier(name);
+        return view.convertRectTo(view.bounds(), nullptr).center();
+    }
+
+    void touch(UITouchPhase phase, CGPoint point) const {
+        screen.window()->touch(phase, 0, point, screen.now());
+    }
+
+    Screen& screen;
     Ref<Clock> clock = std::make_shared<Clock>();
+    Ref<TESMARViewController> panel;
 };
 
-CGPoint swatch(Stage& stage, int index) {
-    const UIView& view =
-        *stage.host.window()->viewWithIdentifier("textColorPicker." + std::to_string(index));
-    return view.convertRectTo(view.bounds(), nullptr).center();
-}
-
 void measure(Stage& stage) {
-    const Cost create = medianCost([](int) { Stage another; });
+    Screen& screen = stage.screen;
+    const auto nothing = [] {};
+    const Cost create = medianCost(
+        screen, [&] { stage.panel->dismissViewControllerAnimated(false); },
+        [&](int) { stage.present(); });
 
     std::vector<double> heard;
-    const CGPoint points[] = {swatch(stage, 1), swatch(stage, 5)};
-    for (int i = 0; i < kRounds; ++i) {
-        stage.host.touch(UITouchPhase::began, points[i % 2]);
+    const CGPoint points[] = {stage.swatch(1), stage.swatch(5)};
+    const Cost tap = medianCost(screen, nothing, [&](int i) {
+        stage.touch(UITouchPhase::began, points[i % 2]);
         const double up = clockMilliseconds(CLOCK_MONOTONIC);
-        stage.host.touch(UITouchPhase::ended, points[i % 2]);
+        stage.touch(UITouchPhase::ended, points[i % 2]);
         heard.push_back((stage.clock->heard - up) * 1e3);
-        stage.host.advance(1);
-        stage.host.render();
-    }
-    const Cost tap = medianCost([&](int i) {
-        stage.host.touch(UITouchPhase::began, points[i % 2]);
-        stage.host.touch(UITouchPhase::ended, points[i % 2]);
-        stage.host.render();
+        screen.show();
     });
-    stage.host.advance(1);
-    const Cost relayout = medianCost([&](int i) {
-        stage.host.resize(i % 2 ? kSize : CGSize{kSize.height, kSize.width}, 1);
-        stage.host.render();
+    const Cost relayout = medianCost(screen, nothing, [&](int i) {
+        screen.resize(i % 2 ? kSize : CGSize{kSize.height, kSize.width});
+        screen.show();
     });
 
-    // Five seconds of nothing, as a host spends them: asleep until a deadline that does not come.
-    stage.host.advance(2);
-    stage.host.render();
-    int wakeups = 0;
+    screen.settle();
     const double before = clockMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
-    const double end = stage.host.now() + 5;
-    while (NSRunLoop::mainRunLoop().nextDeadline() && stage.host.now() < end) {
-        ++wakeups;
-        stage.host.advance(NSRunLoop::kFrameInterval);
-    }
-    if (stage.host.window()->needsRender())
-        ++wakeups;
+    const int wakeups = screen.idle(5);
     const double idle = clockMilliseconds(CLOCK_PROCESS_CPUTIME_ID) - before;
 
     std::printf("\"create_ms\": %.4f, \"create_cpu_ms\": %.4f, \"tap_cb_us\": %.3f, "
@@ -126,40 +131,67 @@ void measure(Stage& stage) {
                 relayout.cpu, idle, wakeups);
 }
 
-} // namespace
+std::unique_ptr<Screen> loadSDLScreen() {
+    const auto module =
+        std::filesystem::read_symlink("/proc/self/exe").parent_path() / "probe_sdl.so";
+    void* const handle = dlopen(module.c_str(), RTLD_NOW);
+    void* const make = handle ? dlsym(handle, "makeSDLScreen") : nullptr;
+    if (!make) {
+        std::fprintf(stderr, "probe: %s\n", dlerror());
+        std::exit(1);
+    }
+    return std::unique_ptr<Screen>(reinterpret_cast<decltype(&makeSDLScreen)>(make)(kSize));
+}
 
-int main(int argc, char** argv) {
-    const char* const stamp = std::getenv("PEER_T0_NS");
-    const double start = stamp ? std::atof(stamp) / 1e6 : clockMilliseconds(CLOCK_MONOTONIC);
-    bool onlyStart = false, bare = false;
+struct Arguments {
+    bool isSDL = false, onlyStart = false, isBare = false;
+};
+
+Arguments parsed(int argc, char** argv) {
+    Arguments arguments;
     for (int i = 1; i < argc; ++i) {
-        onlyStart = onlyStart || std::strcmp(argv[i], "--start") == 0;
-        bare = bare || std::strcmp(argv[i], "--bare") == 0;
-        if (std::strcmp(argv[i], "--start") != 0 && std::strcmp(argv[i], "--bare") != 0) {
-            std::fprintf(stderr, "probe: unknown option %s\nusage: probe [--start] [--bare]\n",
+        const std::string_view word = argv[i];
+        if (word == "--sdl")
+            arguments.isSDL = true;
+        else if (word == "--start")
+            arguments.onlyStart = true;
+        else if (word == "--bare")
+            arguments.isBare = true;
+        else {
+            std::fprintf(stderr,
+                         "probe: unknown option %s\nusage: probe [--sdl] [--start] [--bare]\n",
                          argv[i]);
-            return 2;
+            std::exit(2);
         }
     }
-    NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.probe"));
-    const auto printStart = [start] {
-        std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", TESMAR_VERSION,
-                    clockMilliseconds(CLOCK_MONOTONIC) - start);
-    };
-    if (bare) {
-        HeadlessHost host(kSize);
-        host.render();
-        printStart();
-    } else {
-        Stage stage;
-        printStart();
-        if (!onlyStart)
-            measure(stage);
-    }
+    return arguments;
+}
+
+void printFootprint() {
     const Footprint f = footprint();
     std::printf("\"rss_mb\": %.2f, \"pss_mb\": %.2f, \"libs_mb\": %.2f, \"libs_count\": %d, "
                 "\"exe_mb\": %.3f}\n",
                 f.rssMegabytes, f.pssMegabytes, f.librariesMegabytes, f.libraries,
                 f.executableMegabytes);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const char* const stamp = std::getenv("PEER_T0_NS");
+    const double start = stamp ? std::atof(stamp) / 1e6 : clockMilliseconds(CLOCK_MONOTONIC);
+    const Arguments arguments = parsed(argc, argv);
+    NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.probe"));
+    const auto screen = arguments.isSDL ? loadSDLScreen() : makeHeadlessScreen(kSize);
+    std::optional<Stage> stage;
+    if (arguments.isBare)
+        screen->show();
+    else
+        stage.emplace(*screen);
+    std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", TESMAR_VERSION,
+                clockMilliseconds(CLOCK_MONOTONIC) - start);
+    if (stage && !arguments.onlyStart)
+        measure(*stage);
+    printFootprint();
     return 0;
 }

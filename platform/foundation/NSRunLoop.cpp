@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -124,7 +125,9 @@ void NSRunLoop::runFrames(double time) {
     // At times that are too large for their own fractions, the next one at all.
     nextFrame_ = std::max(at + kFrameInterval, std::nextafter(at, kNever));
 
-    const auto clients = frameClients_;
+    // Those of now, whom each of them may change. In memory that is kept from frame to frame.
+    auto clients = std::exchange(askedClients_, {});
+    clients = frameClients_;
     for (const auto& weak : clients) {
         const auto client = weak.lock();
         if (client && client->frame(now_))
@@ -133,6 +136,8 @@ void NSRunLoop::runFrames(double time) {
             return !known.owner_before(weak) && !weak.owner_before(known);
         });
     }
+    clients.clear();
+    askedClients_ = std::move(clients);
 }
 
 } // namespace tesmar

@@ -73,7 +73,8 @@ class TESMAR_API NSRunLoop {
     std::uint64_t lastId_ = 0;
     std::vector<Item> items_; // ordered by due time, then by id
     std::vector<WeakRef<FrameClient>> frameClients_;
-    double nextFrame_ = 0; // meaningful while there are frame clients
+    std::vector<WeakRef<FrameClient>> askedClients_; // empty between frames
+    double nextFrame_ = 0;                           // meaningful while there are frame clients
 };
 
 } // namespace tesmar

@@ -45,8 +45,19 @@ PixelRect intersection(const PixelRect& a, const PixelRect& b) {
     return {x, y, right - x, bottom - y};
 }
 
-CGContext::CGContext(void* pixels, int width, int height, int stride, CGFloat scale)
-    : impl_(std::make_unique<Impl>(pixels, width, height, stride, scale)) {}
+CGContext::CGContext(void* pixels, int width, int height, int stride, CGFloat scale) : CGContext() {
+    drawInto(pixels, width, height, stride, scale);
+}
+
+CGContext::CGContext() : impl_(std::make_unique<Impl>()) {}
+
+void CGContext::drawInto(void* pixels, int width, int height, int stride, CGFloat scale) {
+    impl_->begin(pixels, width, height, stride, scale);
+}
+
+void CGContext::finish() {
+    impl_->begin(nullptr, 0, 0, 0, 1);
+}
 
 CGContext::~CGContext() = default;
 
@@ -74,6 +85,11 @@ void CGContext::setFillColor(const UIColor& color) {
 
 void CGContext::setStrokeColor(const UIColor& color) {
     impl_->state.stroke = paintOf(color);
+}
+
+void CGContext::setRGBFillColor(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
+    const auto component = [](CGFloat v) { return finite(v, 0, 1, 0); };
+    impl_->state.fill = {component(red), component(green), component(blue), component(alpha)};
 }
 
 void CGContext::setLineWidth(CGFloat width) {

@@ -51,7 +51,13 @@ class TESMAR_API CGContext {
     // cleared, and must outlive the context. Sizes are in device pixels, at most 32767 each way;
     // `scale` is from 0.1 to 16. Impossible sizes give a context that draws nothing.
     CGContext(void* pixels, int width, int height, int stride, CGFloat scale);
+    // Draws nothing until it is told where.
+    CGContext();
     ~CGContext();
+    // As newly made, over other pixels, in the memory that it has.
+    void drawInto(void* pixels, int width, int height, int stride, CGFloat scale);
+    // Lets the pixels go; draws nothing until it is told where again.
+    void finish();
     CGContext(const CGContext&) = delete;
     CGContext& operator=(const CGContext&) = delete;
 
@@ -67,6 +73,8 @@ class TESMAR_API CGContext {
     // Black, opaque at the start.
     void setFillColor(const UIColor& color);
     void setStrokeColor(const UIColor& color);
+    // The same without a colour object; each from 0 to 1.
+    void setRGBFillColor(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
     // Points; 1 at the start. Zero and less strokes nothing.
     void setLineWidth(CGFloat width);
     // Multiplies the alpha of everything drawn from now on; 1 at the start.

@@ -1,5 +1,7 @@
 #include "tesmar/platform/graphics/CGContextImpl.h"
 
+#include <utility>
+
 namespace tesmar {
 namespace {
 
@@ -43,23 +45,30 @@ SurfacePtr emptySurface(cairo_format_t format, int width, int height) {
                                                                        : nullptr;
 }
 
-CGContext::Impl::Impl(void* pixels, int w, int h, int stride, CGFloat pixelsPerPoint)
-    : width(isPossible(pixels, w, h, stride) ? w : 0),
-      height(isPossible(pixels, w, h, stride) ? h : 0), scale(finite(pixelsPerPoint, 0.1, 16, 1)) {
+void CGContext::Impl::begin(void* pixels, int w, int h, int stride, CGFloat pixelsPerPoint) {
+    end();
+    const bool possible = isPossible(pixels, w, h, stride);
+    width = possible ? w : 0;
+    height = possible ? h : 0;
+    scale = finite(pixelsPerPoint, 0.1, 16, 1);
+    state = {};
     state.clip = {0, 0, width, height};
-    surface_ = width ? cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
-                                                           CAIRO_FORMAT_ARGB32, w, h, stride)
-                     : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0);
+    surface_ = possible ? cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
+                                                              CAIRO_FORMAT_ARGB32, w, h, stride)
+                        : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0);
     cairo_ = cairo_create(surface_);
 }
 
-CGContext::Impl::~Impl() {
+void CGContext::Impl::end() {
+    if (!surface_)
+        return;
     while (!layers_.empty())
         endLayer();
-    cairo_destroy(cairo_);
+    savedStates.clear();
+    cairo_destroy(std::exchange(cairo_, nullptr));
     // The pixels outlive this object, but nothing of cairo's may look at them any more.
     cairo_surface_finish(surface_);
-    cairo_surface_destroy(surface_);
+    cairo_surface_destroy(std::exchange(surface_, nullptr));
 }
 
 void CGContext::Impl::restoreState() {

@@ -35,10 +35,13 @@ class CGContext::Impl {
         PixelRect clip;
     };
 
-    Impl(void* pixels, int width, int height, int stride, CGFloat scale);
-    ~Impl();
+    Impl() { begin(nullptr, 0, 0, 0, 1); }
+    ~Impl() { end(); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
+
+    // From the initial state, on these pixels instead of those before.
+    void begin(void* pixels, int width, int height, int stride, CGFloat scale);
 
     // A point of the current coordinates in device pixels.
     CGPoint device(CGPoint p) const {
@@ -76,9 +79,9 @@ class CGContext::Impl {
     // With the states that were saved within it and not restored.
     void endLayer();
 
-    const int width;
-    const int height;
-    const double scale;
+    int width = 0;
+    int height = 0;
+    double scale = 1;
     State state;
     std::vector<State> savedStates;
 
@@ -90,6 +93,8 @@ class CGContext::Impl {
         double alpha;
         std::size_t firstState; // of savedStates, that belongs to the inside
     };
+
+    void end();
 
     cairo_surface_t* surface_ = nullptr;
     cairo_t* cairo_ = nullptr;

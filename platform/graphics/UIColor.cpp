@@ -50,42 +50,25 @@ Ref<UIColor> UIColor::colorWithRed(CGFloat red, CGFloat green, CGFloat blue, CGF
     return create(Space::rgb, {red, green, blue}, alpha);
 }
 
-Ref<UIColor> UIColor::whiteColor() {
-    return colorWithWhite(1, 1);
-}
-Ref<UIColor> UIColor::blackColor() {
-    return colorWithWhite(0, 1);
-}
-Ref<UIColor> UIColor::grayColor() {
-    return colorWithWhite(0.5, 1);
-}
-Ref<UIColor> UIColor::lightGrayColor() {
-    return colorWithWhite(2.0 / 3, 1);
-}
-Ref<UIColor> UIColor::darkGrayColor() {
-    return colorWithWhite(1.0 / 3, 1);
-}
-Ref<UIColor> UIColor::clearColor() {
-    return colorWithWhite(0, 0);
-}
-Ref<UIColor> UIColor::redColor() {
-    return colorWithRed(1, 0, 0, 1);
-}
-Ref<UIColor> UIColor::greenColor() {
-    return colorWithRed(0, 1, 0, 1);
-}
-Ref<UIColor> UIColor::blueColor() {
-    return colorWithRed(0, 0, 1, 1);
-}
-Ref<UIColor> UIColor::cyanColor() {
-    return colorWithRed(0, 1, 1, 1);
-}
-Ref<UIColor> UIColor::yellowColor() {
-    return colorWithRed(1, 1, 0, 1);
-}
-Ref<UIColor> UIColor::magentaColor() {
-    return colorWithRed(1, 0, 1, 1);
-}
+// Views ask for these at every drawing: one object each, which lives as long as the process does.
+#define CLASS_COLOR(name, color)                                                                   \
+    Ref<UIColor> UIColor::name() {                                                                 \
+        static const auto& shared = *new Ref<UIColor>(color);                                      \
+        return shared;                                                                             \
+    }
+CLASS_COLOR(whiteColor, colorWithWhite(1, 1))
+CLASS_COLOR(blackColor, colorWithWhite(0, 1))
+CLASS_COLOR(grayColor, colorWithWhite(0.5, 1))
+CLASS_COLOR(lightGrayColor, colorWithWhite(2.0 / 3, 1))
+CLASS_COLOR(darkGrayColor, colorWithWhite(1.0 / 3, 1))
+CLASS_COLOR(clearColor, colorWithWhite(0, 0))
+CLASS_COLOR(redColor, colorWithRed(1, 0, 0, 1))
+CLASS_COLOR(greenColor, colorWithRed(0, 1, 0, 1))
+CLASS_COLOR(blueColor, colorWithRed(0, 0, 1, 1))
+CLASS_COLOR(cyanColor, colorWithRed(0, 1, 1, 1))
+CLASS_COLOR(yellowColor, colorWithRed(1, 1, 0, 1))
+CLASS_COLOR(magentaColor, colorWithRed(1, 0, 1, 1))
+#undef CLASS_COLOR
 
 Ref<UIColor> UIColor::colorWithAlphaComponent(CGFloat alpha) const {
     return create(space_, components_, alpha);

@@ -27,10 +27,8 @@ Registry& registry() {
 std::shared_ptr<const FontCatalogue> currentCatalogue() {
     Registry& r = registry();
     const std::lock_guard lock(r.mutex);
-    if (!r.catalogue) {
-        prepareShaping(); // who looks for a font will draw with it
+    if (!r.catalogue)
         r.catalogue = std::make_shared<FontCatalogue>(r.hostFaces, r.offered);
-    }
     return r.catalogue;
 }
 

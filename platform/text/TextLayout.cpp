@@ -5,13 +5,11 @@
 #include "tesmar/platform/text/FontFace.h"
 #include "tesmar/platform/text/ShapedText.h"
 #include "tesmar/platform/text/UIFont.h"
+#include "tesmar/platform/text/glyphs.h"
 
 #include <array>
 #include <atomic>
 #include <bit>
-#include <fontconfig/fontconfig.h>
-#include <pango/pangocairo.h>
-#include <pango/pangofc-font.h>
 
 namespace tesmar {
 namespace {
@@ -87,22 +85,6 @@ PangoAlignment pangoAlignment(NSTextAlignment alignment) {
     return PANGO_ALIGN_LEFT;
 }
 
-bool isColored(PangoFont* font) {
-    FcBool colored = FcFalse;
-    FcPattern* const pattern =
-        PANGO_IS_FC_FONT(font) ? pango_fc_font_get_pattern(PANGO_FC_FONT(font)) : nullptr;
-    return pattern && FcPatternGetBool(pattern, FC_COLOR, 0, &colored) == FcResultMatch && colored;
-}
-
-// Whether a glyph has colours of its own, as emoji do.
-bool hasColoredGlyphs(PangoLayout* layout) {
-    for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next)
-        for (GSList* r = static_cast<PangoLayoutLine*>(l->data)->runs; r; r = r->next)
-            if (isColored(static_cast<PangoLayoutRun*>(r->data)->item->analysis.font))
-                return true;
-    return false;
-}
-
 std::int32_t nextId() {
     static std::atomic<std::int32_t> last{0};
     return ++last;
@@ -147,11 +129,9 @@ struct TextLayout::Impl {
 
 GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
     const FontFace& face = *font->face();
-    PangoContext* const context = face.shaper.context(face, fallback);
-    if (!context)
+    GObjectPtr<PangoLayout> layout = face.shaper.makeLayout(face, font->pointSize(), fallback);
+    if (!layout)
         return nullptr;
-    GObjectPtr<PangoLayout> layout(pango_layout_new(context));
-    setFontSize(layout.get(), font->pointSize());
     pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     if (width)
@@ -206,14 +186,7 @@ void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
     const double baseline = s.baseline * scale;
     cairo_translate(cr, -box.x, std::round(baseline) - baseline - box.y);
     cairo_scale(cr, scale, scale);
-    if (s.isColored) {
-        pango_cairo_show_layout(cr, s.layout.get());
-        return;
-    }
-    // Outlines, unlike the drawing library's own glyphs, stand where they belong to within a
-    // fraction of a pixel.
-    pango_cairo_layout_path(cr, s.layout.get());
-    cairo_fill(cr);
+    drawGlyphs(cr, s.layout.get());
 }
 
 TextLayout::TextLayout() : impl_(std::make_unique<Impl>()) {}

@@ -9,8 +9,16 @@ namespace {
 // Far beyond any surface, and still exact in an int.
 constexpr double kFarPixel = 1 << 24;
 
-int pixel(double value) {
-    return static_cast<int>(finite(value, -kFarPixel, kFarPixel, 0));
+// Every view asks for its pixels at every frame: casts, where calls of the mathematics library
+// would cost more than all else.
+int floorPixel(double value) {
+    const double held = finite(value, -kFarPixel, kFarPixel, 0);
+    const int truncated = static_cast<int>(held);
+    return truncated - (held < truncated);
+}
+
+int ceilPixel(double value) {
+    return -floorPixel(-value);
 }
 
 long long area(const PixelRect& r) {
@@ -33,10 +41,10 @@ long long waste(const PixelRect& a, const PixelRect& b) {
 PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale) {
     // Frames come out of calculations: a hair beyond a pixel's edge does not touch the next one.
     constexpr double kHair = 1e-6;
-    const int left = pixel(std::floor(rect.minX() * scale + kHair));
-    const int top = pixel(std::floor(rect.minY() * scale + kHair));
-    return {left, top, pixel(std::ceil(rect.maxX() * scale - kHair)) - left,
-            pixel(std::ceil(rect.maxY() * scale - kHair)) - top};
+    const int left = floorPixel(rect.minX() * scale + kHair);
+    const int top = floorPixel(rect.minY() * scale + kHair);
+    return {left, top, ceilPixel(rect.maxX() * scale - kHair) - left,
+            ceilPixel(rect.maxY() * scale - kHair) - top};
 }
 
 CGPoint snappedPoint(CGPoint point, CGFloat scale) {

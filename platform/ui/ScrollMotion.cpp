@@ -76,7 +76,8 @@ void ScrollMotion::endDrag(double velocity, double now) {
 }
 
 void ScrollMotion::moveTo(double offset, double now) {
-    springFrom(now, 0, nearestRest(offset));
+    const bool isUnderWay = moving_ && mode_ == Mode::springing;
+    springFrom(now, isUnderWay ? speed_ : 0, nearestRest(offset));
 }
 
 void ScrollMotion::springFrom(double now, double velocity, double target) {
@@ -84,7 +85,7 @@ void ScrollMotion::springFrom(double now, double velocity, double target) {
     mode_ = Mode::springing;
     startTime_ = now;
     startOffset_ = offset_;
-    startVelocity_ = velocity;
+    startVelocity_ = speed_ = velocity;
     target_ = target;
 }
 
@@ -97,8 +98,8 @@ bool ScrollMotion::step(double now) {
         const double decay = std::exp(-kSpring * t);
         const double slope = startVelocity_ + kSpring * away;
         offset_ = target_ + (away + slope * t) * decay;
-        const double speed = (slope - kSpring * (away + slope * t)) * decay;
-        if (std::abs(offset_ - target_) < kNearest && std::abs(speed) < kSlowest) {
+        speed_ = (slope - kSpring * (away + slope * t)) * decay;
+        if (std::abs(offset_ - target_) < kNearest && std::abs(speed_) < kSlowest) {
             offset_ = target_;
             moving_ = false;
         }

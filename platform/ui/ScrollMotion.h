@@ -26,8 +26,10 @@ class ScrollMotion {
     // The finger lets go at `velocity`, in points of offset per second. What follows is motion
     // until step() answers false.
     void endDrag(double velocity, double now);
-    // Sets off to a resting offset.
+    // Sets off to a resting offset; at the present speed when it was on such a way already.
     void moveTo(double offset, double now);
+    // Where it will rest after moveTo(), or stands.
+    double destination() const { return moving_ && mode_ == Mode::springing ? target_ : offset_; }
     // Stands still, here.
     void stop() { moving_ = false; }
 
@@ -55,6 +57,7 @@ class ScrollMotion {
     double startOffset_ = 0;
     double startVelocity_ = 0;
     double target_ = 0;
+    double speed_ = 0; // of a spring at the last step
 };
 
 } // namespace tesmar

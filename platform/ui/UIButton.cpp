@@ -156,9 +156,10 @@ void UIButton::draw(CGRect) {
     const CGRect b = bounds();
     const CGFloat faded = !isEnabled() ? 0.3 : isHighlighted() ? 0.5 : 1;
     const auto tint = tintColor_ ? tintColor_ : UIColor::blackColor();
+    context->setAlpha(faded);
     context->drawImage(
         *image, {b.midX() - size.width / 2, b.midY() - size.height / 2, size.width, size.height},
-        *tint->colorWithAlphaComponent(tint->alpha() * faded));
+        *tint);
 }
 
 } // namespace tesmar

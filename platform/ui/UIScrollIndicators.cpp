@@ -44,7 +44,7 @@ void UIScrollView::drawOverlay(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context || indicatorAlpha_.value() <= 0)
         return;
-    context->setFillColor(*UIColor::colorWithWhite(0, 0.45 * indicatorAlpha_.value()));
+    context->setRGBFillColor(0, 0, 0, 0.45 * indicatorAlpha_.value());
     for (const auto axis : {LayoutAxis::vertical, LayoutAxis::horizontal})
         if (const CGRect bar = indicatorRect(axis); !bar.isEmpty())
             context->fillRoundedRect(context->snapped(bar), kThickness / 2);

@@ -13,6 +13,9 @@ namespace {
 constexpr double kRestBeforeLift = 0.1;
 // A pause this long ends a burst of wheel events. Seconds.
 constexpr double kWheelPause = 0.15;
+// A wheel turns in notches, over which the content glides; a trackpad's events are smaller than
+// this, and followed exactly. Points.
+constexpr CGFloat kSmallestNotch = 16;
 // One direction is clear when the other is less than this part of it.
 constexpr double kClearDirection = 0.5;
 
@@ -226,13 +229,17 @@ void UIScrollView::wheel(CGPoint delta) {
         return;
     const auto kept = ref(this);
     configureMotion();
-    stopGliding();
-    if (!dragging_)
+    if (!dragging_) {
+        stopGliding();
+        syncMotion();
         beganDragging();
+    }
+    const bool isNotch = std::max(std::abs(delta.x), std::abs(delta.y)) >= kSmallestNotch;
+    const CGPoint wanted{x_.destination() - finiteCoordinate(delta.x),
+                         y_.destination() - finiteCoordinate(delta.y)};
     const CGSize room = scrollRoom();
-    x_.jumpTo(std::clamp(contentOffset().x - finiteCoordinate(delta.x), 0.0, room.width));
-    y_.jumpTo(std::clamp(contentOffset().y - finiteCoordinate(delta.y), 0.0, room.height));
-    showOffset();
+    setContentOffset(
+        {std::clamp(wanted.x, 0.0, room.width), std::clamp(wanted.y, 0.0, room.height)}, isNotch);
 
     NSRunLoop::mainRunLoop().cancel(wheelEnd_);
     const std::weak_ptr<NSObject> weak = weak_from_this();
@@ -247,7 +254,7 @@ void UIScrollView::endWheelBurst() {
         return;
     NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, 0));
     if (dragging_)
-        endedDragging(false);
+        endedDragging(gliding_ != nullptr);
 }
 
 // --- Gliding ------------------------------------------------------------------------------------
@@ -303,7 +310,7 @@ bool UIScrollView::glideStep(double now) {
     if (!moving)
         stopGliding();
     showOffset();
-    if (!moving)
+    if (!moving && !dragging_) // else a wheel's glide within its burst, which ends by itself
         if (const auto delegate = delegate_.lock())
             delegate->scrollViewDidEndDecelerating(*this);
     return gliding_ != nullptr;
@@ -313,8 +320,8 @@ void UIScrollView::didMoveToWindow() {
     if (window())
         return;
     // Nobody sees it move any more: it comes to rest where it would have.
-    endWheelBurst();
     stopGliding();
+    endWheelBurst();
     if (!dragging_) {
         const CGSize room = scrollRoom();
         setBoundsOrigin({std::clamp(contentOffset().x, 0.0, room.width),

@@ -246,24 +246,25 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
     const CGPoint center = rect.center();
     const Ref<UIColor> tint = tintColor_ ? tintColor_ : blue;
     if (halfState == UIControlStateHighlighted) {
-        context.setFillColor(*tint->colorWithAlphaComponent(0.15));
+        context.setRGBFillColor(tint->red(), tint->green(), tint->blue(), 0.15);
         context.fillRoundedRect(CGRectInset(rect, 2, 1), 6);
     }
-    const CGFloat strength = halfState == UIControlStateDisabled ? 0.25 : 1;
-    const auto color = tint->colorWithAlphaComponent(tint->alpha() * strength);
+    context.saveGState();
+    context.setAlpha(halfState == UIControlStateDisabled ? 0.25 : 1);
     const bool up = half == UIStepperHalf::increment;
     if (const auto image = findOrNormal(up ? incrementImages_ : decrementImages_, halfState)) {
         const CGSize size = image->size();
         context.drawImage(
             *image,
             {center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
-            *color);
-        return;
+            *tint);
+    } else {
+        context.setFillColor(*tint);
+        context.fillRect(context.snapped({center.x - 7, center.y - 0.75, 14, 1.5}));
+        if (up)
+            context.fillRect(context.snapped({center.x - 0.75, center.y - 7, 1.5, 14}));
     }
-    context.setFillColor(*color);
-    context.fillRect(context.snapped({center.x - 7, center.y - 0.75, 14, 1.5}));
-    if (up)
-        context.fillRect(context.snapped({center.x - 0.75, center.y - 7, 1.5, 14}));
+    context.restoreGState();
 }
 
 // --- Touches ------------------------------------------------------------------------------------

@@ -14,10 +14,11 @@ constexpr CGFloat kThumb = 27;
 constexpr CGFloat kInset = 2;
 constexpr CGFloat kStretchBy = 6;
 
-Ref<UIColor> mixed(const UIColor& a, const UIColor& b, double t) {
+void setMixedFillColor(CGContext& context, const UIColor& a, const UIColor& b, double t,
+                       double alpha) {
     const auto mix = [t](CGFloat x, CGFloat y) { return x + (y - x) * t; };
-    return UIColor::colorWithRed(mix(a.red(), b.red()), mix(a.green(), b.green()),
-                                 mix(a.blue(), b.blue()), mix(a.alpha(), b.alpha()));
+    context.setRGBFillColor(mix(a.red(), b.red()), mix(a.green(), b.green()),
+                            mix(a.blue(), b.blue()), mix(a.alpha(), b.alpha()) * alpha);
 }
 
 } // namespace
@@ -124,8 +125,7 @@ void UISwitch::draw(CGRect) {
     const double at = position_.value();
     const CGFloat dim = isEnabled() ? 1 : 0.5;
 
-    const auto track = mixed(*off, onTintColor_ ? *onTintColor_ : *green, at);
-    context->setFillColor(*track->colorWithAlphaComponent(track->alpha() * dim));
+    setMixedFillColor(*context, *off, onTintColor_ ? *onTintColor_ : *green, at, dim);
     context->fillRoundedRect({{0, 0}, kSize}, kSize.height / 2);
 
     const CGFloat width = kThumb + kStretchBy * stretch_.value();

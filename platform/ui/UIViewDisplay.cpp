@@ -146,9 +146,11 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
     const CGPoint snapped = snappedPoint(origin, scale);
     const PixelRect clip = context.clipPixels();
     const PixelRect inside = pixelsTouchedBy({snapped, frame_.size}, scale);
+    const UIEdgeInsets overflow = clipsToBounds_ ? UIEdgeInsets() : drawingOverflow();
     const PixelRect extent =
-        clipsToBounds_ ? inside
-                       : pixelsTouchedBy(grownBy({snapped, frame_.size}, drawingOverflow()), scale);
+        overflow == UIEdgeInsets()
+            ? inside
+            : pixelsTouchedBy(grownBy({snapped, frame_.size}, overflow), scale);
     const bool visible = !intersection(clip, extent).isEmpty();
 
     if (visible && backgroundColor_ && backgroundColor_->alpha() > 0) {

@@ -30,12 +30,21 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
     return std::min(wanted, kLargestPixel / side);
 }
 
+// The context that views draw into, for as long as this lives; then it lets the pixels go.
 class CurrentContext {
   public:
-    explicit CurrentContext(CGContext& context) { UIGraphicsPushContext(context); }
-    ~CurrentContext() { UIGraphicsPopContext(); }
+    explicit CurrentContext(CGContext& context) : context_(context) {
+        UIGraphicsPushContext(context);
+    }
+    ~CurrentContext() {
+        UIGraphicsPopContext();
+        context_.finish();
+    }
     CurrentContext(const CurrentContext&) = delete;
     CurrentContext& operator=(const CurrentContext&) = delete;
+
+  private:
+    CGContext& context_;
 };
 
 // Lets touches through to what lies below the window.
@@ -92,7 +101,7 @@ Class& UIWindow::classObject() {
 
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
-      touches_(std::make_unique<TouchDispatcher>(*this)) {}
+      touches_(std::make_unique<TouchDispatcher>(*this)), context_(std::make_unique<CGContext>()) {}
 
 UIWindow::~UIWindow() {
     if (rootController_)
@@ -284,15 +293,15 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     std::swap(damage_, repainted_);
     damage_.clear();
     const CGSize size = pixelSize();
-    CGContext context(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
-                      scale_);
-    const CurrentContext current(context);
+    context_->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
+                       scale_);
+    const CurrentContext current(*context_);
     for (const PixelRect& rect : repainted_.rects()) {
-        context.saveGState();
-        context.clipToPixels(rect);
-        context.clearPixels(rect);
-        paint(context, {});
-        context.restoreGState();
+        context_->saveGState();
+        context_->clipToPixels(rect);
+        context_->clearPixels(rect);
+        paint(*context_, {});
+        context_->restoreGState();
     }
     return repainted_.rects();
 }

@@ -28,6 +28,7 @@
 
 namespace tesmar {
 
+class CGContext;
 class TouchDispatcher;
 
 enum class UIKey { escape };
@@ -115,6 +116,7 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<TouchDispatcher> touches_;
     DamageRegion damage_;
     DamageRegion repainted_;
+    std::unique_ptr<CGContext> context_; // over pixels only while it renders
 };
 
 } // namespace tesmar

@@ -126,14 +126,33 @@ TEST_F(ScrollTest, ContentThatFitsDoesNotMove) {
 }
 
 TEST_F(ScrollTest, ABurstOfWheelEventsIsOneDrag) {
-    for (int i = 0; i < 5; ++i) {
-        host.window()->wheel({100, 100}, {0, -20}, host.now());
+    for (int i = 1; i <= 5; ++i) { // a trackpad: followed exactly
+        host.window()->wheel({100, 100}, {0, -5}, host.now());
+        EXPECT_EQ(scroll->contentOffset().y, 5 * i);
         host.advance(0.05);
     }
-    EXPECT_EQ(scroll->contentOffset().y, 100);
     EXPECT_EQ(log->take(), "begin ");
     host.advance(0.2);
     EXPECT_EQ(log->take(), "end ");
+
+    double last = 25, fastest = 0; // notches: one smooth way to where they lead in all
+    const auto watch = [&](double seconds) {
+        for (const double end = host.now() + seconds; host.now() < end;) {
+            host.advance(0.01);
+            fastest = std::max(fastest, scroll->contentOffset().y - last);
+            EXPECT_GE(scroll->contentOffset().y, last);
+            last = scroll->contentOffset().y;
+        }
+    };
+    for (int i = 0; i < 5; ++i) {
+        host.window()->wheel({100, 100}, {0, -40}, host.now());
+        watch(0.06);
+    }
+    EXPECT_EQ(log->take(), "begin ");
+    watch(2);
+    EXPECT_EQ(scroll->contentOffset().y, 225);
+    EXPECT_LT(fastest, 15);
+    EXPECT_EQ(log->take(), "end+glide rest ");
 }
 
 TEST_F(ScrollTest, ShrinkingContentBringsItBack) {
