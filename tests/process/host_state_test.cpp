@@ -28,7 +28,8 @@ std::string hostState() {
     std::ostringstream state;
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    state << std::setlocale(LC_ALL, nullptr) << std::locale().name() << '\n'
+    state << std::setlocale(LC_ALL, nullptr) << std::locale().name() << ", threads "
+          << std::distance(std::filesystem::directory_iterator("/proc/self/task"), {}) << '\n'
           << std::filesystem::current_path() << ", umask " << mask << ", rounding "
           << std::fegetround() << ", traps " << ::fegetexcept();
     sigset_t blocked;
