@@ -29,6 +29,9 @@ foreach(library ${shipped})
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_link_options(${library} PRIVATE
+    LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  set_target_properties(${library} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   if(NOT TESMAR_SANITIZE) # whose run-time functions come with the program
     target_link_options(${library} PRIVATE LINKER:--no-undefined)
   endif()

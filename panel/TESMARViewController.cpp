@@ -6,11 +6,11 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/console.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/NSAttributedString.h"
-
-#include <cstdio>
 
 namespace tesmar {
 namespace {
@@ -73,14 +73,28 @@ bool TESMARViewController::initWithCoder(NSCoder& coder) {
     return UIViewController::initWithCoder(coder);
 }
 
-// --- The style and the controls -----------------------------------------------------------------
+// --- What the host sets -------------------------------------------------------------------------
+
+void TESMARViewController::setAutoHideInterval(double interval) {
+    assertMainThread("TESMARViewController::setAutoHideInterval");
+    autoHideInterval_ = interval;
+}
+
+void TESMARViewController::setRememberChangedStyle(bool remember) {
+    assertMainThread("TESMARViewController::setRememberChangedStyle");
+    rememberChangedStyle_ = remember;
+}
 
 // What is replaced here is let go last: its destructor may come back.
 void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
+    assertMainThread("TESMARViewController::setDelegate");
     const auto replaced = std::exchange(delegate_, delegate);
 }
 
+// --- The style and the controls -----------------------------------------------------------------
+
 void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) {
+    assertMainThread("TESMARViewController::setCCStyleAttributes");
     if (!attributes)
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
     const auto replaced = std::exchange(styleAttributes_, attributes);
@@ -148,13 +162,13 @@ void TESMARViewController::didUpdateClosedCaptureStyle() {
 // --- The captions switch ------------------------------------------------------------------------
 
 void TESMARViewController::setCCEnabled(bool enabled) {
+    assertMainThread("TESMARViewController::setCCEnabled");
     CCSwitch_->setOn(enabled, false);
 }
 
 void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
     const auto kept = ref(this);
-    std::puts(sender.isOn() ? "Switch ON" : "Switch OFF");
-    std::fflush(stdout);
+    printLine(sender.isOn() ? "Switch ON" : "Switch OFF");
     resetAutoHideTimer();
     if (const auto delegate = delegate_)
         delegate->CCSwitchValueChanged(sender.isOn());

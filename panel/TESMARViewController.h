@@ -38,11 +38,11 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     // Seconds after the last interaction at which the panel dismisses itself; -1 at the start. Not
     // greater than 0, or no number: never. A change counts from the next interaction on.
     double autoHideInterval() const { return autoHideInterval_; }
-    void setAutoHideInterval(double interval) { autoHideInterval_ = interval; }
+    void setAutoHideInterval(double interval);
 
     // Whether every change by the user is saved (see TESMARConfig); false at the start.
     bool rememberChangedStyle() const { return rememberChangedStyle_; }
-    void setRememberChangedStyle(bool remember) { rememberChangedStyle_ = remember; }
+    void setRememberChangedStyle(bool remember);
 
     // Owned. A host that also owns the panel breaks the cycle by clearing it. The delegate is a C++
     // object: callers by selector get nothing for one that is no NSObject.

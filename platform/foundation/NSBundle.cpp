@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <mutex>
 
 namespace tesmar {
 namespace {
@@ -26,14 +27,16 @@ std::optional<std::string> readRegularFile(const std::filesystem::path& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-Ref<NSBundle>& mainBundleSlot() {
-    static Ref<NSBundle> bundle;
-    return bundle;
-}
+struct Registry {
+    std::mutex mutex;
+    Ref<NSBundle> main;
+    std::map<std::string, Ref<NSBundle>, std::less<>> known;
+};
 
-auto& knownBundles() {
-    static std::map<std::string, Ref<NSBundle>, std::less<>> bundles;
-    return bundles;
+Registry& registry() {
+    // Never destroyed: preferences may be saved until the very end of the process.
+    static auto* const instance = new Registry;
+    return *instance;
 }
 
 } // namespace
@@ -60,23 +63,32 @@ Ref<NSBundle> NSBundle::bundleWithPath(std::string identifier, std::string direc
 }
 
 Ref<NSBundle> NSBundle::mainBundle() {
-    auto& slot = mainBundleSlot();
-    if (!slot)
-        slot = bundle(executableName(), {});
-    return slot;
+    Registry& r = registry();
+    const std::lock_guard lock(r.mutex);
+    if (!r.main)
+        r.main = bundle(executableName(), {});
+    return r.main;
 }
 
 void NSBundle::setMainBundle(const Ref<NSBundle>& bundle) {
-    mainBundleSlot() = bundle;
+    Registry& r = registry();
+    auto replaced = bundle; // let go unlocked: its source may own anything
+    const std::lock_guard lock(r.mutex);
+    r.main.swap(replaced);
 }
 
 Ref<NSBundle> NSBundle::bundleWithIdentifier(std::string_view identifier) {
-    const auto found = knownBundles().find(identifier);
-    return found == knownBundles().end() ? nullptr : found->second;
+    Registry& r = registry();
+    const std::lock_guard lock(r.mutex);
+    const auto found = r.known.find(identifier);
+    return found == r.known.end() ? nullptr : found->second;
 }
 
 void NSBundle::registerBundle(const Ref<NSBundle>& bundle) {
-    knownBundles()[bundle->bundleIdentifier()] = bundle;
+    Registry& r = registry();
+    auto replaced = bundle;
+    const std::lock_guard lock(r.mutex);
+    r.known[bundle->bundleIdentifier()].swap(replaced);
 }
 
 std::optional<std::string> NSBundle::resource(std::string_view fileName) const {

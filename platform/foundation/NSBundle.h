@@ -1,4 +1,5 @@
-// A set of named resources: interface files and images. Main thread.
+// A set of named resources: interface files and images. Any thread; a source is asked on the thread
+// that wants the resource.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

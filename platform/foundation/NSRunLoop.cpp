@@ -1,5 +1,6 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>
@@ -16,17 +17,20 @@ constexpr double kNever = std::numeric_limits<double>::infinity();
 } // namespace
 
 NSRunLoop& NSRunLoop::mainRunLoop() {
+    assertMainThread("NSRunLoop::mainRunLoop");
     // Never destroyed: a pending message may own objects whose destructors need other statics.
     static NSRunLoop* loop = new NSRunLoop;
     return *loop;
 }
 
 void NSRunLoop::noteTime(double time) {
+    assertMainThread("NSRunLoop::noteTime");
     if (std::isfinite(time))
         now_ = std::max(now_, time);
 }
 
 void NSRunLoop::advanceTo(double time) {
+    assertMainThread("NSRunLoop::advanceTo");
     if (!std::isfinite(time))
         return;
     const double end = std::max(now_, time);
@@ -45,6 +49,7 @@ void NSRunLoop::advanceTo(double time) {
 }
 
 std::optional<double> NSRunLoop::nextDeadline() const {
+    assertMainThread("NSRunLoop::nextDeadline");
     std::optional<double> deadline;
     if (!items_.empty() && items_.front().due < kNever)
         deadline = items_.front().due;
@@ -56,6 +61,7 @@ std::optional<double> NSRunLoop::nextDeadline() const {
 }
 
 std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
+    assertMainThread("NSRunLoop::schedule");
     const double due = now_ + (delay > 0 ? delay : 0);
     const auto at = std::upper_bound(items_.begin(), items_.end(), due,
                                      [](double d, const Item& item) { return d < item.due; });
@@ -64,6 +70,7 @@ std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
 }
 
 void NSRunLoop::cancel(std::uint64_t id) {
+    assertMainThread("NSRunLoop::cancel");
     const auto found =
         std::find_if(items_.begin(), items_.end(), [&](const Item& item) { return item.id == id; });
     if (found == items_.end())
@@ -85,6 +92,7 @@ void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector 
 }
 
 void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
+    assertMainThread("NSRunLoop::cancelPreviousPerformRequests");
     const auto cancelled = std::stable_partition(
         items_.begin(), items_.end(), [&](const Item& item) { return item.target != &target; });
     const std::vector<Item> released(std::make_move_iterator(cancelled),
@@ -93,6 +101,7 @@ void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
 }
 
 void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {
+    assertMainThread("NSRunLoop::addFrameClient");
     std::erase_if(frameClients_, [](const auto& known) { return known.expired(); });
     for (const auto& known : frameClients_)
         if (!known.owner_before(client) && !client.owner_before(known))

@@ -1,14 +1,27 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 
 #include <cstdlib>
+#include <mutex>
 #include <unistd.h>
 
 namespace tesmar {
 namespace {
 
-DiagnosticHandler& handlerSlot() {
-    static DiagnosticHandler handler;
-    return handler;
+struct Slot {
+    std::mutex mutex;
+    DiagnosticHandler handler;
+};
+
+Slot& slot() {
+    // Never destroyed: there may be something to tell until the very end of the process.
+    static auto* const instance = new Slot;
+    return *instance;
+}
+
+// A copy: a handler that is called may replace itself.
+DiagnosticHandler currentHandler() {
+    const std::lock_guard lock(slot().mutex);
+    return slot().handler;
 }
 
 } // namespace
@@ -21,17 +34,18 @@ void fatalError(std::string_view message) {
 }
 
 void setDiagnosticHandler(DiagnosticHandler handler) {
-    handlerSlot() = std::move(handler);
+    const std::lock_guard lock(slot().mutex);
+    slot().handler.swap(handler); // what was there goes unlocked, with the parameter
 }
 
 void diagnostic(std::string_view message) {
-    // A copy: the handler may replace itself.
-    if (const DiagnosticHandler handler = handlerSlot())
+    if (const DiagnosticHandler handler = currentHandler())
         handler(message);
 }
 
 bool diagnosticsWanted() {
-    return static_cast<bool>(handlerSlot());
+    const std::lock_guard lock(slot().mutex);
+    return static_cast<bool>(slot().handler);
 }
 
 } // namespace tesmar

@@ -17,7 +17,8 @@ namespace tesmar {
 // was not found. Called on the thread on which it happened.
 using DiagnosticHandler = std::function<void(std::string_view message)>;
 
-// Replaces the handler; an empty one (the start) keeps the library silent. Main thread.
+// Replaces the handler; an empty one (the start) keeps the library silent. Any thread, as the two
+// below.
 TESMAR_API void setDiagnosticHandler(DiagnosticHandler handler);
 
 // Hands `message` to the handler, if there is one.

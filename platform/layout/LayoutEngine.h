@@ -18,7 +18,7 @@
 
 namespace tesmar {
 
-class TESMAR_API LayoutEngine {
+class LayoutEngine {
   public:
     LayoutEngine();
     ~LayoutEngine();

@@ -4,7 +4,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/visual_format.h"
 
-#include <cstdio>
+#include <charconv>
 
 namespace tesmar {
 namespace {
@@ -24,8 +24,9 @@ const char* name(NSLayoutAttribute attribute) {
 
 std::string number(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%g", value);
-    return text;
+    // Not printf, nor a stream: the host may have set a locale with another decimal sign.
+    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6);
+    return std::string(text, end.ptr);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIWindow.h"
@@ -66,6 +67,7 @@ unsigned UIControl::state() const {
 }
 
 void UIControl::addTarget(const Ref<NSObject>& target, Selector action, unsigned events) {
+    assertMainThread("UIControl::addTarget");
     if (!target)
         return;
     for (Target& known : targets_)
@@ -77,6 +79,7 @@ void UIControl::addTarget(const Ref<NSObject>& target, Selector action, unsigned
 }
 
 void UIControl::removeTarget(const NSObject* target, Selector action, unsigned events) {
+    assertMainThread("UIControl::removeTarget");
     for (Target& known : targets_)
         if ((!target || known.identity == target) && known.action == action)
             known.events &= ~events;
@@ -90,6 +93,7 @@ void UIControl::forgetRemovedTargets() {
 }
 
 void UIControl::sendActionsForControlEvents(unsigned events) {
+    assertMainThread("UIControl::sendActionsForControlEvents");
     const auto kept = ref(this);
     struct Sending {
         explicit Sending(UIControl& control) : control_(control) { ++control_.sending_; }

@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/LayoutEngine.h"
 #include "tesmar/platform/ui/UIWindow.h"
@@ -28,9 +29,12 @@ Class& UIView::classObject() {
     return type;
 }
 
-UIView::UIView() = default;
+UIView::UIView() {
+    assertMainThread("UIView");
+}
 
 UIView::~UIView() {
+    assertMainThread("~UIView");
     for (const auto& view : subviews_)
         view->superview_ = nullptr;
 }
@@ -131,6 +135,7 @@ void UIView::addSubview(const Ref<UIView>& view) {
 }
 
 void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
+    assertMainThread("UIView::insertSubview");
     if (!view)
         return;
     if (isDescendantOf(view.get()))
@@ -154,6 +159,7 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
 }
 
 void UIView::removeFromSuperview() {
+    assertMainThread("UIView::removeFromSuperview");
     if (!superview_)
         return;
     const auto kept = ref(this);

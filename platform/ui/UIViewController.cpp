@@ -3,6 +3,7 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/PresentationStack.h"
 #include "tesmar/platform/ui/UINib.h"
@@ -28,8 +29,12 @@ Class& UIViewController::classObject() {
     return type;
 }
 
-UIViewController::UIViewController() = default;
-UIViewController::~UIViewController() = default;
+UIViewController::UIViewController() {
+    assertMainThread("UIViewController");
+}
+UIViewController::~UIViewController() {
+    assertMainThread("~UIViewController");
+}
 
 bool UIViewController::initWithNibName(const std::optional<std::string>& nibName,
                                        const Ref<NSBundle>& bundle) {
@@ -44,6 +49,7 @@ bool UIViewController::initWithCoder(NSCoder& coder) {
 }
 
 const Ref<UIView>& UIViewController::view() {
+    assertMainThread("UIViewController::view");
     // A loadView that asks for the view would otherwise load it for ever.
     if (!view_ && !loading_) {
         loading_ = true;
@@ -62,6 +68,7 @@ const Ref<UIView>& UIViewController::view() {
 }
 
 void UIViewController::setView(const Ref<UIView>& view) {
+    assertMainThread("UIViewController::setView");
     view_ = view;
 }
 
@@ -77,6 +84,7 @@ void UIViewController::loadView() {
 
 void UIViewController::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                              Completion completion) {
+    assertMainThread("UIViewController::presentViewController");
     if (!controller || controller.get() == this)
         return;
     if (!stack_) {
@@ -91,6 +99,7 @@ void UIViewController::presentViewController(const Ref<UIViewController>& contro
 }
 
 void UIViewController::dismissViewControllerAnimated(bool animated, Completion completion) {
+    assertMainThread("UIViewController::dismissViewControllerAnimated");
     if (!stack_)
         return;
     const auto kept = ref(this);

@@ -1,4 +1,5 @@
 // How views look: painting, and telling the window what has to be painted again.
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
@@ -86,6 +87,7 @@ void UIView::damageSubtree() {
 
 // Each view paints from its own origin rounded to a pixel, so that is what damage is measured from.
 void UIView::damage(CGRect rect) {
+    assertMainThread("UIView::setNeedsDisplay");
     UIWindow* const window = this->window();
     if (!window || rect.isEmpty())
         return;

@@ -1,4 +1,5 @@
 // How views find their places: constraints, sizes that content wants, and the layout pass.
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/LayoutEngine.h"
 #include "tesmar/platform/ui/UIView.h"
@@ -111,11 +112,13 @@ UIView& UIView::layoutRoot() {
 }
 
 void UIView::setNeedsLayout() {
+    assertMainThread("UIView::setNeedsLayout");
     needsLayout_ = true;
     layoutRoot().treeNeedsLayout_ = true;
 }
 
 void UIView::layoutNeedsUpdate() {
+    assertMainThread("UIView::setNeedsLayout");
     UIView& root = layoutRoot();
     root.treeNeedsLayout_ = true;
     if (root.engine_)
@@ -128,6 +131,7 @@ void UIView::setLayoutFrame(const CGRect& frame) {
 }
 
 void UIView::layoutIfNeeded() {
+    assertMainThread("UIView::layoutIfNeeded");
     const auto kept = ref(this);
     layoutRoot().layoutTree();
 }

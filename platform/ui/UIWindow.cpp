@@ -1,6 +1,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIImage.h"
@@ -119,6 +120,7 @@ Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
 }
 
 void UIWindow::setSize(CGSize size) {
+    assertMainThread("UIWindow::setSize");
     size = finiteSize(size);
     if (size == frame().size)
         return;
@@ -129,6 +131,7 @@ void UIWindow::setSize(CGSize size) {
 }
 
 void UIWindow::setScale(CGFloat scale) {
+    assertMainThread("UIWindow::setScale");
     scale = finiteScale(scale, frame().size);
     if (scale == scale_)
         return;
@@ -144,6 +147,7 @@ void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
 }
 
 void UIWindow::setCaptionArea(std::optional<CGRect> area) {
+    assertMainThread("UIWindow::setCaptionArea");
     if (area)
         area = finiteRect(*area);
     if (area && area->isEmpty())
@@ -169,6 +173,7 @@ Ref<UIViewController> UIWindow::presentedViewController() const {
 
 void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                      UIViewController::Completion completion) {
+    assertMainThread("UIWindow::presentViewController");
     const auto kept = ref(this);
     auto presenter = presentations_->top();
     // One that is on its way out comes back over what it stood on.
@@ -180,6 +185,7 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 // --- Input --------------------------------------------------------------------------------------
 
 bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
+    assertMainThread("UIWindow::touch");
     const auto kept = ref(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.noteTime(time);
@@ -199,6 +205,7 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
 }
 
 bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
+    assertMainThread("UIWindow::wheel");
     const auto kept = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
@@ -215,6 +222,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
 }
 
 bool UIWindow::key(UIKey key, double time) {
+    assertMainThread("UIWindow::key");
     const auto kept = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     const auto top = presentedViewController();
@@ -225,6 +233,7 @@ bool UIWindow::key(UIKey key, double time) {
 }
 
 void UIWindow::cancelTouches(double time) {
+    assertMainThread("UIWindow::cancelTouches");
     const auto kept = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
@@ -265,16 +274,19 @@ void UIWindow::damageSurface(const CGRect& rect) {
 }
 
 void UIWindow::invalidate() {
+    assertMainThread("UIWindow::invalidate");
     damage_.clear();
     damageSurface(bounds());
 }
 
 bool UIWindow::needsRender() {
+    assertMainThread("UIWindow::needsRender");
     layoutIfNeeded();
     return !damage_.isEmpty();
 }
 
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
+    assertMainThread("UIWindow::render");
     const auto kept = ref(this);
     layoutIfNeeded();
     // What views ask for while they draw is for the next frame.

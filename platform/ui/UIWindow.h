@@ -11,7 +11,9 @@
 //         sleep until the next event, or NSRunLoop::mainRunLoop().nextDeadline();
 //     }
 //
-// Main thread only. Positions and sizes are in points, times in seconds on one monotonic clock.
+// Main thread only: the first that uses the user interface is the one. Where the library was built
+// with assertions (without NDEBUG), a call from another ends the process with one line that names
+// it. Positions and sizes are in points, times in seconds on one monotonic clock.
 #pragma once
 
 #include "tesmar/platform/ui/DamageRegion.h"

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -48,15 +46,6 @@ TEST(Embedded, OnlyExactNamesAreFound) {
          {""sv, "."sv, "/"sv, "stepper-up"sv, "Stepper-Up.png"sv, "stepper-up.png/"sv,
           "./stepper-up.png"sv, "../tesmar/stepper-up.png"sv, "stepper-up.png\0"sv, "\xff"sv})
         EXPECT_FALSE(embeddedResource(name)) << name;
-}
-
-TEST(Embedded, ThreadsReadAtTheSameTime) {
-    std::vector<std::jthread> readers;
-    for (int reader = 0; reader < 4; ++reader)
-        readers.emplace_back([] {
-            for (int i = 0; i < 200; ++i)
-                ASSERT_TRUE(embeddedResource("stepper-up.png"));
-        });
 }
 
 } // namespace

@@ -16,6 +16,8 @@ namespace tesmar {
 // An immutable value, cheap to copy: copies share their contents. Any thread.
 class PropertyList {
   public:
+    // Nothing, as a value.
+    struct Null {};
     // A signed number of 128 bits in two's complement.
     struct Integer {
         std::int64_t high = 0;
@@ -48,6 +50,7 @@ class PropertyList {
     // A float is a real of 32 bits, a double one of 64; either may be not finite. Text is UTF-8,
     // but for one thing: half of a surrogate pair, which a written string may hold, stands there
     // as the three bytes that UTF-8 would give it. isValidUtf8() tells such text.
+    PropertyList(Null value) : value_(value) {}
     PropertyList(bool value) : value_(value) {}
     PropertyList(Integer value) : value_(value) {}
     PropertyList(long long value) : value_(Integer::of(value)) {}
@@ -64,9 +67,9 @@ class PropertyList {
     template <class T>
     PropertyList(const T*) = delete; // would silently become a Boolean
 
-    // The value when it is a T (bool, Integer, float, double, Date, UID, Data, std::string, Array,
-    // Set or Dictionary), else null. Lives as long as any copy of this value. For the types from
-    // Data on, equal addresses mean shared contents.
+    // The value when it is a T (Null, bool, Integer, float, double, Date, UID, Data, std::string,
+    // Array, Set or Dictionary), else null. Lives as long as any copy of this value. For the types
+    // from Data on, equal addresses mean shared contents.
     template <class T>
     const T* get() const {
         if constexpr (std::is_trivially_copyable_v<T>) {
@@ -94,7 +97,7 @@ class PropertyList {
     const PropertyList* find(std::string_view key) const;
 
   private:
-    std::variant<bool, Integer, float, double, Date, UID, std::shared_ptr<const Data>,
+    std::variant<Null, bool, Integer, float, double, Date, UID, std::shared_ptr<const Data>,
                  std::shared_ptr<const std::string>, std::shared_ptr<const Array>,
                  std::shared_ptr<const Set>, std::shared_ptr<const Dictionary>>
         value_;
@@ -111,7 +114,7 @@ inline constexpr std::size_t kMostPropertyListReferences = 1 << 20;
 inline constexpr int kDeepestPropertyList = 512;
 
 // Nothing when `bytes` is not a whole, well-formed binary property list within the limits above, or
-// holds a null, a URL or a UUID; property lists in XML are not read. Time and memory grow linearly
+// holds a URL or a UUID; property lists in XML are not read. Time and memory grow linearly
 // with the size of `bytes`, whatever they say. Values that are referred to from several places stay
 // shared, and the list as a whole, counting each such value as often as it is reached, is at most
 // 64 Ki values plus eight for each byte, so that going through it is never a trap.

@@ -20,6 +20,7 @@ inline constexpr std::string_view kMagic = "bplist00";
 inline constexpr std::size_t kTrailerSize = 32;
 
 enum Marker : std::uint8_t {
+    kNull = 0x00,
     kFalse = 0x08,
     kTrue = 0x09,
     kInteger = 0x10, // low half: logarithm of the size in bytes

@@ -19,6 +19,7 @@ double finiteReal(double value) {
 
 class ToObjects {
   public:
+    Ref<NSObject> operator()(PropertyList::Null) const { return nullptr; }
     Ref<NSObject> operator()(bool value) const { return NSNumber::numberWith(value); }
     Ref<NSObject> operator()(PropertyList::Integer value) const {
         return NSNumber::numberWith(*numberFromPropertyList(value));

@@ -132,7 +132,12 @@ bool Reader::parse(Object& object, std::uint64_t offset, int depth) {
 }
 
 bool Reader::parseScalar(Object& object, std::uint8_t marker, Cursor& cursor) {
-    if (marker == kFalse || marker == kTrue) {
+    switch (marker) {
+    case kNull:
+        object.value = PropertyList::Null();
+        return true;
+    case kFalse:
+    case kTrue:
         object.value = marker == kTrue;
         return true;
     }

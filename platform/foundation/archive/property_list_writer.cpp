@@ -62,6 +62,7 @@ void appendText(std::string& bytes, const std::string& text) {
 struct AppendScalar {
     std::string& bytes;
 
+    void operator()(PropertyList::Null) const { appendNumber(bytes, kNull, 1); }
     void operator()(bool value) const { appendNumber(bytes, value ? kTrue : kFalse, 1); }
     void operator()(PropertyList::Integer value) const { appendInteger(bytes, value); }
     void operator()(float value) const {

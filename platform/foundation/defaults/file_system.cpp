@@ -51,6 +51,10 @@ int FileSystem::fchmod(int file, mode_t mode) {
     return attempt("fchmod", [&] { return ::fchmod(file, mode); });
 }
 
+int FileSystem::fchown(int file, uid_t owner, gid_t group) {
+    return attempt("fchown", [&] { return ::fchown(file, owner, group); });
+}
+
 int FileSystem::fsync(int file) {
     return attempt("fsync", [&] { return ::fsync(file); });
 }

@@ -20,6 +20,7 @@ class FileSystem {
     ssize_t read(int file, char* bytes, std::size_t size);
     ssize_t write(int file, std::string_view bytes);
     int fchmod(int file, mode_t mode);
+    int fchown(int file, uid_t owner, gid_t group);
     int fsync(int file);
     int close(int file); // never tried again: interrupted or not, the descriptor is gone
     int flock(int file, int operation);

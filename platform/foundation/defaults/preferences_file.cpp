@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <thread>
 
 namespace tesmar {
@@ -54,10 +55,15 @@ std::optional<std::string> resolved(FileSystem& files, std::string path) {
     return std::nullopt;
 }
 
-bool syncDirectory(FileSystem& files, const std::string& path) {
-    const OpenFile directory(files, path, O_RDONLY | O_DIRECTORY);
-    // Some file systems cannot do this, and say so with EINVAL.
-    return directory.isOpen() && (files.fsync(directory.descriptor()) == 0 || errno == EINVAL);
+// `path`, or a name made of it when i > 0.
+std::string numbered(const std::string& path, int i) {
+    return i == 0 ? path : path + "." + std::to_string(i);
+}
+
+bool sync(FileSystem& files, const std::string& path) {
+    const OpenFile file(files, path, O_RDONLY | O_NONBLOCK);
+    // Some file systems cannot do this for directories, and say so with EINVAL.
+    return file.isOpen() && (files.fsync(file.descriptor()) == 0 || errno == EINVAL);
 }
 
 // Whether it worked shows when the first file is made in it.
@@ -68,7 +74,7 @@ void makeDirectories(FileSystem& files, const std::string& path) {
         result = files.mkdir(path, S_IRWXU);
     }
     if (result == 0)
-        syncDirectory(files, parentOf(path));
+        sync(files, parentOf(path));
 }
 
 class Lock {
@@ -100,20 +106,19 @@ class Lock {
     bool held_ = false;
 };
 
-// Gives the file a second name under which it survives its replacement.
+// Gives the file a second name under which it survives its replacement, and a loss of power after.
 bool keepCopy(FileSystem& files, const std::string& path, const struct stat& status) {
     constexpr int kMostCopies = 10;
     for (int i = 0; i < kMostCopies; ++i) {
-        const std::string copy = path + ".corrupt" + (i == 0 ? "" : "." + std::to_string(i));
-        if (files.link(path, copy) == 0)
-            return syncDirectory(files, parentOf(path));
-        if (errno != EEXIST)
+        const std::string copy = numbered(path + ".corrupt", i);
+        const bool isLinked = files.link(path, copy) == 0;
+        if (!isLinked && errno != EEXIST)
             return false;
-        // An earlier save that failed has kept this very file already.
+        // An earlier save that failed may have kept this very file already.
         struct stat kept;
-        if (files.stat(copy, kept) == 0 && kept.st_dev == status.st_dev &&
-            kept.st_ino == status.st_ino)
-            return true;
+        if (isLinked || (files.stat(copy, kept) == 0 && kept.st_dev == status.st_dev &&
+                         kept.st_ino == status.st_ino))
+            return sync(files, copy) && sync(files, parentOf(path));
     }
     return false;
 }
@@ -147,22 +152,54 @@ bool writeAll(FileSystem& files, int descriptor, std::string_view bytes) {
     return true;
 }
 
-// A new file of its own, down on the disk.
-bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes, mode_t mode) {
+// Beyond the limit that the process has, a write would not fail but raise SIGXFSZ, which ends it.
+bool isWithinFileSizeLimit(std::size_t size) {
+    rlimit limit;
+    return ::getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
+}
+
+// A new file of its own, down on the disk, for those who had `replaced`.
+bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes,
+                  const PreferencesFile& replaced) {
     OpenFile file(files, path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivate);
-    return file.isOpen() && files.fchmod(file.descriptor(), mode) == 0 &&
+    if (!file.isOpen())
+        return false;
+    mode_t mode = kPrivate;
+    if (replaced.state != PreferencesFile::absent) {
+        mode = replaced.status.st_mode & ACCESSPERMS;
+        // A program that is run as root must not take the file away from its user. Only root can
+        // give one back; whoever else may replace somebody's file has it from then on.
+        files.fchown(file.descriptor(), replaced.status.st_uid, replaced.status.st_gid);
+    }
+    return files.fchmod(file.descriptor(), mode) == 0 &&
            writeAll(files, file.descriptor(), bytes) && files.fsync(file.descriptor()) == 0 &&
            file.close();
 }
 
-bool replaceFile(FileSystem& files, const std::string& path, std::string_view bytes, mode_t mode) {
-    const std::string temporary = path + ".tmp";
-    files.unlink(temporary); // of a saver that died
-    if (!writeNewFile(files, temporary, bytes, mode) || files.rename(temporary, path) != 0) {
+// A free name for the temporary. What savers that died have left is removed; what cannot be (a
+// directory, or somebody else's file where only owners may remove theirs) is passed over.
+std::string temporaryBeside(FileSystem& files, const std::string& path) {
+    constexpr int kMostNames = 3;
+    std::string first;
+    for (int i = 0; i < kMostNames; ++i) {
+        const std::string name = numbered(path + ".tmp", i);
+        const bool isFree = files.unlink(name) == 0 || errno == ENOENT;
+        if (isFree && first.empty())
+            first = name;
+    }
+    return first;
+}
+
+bool replaceFile(FileSystem& files, const std::string& path, std::string_view bytes,
+                 const PreferencesFile& replaced) {
+    const std::string temporary = temporaryBeside(files, path);
+    if (temporary.empty() || !isWithinFileSizeLimit(bytes.size()))
+        return false;
+    if (!writeNewFile(files, temporary, bytes, replaced) || files.rename(temporary, path) != 0) {
         files.unlink(temporary);
         return false;
     }
-    return syncDirectory(files, parentOf(path));
+    return sync(files, parentOf(path));
 }
 
 } // namespace
@@ -217,9 +254,7 @@ bool savePreferences(FileSystem& files, const std::string& path,
     // Together with what others have put there it may have grown beyond what can be read again.
     if (!readPropertyList(bytes))
         return false;
-    const mode_t mode =
-        file.state == PreferencesFile::absent ? kPrivate : file.status.st_mode & ACCESSPERMS;
-    return replaceFile(files, *target, bytes, mode);
+    return replaceFile(files, *target, bytes, file);
 }
 
 } // namespace tesmar

@@ -32,9 +32,10 @@ using PreferencesChanges = std::map<std::string, std::optional<PropertyList>, st
 // Changes these keys of the file and no others. True when the result is safely on the disk. False:
 // the file is as it was, or, when only the last step failed, complete.
 //
-// Savers exclude one another by a kernel lock on `<file>.lock`, which ends with its holder. The new
-// file is written as `<file>.tmp`, which a saver that died may leave behind and the next one
-// removes, and takes the old one's place by a rename. A symbolic link at `path` stays: the file is
+// Savers exclude one another by a kernel lock on `<file>.lock`, which ends with its holder; none
+// waits for longer than two seconds. The new file is written as `<file>.tmp[.n]`, which a saver
+// that died may leave behind and the next one removes, and takes the old one's place, mode and,
+// where this process may give it, owner by a rename. A symbolic link at `path` stays: the file is
 // what it leads to. One that does not parse is first linked to a free name `<file>.corrupt[.n]`;
 // where that is not possible, nothing is saved.
 bool savePreferences(FileSystem& files, const std::string& path, const PreferencesChanges& changes);

@@ -82,7 +82,7 @@ RawList arrays(std::uint64_t count, Function&& references) {
 
 TEST(HostilePropertyList, ImpossibleObjectsAreRefused) {
     const std::string objects[] = {
-        "\x00"s, "\x0F"s, "\x15" + std::string(32, 'x'), "\x24" + std::string(16, 'x'),
+        "\x0C"s, "\x0F"s, "\x15" + std::string(32, 'x'), "\x24" + std::string(16, 'x'),
         "\x32" + std::string(8, 'x'), "\x88" + std::string(9, 'x'), "\x52\xC3\xA9", "\xB0",
         "\xA1\x01",  // refers to what is not there
         "\xA1\x00"s, // contains itself

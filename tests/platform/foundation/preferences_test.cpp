@@ -48,6 +48,7 @@ TEST_F(Preferences, EntriesOfOthersKeepTypeValueAndOrder) {
         PropertyList::Dictionary all{
             {"set", PropertyList::Set{{1LL, "x"}}},
             {"uid", PropertyList::UID{3}},
+            {"null", PropertyList::Null()},
             {"date", PropertyList::Date{std::numeric_limits<double>::quiet_NaN()}},
             {"key", ours.front()},
             {"real", 0.5f},
@@ -131,6 +132,8 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
         SCOPED_TRACE(c.what);
         fs::remove_all(file);
         fs::remove(file + ".corrupt");
+        fs::create_directories(file + ".tmp/stuck"); // a name that no save can free
+        writeFile(file + ".tmp.1", "of a saver that died");
         store.setPath(file);
         c.make();
         std::error_code error;
@@ -142,7 +145,7 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
         if (c.save == keepsCopy) {
             EXPECT_EQ(fs::file_size(file + ".corrupt"), size);
         }
-        EXPECT_FALSE(fs::exists(file + ".tmp"));
+        EXPECT_EQ(fs::exists(file + ".tmp.1"), c.save == refused);
         store.setValue(std::nullopt, "key");
     }
 }
@@ -215,15 +218,13 @@ TEST_F(UserDefaults, WhatIsNoPropertyListChangesNothing) {
 }
 
 TEST_F(UserDefaults, TypesWithoutAClassReadAsNothing) {
-    PropertyList::Dictionary values{{"date", PropertyList::Date{0}},
-                                    {"uid", PropertyList::UID{1}},
-                                    {"set", PropertyList::Set{}},
-                                    {"half", "\xED\xA0\xBD"},
-                                    {"infinite", INFINITY}};
+    PropertyList::Dictionary values{{"date", PropertyList::Date{0}}, {"uid", PropertyList::UID{1}},
+                                    {"set", PropertyList::Set{}},    {"null", PropertyList::Null()},
+                                    {"half", "\xED\xA0\xBD"},        {"infinite", INFINITY}};
     values.push_back({"list", PropertyList::Array{values[0].value}});
     defaults->setPreferencesPath(directory.path() / "chosen");
     writeFile(directory.path() / "chosen", writePropertyList(values));
-    for (const char* key : {"date", "uid", "set", "half", "list"})
+    for (const char* key : {"date", "uid", "set", "null", "half", "list"})
         EXPECT_FALSE(defaults->objectForKey(key)) << key;
     EXPECT_TRUE(std::isfinite(as<NSNumber>(defaults->objectForKey("infinite"))->doubleValue()));
 }

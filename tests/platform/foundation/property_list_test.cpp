@@ -105,7 +105,7 @@ import datetime
 value = {'bools': [True, False], 'ints': [0, 1, 255, 256, 65536, 2**32, 2**63 - 1, 2**64 - 1, -1],
   'reals': [0.5, -1e300, float('inf')], 'date': datetime.datetime(2020, 2, 3, 4, 5, 6),
   'data': bytes(range(256)), 'text': ['', 'a' * 300, '\u00e9', '\U0001f600' * 20],
-  'uids': [UID(0), UID(256), UID(2**40)], 'deep': {'a': {'b': [[], {}]}},
+  'uids': [UID(0), UID(256), UID(2**40)], 'none': None, 'deep': {'a': {'b': [[], {}]}},
   'many': [str(i) for i in range(700)]}
 sys.stdout.buffer.write(plistlib.dumps(value, fmt=plistlib.FMT_BINARY, sort_keys=False)))");
     if (!theirs)

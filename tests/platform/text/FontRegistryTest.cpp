@@ -7,12 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <barrier>
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <thread>
 #include <unistd.h>
 
 namespace tesmar {
@@ -154,28 +151,6 @@ TEST_F(FontRegistryTest, ARestrictionOffersJustItsNames) {
     for (const char* path : {"", "/etc/passwd", "/usr/share/fonts",
                              "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1"})
         EXPECT_FALSE(FontRegistry::addFontFile(path)) << path;
-}
-
-TEST_F(FontRegistryTest, ManyThreadsMayAskFirst) {
-    const std::size_t expected = listedFaces().size();
-    FontRegistry::reset();
-    constexpr int kThreads = 64;
-    std::barrier start(kThreads);
-    std::atomic<int> agreed = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i)
-        threads.emplace_back([&] {
-            start.arrive_and_wait();
-            const auto font = UIFont::fontWithName("Avenir", 20);
-            TextLayout layout;
-            layout.setFont(font);
-            layout.setText("Avenir");
-            agreed += listedFaces().size() == expected && font && font->lineHeight() > 20 &&
-                      std::abs(layout.size().height - font->lineHeight()) < 0.01;
-        });
-    for (auto& thread : threads)
-        thread.join();
-    EXPECT_EQ(agreed, kThreads);
 }
 
 } // namespace

@@ -1,0 +1,61 @@
+// Two copies of the library in one process, as two plug-ins of one host bring them along.
+#include <dlfcn.h>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class Plugin {
+  public:
+    explicit Plugin(const fs::path& path) : preferences_(path.string() + ".plist") {
+        fs::copy_file(PANEL_COPY, path);
+        library_ = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        EXPECT_TRUE(library_) << ::dlerror();
+    }
+    ~Plugin() { ::dlclose(library_); }
+    // Answers a hash of the picture.
+    std::size_t tap(const char* identifier) const {
+        using Play = std::size_t (*)(const char*, const char*);
+        return reinterpret_cast<Play>(::dlsym(library_, "playCopy"))(preferences_.c_str(),
+                                                                     identifier);
+    }
+    std::string saved() const {
+        std::ostringstream bytes;
+        bytes << std::ifstream(preferences_, std::ios::binary).rdbuf();
+        return bytes.str();
+    }
+
+  private:
+    std::string preferences_;
+    void* library_;
+};
+
+TEST(Copies, DoNotDisturbOneAnother) {
+    const auto directory = fs::temp_directory_path() / ("copies-" + std::to_string(::getpid()));
+    fs::create_directories(directory);
+    const Plugin b(directory / "b.so");
+    {
+        const Plugin a(directory / "a.so");
+        const auto pristine = a.tap("");
+        EXPECT_EQ(b.tap(""), pristine);
+        const auto changed = a.tap("textColorPicker.5");
+        EXPECT_NE(changed, pristine);
+        EXPECT_EQ(b.tap(""), pristine);
+        EXPECT_EQ(b.saved(), "");
+        EXPECT_EQ(b.tap("textColorPicker.5"), changed);
+        EXPECT_EQ(a.tap("fontPicker.next"), b.tap("fontPicker.next"));
+        EXPECT_EQ(a.saved(), b.saved());
+    }
+    const auto before = b.saved(); // the other has been unloaded
+    EXPECT_NE(before, "");
+    b.tap("backgroundColorPicker.1");
+    EXPECT_NE(b.saved(), before);
+    fs::remove_all(directory);
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+// The user interface belongs to one thread. Builds with assertions say so.
+#include "tesmar/platform/hosts/headless/HeadlessHost.h"
+#include "tesmar/tesmar.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace tesmar {
+namespace {
+
+TEST(MainThread, AnotherOneEndsTheProcessWithALine) {
+#ifdef NDEBUG
+    GTEST_SKIP() << "built without assertions";
+#endif
+    HeadlessHost host({568, 320});
+    UIWindow& window = *host.window();
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    const auto panel = make<TESMARViewController>();
+    const auto control = make<UISwitch>();
+    const struct {
+        std::string operation;
+        std::function<void()> call;
+    } doors[] = {
+        {"UIWindow::touch", [&] { window.touch(UITouchPhase::began, 1, {}, 0); }},
+        {"UIWindow::wheel", [&] { window.wheel({}, {}, 0); }},
+        {"UIWindow::key", [&] { window.key(UIKey::escape, 0); }},
+        {"UIWindow::needsRender", [&] { window.needsRender(); }},
+        {"UIWindow::render", [&] { window.render(nullptr, 0); }},
+        {"UIWindow::setSize",
+         [&] {
+             window.setSize({1, 1});
+         }},
+        {"UIWindow::presentViewController", [&] { window.presentViewController(panel, false); }},
+        {"NSRunLoop::mainRunLoop", [] { NSRunLoop::mainRunLoop(); }},
+        {"NSRunLoop::advanceTo", [&] { loop.advanceTo(1); }},
+        {"NSRunLoop::schedule", [&] { loop.schedule(1, [] {}); }},
+        {"UIView", [] { make<TESMARViewController>(); }}, // of its first control
+        {"UIView::insertSubview", [&] { control->addSubview(host.window()); }},
+        {"UIView::setNeedsDisplay", [&] { control->setHidden(true); }},
+        {"UIView::setNeedsLayout", [&] { control->invalidateIntrinsicContentSize(); }},
+        {"UIView::layoutIfNeeded", [&] { control->layoutIfNeeded(); }},
+        {"UIControl::addTarget", [&] { control->addTarget(panel, Selector("view"), 1); }},
+        {"UIViewController::dismiss", [&] { panel->dismissViewControllerAnimated(false); }},
+        {"TESMARViewController::setCCEnabled", [&] { panel->setCCEnabled(false); }},
+    };
+    for (const auto& door : doors)
+        EXPECT_DEATH(std::thread(door.call).join(),
+                     "^tesmar: " + door.operation + ".* off the main thread.*\n$");
+}
+
+} // namespace
+} // namespace tesmar
