@@ -2,11 +2,18 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
-# tesmar_test(NAME SOURCES... USES floors...)
+# tesmar_test(NAME SOURCES... USES floors... [SOAK FILTER])
+# The tests that FILTER (of GoogleTest) names have a long form, which TESMAR_SOAK in the environment
+# asks for: they are labelled `soak`.
 function(tesmar_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(TEST "" "SOAK" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_USES} GTest::gtest GTest::gtest_main)
   tesmar_warnings(${name})
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+  if(TEST_SOAK)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_LIST ${name}_SOAK
+                         TEST_FILTER ${TEST_SOAK} PROPERTIES LABELS soak)
+    set(others TEST_FILTER -${TEST_SOAK})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 ${others})
 endfunction()

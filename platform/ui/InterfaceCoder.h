@@ -16,8 +16,9 @@ class UIImage;
 // What all the coders of one file share.
 struct InterfaceFile {
     static constexpr int kDeepest = 64;
-    static constexpr std::size_t kMostObjects = 4096;
-    static constexpr std::size_t kMostConstraints = 4096;
+    static constexpr std::size_t kMostObjects = 1024;
+    // The worst of so many take a tenth of a second to solve.
+    static constexpr std::size_t kMostConstraints = 1024;
 
     Ref<NSBundle> bundle;
     std::map<std::string, Ref<NSObject>, std::less<>> objectsById;

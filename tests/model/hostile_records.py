@@ -86,7 +86,7 @@ def patch(data):
         at = pick([below(len(data)), len(data) - 1 - below(min(len(data), 64))])
         data[at:at + 1 + below(8)] = pick([b"\xff" * 8, b"\0" * 8, b"\xaf\x13" + b"\xff" * 8, b"\xdf\x12\0\1\0\0",
                                            b"\x14" + b"\x7f" * 16, random.randbytes(2), data[:at][-8:]])
-    return bytes(data if chance() < 0.8 else data[:below(len(data))])
+    return bytes(data if chance() < 0.8 else data[:1 + below(len(data))])
 
 
 for _ in range(int(sys.argv[2])):
