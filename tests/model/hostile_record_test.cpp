@@ -54,8 +54,9 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
     UIFont::systemFontOfSize(1); // the fonts are read once
     const char* soak = std::getenv("TESMAR_SOAK");
     const std::string seed = soak ? std::to_string(std::time(nullptr)) : "1";
-    const std::string command = "exec '" TESMAR_PYTHON "' '" TESMAR_RECORDS "' " + seed + " " +
-                                std::to_string(200 * (soak ? std::atoi(soak) : 1));
+    const int wanted = 200 * (soak ? std::atoi(soak) : 1);
+    const std::string command =
+        "exec '" TESMAR_PYTHON "' '" TESMAR_RECORDS "' " + seed + " " + std::to_string(wanted);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> records(::popen(command.c_str(), "r"),
                                                                   ::pclose);
     test::Cost worst;
@@ -89,6 +90,7 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
     }
     RecordProperty("seed", seed);
     RecordProperty("records", count);
+    EXPECT_EQ(count, wanted);
     RecordProperty("styles", styles);
     RecordProperty("most microseconds", static_cast<int>(1000 * worst.milliseconds));
     RecordProperty("most bytes", static_cast<int>(worst.bytes));
