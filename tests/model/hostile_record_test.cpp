@@ -54,7 +54,7 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
     UIFont::systemFontOfSize(1); // the fonts are read once
     const char* soak = std::getenv("TESMAR_SOAK");
     const std::string seed = soak ? std::to_string(std::time(nullptr)) : "1";
-    const int wanted = 200 * (soak ? std::atoi(soak) : 1);
+    const int wanted = 300 * (soak ? std::atoi(soak) : 1);
     const std::string command =
         "exec '" TESMAR_PYTHON "' '" TESMAR_RECORDS "' " + seed + " " + std::to_string(wanted);
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> records(::popen(command.c_str(), "r"),

@@ -53,7 +53,9 @@ def nasty():
 def spoil(objects):
     for _ in range(1 + below(3)):
         target = pick(objects)
-        if isinstance(target, dict) and chance() < 0.8:
+        if isinstance(target, dict) and chance() < 0.3:
+            target["$class"] = UID(1 + below(len(CHAINS)))
+        elif isinstance(target, dict) and chance() < 0.8:
             target[pick([*target, pick(FIELDS)])] = nasty()
         else:
             objects[below(len(objects))] = nasty()
@@ -61,7 +63,7 @@ def spoil(objects):
 
 
 def bomb(base):
-    count, first = 2 + size() // 16, len(base)
+    count, first = 2 + below(pick([8, 600, 6000])), len(base)
     chain = lambda links: [record(ARRAY, NS__objects=links(first + i)) for i in range(count)] + [record(ARRAY, NS__objects=[])]
     leaf = color(**{f"x{i}": i for i in range(size() // 32)})
     name = "n" * size()
