@@ -112,15 +112,15 @@ inline constexpr std::size_t kMostPropertyListBytes = 16 << 20;
 // What a list that is read may not exceed.
 struct PropertyListLimits {
     std::size_t bytes = kMostPropertyListBytes;
-    std::size_t values = 1 << 20; // in the table, and references between them
+    // In the table; references between them; and in the list as a whole, counting each that is
+    // shared as often as it is reached, so that going through the list is never a trap.
+    std::size_t values = 1 << 20;
 };
 
 // Nothing when `bytes` is not a whole, well-formed binary property list within the limits, nested
 // no deeper than kDeepestPropertyList, or holds a null, a URL or a UUID; property lists in XML are
 // not read. Time and memory grow linearly with the size of `bytes`, whatever they say. Values that
-// are referred to from several places stay shared, and the list as a whole, counting each such
-// value as often as it is reached, is at most 64 Ki values plus eight for each byte, so that going
-// through it is never a trap.
+// are referred to from several places stay shared. What is read and written again is read again.
 std::optional<PropertyList> readPropertyList(std::string_view bytes,
                                              const PropertyListLimits& limits = {});
 

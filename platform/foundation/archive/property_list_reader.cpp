@@ -60,7 +60,6 @@ class Reader {
     std::size_t referenceSize_ = 0;
     std::uint64_t budget_ = 0;
     std::uint64_t references_ = 0;
-    std::uint64_t mostWeight_ = 0;
     std::vector<Object> objects_;
 };
 
@@ -87,7 +86,6 @@ bool Reader::readTrailer() {
         count > limits_.values || count > (tableEnd - tableStart_) / offsetSize_)
         return false;
     budget_ = tableStart_ - kMagic.size();
-    mostWeight_ = (64 << 10) + 8 * bytes_.size();
     objects_.resize(count);
     return true;
 }
@@ -240,7 +238,7 @@ bool Reader::parseElements(Object& container, std::string_view references, int d
         // An element that was read on a shallower path may still be too deep on this one.
         container.height = std::max(container.height, element->height + 1);
         container.weight += element->weight;
-        if (container.height > kDeepestPropertyList || container.weight > mostWeight_)
+        if (container.height > kDeepestPropertyList || container.weight > limits_.values)
             return false;
         elements.push_back(*element->value);
     }
