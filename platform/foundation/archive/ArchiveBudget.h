@@ -26,7 +26,7 @@ class ArchiveBudget {
 
   private:
     // Half of what archives may be long: even with all its classes, one is never too long.
-    static constexpr std::size_t kMost = 64 << 10;
+    static constexpr std::size_t kMost = 48 << 10;
 
     bool spend(std::size_t amount) {
         isOverdrawn_ = isOverdrawn_ || amount > kMost - spent_;

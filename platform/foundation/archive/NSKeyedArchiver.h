@@ -12,8 +12,8 @@ class TESMAR_API NSKeyedArchiver {
     // The archive of `root` and of everything that it encodes. An object that is met twice is
     // written once. Left out are objects without a coding, objects inside themselves, and those
     // more than 250 objects deep; when that is the root itself, the archive decodes to null. So it
-    // does, with a diagnostic, when there is more than NSKeyedUnarchiver would read: some 500
-    // colours, or 30,000 bytes of text.
+    // does, with a diagnostic, when there is more than NSKeyedUnarchiver would read: some 300
+    // colours, or 24,000 bytes of text.
     // Any thread, as long as nobody changes the objects.
     static std::string archivedDataWithRootObject(const Ref<NSObject>& root);
 };

@@ -14,7 +14,7 @@ class TESMAR_API NSKeyedUnarchiver {
     // the first is made that is registered with the object runtime and has a coding (see NSObject);
     // the foundation's own are registered here. Numbers in it are finite.
     //
-    // Archives longer than 128 KiB, or that hold more than NSKeyedArchiver would write, are null:
+    // Archives longer than 96 KiB, or that hold more than NSKeyedArchiver would write, are null:
     // whatever the bytes, the answer takes less than a millisecond and a mebibyte. What is not null
     // NSKeyedArchiver writes again whole. Any thread on which the classes concerned may be used.
     static Ref<NSObject> unarchiveObjectWithData(std::string_view bytes);

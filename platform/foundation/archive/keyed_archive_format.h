@@ -24,7 +24,7 @@ inline constexpr const char* kClassNameKey = "$classname";
 inline constexpr const char* kClassChainKey = "$classes";
 
 // An archive is a few values, and whoever reads one waits for it: no archive may exceed these.
-inline constexpr PropertyListLimits kArchiveLimits{.bytes = 128 << 10, .values = 8192};
+inline constexpr PropertyListLimits kArchiveLimits{.bytes = 96 << 10, .values = 6144};
 // Objects within objects.
 inline constexpr int kDeepestArchive = 250;
 // Objects that are reached from the root, shared ones each time.

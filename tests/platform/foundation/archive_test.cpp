@@ -127,7 +127,7 @@ TEST(Archive, ValuesWithoutACodingAreLeftOutWithTheirKeys) {
     EXPECT_TRUE(roundTrip(deep)); // to the depth that is read again
 
     std::vector<Ref<NSObject>> many;
-    while (many.size() < 450)
+    while (many.size() < 340)
         many.push_back(list({}));
     EXPECT_TRUE(roundTrip(list(many))); // as many as are read again
     many.insert(many.end(), {list({}), list({}), list({}), list({}), list({}), list({})});
