@@ -1,30 +1,22 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 
+#include "tesmar/platform/foundation/regular_file.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <mutex>
 
 namespace tesmar {
 namespace {
 
+// More than the PNG of the largest image.
+constexpr std::size_t kLargestResource = 96 << 20;
+
 std::string executableName() {
     std::error_code error;
     const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
     return error || path.filename().empty() ? "application" : path.filename().string();
-}
-
-std::optional<std::string> readRegularFile(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error))
-        return std::nullopt;
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        return std::nullopt;
-    return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
 struct Registry {
@@ -42,7 +34,7 @@ Registry& registry() {
 } // namespace
 
 Class& NSBundle::classObject() {
-    static Class type("NSBundle", &NSObject::classObject(), nullptr,
+    static Class type("NSBundle", &NSObject::classObject(), {},
                       {method<&NSBundle::bundleIdentifier>("bundleIdentifier")},
                       {method<&NSBundle::mainBundle>("mainBundle"),
                        method<&NSBundle::bundleWithIdentifier>("bundleWithIdentifier:")});
@@ -57,9 +49,10 @@ Ref<NSBundle> NSBundle::bundle(std::string identifier, Source source) {
 }
 
 Ref<NSBundle> NSBundle::bundleWithPath(std::string identifier, std::string directory) {
-    return bundle(std::move(identifier),
-                  [directory = std::filesystem::path(std::move(directory))](
-                      std::string_view fileName) { return readRegularFile(directory / fileName); });
+    return bundle(std::move(identifier), [directory = std::filesystem::path(std::move(directory))](
+                                             std::string_view fileName) {
+        return readRegularFile(directory / fileName, kLargestResource);
+    });
 }
 
 Ref<NSBundle> NSBundle::mainBundle() {

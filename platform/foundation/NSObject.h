@@ -47,8 +47,9 @@ class TESMAR_API NSObject : public std::enable_shared_from_this<NSObject> {
     // Rebuilds the object from a coder (see NSCoder); false when the coder's record does not hold
     // what the class needs. The base class takes nothing.
     virtual bool initWithCoder(NSCoder& coder);
-    // Writes what initWithCoder reads. False: the class has no coding, and archives leave the
-    // object out.
+    // Writes what initWithCoder reads. A class that overrides this has a coding: archives hold its
+    // objects, and make new ones from bytes of any origin, so initWithCoder must do no more than
+    // fill in a value. False: archives leave the object out.
     virtual bool encodeWithCoder(NSCoder& coder) const;
     // Called once on every object of an interface file, after all its outlets are connected.
     virtual void awakeFromNib() {}

@@ -48,7 +48,11 @@ Value invoke(const Method* method, NSObject* self, std::string_view className, S
         fatalError("selector \"" + std::string(selector.name()) + "\" takes " +
                    std::to_string(selector.argumentCount()) + " arguments, not " +
                    std::to_string(arguments.size()));
-    return method->invoke(self, arguments);
+    try {
+        return method->invoke(self, arguments);
+    } catch (const runtime::ArgumentMismatch& mismatch) {
+        fatalError(mismatch.problem);
+    }
 }
 
 } // namespace
@@ -111,6 +115,20 @@ Value performSelector(NSObject& object, Selector selector, std::span<const Value
     return invoke(type.findMethod(selector), &object, type.name(), selector, arguments);
 }
 
+bool performSelectorIfItFits(NSObject& object, Selector selector,
+                             std::span<const Value> arguments) {
+    const auto keptAlive = object.weak_from_this().lock();
+    const Method* method = object.isa().findMethod(selector);
+    if (!method || arguments.size() != selector.argumentCount())
+        return false;
+    try {
+        method->invoke(&object, arguments);
+        return true;
+    } catch (const runtime::ArgumentMismatch&) {
+        return false;
+    }
+}
+
 Value performClassSelector(const Class& type, Selector selector, std::span<const Value> arguments) {
     return invoke(type.findClassMethod(selector), nullptr, type.name(), selector, arguments);
 }
@@ -127,8 +145,8 @@ void valueMismatch(const char* expected, const Value& value) {
     static constexpr const char* kNames[] = {"nothing",   "a Boolean",         "an integer",
                                              "a number",  "a string",          "a rectangle",
                                              "an object", "a list of strings", "a list of numbers"};
-    fatalError(std::string("a message argument should be ") + expected + " but is " +
-               kNames[value.index()]);
+    throw ArgumentMismatch{std::string("a message argument should be ") + expected + " but is " +
+                           kNames[value.index()]};
 }
 
 Ref<NSObject> arrayValue(std::vector<Ref<NSObject>> elements) {
@@ -138,7 +156,7 @@ Ref<NSObject> arrayValue(std::vector<Ref<NSObject>> elements) {
 std::vector<Ref<NSObject>> arrayElements(const Ref<NSObject>& array) {
     const auto list = as<NSArray>(array);
     if (!list)
-        fatalError("a message argument should be an array");
+        throw ArgumentMismatch{"a message argument should be an array"};
     return list->objects();
 }
 

@@ -35,9 +35,13 @@ struct Method {
 
 class TESMAR_API Class {
   public:
-    using Allocator = Ref<NSObject> (*)();
+    struct Allocator {
+        Ref<NSObject> (*make)() = nullptr; // null for abstract classes
+        bool hasCoding = false;
+    };
 
-    // `superclass` is null for the root alone; `allocator` is null for abstract classes.
+    // `superclass` is null for the root alone. `allocator` is allocator<T>(), or {} for an abstract
+    // class.
     Class(std::string_view name, const Class* superclass, Allocator allocator,
           std::initializer_list<Method> methods = {},
           std::initializer_list<Method> classMethods = {});
@@ -49,7 +53,10 @@ class TESMAR_API Class {
     bool isSubclassOf(const Class& other) const;
 
     // The object before any initialiser has run; null for an abstract class.
-    Ref<NSObject> alloc() const { return allocator_ ? allocator_() : nullptr; }
+    Ref<NSObject> alloc() const { return allocator_.make ? allocator_.make() : nullptr; }
+    // Whether objects of the class write themselves into archives. Of no other class does an
+    // archive, which may come from anywhere, make an object.
+    bool hasCoding() const { return allocator_.hasCoding; }
 
     // The selectors of this class's own table, in the published order.
     std::vector<std::string> publishedSelectors() const;
@@ -80,15 +87,21 @@ TESMAR_API const Class* classNamed(std::string_view name);
 // fit it, are fatal errors. The object is kept alive until the call returns.
 TESMAR_API Value performSelector(NSObject& object, Selector selector,
                                  std::span<const Value> arguments = {});
+// The same for what comes from outside. False, and nothing is done, where the class does not
+// publish the selector or the arguments do not fit it.
+TESMAR_API bool performSelectorIfItFits(NSObject& object, Selector selector,
+                                        std::span<const Value> arguments);
 TESMAR_API Value performClassSelector(const Class& type, Selector selector,
                                       std::span<const Value> arguments = {});
 
 // Sends an action message: the selector may take no argument, or the sender.
 TESMAR_API void performAction(NSObject& target, Selector action, const Ref<NSObject>& sender);
 
+// A class has a coding when it, or a superclass of it, overrides encodeWithCoder.
 template <class T>
 Class::Allocator allocator() {
-    return [] { return Ref<NSObject>(tesmar::alloc<T>()); };
+    return {[] { return Ref<NSObject>(tesmar::alloc<T>()); },
+            !std::same_as<decltype(&T::encodeWithCoder), decltype(&NSObject::encodeWithCoder)>};
 }
 
 namespace runtime {

@@ -20,7 +20,11 @@ using Value = std::variant<std::monostate, bool, long long, double, std::string,
 
 namespace runtime {
 
-// A fatal error that names what was expected and what came.
+// Ends the sending of a message whose arguments do not fit; whoever sends it catches this.
+struct ArgumentMismatch {
+    std::string problem;
+};
+// Throws one that names what was expected and what came.
 [[noreturn]] TESMAR_API void valueMismatch(const char* expected, const Value& value);
 
 template <class T>
@@ -66,7 +70,7 @@ Value toValue(const T& result) {
 }
 
 // The value as a parameter of type T. Numbers and Booleans convert into one another; nothing
-// becomes a null reference or an empty optional; anything else that does not fit is a fatal error.
+// becomes a null reference or an empty optional; anything else does not fit (see valueMismatch).
 template <class Parameter>
 auto fromValue(const Value& value) -> std::remove_cvref_t<Parameter> {
     using namespace runtime;

@@ -85,8 +85,7 @@ void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
 }
 
 Class& UIImage::classObject() {
-    static Class type("UIImage", &NSObject::classObject(), nullptr,
-                      {method<&UIImage::scale>("scale")},
+    static Class type("UIImage", &NSObject::classObject(), {}, {method<&UIImage::scale>("scale")},
                       {method<&UIImage::imageNamed>("imageNamed:")});
     return type;
 }

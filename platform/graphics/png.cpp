@@ -28,6 +28,24 @@ bool hasBoundedSize(std::string_view bytes) {
            height <= UIImage::kMaximumSide && width * height <= UIImage::kMaximumPixels;
 }
 
+// The chunks that make the picture. All the others, texts and profiles, are kept from the decoder:
+// it would unpack them, a thousand times what they take in the file, and nobody looks at them.
+std::string pictureChunks(std::string_view bytes) {
+    constexpr std::size_t kSignatureSize = 8, kChunkFrame = 12; // length, type and checksum
+    constexpr char kAncillary = 0x20;
+    std::string chunks(bytes.substr(0, kSignatureSize));
+    bytes.remove_prefix(kSignatureSize);
+    while (bytes.size() >= kChunkFrame) {
+        const std::size_t size = kChunkFrame + std::size_t{bigEndian(bytes)};
+        const std::string_view chunk = bytes.substr(0, size);
+        const std::string_view type = chunk.substr(4, 4);
+        if (!(type.front() & kAncillary) || type == "tRNS")
+            chunks += chunk;
+        bytes.remove_prefix(chunk.size());
+    }
+    return chunks;
+}
+
 cairo_status_t readSome(void* closure, unsigned char* data, unsigned int length) {
     auto& rest = *static_cast<std::string_view*>(closure);
     if (rest.size() < length)
@@ -47,7 +65,9 @@ cairo_status_t writeSome(void* closure, const unsigned char* data, unsigned int 
 SurfacePtr decodePNG(std::string_view bytes) {
     if (!hasBoundedSize(bytes))
         return nullptr;
-    SurfacePtr decoded(cairo_image_surface_create_from_png_stream(readSome, &bytes));
+    const std::string chunks = pictureChunks(bytes);
+    std::string_view rest = chunks;
+    SurfacePtr decoded(cairo_image_surface_create_from_png_stream(readSome, &rest));
     if (cairo_surface_status(decoded.get()) != CAIRO_STATUS_SUCCESS)
         return nullptr;
     if (cairo_image_surface_get_format(decoded.get()) == CAIRO_FORMAT_ARGB32)

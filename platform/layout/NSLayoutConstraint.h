@@ -84,8 +84,9 @@ class TESMAR_API NSLayoutConstraint : public NSObject {
 
     // The constraints that a visual format (see visual_format.h) stands for, in its reading order,
     // those of the options last. `|` means the parent that the view next to it has now. A format
-    // that does not parse, a name that is in neither map, and an option that aligns along the
-    // format's own direction are fatal errors that show the format and the place.
+    // that does not parse or has more than 16 KiB, a name that is in neither map, and an option
+    // that aligns along the format's own direction are fatal errors that show the format and the
+    // place.
     static std::vector<Ref<NSLayoutConstraint>>
     constraintsWithVisualFormat(std::string_view format,
                                 NSLayoutFormatOptions options = NSLayoutFormatNone,

@@ -25,6 +25,10 @@ class Parser {
     explicit Parser(std::string_view text) : text_(text) {}
 
     VisualFormat format() {
+        if (text_.size() > kLongestVisualFormat) {
+            at_ = kLongestVisualFormat;
+            fail("longer than " + std::to_string(kLongestVisualFormat) + " bytes");
+        }
         VisualFormat result;
         if (take("V:"))
             result.axis = LayoutAxis::vertical;

@@ -22,6 +22,9 @@
 
 namespace tesmar {
 
+// Longer formats are errors.
+inline constexpr std::size_t kLongestVisualFormat = 16 << 10;
+
 struct VisualFormatError {
     std::size_t offset; // of the byte in the format where it went wrong
     std::string reason;

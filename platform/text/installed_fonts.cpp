@@ -1,9 +1,8 @@
 #include "tesmar/platform/text/installed_fonts.h"
 
+#include "tesmar/platform/foundation/regular_file.h"
 #include "tesmar/platform/text/fontconfig_ptr.h"
 
-#include <fstream>
-#include <iterator>
 #include <unordered_map>
 
 namespace tesmar {
@@ -62,9 +61,10 @@ std::string directoriesOnly(FcConfig* config) {
     FcChar8* const path = FcConfigGetFilename(config, nullptr);
     if (!path)
         return {};
-    std::ifstream file(reinterpret_cast<const char*>(path));
+    constexpr std::size_t kLongestRules = 1 << 20;
+    std::string rules =
+        readRegularFile(reinterpret_cast<const char*>(path), kLongestRules).value_or("");
     FcStrFree(path);
-    std::string rules(std::istreambuf_iterator<char>(file), {});
     constexpr std::string_view kStart = "<include", kEnd = "</include>";
     for (std::size_t start; (start = rules.find(kStart)) != std::string::npos;) {
         const std::size_t end = rules.find(kEnd, start);

@@ -45,6 +45,22 @@ void InterfaceFile::fail(const pugi::xml_node& at, const std::string& what) {
         problem = what + " (at byte " + std::to_string(at.offset_debug()) + ")";
 }
 
+bool InterfaceFile::countConstraints(std::size_t added, const pugi::xml_node& at) {
+    constraintCount += added;
+    if (constraintCount <= kMostConstraints)
+        return true;
+    fail(at, "too many constraints");
+    return false;
+}
+
+// Decoded once, however many objects show it.
+Ref<UIImage> InterfaceFile::imageNamed(const std::string& name) {
+    const auto [known, isNew] = images.emplace(name, nullptr);
+    if (isNew)
+        known->second = UIImage::imageNamedFrom(name, bundle ? *bundle : *NSBundle::mainBundle());
+    return known->second;
+}
+
 Ref<NSObject> InterfaceFile::instantiate(const pugi::xml_node& element) {
     const std::string_view kind = element.name();
     if (kind == "color")
@@ -52,8 +68,7 @@ Ref<NSObject> InterfaceFile::instantiate(const pugi::xml_node& element) {
     if (kind == "font")
         return fontOf(element);
     if (kind == "image")
-        return UIImage::imageNamedFrom(element.attribute("name").value(),
-                                       bundle ? *bundle : *NSBundle::mainBundle());
+        return imageNamed(element.attribute("name").value());
     if (kind != "object") {
         fail(element, "unknown element <" + std::string(kind) + ">");
         return nullptr;

@@ -38,21 +38,26 @@ void connectOutlets(InterfaceFile& file, const Ref<NSObject>& object, const pugi
             continue;
         }
         property[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(property[0])));
-        const Selector setter("set" + property + ":");
-        if (!object->respondsToSelector(setter)) {
-            file.fail(outlet, std::string(object->isa().name()) + " has no outlet \"" +
-                                  outlet.attribute("property").value() + "\"");
-            continue;
-        }
         const std::array<Value, 1> arguments{target->second};
-        performSelector(*object, setter, arguments);
+        if (!performSelectorIfItFits(*object, Selector("set" + property + ":"), arguments))
+            file.fail(outlet, std::string(object->isa().name()) + " has no outlet \"" +
+                                  outlet.attribute("property").value() + "\" for a " +
+                                  std::string(target->second->isa().name()));
     }
 }
 
-// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/> among the ids of the file.
-void addConstraints(InterfaceFile& file, const Ref<NSObject>& object, const pugi::xml_node& node) {
-    const auto view = as<UIView>(object);
+NSLayoutConstraint::Views viewsById(const InterfaceFile& file) {
     NSLayoutConstraint::Views views;
+    for (const auto& [id, object] : file.objectsById)
+        if (const auto view = as<UIView>(object))
+            views.emplace(id, view);
+    return views;
+}
+
+// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/> among the ids of the file.
+void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
+                    const Ref<NSObject>& object, const pugi::xml_node& node) {
+    const auto view = as<UIView>(object);
     for (const auto& constraints : node.children("constraints")) {
         const auto option = optionNames().find(constraints.attribute("options").value());
         if (!view || option == optionNames().end()) {
@@ -60,23 +65,20 @@ void addConstraints(InterfaceFile& file, const Ref<NSObject>& object, const pugi
                                    "view");
             continue;
         }
-        if (views.empty())
-            for (const auto& [id, known] : file.objectsById)
-                if (const auto item = as<UIView>(known))
-                    views.emplace(id, item);
         const std::string format = constraints.attribute("format").value();
         const auto made = constraintsFromVisualFormat(format, option->second, {}, views);
         if (const auto* error = std::get_if<VisualFormatError>(&made))
             file.fail(constraints, describe(*error, format));
-        else
-            view->addConstraints(std::get<std::vector<Ref<NSLayoutConstraint>>>(made));
+        else if (const auto& all = std::get<std::vector<Ref<NSLayoutConstraint>>>(made);
+                 file.countConstraints(all.size(), constraints))
+            view->addConstraints(all);
     }
 }
 
 } // namespace
 
 Class& UINib::classObject() {
-    static Class type("UINib", &NSObject::classObject(), nullptr, {},
+    static Class type("UINib", &NSObject::classObject(), {}, {},
                       {method<&UINib::nibWithNibName>("nibWithNibName:bundle:")});
     return type;
 }
@@ -121,10 +123,13 @@ instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::st
     for (const auto& node : document.child("interface").children("object"))
         if (auto object = file.instantiate(node))
             topLevel.push_back(std::move(object));
+    const auto views = viewsById(file);
     const auto objects = file.objects;
     for (const auto& [object, node] : objects) {
+        if (!file.problem.empty())
+            break;
         connectOutlets(file, object, node);
-        addConstraints(file, object, node);
+        addConstraints(file, views, object, node);
     }
     problem = file.problem;
     if (!problem.empty())

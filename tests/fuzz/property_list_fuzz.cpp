@@ -1,4 +1,5 @@
-// Whatever is read writes back to the same list, and turns into objects without harm.
+// Whatever is read writes back to a list that is read as the same, and turns into objects without
+// harm.
 #include "tesmar/platform/foundation/archive/property_list_objects.h"
 
 #include <cstdlib>
@@ -10,10 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (!list)
         return 0;
     const std::string bytes = writePropertyList(*list);
-    // Shared values may weigh too much for the fewer bytes that are left without what is unused.
-    if (const auto again = readPropertyList(bytes))
-        if (writePropertyList(*again) != bytes)
-            std::abort();
+    const auto again = readPropertyList(bytes);
+    if (!again || writePropertyList(*again) != bytes)
+        std::abort();
     if (const auto object = objectFromPropertyList(*list))
         propertyListFromObject(*object);
     return 0;

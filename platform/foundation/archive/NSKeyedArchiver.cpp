@@ -1,8 +1,10 @@
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 
+#include "tesmar/platform/foundation/archive/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/archive/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/property_list_objects.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <map>
@@ -21,9 +23,11 @@ class Archiver final : public NSCoder {
     void encodeInteger(long long value, std::string_view key) override { set(key, value); }
     void encodeDouble(double value, std::string_view key) override { set(key, value); }
     void encodeString(std::string_view value, std::string_view key) override {
+        budget_.spendScalar(value.size());
         set(key, std::string(value));
     }
     void encodeBytes(std::string_view value, std::string_view key) override {
+        budget_.spendScalar(value.size());
         set(key, PropertyList::Data{std::string(value)});
     }
     void encodeObject(const Ref<NSObject>& object, std::string_view key) override {
@@ -43,9 +47,10 @@ class Archiver final : public NSCoder {
     };
 
     // The object's place in the table, where it is put now if it is new. Nothing for an object that
-    // has no coding or is still being encoded.
+    // has no coding or is still being encoded, nor when the archive is full.
     std::optional<UID> reference(const Ref<NSObject>& object);
     std::optional<UID> encode(const NSObject& object);
+    std::optional<PropertyList> scalar(const NSObject& object);
     std::optional<PropertyList> record(const NSObject& object);
     UID classReference(const Class& type);
     UID place(PropertyList value);
@@ -59,10 +64,17 @@ class Archiver final : public NSCoder {
     std::map<std::string_view, UID> classes_;
     PropertyList::Dictionary* record_ = nullptr; // of the object that is being encoded
     int depth_ = 0;
+    ArchiveBudget budget_;
 };
 
 std::string Archiver::archive(const Ref<NSObject>& root) {
-    const UID top = reference(root).value_or(kNullUID);
+    UID top = reference(root).value_or(kNullUID);
+    if (budget_.isOverdrawn()) {
+        diagnostic("NSKeyedArchiver: the " + std::string(root->isa().name()) +
+                   " is too large, and archived as nothing");
+        top = kNullUID;
+        objects_.assign(1, kNull);
+    }
     return writePropertyList(PropertyList::Dictionary{
         {kVersionKey, kVersion},
         {kArchiverKey, kArchiverName},
@@ -76,11 +88,12 @@ void Archiver::encodeObjects(const std::vector<Ref<NSObject>>& objects, std::str
     for (const auto& object : objects)
         if (const auto uid = reference(object))
             references.push_back(*uid);
+    budget_.spendElements(references.size());
     set(key, std::move(references));
 }
 
 std::optional<PropertyList::UID> Archiver::reference(const Ref<NSObject>& object) {
-    if (!object || depth_ >= kDeepestArchive)
+    if (!object || depth_ >= kDeepestArchive || budget_.isOverdrawn())
         return std::nullopt;
     const auto [known, isNew] = known_.emplace(object.get(), Known{object, std::nullopt});
     Known& entry = known->second; // stays where it is while others are added
@@ -91,8 +104,8 @@ std::optional<PropertyList::UID> Archiver::reference(const Ref<NSObject>& object
 
 std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
     if (dynamic_cast<const NSString*>(&object) || dynamic_cast<const NSNumber*>(&object)) {
-        auto scalar = propertyListFromObject(object);
-        return scalar ? std::optional(place(*std::move(scalar))) : std::nullopt;
+        auto value = scalar(object);
+        return value ? std::optional(place(*std::move(value))) : std::nullopt;
     }
     // Takes its place before what it refers to.
     const UID uid = place(kNull);
@@ -105,6 +118,13 @@ std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
     return std::nullopt;
 }
 
+std::optional<PropertyList> Archiver::scalar(const NSObject& object) {
+    auto value = propertyListFromObject(object);
+    const auto* text = value ? value->get<std::string>() : nullptr;
+    budget_.spendScalar(text ? text->size() : 0);
+    return value;
+}
+
 std::optional<PropertyList> Archiver::record(const NSObject& object) {
     PropertyList::Dictionary record;
     auto* const outer = std::exchange(record_, &record);
@@ -115,6 +135,7 @@ std::optional<PropertyList> Archiver::record(const NSObject& object) {
     if (!hasCoding)
         return std::nullopt;
     record.push_back({kClassKey, classReference(object.isa())});
+    budget_.spendRecord(record.size());
     return record;
 }
 

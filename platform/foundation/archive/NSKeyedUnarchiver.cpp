@@ -1,5 +1,6 @@
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 
+#include "tesmar/platform/foundation/archive/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/archive/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/property_list_objects.h"
@@ -8,47 +9,18 @@
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>
-#include <charconv>
+#include <span>
 
 namespace tesmar {
 namespace {
 
 using namespace keyed_archive_format;
 
-// "{{x, y}, {width, height}}", with as many spaces as one likes.
-std::optional<CGRect> rectFromText(std::string_view text) {
-    double numbers[4];
-    std::size_t count = 0;
-    for (const char *at = text.data(), *const end = at + text.size(); at < end;) {
-        if (std::string_view("{}, ").find(*at) != std::string_view::npos) {
-            ++at;
-            continue;
-        }
-        if (count == 4)
-            return std::nullopt;
-        const auto [next, error] = std::from_chars(at, end, numbers[count++]);
-        if (error != std::errc())
-            return std::nullopt;
-        at = next;
-    }
-    return count == 4 ? std::optional(finiteRect({numbers[0], numbers[1], numbers[2], numbers[3]}))
-                      : std::nullopt;
-}
-
-std::size_t sizeOf(const PropertyList& value) {
-    if (const auto* text = value.get<std::string>())
-        return text->size();
-    const auto* data = value.get<PropertyList::Data>();
-    return data ? data->bytes.size() : 0;
-}
-
-// Every object is made once, when it is first asked for. Copies of text and bytes and the keys of
-// records are paid for from one budget in proportion to the size of the archive, because many
-// objects may refer to the same ones.
+// Every object is made once, when it is first asked for. Copies of text and bytes are paid for each
+// time, because many objects may refer to the same ones.
 class Unarchiver final : public NSCoder {
   public:
-    Unarchiver(const PropertyList& archive, std::size_t size)
-        : archive_(archive), mostWeight_((64 << 10) + 8 * size), budget_(mostWeight_) {}
+    explicit Unarchiver(const PropertyList& archive) : archive_(archive) {}
 
     Ref<NSObject> unarchive();
 
@@ -57,7 +29,6 @@ class Unarchiver final : public NSCoder {
     std::optional<double> decodeDouble(std::string_view key) override;
     std::optional<std::string> decodeString(std::string_view key) override;
     std::optional<std::string> decodeBytes(std::string_view key) override;
-    std::optional<CGRect> decodeRect(std::string_view key) override;
     Ref<NSObject> decodeObject(std::string_view key) override;
     std::vector<Ref<NSObject>> decodeObjects(std::string_view key) override;
     std::vector<std::string> decodeStrings(std::string_view key) override;
@@ -73,14 +44,17 @@ class Unarchiver final : public NSCoder {
         Ref<NSObject> object;
     };
 
-    const PropertyList* valueIn(const PropertyList& record, std::string_view key) const;
+    const PropertyList* plainValue(const PropertyList& value) const;
+    const PropertyList* plainValue(const PropertyList& record, std::string_view key) const;
     std::optional<NSNumber::Number> number(std::string_view key) const;
+    std::optional<std::string> text(const PropertyList& value);
+    std::span<const PropertyList> list(std::string_view key);
     Ref<NSObject> object(const PropertyList& value);
     Ref<NSObject> objectAt(std::uint64_t uid);
     Ref<NSObject> scalar(const PropertyList& value);
     Ref<NSObject> decodeRecord(Slot& slot, const PropertyList& record);
     const Class* classOf(const PropertyList& record) const;
-    bool spend(std::size_t amount);
+    bool count(int height, std::size_t weight);
     std::nullptr_t fail();
 
     const PropertyList& archive_;
@@ -89,8 +63,7 @@ class Unarchiver final : public NSCoder {
     const PropertyList* record_ = nullptr; // of the object that is being decoded
     Slot* slot_ = nullptr;                 // likewise
     int depth_ = 0;
-    std::size_t mostWeight_;
-    std::size_t budget_;
+    ArchiveBudget budget_;
     bool failed_ = false;
 };
 
@@ -136,22 +109,20 @@ std::optional<double> Unarchiver::decodeDouble(std::string_view key) {
 }
 
 std::optional<std::string> Unarchiver::decodeString(std::string_view key) {
-    const auto string = as<NSString>(decodeObject(key));
-    if (!string || !spend(string->text().size()))
-        return std::nullopt;
-    return string->text();
+    const PropertyList* value = record_->find(key);
+    return value ? text(*value) : std::nullopt;
 }
 
 std::optional<std::string> Unarchiver::decodeBytes(std::string_view key) {
-    const auto data = as<NSData>(decodeObject(key));
-    if (!data || !spend(data->bytes().size()))
-        return std::nullopt;
-    return data->bytes();
-}
-
-std::optional<CGRect> Unarchiver::decodeRect(std::string_view key) {
-    const auto text = decodeString(key);
-    return text ? rectFromText(*text) : std::nullopt;
+    const PropertyList* value = plainValue(*record_, key);
+    if (const auto* plain = value ? value->get<PropertyList::Data>() : nullptr) {
+        if (budget_.spendScalar(plain->bytes.size()))
+            return plain->bytes;
+    } else if (const auto data = as<NSData>(decodeObject(key))) {
+        if (budget_.spendScalar(data->bytes().size()))
+            return data->bytes();
+    }
+    return std::nullopt;
 }
 
 Ref<NSObject> Unarchiver::decodeObject(std::string_view key) {
@@ -161,49 +132,79 @@ Ref<NSObject> Unarchiver::decodeObject(std::string_view key) {
 
 std::vector<Ref<NSObject>> Unarchiver::decodeObjects(std::string_view key) {
     std::vector<Ref<NSObject>> objects;
-    const PropertyList* list = record_->find(key);
-    const auto* elements = list ? list->get<PropertyList::Array>() : nullptr;
-    for (std::size_t i = 0; elements && i < elements->size() && !failed_; ++i) {
-        if (auto decoded = object((*elements)[i]))
-            objects.push_back(std::move(decoded));
-        else
+    for (const PropertyList& element : list(key)) {
+        auto decoded = object(element);
+        if (!decoded) {
             fail();
+            break;
+        }
+        objects.push_back(std::move(decoded));
     }
     return objects;
 }
 
 std::vector<std::string> Unarchiver::decodeStrings(std::string_view key) {
     std::vector<std::string> texts;
-    for (const auto& object : decodeObjects(key)) {
-        const auto string = as<NSString>(object);
-        if (string && spend(string->text().size()))
-            texts.push_back(string->text());
-        else
+    for (const PropertyList& element : list(key)) {
+        auto decoded = text(element);
+        if (!decoded) {
             fail();
+            break;
+        }
+        texts.push_back(*std::move(decoded));
     }
     return texts;
 }
 
-// What stands under `key`, be it there itself or in the table.
-const PropertyList* Unarchiver::valueIn(const PropertyList& record, std::string_view key) const {
-    const PropertyList* value = record.find(key);
-    const auto* uid = value ? value->get<PropertyList::UID>() : nullptr;
+// The elements of a list, which may be missing; none when there are too many.
+std::span<const PropertyList> Unarchiver::list(std::string_view key) {
+    const PropertyList* value = record_->find(key);
+    const auto* elements = value ? value->get<PropertyList::Array>() : nullptr;
+    if (!elements)
+        return {};
+    if (budget_.spendElements(elements->size()))
+        return *elements;
+    fail();
+    return {};
+}
+
+// The value itself, or the one in the table that it refers to. Null when that is not there.
+const PropertyList* Unarchiver::plainValue(const PropertyList& value) const {
+    const auto* uid = value.get<PropertyList::UID>();
     if (!uid)
-        return value;
-    return uid->value < objects_->size() ? &(*objects_)[uid->value] : nullptr;
+        return &value;
+    const bool isThere = uid->value != kNullUID.value && uid->value < objects_->size();
+    return isThere ? &(*objects_)[uid->value] : nullptr;
+}
+
+const PropertyList* Unarchiver::plainValue(const PropertyList& record, std::string_view key) const {
+    const PropertyList* value = record.find(key);
+    return value ? plainValue(*value) : nullptr;
 }
 
 std::optional<NSNumber::Number> Unarchiver::number(std::string_view key) const {
-    const PropertyList* value = valueIn(*record_, key);
+    const PropertyList* value = plainValue(*record_, key);
     return value ? numberFromPropertyList(*value) : std::nullopt;
+}
+
+// Plain text need not become an object on the way.
+std::optional<std::string> Unarchiver::text(const PropertyList& value) {
+    const PropertyList* target = plainValue(value);
+    if (const auto* plain = target ? target->get<std::string>() : nullptr) {
+        if (isValidUtf8(*plain) && budget_.spendScalar(plain->size()))
+            return *plain;
+        fail();
+    } else if (const auto string = as<NSString>(object(value))) {
+        if (budget_.spendScalar(string->text().size()))
+            return string->text();
+    }
+    return std::nullopt;
 }
 
 Ref<NSObject> Unarchiver::object(const PropertyList& value) {
     if (const auto* uid = value.get<PropertyList::UID>())
         return objectAt(uid->value);
-    if (slot_)
-        ++slot_->weight;
-    return scalar(value);
+    return count(1, 1) ? scalar(value) : fail();
 }
 
 Ref<NSObject> Unarchiver::objectAt(std::uint64_t uid) {
@@ -221,22 +222,31 @@ Ref<NSObject> Unarchiver::objectAt(std::uint64_t uid) {
     }
     if (!slot.object)
         return fail();
-    if (slot_) {
-        slot_->height = std::max(slot_->height, slot.height + 1);
-        slot_->weight += slot.weight;
-        if (slot_->height > kDeepestArchive || slot_->weight > mostWeight_)
-            return fail();
-    }
-    return slot.object;
+    return count(slot.height, slot.weight) ? slot.object : fail();
+}
+
+// Takes in, for the object that is being decoded, an object that it holds.
+bool Unarchiver::count(int height, std::size_t weight) {
+    if (!slot_)
+        return true;
+    slot_->height = std::max(slot_->height, height + 1);
+    slot_->weight += weight;
+    return slot_->height <= kDeepestArchive && slot_->weight <= kMostObjectsReached;
 }
 
 // Text, a number or bytes as an object; null when the value is something else.
 Ref<NSObject> Unarchiver::scalar(const PropertyList& value) {
     if (value.get<PropertyList::Array>() || value.get<PropertyList::Dictionary>())
         return nullptr;
-    const auto* text = value.get<std::string>();
-    if ((text && !isValidUtf8(*text)) || !spend(sizeOf(value)))
-        return fail();
+    if (const auto* data = value.get<PropertyList::Data>()) {
+        // Becomes a record when it is written.
+        if (!budget_.spendRecord() || !budget_.spendScalar(data->bytes.size()))
+            return fail();
+    } else {
+        const auto* plain = value.get<std::string>();
+        if ((plain && !isValidUtf8(*plain)) || !budget_.spendScalar(plain ? plain->size() : 0))
+            return fail();
+    }
     return objectFromPropertyList(value);
 }
 
@@ -244,7 +254,7 @@ Ref<NSObject> Unarchiver::decodeRecord(Slot& slot, const PropertyList& record) {
     const Class* type = classOf(record);
     const auto object = type ? type->alloc() : nullptr;
     if (!object || depth_ >= kDeepestArchive ||
-        !spend(record.get<PropertyList::Dictionary>()->size()))
+        !budget_.spendRecord(record.get<PropertyList::Dictionary>()->size()))
         return nullptr;
     const PropertyList* const outerRecord = std::exchange(record_, &record);
     Slot* const outerSlot = std::exchange(slot_, &slot);
@@ -256,30 +266,22 @@ Ref<NSObject> Unarchiver::decodeRecord(Slot& slot, const PropertyList& record) {
     return decoded ? object : nullptr;
 }
 
-// The first class of the record's chain that can be made here. The root class does not count: every
-// chain ends in it, and an object of it would hold nothing.
+// The first class of the record's chain of which there can be objects here.
 const Class* Unarchiver::classOf(const PropertyList& record) const {
     constexpr std::size_t kLongestChain = 8;
-    const PropertyList* description = valueIn(record, kClassKey);
+    const PropertyList* description = plainValue(record, kClassKey);
     const PropertyList* chain = description ? description->find(kClassChainKey) : nullptr;
     const auto* names = chain ? chain->get<PropertyList::Array>() : nullptr;
 
     const auto named = [](const PropertyList* name) -> const Class* {
         const auto* text = name ? name->get<std::string>() : nullptr;
         const Class* found = text ? classNamed(*text) : nullptr;
-        return found && found->superclass() ? found : nullptr;
+        return found && found->hasCoding() ? found : nullptr;
     };
     const Class* found = description ? named(description->find(kClassNameKey)) : nullptr;
     for (std::size_t i = 0; !found && names && i < std::min(names->size(), kLongestChain); ++i)
         found = named(&(*names)[i]);
     return found;
-}
-
-bool Unarchiver::spend(std::size_t amount) {
-    if (amount > budget_)
-        return false;
-    budget_ -= amount;
-    return true;
 }
 
 std::nullptr_t Unarchiver::fail() {
@@ -291,8 +293,8 @@ std::nullptr_t Unarchiver::fail() {
 
 Ref<NSObject> NSKeyedUnarchiver::unarchiveObjectWithData(std::string_view bytes) {
     registerFoundationClasses();
-    const auto archive = readPropertyList(bytes);
-    return archive ? Unarchiver(*archive, bytes.size()).unarchive() : nullptr;
+    const auto archive = readPropertyList(bytes, kArchiveLimits);
+    return archive ? Unarchiver(*archive).unarchive() : nullptr;
 }
 
 } // namespace tesmar

@@ -11,9 +11,12 @@ class TESMAR_API NSKeyedUnarchiver {
   public:
     // A new object of whatever class the archive names, or null when any part of it cannot be
     // decoded: the caller checks the class. Of the classes that the archive gives for an object,
-    // the first that is registered with the object runtime is made; the foundation's own are
-    // registered here. Numbers in it are finite. Time and memory grow linearly with the size of
-    // `bytes`. Any thread on which the classes concerned may be used.
+    // the first is made that is registered with the object runtime and has a coding (see NSObject);
+    // the foundation's own are registered here. Numbers in it are finite.
+    //
+    // Archives longer than 96 KiB, or that hold more than NSKeyedArchiver would write, are null:
+    // whatever the bytes, the answer takes less than a millisecond and a mebibyte. What is not null
+    // NSKeyedArchiver writes again whole. Any thread on which the classes concerned may be used.
     static Ref<NSObject> unarchiveObjectWithData(std::string_view bytes);
 };
 

@@ -23,7 +23,11 @@ inline constexpr const char* kClassKey = "$class";
 inline constexpr const char* kClassNameKey = "$classname";
 inline constexpr const char* kClassChainKey = "$classes";
 
+// An archive is a few values, and whoever reads one waits for it: no archive may exceed these.
+inline constexpr PropertyListLimits kArchiveLimits{.bytes = 96 << 10, .values = 6144};
 // Objects within objects.
 inline constexpr int kDeepestArchive = 250;
+// Objects that are reached from the root, shared ones each time.
+inline constexpr std::size_t kMostObjectsReached = 16 << 10;
 
 } // namespace tesmar::keyed_archive_format

@@ -108,17 +108,24 @@ struct PropertyList::Entry {
     PropertyList value;
 };
 
-// No list that is read may exceed these.
-inline constexpr std::size_t kMostPropertyListBytes = 16 << 20;
-inline constexpr std::size_t kMostPropertyListReferences = 1 << 20;
 inline constexpr int kDeepestPropertyList = 512;
+// Of a file that others have a part in.
+inline constexpr std::size_t kMostPropertyListBytes = 16 << 20;
 
-// Nothing when `bytes` is not a whole, well-formed binary property list within the limits above, or
-// holds a URL or a UUID; property lists in XML are not read. Time and memory grow linearly
-// with the size of `bytes`, whatever they say. Values that are referred to from several places stay
-// shared, and the list as a whole, counting each such value as often as it is reached, is at most
-// 64 Ki values plus eight for each byte, so that going through it is never a trap.
-std::optional<PropertyList> readPropertyList(std::string_view bytes);
+// What a list that is read may not exceed.
+struct PropertyListLimits {
+    std::size_t bytes = kMostPropertyListBytes;
+    // In the table; references between them; and in the list as a whole, counting each that is
+    // shared as often as it is reached, so that going through the list is never a trap.
+    std::size_t values = 1 << 20;
+};
+
+// Nothing when `bytes` is not a whole, well-formed binary property list within the limits, nested
+// no deeper than kDeepestPropertyList, or holds a URL or a UUID; property lists in XML are
+// not read. Time and memory grow linearly with the size of `bytes`, whatever they say. Values that
+// are referred to from several places stay shared. What is read and written again is read again.
+std::optional<PropertyList> readPropertyList(std::string_view bytes,
+                                             const PropertyListLimits& limits = {});
 
 // The binary form: the same list always gives the same bytes. Equal scalars are written once, and
 // so are containers that are shared. Bytes of text that are not UTF-8 become U+FFFD. `list` must

@@ -22,7 +22,8 @@ std::uint64_t number(std::string_view bytes) {
 // are reachable may claim no more bytes than there are, as in a list where no two of them overlap.
 class Reader {
   public:
-    explicit Reader(std::string_view bytes) : bytes_(bytes) {}
+    Reader(std::string_view bytes, const PropertyListLimits& limits)
+        : bytes_(bytes), limits_(limits) {}
 
     std::optional<PropertyList> read();
 
@@ -52,13 +53,13 @@ class Reader {
     Bytes take(Cursor& cursor, std::uint64_t size);
 
     std::string_view bytes_;
+    PropertyListLimits limits_;
     std::uint64_t root_ = 0;
     std::uint64_t tableStart_ = 0;
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
     std::uint64_t budget_ = 0;
     std::uint64_t references_ = 0;
-    std::uint64_t mostWeight_ = 0;
     std::vector<Object> objects_;
 };
 
@@ -70,7 +71,7 @@ std::optional<PropertyList> Reader::read() {
 }
 
 bool Reader::readTrailer() {
-    if (bytes_.size() > kMostPropertyListBytes || bytes_.size() < kMagic.size() + kTrailerSize ||
+    if (bytes_.size() > limits_.bytes || bytes_.size() < kMagic.size() + kTrailerSize ||
         bytes_.substr(0, kMagic.size()) != kMagic)
         return false;
     const std::uint64_t tableEnd = bytes_.size() - kTrailerSize;
@@ -82,10 +83,9 @@ bool Reader::readTrailer() {
     tableStart_ = number(trailer.substr(24, 8));
     if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8 ||
         tableStart_ < kMagic.size() || tableStart_ > tableEnd || count == 0 ||
-        count > kMostPropertyListReferences || count > (tableEnd - tableStart_) / offsetSize_)
+        count > limits_.values || count > (tableEnd - tableStart_) / offsetSize_)
         return false;
     budget_ = tableStart_ - kMagic.size();
-    mostWeight_ = (64 << 10) + 8 * bytes_.size();
     objects_.resize(count);
     return true;
 }
@@ -209,7 +209,7 @@ bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t cou
     if (!references)
         return false;
     references_ += references->size() / referenceSize_;
-    if (references_ > kMostPropertyListReferences)
+    if (references_ > limits_.values)
         return false;
 
     PropertyList::Array elements;
@@ -243,7 +243,7 @@ bool Reader::parseElements(Object& container, std::string_view references, int d
         // An element that was read on a shallower path may still be too deep on this one.
         container.height = std::max(container.height, element->height + 1);
         container.weight += element->weight;
-        if (container.height > kDeepestPropertyList || container.weight > mostWeight_)
+        if (container.height > kDeepestPropertyList || container.weight > limits_.values)
             return false;
         elements.push_back(*element->value);
     }
@@ -275,8 +275,9 @@ Reader::Bytes Reader::take(Cursor& cursor, std::uint64_t size) {
 
 } // namespace
 
-std::optional<PropertyList> readPropertyList(std::string_view bytes) {
-    return Reader(bytes).read();
+std::optional<PropertyList> readPropertyList(std::string_view bytes,
+                                             const PropertyListLimits& limits) {
+    return Reader(bytes, limits).read();
 }
 
 } // namespace tesmar

@@ -61,7 +61,7 @@ struct NSUserDefaults::State {
 };
 
 Class& NSUserDefaults::classObject() {
-    static Class type("NSUserDefaults", &NSObject::classObject(), nullptr,
+    static Class type("NSUserDefaults", &NSObject::classObject(), {},
                       {method<&NSUserDefaults::objectForKey>("objectForKey:"),
                        method<&NSUserDefaults::setObject>("setObject:forKey:"),
                        method<&NSUserDefaults::removeObjectForKey>("removeObjectForKey:"),

@@ -98,9 +98,13 @@ TEST(VisualFormat, TakesHostileLengthsInItsStride) {
     const Names names;
     for (const char* piece : {"[", "(", "-", "|", "[a]", "[a(", "1", "==", "[a]-(1,"}) {
         std::string format = "|-";
-        for (int i = 0; i < 100'000; ++i)
+        while (format.size() <= kLongestVisualFormat)
             format += piece;
-        constraintsFromVisualFormat(format, NSLayoutFormatNone, names.metrics, names.views);
+        const std::string fits = format.substr(0, kLongestVisualFormat);
+        constraintsFromVisualFormat(fits, NSLayoutFormatNone, names.metrics, names.views);
+        const auto result =
+            constraintsFromVisualFormat(format, NSLayoutFormatNone, names.metrics, names.views);
+        EXPECT_EQ(std::get<VisualFormatError>(result).offset, kLongestVisualFormat);
     }
 }
 

@@ -61,6 +61,9 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
         deep += "<object class='UIView'><array key='subviews'>";
     for (int i = 0; i < 100; ++i)
         deep += "</array></object>";
+    std::string rules;
+    for (int i = 0; i < 1025; ++i)
+        rules += "<constraints format='[a(1)]'/>";
     const std::pair<std::string, std::string> cases[] = {
         {"<interface><object class='UIView'>", "mismatch"},
         {"<interface><object class='Spoon'/></interface>", "unknown class \"Spoon\""},
@@ -75,6 +78,11 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
         {"<interface><object class='UIView' id='a'><constraints format='|[b]'/></object>"
          "</interface>",
          "b"},
+        {"<interface><object class='UIButton' id='a'><outlet property='enabled' destination='a'/>"
+         "</object></interface>",
+         "no outlet \"enabled\" for a UIButton"},
+        {"<interface><object class='UIView' id='a'>" + rules + "</object></interface>",
+         "too many constraints"},
         {"<interface>" + deep + "</interface>", "too deep"}};
     for (const auto& [text, expected] : cases) {
         std::string problem;
