@@ -84,11 +84,15 @@ void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector 
 }
 
 void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
-    const auto cancelled = std::stable_partition(
-        items_.begin(), items_.end(), [&](const Item& item) { return item.target != &target; });
-    const std::vector<Item> released(std::make_move_iterator(cancelled),
-                                     std::make_move_iterator(items_.end()));
-    items_.erase(cancelled, items_.end());
+    for (;;) {
+        const auto found = std::find_if(items_.begin(), items_.end(),
+                                        [&](const Item& item) { return item.target == &target; });
+        if (found == items_.end())
+            return;
+        // It may own the last reference to anything: it goes only once the queue is settled.
+        const Item cancelled = std::move(*found);
+        items_.erase(found);
+    }
 }
 
 void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {

@@ -1,5 +1,6 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 
+#include "tesmar/platform/foundation/FirstException.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 
@@ -100,6 +101,7 @@ bool UIScrollView::canScroll(LayoutAxis axis) const {
 }
 
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
+    offset = {finiteCoordinate(offset.x), finiteCoordinate(offset.y)};
     configureMotion();
     if (animated && window() && motionSetting() == MotionSetting::full) {
         const double now = NSRunLoop::mainRunLoop().now();
@@ -109,12 +111,13 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
         return;
     }
     stopGliding();
-    x_.jumpTo(finiteCoordinate(offset.x));
-    y_.jumpTo(finiteCoordinate(offset.y));
+    x_.jumpTo(offset.x);
+    y_.jumpTo(offset.y);
     showOffset();
 }
 
-void UIScrollView::scrollRectToVisible(const CGRect& rect, bool animated) {
+void UIScrollView::scrollRectToVisible(const CGRect& anyRect, bool animated) {
+    const CGRect rect = finiteRect(anyRect);
     const auto nearest = [](CGFloat at, CGFloat extent, CGFloat low, CGFloat high) {
         return high - low >= extent || low < at ? low : high > at + extent ? high - extent : at;
     };
@@ -192,8 +195,11 @@ void UIScrollView::cancelDrag() {
 }
 
 void UIScrollView::release(CGPoint velocity, double time) {
-    letGo(velocity, time);
-    endedDragging(gliding_ != nullptr);
+    const auto kept = ref(this);
+    FirstException all;
+    all.run([&] { letGo(velocity, time); });
+    all.run([&] { endedDragging(gliding_ != nullptr); });
+    all.rethrow();
 }
 
 void UIScrollView::letGo(CGPoint velocity, double time) {
@@ -227,19 +233,19 @@ void UIScrollView::wheel(CGPoint delta) {
     const auto kept = ref(this);
     configureMotion();
     stopGliding();
+    // The burst has its end before anybody hears of its beginning.
+    const std::weak_ptr<NSObject> weak = weak_from_this();
+    const auto end = NSRunLoop::mainRunLoop().schedule(kWheelPause, [weak] {
+        if (const auto view = as<UIScrollView>(weak.lock()))
+            view->endWheelBurst();
+    });
+    NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, end));
     if (!dragging_)
         beganDragging();
     const CGSize room = scrollRoom();
     x_.jumpTo(std::clamp(contentOffset().x - finiteCoordinate(delta.x), 0.0, room.width));
     y_.jumpTo(std::clamp(contentOffset().y - finiteCoordinate(delta.y), 0.0, room.height));
     showOffset();
-
-    NSRunLoop::mainRunLoop().cancel(wheelEnd_);
-    const std::weak_ptr<NSObject> weak = weak_from_this();
-    wheelEnd_ = NSRunLoop::mainRunLoop().schedule(kWheelPause, [weak] {
-        if (const auto view = as<UIScrollView>(weak.lock()))
-            view->endWheelBurst();
-    });
 }
 
 void UIScrollView::endWheelBurst() {
@@ -280,9 +286,9 @@ void UIScrollView::startGliding() {
         return;
     }
     showIndicators();
-    if (!gliding_)
-        gliding_ = std::make_shared<Glide>(*this);
-    NSRunLoop::mainRunLoop().addFrameClient(gliding_);
+    const auto glide = gliding_ ? gliding_ : std::make_shared<Glide>(*this);
+    NSRunLoop::mainRunLoop().addFrameClient(glide);
+    gliding_ = glide;
 }
 
 void UIScrollView::stopGliding() {

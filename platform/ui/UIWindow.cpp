@@ -31,10 +31,24 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
 
 class CurrentContext {
   public:
-    explicit CurrentContext(CGContext& context) { UIGraphicsPushContext(context); }
-    ~CurrentContext() { UIGraphicsPopContext(); }
+    explicit CurrentContext(CGContext& context) : context_(&context) {
+        UIGraphicsPushContext(context);
+    }
+    // With what a view's drawing began above it and, having thrown, never ended.
+    ~CurrentContext() {
+        while (CGContext* const current = UIGraphicsGetCurrentContext()) {
+            UIGraphicsEndImageContext();
+            if (UIGraphicsGetCurrentContext() == current)
+                UIGraphicsPopContext();
+            if (current == context_)
+                break;
+        }
+    }
     CurrentContext(const CurrentContext&) = delete;
     CurrentContext& operator=(const CurrentContext&) = delete;
+
+  private:
+    CGContext* context_;
 };
 
 // Lets touches through to what lies below the window.
@@ -93,9 +107,13 @@ UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
       touches_(std::make_unique<TouchDispatcher>(*this)) {}
 
+// Whoever hears of the end on its way finds no window any more.
 UIWindow::~UIWindow() {
     if (rootController_)
         presentations_->setRoot(*rootController_, PresentationStack::Root::leaves);
+    presentations_->abandon();
+    letSubviewsGo();
+    touches_.reset();
 }
 
 Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
@@ -115,8 +133,8 @@ void UIWindow::setSize(CGSize size) {
         return;
     setFrame({{}, size});
     setScale(scale_);
-    layoutSubviews();
     invalidate();
+    layoutSubviews();
 }
 
 void UIWindow::setScale(CGFloat scale) {
@@ -268,21 +286,33 @@ bool UIWindow::needsRender() {
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     const auto kept = ref(this);
     layoutIfNeeded();
-    // What views ask for while they draw is for the next frame.
-    std::swap(damage_, repainted_);
-    damage_.clear();
     const CGSize size = pixelSize();
     CGContext context(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
                       scale_);
+    if (context.pixelWidth() == 0)
+        return {};
+    // What views ask for while they draw is for the next frame.
+    const DamageRegion painted = std::exchange(damage_, {});
+    try {
+        paintRects(context, painted.rects());
+    } catch (...) {
+        for (const PixelRect& rect : painted.rects())
+            damage_.add(rect);
+        throw;
+    }
+    repainted_ = painted;
+    return repainted_.rects();
+}
+
+void UIWindow::paintRects(CGContext& context, std::span<const PixelRect> rects) {
     const CurrentContext current(context);
-    for (const PixelRect& rect : repainted_.rects()) {
+    for (const PixelRect& rect : rects) {
         context.saveGState();
         context.clipToPixels(rect);
         context.clearPixels(rect);
         paint(context, {});
         context.restoreGState();
     }
-    return repainted_.rects();
 }
 
 } // namespace tesmar
