@@ -40,7 +40,9 @@ PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale) {
 }
 
 CGPoint snappedPoint(CGPoint point, CGFloat scale) {
-    return {std::floor(point.x * scale + 0.5) / scale, std::floor(point.y * scale + 0.5) / scale};
+    // By the painter's own rule: any other would now and then damage the pixel beside.
+    const PixelRect pixel = snappedToPixels({point, {}}, scale);
+    return {pixel.x / scale, pixel.y / scale};
 }
 
 void DamageRegion::add(PixelRect rect) noexcept {

@@ -4,6 +4,8 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -59,7 +61,12 @@ void requireSamePicture(UIWindow& window, const std::vector<std::uint32_t>& pixe
     std::vector<std::uint32_t> whole(pixels.size());
     window.invalidate();
     window.render(whole.data(), static_cast<int>(window.pixelSize().width) * 4);
-    require(whole == pixels, window, "what was repainted differs from a full repaint");
+    const auto differs = std::ranges::mismatch(whole, pixels).in1 - whole.begin();
+    if (whole != pixels)
+        throw Unsound("pixel " +
+                      std::to_string(differs % static_cast<int>(window.pixelSize().width)) + "," +
+                      std::to_string(differs / static_cast<int>(window.pixelSize().width)) +
+                      " was repainted other than in a full repaint");
 }
 
 } // namespace tesmar
