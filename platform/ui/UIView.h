@@ -206,6 +206,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void damage(CGRect rect);
     bool isCovered(const CGRect& surfaceRect) const;
     void paintSelf(CGContext& context, CGPoint origin);
+    void paintSubviews(CGContext& context, CGPoint origin);
 
     CGRect frame_;
     CGPoint boundsOrigin_;

@@ -179,16 +179,20 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
         drawInBounds(&UIView::draw);
 
     if (!clipsToBounds_) {
-        for (const auto& view : subviews_)
-            view->paint(context, origin - boundsOrigin_);
+        paintSubviews(context, origin - boundsOrigin_);
     } else if (!intersection(clip, inside).isEmpty()) {
         const SavedState saved(context);
         context.clipToPixels(inside);
-        for (const auto& view : subviews_)
-            view->paint(context, origin - boundsOrigin_);
+        paintSubviews(context, origin - boundsOrigin_);
     }
     if (visible)
         drawInBounds(&UIView::drawOverlay);
+}
+
+// Drawing is other people's code: any of it may take views away.
+void UIView::paintSubviews(CGContext& context, CGPoint origin) {
+    for (std::size_t i = 0; i < subviews_.size(); ++i)
+        Ref<UIView>(subviews_[i])->paint(context, origin);
 }
 
 } // namespace tesmar
