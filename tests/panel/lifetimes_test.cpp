@@ -10,7 +10,7 @@
 namespace tesmar {
 namespace {
 
-constexpr int kRounds = 2;        // through every cell, in the short form
+constexpr int kRounds = 8;        // through every cell, in the short form
 constexpr CGSize kSize{340, 300}; // the panel has to scroll
 
 struct Life : std::enable_shared_from_this<Life> {
