@@ -11,6 +11,9 @@ namespace tesmar {
 namespace {
 
 constexpr double kNever = std::numeric_limits<double>::infinity();
+// Messages in one pump. Work that schedules itself again must not make up for years, nor hang the
+// host: after so many the way is over, and after as many again the rest waits for the next pump.
+constexpr int kMostOnTheWay = 10'000;
 
 } // namespace
 
@@ -29,12 +32,12 @@ void NSRunLoop::advanceTo(double time) {
     if (!std::isfinite(time))
         return;
     const double end = std::max(now_, time);
-    for (;;) {
+    for (int fired = 0; fired < 2 * kMostOnTheWay;) {
         const double item = items_.empty() ? kNever : items_.front().due;
         if (!frameClients_.empty() && nextFrame_ <= std::min(end, item)) {
             runFrames(std::min(end, item));
         } else if (item <= end) {
-            now_ = std::max(now_, item);
+            now_ = fired++ < kMostOnTheWay ? std::max(now_, item) : end;
             fireNextItem();
         } else {
             break;
