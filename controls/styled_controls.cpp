@@ -5,6 +5,17 @@
 #include "tesmar/platform/ui/UIStepper.h"
 
 namespace tesmar {
+namespace {
+
+// An image context that ends, whatever is thrown in it.
+struct ImageContext {
+    explicit ImageContext(CGSize size) { UIGraphicsBeginImageContextWithOptions(size, false, 0); }
+    ~ImageContext() { UIGraphicsEndImageContext(); }
+    ImageContext(const ImageContext&) = delete;
+    ImageContext& operator=(const ImageContext&) = delete;
+};
+
+} // namespace
 
 Ref<UIStepper> UIStepper::createStyledStepper() {
     auto stepper = make<UIStepper>();
@@ -28,14 +39,12 @@ Ref<UIStepper> UIStepper::createStyledStepper() {
 }
 
 Ref<UIImage> UIImage::emptyImageForBorders() {
-    UIGraphicsBeginImageContextWithOptions({1, 1}, false, 0);
+    const ImageContext border({1, 1});
     if (CGContext* const context = UIGraphicsGetCurrentContext()) {
         CGContextSetFillColorWithColor(*context, *UIColor::clearColor());
         CGContextFillRect(*context, {0, 0, 1, 1});
     }
-    auto image = UIGraphicsGetImageFromCurrentImageContext();
-    UIGraphicsEndImageContext();
-    return image;
+    return UIGraphicsGetImageFromCurrentImageContext();
 }
 
 Ref<UILabel> UILabel::createStyledLabel() {

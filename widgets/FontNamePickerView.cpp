@@ -91,8 +91,9 @@ void FontNamePickerView::prevFont() {
 
 void FontNamePickerView::step(long by) {
     selectedIndex_ += by;
-    updateLabelText();
+    // First the guards of the ends: what fails later must not let a step past them.
     updateButtonStates();
+    updateLabelText();
     sendActionsForControlEvents(UIControlEventValueChanged);
 }
 

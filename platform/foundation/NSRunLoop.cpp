@@ -13,6 +13,9 @@ namespace tesmar {
 namespace {
 
 constexpr double kNever = std::numeric_limits<double>::infinity();
+// Messages in one pump. Work that schedules itself again must not make up for years, nor hang the
+// host: after so many the way is over, and after as many again the rest waits for the next pump.
+constexpr int kMostOnTheWay = 10'000;
 
 } // namespace
 
@@ -34,12 +37,12 @@ void NSRunLoop::advanceTo(double time) {
     if (!std::isfinite(time))
         return;
     const double end = std::max(now_, time);
-    for (;;) {
+    for (int fired = 0; fired < 2 * kMostOnTheWay;) {
         const double item = items_.empty() ? kNever : items_.front().due;
         if (!frameClients_.empty() && nextFrame_ <= std::min(end, item)) {
             runFrames(std::min(end, item));
         } else if (item <= end) {
-            now_ = std::max(now_, item);
+            now_ = fired++ < kMostOnTheWay ? std::max(now_, item) : end;
             fireNextItem();
         } else {
             break;
@@ -93,11 +96,15 @@ void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector 
 
 void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
     assertMainThread("NSRunLoop::cancelPreviousPerformRequests");
-    const auto cancelled = std::stable_partition(
-        items_.begin(), items_.end(), [&](const Item& item) { return item.target != &target; });
-    const std::vector<Item> released(std::make_move_iterator(cancelled),
-                                     std::make_move_iterator(items_.end()));
-    items_.erase(cancelled, items_.end());
+    for (;;) {
+        const auto found = std::find_if(items_.begin(), items_.end(),
+                                        [&](const Item& item) { return item.target == &target; });
+        if (found == items_.end())
+            return;
+        // It may own the last reference to anything: it goes only once the queue is settled.
+        const Item cancelled = std::move(*found);
+        items_.erase(found);
+    }
 }
 
 void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {

@@ -37,7 +37,8 @@ class TESMAR_API NSRunLoop {
     void noteTime(double time);
     // Moves the time forward to `time`, firing on the way, in order, everything that falls due.
     // Work that is scheduled meanwhile and falls due by `time` fires too; frame clients are asked
-    // once for each stretch between two deadlines, however long it is.
+    // once for each stretch between two deadlines, however long it is. Work that keeps scheduling
+    // itself is not made up for without end: after some thousands, the time is `time`.
     void advanceTo(double time);
     // When advanceTo next has something to do; nothing while all is at rest.
     std::optional<double> nextDeadline() const;

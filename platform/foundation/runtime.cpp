@@ -93,7 +93,10 @@ const Method* Class::findClassMethod(Selector selector) const {
 }
 
 void Class::addClassMethods(std::initializer_list<Method> methods) {
-    classMethods_.insert(classMethods_.end(), methods);
+    // A registration that was short of memory comes again from its start.
+    for (const Method& method : methods)
+        if (!findIn(classMethods_, method.selector))
+            classMethods_.push_back(method);
 }
 
 void registerClass(const Class& type) {

@@ -132,6 +132,7 @@ void CGContext::Impl::paintPicture(cairo_surface_t* picture, int x, int y, const
 
 void CGContext::Impl::beginLayer(double alpha) {
     const double opacity = state.alpha * finite(alpha, 0, 1, 0);
+    layers_.reserve(layers_.size() + 1); // or cairo's part of the layer would be left over
     savedStates.push_back(state);
     state.alpha = 1;
     if (opacity <= 0)

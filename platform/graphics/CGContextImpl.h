@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <vector>
 
 namespace tesmar {
@@ -103,6 +104,10 @@ class CGContext::Impl {
 
 inline constexpr int kTileSide = 1024;
 
+struct CairoDeleter {
+    void operator()(cairo_t* cr) const { cairo_destroy(cr); }
+};
+
 // A new surface with nothing on it; null when memory is short.
 SurfacePtr emptySurface(cairo_format_t format, int width, int height);
 
@@ -113,10 +118,11 @@ SurfacePtr renderedSurface(cairo_format_t format, int width, int height, double 
     SurfacePtr surface = emptySurface(format, width, height);
     if (!surface)
         return nullptr;
-    cairo_t* cr = cairo_create(surface.get());
-    cairo_translate(cr, -x, -y);
-    render(cr);
-    cairo_destroy(cr);
+    {
+        const std::unique_ptr<cairo_t, CairoDeleter> cr(cairo_create(surface.get()));
+        cairo_translate(cr.get(), -x, -y);
+        render(cr.get());
+    }
     cairo_surface_flush(surface.get());
     return surface;
 }

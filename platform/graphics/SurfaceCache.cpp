@@ -37,7 +37,12 @@ cairo_surface_t* SurfaceCache::insert(const SurfaceKey& key, SurfacePtr surface)
                        static_cast<std::size_t>(cairo_image_surface_get_height(surface.get()));
     entries_.push_front(
         {{key.shape.begin(), key.shape.end()}, key.tileX, key.tileY, std::move(surface), bytes});
-    index_.insert(entries_.begin());
+    try {
+        index_.insert(entries_.begin());
+    } catch (...) {
+        entries_.pop_front(); // nobody would find it
+        throw;
+    }
     bytes_ += bytes;
     evict();
     return entries_.front().surface.get();

@@ -33,6 +33,7 @@ struct LayoutEngine::State {
 
     void readIfNeeded(LayoutItem& item);
     void place();
+    void passUntilSettled(LayoutItem& item);
     void tell();
     void tell(const std::string& message);
 };
@@ -40,6 +41,7 @@ struct LayoutEngine::State {
 void LayoutEngine::State::readIfNeeded(LayoutItem& item) {
     if (isCurrent && root == &item && !system.givenFramesHaveChanged())
         return;
+    isCurrent = false;
     system.read(item);
     root = &item;
     isCurrent = true;
@@ -62,6 +64,17 @@ void LayoutEngine::State::place() {
             contentSizes[i] = system.contentSize(node);
             node.item->setLayoutContentSize(*contentSizes[i]);
         }
+    }
+}
+
+void LayoutEngine::State::passUntilSettled(LayoutItem& item) {
+    for (int pass = 0; pass < kMostPasses && !engineIsGone; ++pass) {
+        passIsAsked = false;
+        readIfNeeded(item);
+        system.solve(finiteRect(item.layoutFrame()).size);
+        place();
+        if (isCurrent && !passIsAsked && !system.givenFramesHaveChanged())
+            break;
     }
 }
 
@@ -102,13 +115,12 @@ void LayoutEngine::layout(LayoutItem& root) {
         return;
     }
     state->isInPass = true;
-    for (int pass = 0; pass < kMostPasses && !state->engineIsGone; ++pass) {
-        state->passIsAsked = false;
-        state->readIfNeeded(root);
-        state->system.solve(finiteRect(root.layoutFrame()).size);
-        state->place();
-        if (state->isCurrent && !state->passIsAsked && !state->system.givenFramesHaveChanged())
-            break;
+    try {
+        state->passUntilSettled(root);
+    } catch (...) {
+        state->isInPass = false;
+        state->isCurrent = false; // how far it came is not known
+        throw;
     }
     state->isInPass = false;
     if (state->isCurrent)

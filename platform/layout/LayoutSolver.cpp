@@ -90,6 +90,7 @@ bool LayoutSolver::holds(const Check& check) const {
 }
 
 void LayoutSolver::build() {
+    built_ = false; // until all of it is
     // Where all required relations can hold together their order makes no difference to the answer,
     // only to the work. Where they cannot, the order decides which gives way.
     if (!solveRequired(Order::sparsestFirst))

@@ -33,9 +33,14 @@ void Tableau::reset(const Parameters& parameters, std::size_t expectedVariables)
     costs_.clear();
     charged_.clear();
     cost_ = {};
+    // The scratch too: what threw in the middle has not put it to rest.
     sums_.clear();
     summed_.clear();
+    summedOrder_.clear();
     visited_.clear();
+    order_.clear();
+    path_.clear();
+    rowsWithFrozen_.clear();
     steps_.clear();
     stepTerms_.clear();
     unknowns_.reserve(expectedVariables);

@@ -48,36 +48,43 @@ PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale) {
 }
 
 CGPoint snappedPoint(CGPoint point, CGFloat scale) {
-    return {std::floor(point.x * scale + 0.5) / scale, std::floor(point.y * scale + 0.5) / scale};
+    // By the painter's own rule: any other would now and then damage the pixel beside.
+    const PixelRect pixel = snappedToPixels({point, {}}, scale);
+    return {pixel.x / scale, pixel.y / scale};
 }
 
-void DamageRegion::add(PixelRect rect) {
+void DamageRegion::add(PixelRect rect) noexcept {
     if (rect.isEmpty())
         return;
     // Every join may make another one free of waste.
-    for (std::size_t i = 0; i < rects_.size();) {
+    for (std::size_t i = 0; i < count_;) {
         if (waste(rects_[i], rect) > 0) {
             ++i;
             continue;
         }
         rect = boundingBox(rects_[i], rect);
-        rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(i));
+        remove(i);
         i = 0;
     }
-    rects_.push_back(rect);
-    if (rects_.size() > kMostRects)
+    rects_[count_++] = rect;
+    if (count_ > kMostRects)
         joinClosest();
 }
 
-void DamageRegion::joinClosest() {
+void DamageRegion::remove(std::size_t index) noexcept {
+    std::move(rects_.begin() + index + 1, rects_.begin() + count_, rects_.begin() + index);
+    --count_;
+}
+
+void DamageRegion::joinClosest() noexcept {
     std::size_t first = 0, second = 1;
-    for (std::size_t a = 0; a < rects_.size(); ++a)
-        for (std::size_t b = a + 1; b < rects_.size(); ++b)
+    for (std::size_t a = 0; a < count_; ++a)
+        for (std::size_t b = a + 1; b < count_; ++b)
             if (waste(rects_[a], rects_[b]) < waste(rects_[first], rects_[second]))
                 first = a, second = b;
     const PixelRect joined = boundingBox(rects_[first], rects_[second]);
-    rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(second));
-    rects_.erase(rects_.begin() + static_cast<std::ptrdiff_t>(first));
+    remove(second);
+    remove(first);
     add(joined);
 }
 

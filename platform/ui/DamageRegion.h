@@ -3,8 +3,8 @@
 
 #include "tesmar/platform/graphics/CGContext.h"
 
+#include <array>
 #include <span>
-#include <vector>
 
 namespace tesmar {
 
@@ -18,16 +18,19 @@ class TESMAR_API DamageRegion {
     // More rectangles than this are not worth the bookkeeping: the closest ones are joined.
     static constexpr std::size_t kMostRects = 16;
 
-    // Rectangles are joined only where that adds no pixel.
-    void add(PixelRect rect);
-    void clear() { rects_.clear(); }
-    bool isEmpty() const { return rects_.empty(); }
-    std::span<const PixelRect> rects() const { return rects_; }
+    // Rectangles are joined only where that adds no pixel. Allocates nothing: what was damaged is
+    // known even when memory is short.
+    void add(PixelRect rect) noexcept;
+    void clear() { count_ = 0; }
+    bool isEmpty() const { return count_ == 0; }
+    std::span<const PixelRect> rects() const { return {rects_.data(), count_}; }
 
   private:
-    void joinClosest();
+    void remove(std::size_t index) noexcept;
+    void joinClosest() noexcept;
 
-    std::vector<PixelRect> rects_;
+    std::array<PixelRect, kMostRects + 1> rects_{}; // one more while two are being joined
+    std::size_t count_ = 0;
 };
 
 } // namespace tesmar

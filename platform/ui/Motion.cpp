@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/geometry/geometry.h"
 
+#include <new>
 #include <utility>
 
 namespace tesmar {
@@ -42,8 +43,8 @@ class Transition::Client : public FrameClient {
             return owner_ != nullptr;
         }
         // Arrived: the transition stands before anybody hears of it.
-        const auto arrival = std::exchange(t.onArrival_, {});
         const auto changed = t.onChange_;
+        const auto arrival = std::exchange(t.onArrival_, {});
         const auto kept = std::exchange(t.client_, nullptr);
         owner_ = nullptr;
         changed();
@@ -74,7 +75,9 @@ void Transition::jumpTo(double value) {
 }
 
 void Transition::moveTo(double target, double seconds, std::function<void()> onArrival) {
-    if (motionSetting() == MotionSetting::reduced || target == value_ || !(seconds > 0)) {
+    const bool moves =
+        motionSetting() == MotionSetting::full && target != value_ && seconds > 0 && setOff();
+    if (!moves) {
         jumpTo(target);
         if (onArrival)
             onArrival();
@@ -85,9 +88,18 @@ void Transition::moveTo(double target, double seconds, std::function<void()> onA
     start_ = NSRunLoop::mainRunLoop().now();
     seconds_ = seconds;
     onArrival_ = std::move(onArrival);
-    if (!client_)
-        client_ = std::make_shared<Client>(*this);
-    NSRunLoop::mainRunLoop().addFrameClient(client_);
+}
+
+// False without the memory to move: then it lands at once.
+bool Transition::setOff() {
+    try {
+        const auto client = client_ ? client_ : std::make_shared<Client>(*this);
+        NSRunLoop::mainRunLoop().addFrameClient(client);
+        client_ = client;
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 } // namespace tesmar

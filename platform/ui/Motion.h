@@ -35,6 +35,8 @@ class Transition {
   private:
     class Client;
 
+    bool setOff();
+
     double value_;
     double from_;
     double target_;

@@ -1,5 +1,6 @@
 #include "tesmar/platform/ui/PresentationStack.h"
 
+#include "tesmar/platform/foundation/FirstException.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/ui/CardView.h"
 #include "tesmar/platform/ui/UIWindow.h"
@@ -15,8 +16,10 @@ constexpr CGFloat kRise = 40;       // points that a card travels
 
 } // namespace
 
-PresentationStack::~PresentationStack() {
-    for (const auto& presentation : stack_) {
+void PresentationStack::abandon() noexcept {
+    const auto abandoned = std::move(stack_);
+    stack_.clear();
+    for (const auto& presentation : abandoned) {
         presentation->stage = Stage::gone;
         presentation->progress.reset();
         presentation->controller->stack_ = nullptr;
@@ -52,10 +55,22 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     presentation->completion = std::move(completion);
     presentation->progress = std::make_unique<Transition>(
         startsAt, [this, p = presentation.get()] { showProgress(*p); });
-    controller->stack_ = this;
     stack_.push_back(presentation);
+    controller->stack_ = this;
+    try {
+        arrive(presentation);
+    } catch (...) {
+        // What has not come to stand does not stay half presented.
+        if (presentation->stage == Stage::arriving)
+            takeAway(presentation);
+        throw;
+    }
+}
 
-    // Every call out may dismiss what is just arriving.
+// Every call out may dismiss what is just arriving.
+void PresentationStack::arrive(const Shared& presentation) {
+    const auto controller = presentation->controller;
+    const bool animated = presentation->animated;
     const auto view = controller->view();
     if (presentation->stage != Stage::arriving)
         return;
@@ -73,7 +88,7 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     presentation->container->addSubview(view);
     showProgress(*presentation);
     window_.addSubview(presentation->container);
-    layOut(*presentation);
+    layOut(presentation);
     window_.layoutIfNeeded();
     if (presentation->stage != Stage::arriving)
         return;
@@ -120,13 +135,13 @@ void PresentationStack::leave(const Shared& presentation, bool animated,
     presentation->stage = Stage::leaving;
     presentation->animated = animated;
     presentation->completion = std::move(completion);
-    try {
-        presentation->controller->viewWillDisappear(animated);
-    } catch (...) {
-        moveAway(presentation, animated); // it leaves all the same
-        throw;
-    }
-    moveAway(presentation, animated);
+    // It leaves, whatever is thrown; without the memory for a motion, at once.
+    FirstException all;
+    all.run([&] { presentation->controller->viewWillDisappear(animated); });
+    all.run([&] { moveAway(presentation, animated); });
+    if (presentation->stage == Stage::leaving && !presentation->progress->isMoving())
+        all.run([&] { left(presentation); });
+    all.rethrow();
 }
 
 void PresentationStack::moveAway(const Shared& presentation, bool animated) {
@@ -144,20 +159,30 @@ void PresentationStack::left(const Shared& presentation) {
     if (presentation->stage != Stage::leaving)
         return;
     const auto keepWindow = ref(&window_);
+    const auto controller = presentation->controller;
+    const auto completion = std::exchange(presentation->completion, {});
+    FirstException all;
+    all.run([&] { takeAway(presentation); });
+    all.run([&] { controller->viewDidDisappear(presentation->animated); });
+    if (completion)
+        all.run(completion);
+    all.rethrow();
+}
+
+// The views hear that they have left the window.
+void PresentationStack::takeAway(const Shared& presentation) {
     presentation->stage = Stage::gone;
-    std::erase(stack_, presentation);
     const auto controller = presentation->controller;
     controller->stack_ = nullptr;
-    if (presentation->container) {
-        presentation->container->removeFromSuperview();
-        if (controller->isViewLoaded() &&
-            controller->view()->superview() == presentation->container.get())
-            controller->view()->removeFromSuperview();
-    }
-    const auto completion = std::exchange(presentation->completion, {});
-    controller->viewDidDisappear(presentation->animated);
-    if (completion)
-        completion();
+    std::erase(stack_, presentation);
+    const auto container = presentation->container;
+    if (!container)
+        return;
+    FirstException all;
+    all.run([&] { container->removeFromSuperview(); });
+    if (controller->isViewLoaded() && controller->view()->superview() == container.get())
+        all.run([&] { controller->view()->removeFromSuperview(); });
+    all.rethrow();
 }
 
 // --- Questions ----------------------------------------------------------------------------------
@@ -194,17 +219,17 @@ bool PresentationStack::isLeaving(const UIViewController& controller) const {
 
 void PresentationStack::layOut() {
     for (std::size_t i = 0; i < stack_.size(); ++i)
-        layOut(*stack_[i]);
+        layOut(Shared(stack_[i])); // whoever is told of a conflict may dismiss it
 }
 
-void PresentationStack::layOut(Presentation& presentation) {
-    if (!presentation.container || !presentation.controller->isViewLoaded())
+void PresentationStack::layOut(const Shared& presentation) {
+    const auto controller = presentation->controller;
+    if (!presentation->container || !controller->isViewLoaded())
         return;
-    UIView& content = *presentation.controller->view();
-    const bool card =
-        presentation.controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    presentation.container->setFrame(card ? cardFrame(window_, content) : window_.bounds());
-    content.setFrame(presentation.container->bounds());
+    const Ref<UIView> content = controller->view();
+    const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
+    presentation->container->setFrame(card ? cardFrame(window_, *content) : window_.bounds());
+    content->setFrame(presentation->container->bounds());
 }
 
 void PresentationStack::showProgress(Presentation& presentation) {

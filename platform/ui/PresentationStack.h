@@ -12,7 +12,8 @@ namespace tesmar {
 class PresentationStack {
   public:
     explicit PresentationStack(UIWindow& window) : window_(window) {}
-    ~PresentationStack();
+    // The window is about to go: nothing is presented any more, and nobody hears of it.
+    void abandon() noexcept;
 
     // The window's own controller presents, though it is not presented itself.
     enum class Root { stands, leaves };
@@ -47,12 +48,14 @@ class PresentationStack {
     using Shared = std::shared_ptr<Presentation>;
 
     Shared find(const UIViewController& controller) const;
-    void layOut(Presentation& presentation);
+    void layOut(const Shared& presentation);
     void showProgress(Presentation& presentation);
+    void arrive(const Shared& presentation);
     void arrived(const Shared& presentation);
     void leave(const Shared& presentation, bool animated, UIViewController::Completion completion);
     void moveAway(const Shared& presentation, bool animated);
     void left(const Shared& presentation);
+    void takeAway(const Shared& presentation);
 
     UIWindow& window_;
     std::vector<Shared> stack_;

@@ -11,7 +11,7 @@ namespace tesmar {
 
 class TouchDispatcher {
   public:
-    explicit TouchDispatcher(UIWindow& window) : window_(window) {}
+    explicit TouchDispatcher(UIWindow& window);
     ~TouchDispatcher();
 
     // Each answers whether the finger is the window's.
@@ -23,7 +23,7 @@ class TouchDispatcher {
 
   private:
     enum class Stage {
-        free,      // no finger
+        gone,      // lifted, or taken away
         outside,   // beside everything that is presented
         waiting,   // may still become a drag; the view below does not know of it yet
         caught,    // it stopped moving content, and is nobody's tap
@@ -31,21 +31,23 @@ class TouchDispatcher {
         dragging,  // a scroll view has it
     };
     struct Finger {
-        UITouch touch{0, {}, 0};
-        Stage stage = Stage::free;
+        UITouch touch;
+        Stage stage = Stage::waiting;
         WeakRef<NSObject> view;
         WeakRef<NSObject> scrollView; // that drags, or was caught
         std::uint64_t deliveryTimer = 0;
     };
 
-    Finger* find(std::int64_t id);
-    Finger& freeFinger();
-    void free(Finger& finger);
-    void deliver(Finger& finger);
-    bool startDrag(Finger& finger);
+    using Shared = std::shared_ptr<Finger>; // every call out may take fingers away and bring others
+
+    Shared find(std::int64_t id) const;
+    void forget(Finger& finger);
+    void cancel(const Shared& finger, double time);
+    void deliver(const Shared& finger);
+    bool startDrag(const Shared& finger);
 
     UIWindow& window_;
-    std::vector<std::unique_ptr<Finger>> fingers_; // kept for reuse; views hold on to the touches
+    std::vector<Shared> fingers_; // in the order of their landing
 };
 
 } // namespace tesmar

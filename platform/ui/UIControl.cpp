@@ -8,6 +8,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
+#include <new>
 
 namespace tesmar {
 namespace {
@@ -199,14 +200,19 @@ void UIControl::stopTracking() {
 }
 
 void UIControl::flashHighlight() {
-    if (std::exchange(flashing_, true))
+    if (flashing_)
         return;
     const std::weak_ptr<NSObject> weak = weak_from_this();
-    NSRunLoop::mainRunLoop().schedule(kFlash, [weak] {
-        const auto control = as<UIControl>(weak.lock());
-        if (control && control->flashing_ && !control->touch_)
-            control->setHighlighted(false);
-    });
+    try {
+        NSRunLoop::mainRunLoop().schedule(kFlash, [weak] {
+            const auto control = as<UIControl>(weak.lock());
+            if (control && control->flashing_ && !control->touch_)
+                control->setHighlighted(false);
+        });
+        flashing_ = true;
+    } catch (const std::bad_alloc&) {
+        setHighlighted(false); // nothing would end it
+    }
 }
 
 void UIControl::didMoveToWindow() {

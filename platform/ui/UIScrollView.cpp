@@ -1,5 +1,6 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 
+#include "tesmar/platform/foundation/FirstException.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 
@@ -103,6 +104,7 @@ bool UIScrollView::canScroll(LayoutAxis axis) const {
 }
 
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
+    offset = {finiteCoordinate(offset.x), finiteCoordinate(offset.y)};
     configureMotion();
     if (animated && window() && motionSetting() == MotionSetting::full) {
         const double now = NSRunLoop::mainRunLoop().now();
@@ -112,12 +114,13 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
         return;
     }
     stopGliding();
-    x_.jumpTo(finiteCoordinate(offset.x));
-    y_.jumpTo(finiteCoordinate(offset.y));
+    x_.jumpTo(offset.x);
+    y_.jumpTo(offset.y);
     showOffset();
 }
 
-void UIScrollView::scrollRectToVisible(const CGRect& rect, bool animated) {
+void UIScrollView::scrollRectToVisible(const CGRect& anyRect, bool animated) {
+    const CGRect rect = finiteRect(anyRect);
     const auto nearest = [](CGFloat at, CGFloat extent, CGFloat low, CGFloat high) {
         return high - low >= extent || low < at ? low : high > at + extent ? high - extent : at;
     };
@@ -195,8 +198,11 @@ void UIScrollView::cancelDrag() {
 }
 
 void UIScrollView::release(CGPoint velocity, double time) {
-    letGo(velocity, time);
-    endedDragging(gliding_ != nullptr);
+    const auto kept = ref(this);
+    FirstException all;
+    all.run([&] { letGo(velocity, time); });
+    all.run([&] { endedDragging(gliding_ != nullptr); });
+    all.rethrow();
 }
 
 void UIScrollView::letGo(CGPoint velocity, double time) {
@@ -229,6 +235,13 @@ void UIScrollView::wheel(CGPoint delta) {
         return;
     const auto kept = ref(this);
     configureMotion();
+    // The burst has its end before anybody hears of its beginning.
+    const std::weak_ptr<NSObject> weak = weak_from_this();
+    const auto end = NSRunLoop::mainRunLoop().schedule(kWheelPause, [weak] {
+        if (const auto view = as<UIScrollView>(weak.lock()))
+            view->endWheelBurst();
+    });
+    NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, end));
     if (!dragging_) {
         stopGliding();
         syncMotion();
@@ -240,13 +253,6 @@ void UIScrollView::wheel(CGPoint delta) {
     const CGSize room = scrollRoom();
     setContentOffset(
         {std::clamp(wanted.x, 0.0, room.width), std::clamp(wanted.y, 0.0, room.height)}, isNotch);
-
-    NSRunLoop::mainRunLoop().cancel(wheelEnd_);
-    const std::weak_ptr<NSObject> weak = weak_from_this();
-    wheelEnd_ = NSRunLoop::mainRunLoop().schedule(kWheelPause, [weak] {
-        if (const auto view = as<UIScrollView>(weak.lock()))
-            view->endWheelBurst();
-    });
 }
 
 void UIScrollView::endWheelBurst() {
@@ -287,9 +293,9 @@ void UIScrollView::startGliding() {
         return;
     }
     showIndicators();
-    if (!gliding_)
-        gliding_ = std::make_shared<Glide>(*this);
-    NSRunLoop::mainRunLoop().addFrameClient(gliding_);
+    const auto glide = gliding_ ? gliding_ : std::make_shared<Glide>(*this);
+    NSRunLoop::mainRunLoop().addFrameClient(glide);
+    gliding_ = glide;
 }
 
 void UIScrollView::stopGliding() {

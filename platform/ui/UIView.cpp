@@ -1,5 +1,6 @@
 #include "tesmar/platform/ui/UIView.h"
 
+#include "tesmar/platform/foundation/FirstException.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/main_thread.h"
@@ -35,8 +36,18 @@ UIView::UIView() {
 
 UIView::~UIView() {
     assertMainThread("~UIView");
-    for (const auto& view : subviews_)
+    letSubviewsGo();
+}
+
+void UIView::letSubviewsGo() noexcept {
+    const auto views = std::move(subviews_);
+    subviews_.clear();
+    for (const auto& view : views)
         view->superview_ = nullptr;
+    FirstException dropped;
+    for (const auto& view : views)
+        if (view.use_count() > 1)
+            dropped.run([&] { view->tellMovedToWindow(); });
 }
 
 bool UIView::initWithFrame(CGRect frame) {
@@ -142,6 +153,7 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
         fatalError("a view cannot be added to itself or to a view inside it");
     UIWindow* const before = view->window();
     const Ref<UIView> kept = view;
+    subviews_.reserve(subviews_.size() + 1); // the last that can fail: no view is half inside
     if (UIView* old = kept->superview_) {
         kept->damageSubtree();
         old->layoutNeedsUpdate();
@@ -176,10 +188,12 @@ void UIView::removeFromSuperview() {
 void UIView::tellMovedToWindow() {
     const auto kept = ref(this);
     const auto views = subviews_;
-    didMoveToWindow();
+    FirstException all;
+    all.run([this] { didMoveToWindow(); });
     for (const auto& view : views)
         if (view->superview_ == this)
-            view->tellMovedToWindow();
+            all.run([&] { view->tellMovedToWindow(); });
+    all.rethrow();
 }
 
 bool UIView::isDescendantOf(const UIView* view) const {

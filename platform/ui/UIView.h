@@ -177,6 +177,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void layoutNeedsUpdate() override;
 
   protected:
+    // Takes all subviews out: those that others own live on without a superview, and hear that they
+    // are in no window. What they throw at that is dropped: it is the end of this view.
+    void letSubviewsGo() noexcept;
     void setBoundsOrigin(CGPoint origin);
     // The view has entered or left a window; its subviews hear it too.
     virtual void didMoveToWindow() {}
@@ -191,16 +194,19 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
   private:
     UIView& layoutRoot();
     void layoutTree();
+    void layoutOwnSubviews();
     void layoutSubtreeSubviews();
     void applyFrame(CGRect frame);
     void tellMovedToWindow();
     CGPoint originInSuperview() const { return frame_.origin + translation_; }
     CGPoint originOnSurface() const;
+    CGRect drawnRect() const;
     CGRect subtreeExtent() const;
     void damageSubtree();
     void damage(CGRect rect);
     bool isCovered(const CGRect& surfaceRect) const;
     void paintSelf(CGContext& context, CGPoint origin);
+    void paintSubviews(CGContext& context, CGPoint origin);
 
     CGRect frame_;
     CGPoint boundsOrigin_;

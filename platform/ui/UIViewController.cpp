@@ -57,6 +57,7 @@ const Ref<UIView>& UIViewController::view() {
             loadView();
         } catch (...) {
             loading_ = false;
+            view_ = nullptr; // half a view is none: the next call loads it anew
             throw;
         }
         loading_ = false;

@@ -5,6 +5,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
+#include <new>
 
 namespace tesmar {
 namespace {
@@ -61,18 +62,27 @@ void UIView::setClipsToBounds(bool clips) {
     damageSubtree();
 }
 
+// Where the view itself draws; without the memory to find out, anywhere.
+CGRect UIView::drawnRect() const {
+    try {
+        return grownBy(bounds(), drawingOverflow());
+    } catch (const std::bad_alloc&) {
+        return CGRectInset(bounds(), -kLargestCoordinate, -kLargestCoordinate);
+    }
+}
+
 void UIView::setNeedsDisplay() {
-    damage(grownBy(bounds(), drawingOverflow()));
+    damage(drawnRect());
 }
 
 void UIView::setNeedsDisplayInRect(const CGRect& rect) {
-    damage(CGRectIntersection(rect, grownBy(bounds(), drawingOverflow())));
+    damage(CGRectIntersection(rect, drawnRect()));
 }
 
 void UIView::draw(CGRect) {}
 
 CGRect UIView::subtreeExtent() const {
-    CGRect extent = grownBy(bounds(), drawingOverflow());
+    CGRect extent = drawnRect();
     if (!clipsToBounds_)
         for (const auto& view : subviews_)
             if (!view->hidden_)
@@ -133,12 +143,18 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
     if (hidden_ || alpha_ <= 0)
         return;
     const CGPoint origin = superOrigin + originInSuperview();
-    const bool translucent = alpha_ < 1;
-    if (translucent)
-        context.beginTransparencyLayer(alpha_);
+    if (alpha_ >= 1) {
+        paintSelf(context, origin);
+        return;
+    }
+    // A layer no larger than what is in it; a pixel of slack, since views are rounded to pixels.
+    const SavedState saved(context);
+    const CGRect extent = subtreeExtent().offsetBy(origin - boundsOrigin_);
+    const CGFloat pixel = 1 / context.scale();
+    context.clipToPixels(pixelsTouchedBy(CGRectInset(extent, -pixel, -pixel), context.scale()));
+    context.beginTransparencyLayer(alpha_);
     paintSelf(context, origin);
-    if (translucent)
-        context.endTransparencyLayer();
+    context.endTransparencyLayer();
 }
 
 void UIView::paintSelf(CGContext& context, CGPoint origin) {
@@ -167,16 +183,20 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
         drawInBounds(&UIView::draw);
 
     if (!clipsToBounds_) {
-        for (const auto& view : subviews_)
-            view->paint(context, origin - boundsOrigin_);
+        paintSubviews(context, origin - boundsOrigin_);
     } else if (!intersection(clip, inside).isEmpty()) {
         const SavedState saved(context);
         context.clipToPixels(inside);
-        for (const auto& view : subviews_)
-            view->paint(context, origin - boundsOrigin_);
+        paintSubviews(context, origin - boundsOrigin_);
     }
     if (visible)
         drawInBounds(&UIView::drawOverlay);
+}
+
+// Drawing is other people's code: any of it may take views away.
+void UIView::paintSubviews(CGContext& context, CGPoint origin) {
+    for (std::size_t i = 0; i < subviews_.size(); ++i)
+        Ref<UIView>(subviews_[i])->paint(context, origin);
 }
 
 } // namespace tesmar

@@ -139,24 +139,38 @@ void UIView::layoutIfNeeded() {
 void UIView::layoutTree() {
     const auto kept = weak_from_this().lock();
     if (subviewsAreLayoutRoots()) {
-        if (std::exchange(needsLayout_, false))
-            layoutSubviews();
+        layoutOwnSubviews();
         for (std::size_t i = 0; i < subviews_.size(); ++i)
             Ref<UIView>(subviews_[i])->layoutTree();
         return;
     }
     for (int pass = 0; treeNeedsLayout_ && pass < kMostPasses; ++pass) {
         treeNeedsLayout_ = false;
-        if (!engine_)
-            engine_ = std::make_unique<LayoutEngine>();
-        engine_->layout(*this);
-        layoutSubtreeSubviews();
+        try {
+            if (!engine_)
+                engine_ = std::make_unique<LayoutEngine>();
+            engine_->layout(*this);
+            layoutSubtreeSubviews();
+        } catch (...) {
+            treeNeedsLayout_ = true;
+            throw;
+        }
+    }
+}
+
+void UIView::layoutOwnSubviews() {
+    if (!std::exchange(needsLayout_, false))
+        return;
+    try {
+        layoutSubviews();
+    } catch (...) {
+        setNeedsLayout();
+        throw;
     }
 }
 
 void UIView::layoutSubtreeSubviews() {
-    if (std::exchange(needsLayout_, false))
-        layoutSubviews();
+    layoutOwnSubviews();
     for (std::size_t i = 0; i < subviews_.size(); ++i) {
         const Ref<UIView> view = subviews_[i];
         view->layoutSubtreeSubviews();

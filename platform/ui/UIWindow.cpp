@@ -33,18 +33,24 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
 // The context that views draw into, for as long as this lives; then it lets the pixels go.
 class CurrentContext {
   public:
-    explicit CurrentContext(CGContext& context) : context_(context) {
+    explicit CurrentContext(CGContext& context) : context_(&context) {
         UIGraphicsPushContext(context);
     }
+    // With what a view's drawing began above it and, having thrown, never ended.
     ~CurrentContext() {
-        UIGraphicsPopContext();
-        context_.finish();
+        while (CGContext* const current = UIGraphicsGetCurrentContext()) {
+            UIGraphicsEndImageContext();
+            if (UIGraphicsGetCurrentContext() == current)
+                UIGraphicsPopContext();
+            if (current == context_)
+                break;
+        }
     }
     CurrentContext(const CurrentContext&) = delete;
     CurrentContext& operator=(const CurrentContext&) = delete;
 
   private:
-    CGContext& context_;
+    CGContext* context_;
 };
 
 // Lets touches through to what lies below the window.
@@ -103,9 +109,13 @@ UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
       touches_(std::make_unique<TouchDispatcher>(*this)), context_(std::make_unique<CGContext>()) {}
 
+// Whoever hears of the end on its way finds no window any more.
 UIWindow::~UIWindow() {
     if (rootController_)
         presentations_->setRoot(*rootController_, PresentationStack::Root::leaves);
+    presentations_->abandon();
+    letSubviewsGo();
+    touches_.reset();
 }
 
 Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
@@ -126,8 +136,8 @@ void UIWindow::setSize(CGSize size) {
         return;
     setFrame({{}, size});
     setScale(scale_);
-    layoutSubviews();
     invalidate();
+    layoutSubviews();
 }
 
 void UIWindow::setScale(CGFloat scale) {
@@ -289,21 +299,39 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     assertMainThread("UIWindow::render");
     const auto kept = ref(this);
     layoutIfNeeded();
-    // What views ask for while they draw is for the next frame.
-    std::swap(damage_, repainted_);
-    damage_.clear();
     const CGSize size = pixelSize();
-    context_->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
-                       scale_);
-    const CurrentContext current(*context_);
-    for (const PixelRect& rect : repainted_.rects()) {
-        context_->saveGState();
-        context_->clipToPixels(rect);
-        context_->clearPixels(rect);
-        paint(*context_, {});
-        context_->restoreGState();
+    auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();
+    context->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
+                      scale_);
+    DamageRegion painted = std::exchange(spare_, {});
+    if (context->pixelWidth() > 0) {
+        // What views ask for while they draw is for the next frame.
+        std::swap(painted, damage_);
+        try {
+            paintRects(*context, painted.rects());
+        } catch (...) {
+            for (const PixelRect& rect : painted.rects())
+                damage_.add(rect);
+            throw;
+        }
     }
+    context->finish();
+    context_ = std::move(context);
+    std::swap(painted, repainted_);
+    painted.clear();
+    spare_ = std::move(painted);
     return repainted_.rects();
+}
+
+void UIWindow::paintRects(CGContext& context, std::span<const PixelRect> rects) {
+    const CurrentContext current(context);
+    for (const PixelRect& rect : rects) {
+        context.saveGState();
+        context.clipToPixels(rect);
+        context.clearPixels(rect);
+        paint(context, {});
+        context.restoreGState();
+    }
 }
 
 } // namespace tesmar

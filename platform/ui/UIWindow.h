@@ -73,8 +73,9 @@ class TESMAR_API UIWindow : public UIView {
     // Each answers whether the event was the window's; what was not is the host's to use. A touch
     // that the window took stays the window's until it ends.
 
-    // `id` tells fingers apart. A finger that lands twice, or moves without having landed, is
-    // handled as sensibly as can be.
+    // `id` tells fingers apart. One that moves or lifts without having landed is nobody's; one
+    // that lands again, or the oldest of more than a few hands could have, has lifted unheard and
+    // is cancelled.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
     // `delta` in points; positive scrolls towards the content's start.
     bool wheel(CGPoint point, CGPoint delta, double time);
@@ -90,6 +91,8 @@ class TESMAR_API UIWindow : public UIView {
     // Repaints what is out of date in `pixels`: premultiplied ARGB32 in native byte order, rows
     // `stride` bytes apart (a multiple of 4), pixelSize() large, and left as the last call left it.
     // Answers the rectangles that were repainted, valid until the next call; none when nothing was.
+    // Null pixels, or rows shorter than the surface, are not painted on, and when a view's drawing
+    // throws the picture is not finished: what was out of date stays so.
     std::span<const PixelRect> render(void* pixels, int stride);
     // Everything is out of date: the host brings another buffer, or lost the old one's pixels.
     void invalidate();
@@ -107,6 +110,8 @@ class TESMAR_API UIWindow : public UIView {
     bool subviewsAreLayoutRoots() const override { return true; }
 
   private:
+    void paintRects(CGContext& context, std::span<const PixelRect> rects);
+
     CGFloat scale_ = 1;
     UIEdgeInsets safeArea_;
     std::optional<CGRect> captionArea_;
@@ -116,7 +121,9 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<TouchDispatcher> touches_;
     DamageRegion damage_;
     DamageRegion repainted_;
-    std::unique_ptr<CGContext> context_; // over pixels only while it renders
+    // Memory that is kept from frame to frame; taken while a frame is painted.
+    std::unique_ptr<CGContext> context_;
+    DamageRegion spare_;
 };
 
 } // namespace tesmar

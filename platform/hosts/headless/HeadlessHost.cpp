@@ -8,6 +8,13 @@
 #include <cmath>
 
 namespace tesmar {
+namespace {
+
+// Seconds.
+constexpr double kLongestWait = 1e9;
+constexpr double kLongestDrag = 3600;
+
+} // namespace
 
 HeadlessHost::HeadlessHost(CGSize size, CGFloat scale)
     : window_(UIWindow::windowWithSize(size, scale)), start_(NSRunLoop::mainRunLoop().now()) {
@@ -30,7 +37,7 @@ void HeadlessHost::allocate() {
 
 void HeadlessHost::advance(double seconds) {
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
-    const double end = start_ + now_ + std::max(0.0, seconds);
+    const double end = start_ + now_ + finite(seconds, 0, kLongestWait, 0);
     for (auto due = loop.nextDeadline(); due && *due < end; due = loop.nextDeadline()) {
         now_ = std::max(now_, *due - start_);
         loop.advanceTo(*due);
@@ -49,12 +56,13 @@ void HeadlessHost::tap(CGPoint point, std::int64_t id) {
 }
 
 void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id) {
-    const int steps = std::max(
-        1, static_cast<int>(std::lround(finite(seconds, 0, 3600, 0) / NSRunLoop::kFrameInterval)));
+    seconds = finite(seconds, 0, kLongestDrag, 0);
+    const int steps =
+        std::max(1, static_cast<int>(std::lround(seconds / NSRunLoop::kFrameInterval)));
     touch(UITouchPhase::began, start, id);
     CGPoint at = start;
     for (int i = 1; i <= steps; ++i) {
-        advance(std::max(0.0, seconds) / steps);
+        advance(seconds / steps);
         at = {start.x + distance.x * i / steps, start.y + distance.y * i / steps};
         touch(UITouchPhase::moved, at, id);
     }
