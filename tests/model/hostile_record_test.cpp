@@ -66,7 +66,7 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
                                                           "CCSessionStyleUserDefaultsKey");
         Ref<NSDictionary> style;
         test::Cost cost{1e9, 0};
-        for (int i = 0; i < 3 && cost.milliseconds > 0.5; ++i) // the others interrupt
+        for (int i = 0; i < 10 && cost.milliseconds > 0.5; ++i) // others interrupt
             cost.milliseconds =
                 std::min(cost.milliseconds, test::measured([&] {
                                                 style = TESMARConfig::sessionClosedCaptureStyle();

@@ -65,33 +65,6 @@ TEST(HostilePropertyList, ImpossibleObjectsAreRefused) {
         RawList{{"\xA1\x01", "\xD1\x03\x02", std::string("\xC1\0", 2), "\x51k"}}.bytes()));
 }
 
-TEST(HostilePropertyList, ImpossibleTrailersAreRefused) {
-    using List = RawList&;
-    void (*const changes[])(List) = {
-        [](List list) { list.objectCount = 0; },
-        [](List list) { list.objectCount = 3; },
-        [](List list) { list.objectCount = ~0ull; },
-        [](List list) { list.objectCount = 1ull << 61; }, // times 8 it is 0
-        [](List list) { list.root = 2; },
-        [](List list) { list.tableStart = 1 << 20; },
-        [](List list) { list.tableStart = ~0ull - 7; },
-        [](List list) { list.tableStart = 0; },
-        [](List list) { list.referenceSize = 0; },
-        [](List list) { list.referenceSize = 9; },
-        [](List list) { list.everyOffset = ~0ull; },
-        [](List list) { list.everyOffset = 7; },
-        [](List list) { list.everyOffset = 11; },
-    };
-    for (std::size_t i = 0; i < std::size(changes); ++i) {
-        RawList list{{"\xA1\x01", "\x09"}};
-        ASSERT_TRUE(readPropertyList(list.bytes()));
-        changes[i](list);
-        EXPECT_FALSE(bounded(readList, list.bytes())) << i;
-    }
-    for (const char* text : {"", "bplist00", "<?xml version=\"1.0\"?><plist><dict/></plist>"})
-        EXPECT_FALSE(readPropertyList(text + std::string(40, '\1')));
-}
-
 TEST(HostilePropertyList, BombsAreRefused) {
     const auto last = [](std::uint64_t i, std::uint64_t count, References references) {
         return i + 1 < count ? references : References();
@@ -161,13 +134,9 @@ TEST(HostileArchive, DecodesToNothing) {
         {"a root that is no reference", archiveOf({"text"}, "text")},
         {"a root outside the table", archiveOf({"text"}, UID{2})},
         {"the null object", archiveOf({"text"}, UID{0})},
-        {"a UID by itself", archiveOf({UID{1}})},
-        {"a bare list", archiveOf(PropertyList::Array(1, PropertyList::Array{"text"}))},
-        {"a date", archiveOf({PropertyList::Date{0}})},
         {"half a surrogate pair", archiveOf({halfPair})},
         {"a record without a class", archiveOf({PropertyList::Dictionary{}})},
         {"a class outside the table", archiveOf({arrayRecord({}, 9)})},
-        {"a class that is no record", archiveOf({arrayRecord({}, 2), "NSArray"})},
         {"a class that nobody knows",
          archiveOf({arrayRecord({}, 2), classRecord({"NoSuch", "NSObject"})})},
         {"an abstract class",
@@ -175,10 +144,8 @@ TEST(HostileArchive, DecodesToNothing) {
         {"a class without a coding", archiveOf({arrayRecord({}, 2), classRecord({"NSObject"})})},
         {"a list in itself", archiveOf({arrayRecord({UID{1}}, 2), array})},
         {"the null object in a list", archiveOf({arrayRecord({UID{0}}, 2), array})},
-        {"a date in a list", archiveOf({arrayRecord({PropertyList::Date{0}}, 2), array})},
         {"a record in a list", archiveOf({arrayRecord({arrayRecord({}, 2)}, 2), array})},
         {"more keys than values", archiveOf({dictionaryRecord({"a", "b"}, {"a"}, 2), dictionary})},
-        {"a number as a key", archiveOf({dictionaryRecord({1LL}, {"a"}, 2), dictionary})},
         {"one bad value among good ones",
          archiveOf({dictionaryRecord({"a", "b"}, {"a", UID{99}}, 2), dictionary})},
         {"text of bad bytes",

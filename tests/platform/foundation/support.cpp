@@ -55,8 +55,8 @@ std::string RawList::bytes() const {
     }
     const std::size_t start = bytes.size();
     return bytes + table + std::string(6, '\0') + bigEndian(kOffsetSize, 1) +
-           bigEndian(referenceSize, 1) + bigEndian(objectCount.value_or(objects.size()), 8) +
-           bigEndian(root.value_or(0), 8) + bigEndian(tableStart.value_or(start), 8);
+           bigEndian(referenceSize, 1) + bigEndian(objects.size(), 8) + bigEndian(0, 8) +
+           bigEndian(start, 8);
 }
 
 } // namespace tesmar::test
