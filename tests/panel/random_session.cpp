@@ -22,7 +22,15 @@ constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
                              {0, 0}, {65535, 2}, {65535, 65535}};
 constexpr double kMostPixels = 400'000; // beyond them a frame takes too long to see much
 
+constexpr const char* kControls[] = {
+    "textColorPicker.1", "CCSwitch",        "textColorOpacityStepper", "fontPicker.next",
+    "fontPicker.prev",   "fontPicker.size", "backgroundColorPicker.3", "resetButton"};
+
 struct HostError {};
+
+CGPoint middle(const UIView& view) {
+    return view.convertRectTo(view.bounds(), nullptr).center();
+}
 
 class Session {
   public:
@@ -41,6 +49,7 @@ class Session {
         long events = 0;
         for (; !ended_; ++events) {
             try {
+                depth_ = 0;
                 act();
             } catch (const HostError&) {
             }
@@ -73,15 +82,12 @@ class Session {
         replacePanel();
         window_->presentViewController(panel_, true);
         pump(1);
-        for (const char* name : {"textColorPicker.4", "CCSwitch", "resetButton"}) {
-            const int calls = listener_->calls;
-            const UIView& view = *window_->viewWithIdentifier(name);
-            const CGPoint at = view.convertRectTo(view.bounds(), nullptr).center();
-            window_->touch(P::began, 1, at, now_);
-            window_->touch(P::ended, 1, at, now_);
-            if (listener_->calls != calls + 1)
-                throw Unsound(std::string("afterwards a tap is not heard: ") + name);
-        }
+        const CGPoint at = middle(*window_->viewWithIdentifier("textColorPicker.4"));
+        const int calls = listener_->calls;
+        window_->touch(P::began, 1, at, now_);
+        window_->touch(P::ended, 1, at, now_);
+        if (listener_->calls != calls + 1)
+            throw Unsound("afterwards a tap is not heard");
         panel_->dismissViewControllerAnimated(false);
         pump(1);
     }
@@ -107,12 +113,9 @@ class Session {
             throw HostError();
         if (choice > 4 || depth_ >= 3)
             return;
-        struct Deeper {
-            explicit Deeper(int& d) : depth(d) { ++depth; }
-            ~Deeper() { --depth; }
-            int& depth;
-        } const deeper(depth_);
+        ++depth_;
         act();
+        --depth_;
     }
 
     std::uint32_t below(std::size_t count) {
@@ -136,19 +139,9 @@ class Session {
         return kind == 2 ? now_ - kTenYears : kind == 3 ? kNoNumber : kind == 4 ? kInfinity : now_;
     }
     void pump(double seconds) { NSRunLoop::mainRunLoop().advanceTo(now_ += seconds); }
-    static void addControls(const UIView& view, std::vector<const UIView*>& controls) {
-        if (isLeafControl(view))
-            controls.push_back(&view);
-        for (const auto& child : view.subviews())
-            addControls(*child, controls);
-    }
     CGPoint target() { // mostly a control
-        std::vector<const UIView*> controls;
-        addControls(*window_, controls);
-        if (controls.empty() || below(4) == 0)
-            return point();
-        const UIView& view = *controls[below(controls.size())];
-        return view.convertRectTo(view.bounds(), nullptr).center();
+        const UIView* const view = window_->viewWithIdentifier(any(kControls));
+        return below(4) == 0 || !view ? point() : middle(*view);
     }
 
     void act() {
@@ -226,11 +219,8 @@ class Session {
 
     void assignStyle(TESMARViewController& panel) {
         const auto style = make<NSMutableDictionary>();
-        for (const auto* key : {&NSForegroundColorAttributeName, &NSBackgroundColorAttributeName})
-            if (below(3) != 0) {
-                const CGPoint a = point(), b = point();
-                style->setObject(UIColor::colorWithRed(a.x, a.y, b.x, b.y), *key);
-            }
+        const CGPoint a = point(), b = point();
+        style->setObject(UIColor::colorWithRed(a.x, a.y, b.x, b.y), NSForegroundColorAttributeName);
         if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile)))
             style->setObject(font, NSFontAttributeName);
         panel.setCCStyleAttributes(style);
