@@ -20,6 +20,7 @@ constexpr double kWaits[] = {0, 0.001, 1.0 / 60, 0.05, 0.16, 0.3, 1, 4};
 constexpr CGSize kUsual{480, 420};
 constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
                              {0, 0}, {65535, 2}, {65535, 65535}};
+constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() - 250;
 constexpr double kMostPixels = 400'000; // beyond them a frame takes too long to see much
 
 constexpr const char* kControls[] = {
@@ -145,68 +146,65 @@ class Session {
     }
 
     void act() {
-        const auto window = window_; // a call back may replace them
-        const auto panel = panel_;
+        const auto w = window_; // a call back may replace them
+        const auto p = panel_;
         const auto choice = below(88);
+        const CGPoint at = target(), other = point();
+        const double time = eventTime();
         if (choice < 14) {
-            const auto phase = static_cast<P>(below(4));
-            const std::int64_t id = below(16) == 0 ? -kLargest - below(250) : below(3);
-            const CGPoint at = target();
-            window->touch(phase, id, at, eventTime());
+            w->touch(static_cast<P>(below(4)), below(16) == 0 ? -kFar - below(250) : below(3), at,
+                     time);
         } else if (choice < 26) {
-            const CGPoint at = target();
-            window->touch(P::began, 1, at, eventTime());
-            window->touch(P::ended, 1, at, now_);
+            w->touch(P::began, 1, at, time), w->touch(P::ended, 1, at, now_);
         } else if (choice < 32) {
-            CGPoint at = target();
-            window->touch(P::began, 2, at, eventTime());
+            w->touch(P::began, 2, at, time);
+            CGPoint to = at;
             for (auto i = below(6); i > 0; --i) {
-                (below(2) == 0 ? at.x : at.y) += below(40) - 20.0;
-                pump(below(5) * 0.02);
-                window->touch(P::moved, 2, at, eventTime());
+                (below(2) == 0 ? to.x : to.y) += below(40) - 20.0;
+                pump(below(5) * 0.02), w->touch(P::moved, 2, to, eventTime());
             }
-            window->touch(P::ended, 2, at, now_);
+            w->touch(P::ended, 2, to, now_);
         } else if (choice < 36) {
-            const CGPoint at = target(), delta = point();
-            window->wheel(at, delta, eventTime());
+            w->wheel(at, other, time);
         } else if (choice < 50) {
-            pump(any(kWaits));
-            NSRunLoop::mainRunLoop().advanceTo(eventTime());
+            pump(any(kWaits)), NSRunLoop::mainRunLoop().advanceTo(time);
         } else if (choice < 51) {
-            window->key(UIKey::escape, eventTime());
+            w->key(UIKey::escape, time);
         } else if (choice < 53) {
-            window->cancelTouches(eventTime());
+            w->cancelTouches(time);
         } else if (choice < 54) {
-            window->setScale(any(kScales));
+            w->setScale(any(kScales));
         } else if (choice < 56) {
-            const CGPoint odd = point();
-            window->setSize(below(4) == 0 ? CGSize{odd.x, odd.y} : any(kSizes));
-        } else if (choice < 57) {
-            const CGPoint a = point(), b = point();
-            window->setSafeAreaInsets({a.x, a.y, b.x, b.y});
-            window->setCaptionArea(CGRect(b, {a.x, a.y}));
+            w->setSize(below(4) == 0 ? CGSize{other.x, other.y} : any(kSizes));
         } else if (choice < 59) {
-            window->setSafeAreaInsets({});
-            window->setCaptionArea(std::nullopt);
-            window->setOutsideTap(below(2) == 0 ? OutsideTap::dismisses : OutsideTap::ignored);
+            w->setSafeAreaInsets(below(2) == 0 ? UIEdgeInsets{at.x, at.y, other.x, other.y}
+                                               : UIEdgeInsets{});
+            w->setCaptionArea(below(2) == 0 ? std::optional(CGRect(at.x, at.y, other.y, other.x))
+                                            : std::nullopt);
+            w->setOutsideTap(below(2) == 0 ? OutsideTap::dismisses : OutsideTap::ignored);
             setMotionSetting(below(4) == 0 ? MotionSetting::reduced : MotionSetting::full);
         } else if (choice < 64) {
-            window->presentViewController(panel, below(3) != 0, [l = listener_] { l->heard(); });
+            w->presentViewController(p, below(3) != 0, [l = listener_] { l->heard(); });
         } else if (choice < 67) {
-            panel->dismissViewControllerAnimated(below(3) != 0);
+            p->dismissViewControllerAnimated(below(3) != 0);
         } else if (choice < 70) {
             replacePanel();
         } else if (choice < 72) {
             window_ = UIWindow::windowWithSize(kUsual);
         } else if (choice < 75) {
-            panel->setAutoHideInterval(below(2) == 0 ? any(kHostile) : any(kWaits));
-            panel->setRememberChangedStyle(below(32) == 0); // saving takes time
-            panel->setCCEnabled(below(2) == 0);
-            panel->setDelegate(below(4) == 0 ? nullptr : listener_);
+            p->setAutoHideInterval(below(2) == 0 ? any(kHostile) : any(kWaits));
+            p->setRememberChangedStyle(below(32) == 0); // saving takes time
+            p->setCCEnabled(below(2) == 0);
+            p->setDelegate(below(4) == 0 ? nullptr : listener_);
         } else if (choice < 78) {
-            assignStyle(*panel);
+            const auto style = make<NSMutableDictionary>();
+            style->setObject(UIColor::colorWithRed(at.x, at.y, other.x, other.y),
+                             NSForegroundColorAttributeName);
+            if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile)))
+                style->setObject(font, NSFontAttributeName);
+            p->setCCStyleAttributes(style);
         } else {
-            render(*window);
+            render(*w);
         }
     }
 
@@ -215,15 +213,6 @@ class Session {
         panel_ = make<TESMARViewController>();
         panel_->setDelegate(listener_);
         panels_.push_back(panel_);
-    }
-
-    void assignStyle(TESMARViewController& panel) {
-        const auto style = make<NSMutableDictionary>();
-        const CGPoint a = point(), b = point();
-        style->setObject(UIColor::colorWithRed(a.x, a.y, b.x, b.y), NSForegroundColorAttributeName);
-        if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile)))
-            style->setObject(font, NSFontAttributeName);
-        panel.setCCStyleAttributes(style);
     }
 
     void render(UIWindow& window) {
@@ -245,7 +234,6 @@ class Session {
             requireSamePicture(window, pixels_);
     }
 
-    static constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max() - 250;
     const std::function<std::optional<std::uint8_t>()>& nextByte_;
     bool ended_ = false;
     int depth_ = 0; // of calls back
