@@ -72,14 +72,20 @@ struct Stage {
         fresh->setAutoHideInterval(4);
         panel = fresh;
     }
-    // A host that is told of an error goes on.
-    void carryOn(const std::function<void(HeadlessHost&)>& deed) {
+    // A host that is told of an error goes on; what it shows is none the worse.
+    template <class Deed>
+    void carryOn(const Deed& deed) {
+        const auto before = host;
         try {
-            deed(*std::shared_ptr(host));
+            deed(*before);
+            requireLegalState(*host->window());
+            return;
         } catch (const HostError&) {
         } catch (const std::bad_alloc&) {
         }
         requireLegalState(*host->window());
+        host->render();
+        requireSamePicture(*host->window(), host->pixels());
     }
     void wait(double seconds) {
         carryOn([=](HeadlessHost& h) { h.advance(seconds); });
@@ -99,7 +105,9 @@ struct Stage {
     // Presents, uses everything, and waits until the panel has gone; twice dismisses it.
     void play() {
         const auto hears = [e = ears](const char* call) { return [=] { e->hear(call); }; };
-        setDiagnosticHandler([e = ears](std::string_view) { e->hear("diagnostic"); });
+        carryOn([&](auto&) {
+            setDiagnosticHandler([e = ears](std::string_view) { e->hear("diagnostic"); });
+        });
         moment("made");
         carryOn([&](auto& h) { h.window()->presentViewController(panel, true, hears("stands")); });
         wait(0.1);

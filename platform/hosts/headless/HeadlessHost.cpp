@@ -72,6 +72,9 @@ void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::in
 std::span<const PixelRect> HeadlessHost::render() {
     if (!window_->needsRender())
         return {};
+    // Whoever holds the window may have resized it; so may a resize that threw half-way.
+    if (window_->pixelSize() != CGSize{static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)})
+        allocate();
     return window_->render(pixels_.data(), width_ * 4);
 }
 
