@@ -23,12 +23,12 @@ TEST_F(PanelTest, ShortOfMemoryOnce) {
         if (!stage.panel)
             stage.replacePanel();
         stage.carryOn([&](auto&) { stage.panel->setCCStyleAttributes(styles->mutableCopy()); });
-        stage.play();
-        stage.panel->setRememberChangedStyle(true);
-        stage.carryOn([&](auto&) { stage.panel->bgColorChanged(); });
-        wasShort = allocationsLeft == 0;
-        allocationsLeft = 0;
         try {
+            stage.play();
+            stage.panel->setRememberChangedStyle(true);
+            stage.carryOn([&](auto&) { stage.panel->bgColorChanged(); });
+            wasShort = allocationsLeft == 0;
+            allocationsLeft = 0;
             stage.panel->dismissViewControllerAnimated(false);
             stage.host->advance(20);
             stage.host->resize({480, 420}, 1); // all of it in sight

@@ -29,9 +29,10 @@ void HeadlessHost::resize(CGSize size, CGFloat scale) {
 
 void HeadlessHost::allocate() {
     const CGSize size = window_->pixelSize();
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size.width * size.height), 0);
+    pixels_ = std::move(pixels);
     width_ = static_cast<int>(size.width);
     height_ = static_cast<int>(size.height);
-    pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0);
     window_->invalidate();
 }
 
