@@ -4,27 +4,17 @@
 #include <cstdlib>
 #include <new>
 
-namespace tesmar {
-thread_local long allocationsLeft = 0;
-}
+thread_local long tesmar::allocationsLeft = 0;
 
-namespace {
-
-void* allocate(std::size_t size) noexcept {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     if (tesmar::allocationsLeft > 0 && --tesmar::allocationsLeft == 0)
         return nullptr;
     return std::malloc(size ? size : 1);
 }
-
-} // namespace
-
 void* operator new(std::size_t size) {
-    if (void* const memory = allocate(size))
+    if (void* const memory = operator new(size, std::nothrow))
         return memory;
     throw std::bad_alloc();
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

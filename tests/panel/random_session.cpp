@@ -1,368 +1,259 @@
 #include "random_session.h"
 
 #include "soundness.h"
-
 #include "tesmar/platform/ui/Motion.h"
+#include "tesmar/tesmar.h"
 
 #include <limits>
 
 namespace tesmar {
 namespace {
 
+using P = UITouchPhase;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double kHostile[] = {kNoNumber, kInfinity, -kInfinity, 0,     -0.0,         -1,
-                               1e-6,      0.3,       3,          65535, 2147483648.0, -2147483648.0,
-                               1e300,     -1e300,    5e-324,     1e6};
 constexpr double kTenYears = 10 * 365.25 * 86400;
-constexpr double kMostPixels = 400'000; // beyond them a frame takes too long to see much
+constexpr double kHostile[] = {kNoNumber, kInfinity,    -kInfinity,    0,     -1,     1e-6,  0.3, 3,
+                               65535,     2147483648.0, -2147483648.0, 1e300, -1e300, 5e-324};
+constexpr double kScales[] = {1, 1, 1.5, 2, 0, -1, 1e-6, 1e6, kNoNumber};
+constexpr double kWaits[] = {0, 0.001, 1.0 / 60, 0.05, 0.16, 0.3, 1, 4};
 constexpr CGSize kUsual{480, 420};
+constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
+                             {0, 0}, {65535, 2}, {65535, 65535}};
+constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() - 250;
+constexpr double kMostPixels = 400'000; // beyond them a frame takes too long to see much
+
+constexpr const char* kControls[] = {
+    "textColorPicker.1", "CCSwitch",        "textColorOpacityStepper", "fontPicker.next",
+    "fontPicker.prev",   "fontPicker.size", "backgroundColorPicker.3", "resetButton"};
 
 struct HostError {};
 
-CGPoint middleOf(const UIView& view) {
+CGPoint middle(const UIView& view) {
     return view.convertRectTo(view.bounds(), nullptr).center();
 }
 
-void addControls(const UIView& view, std::vector<const UIView*>& controls) {
-    if (isLeafControl(view))
-        controls.push_back(&view);
-    for (const auto& child : view.subviews())
-        addControls(*child, controls);
-}
+class Session {
+  public:
+    explicit Session(const std::function<std::optional<std::uint8_t>()>& nextByte)
+        : nextByte_(nextByte) {
+        listener_->session = this;
+        replacePanel();
+        window_->presentViewController(panel_, true);
+    }
+    ~Session() {
+        listener_->session = nullptr;
+        setMotionSetting(MotionSetting::full);
+    }
+
+    long play() {
+        long events = 0;
+        for (; !ended_; ++events) {
+            try {
+                depth_ = 0;
+                act();
+            } catch (const HostError&) {
+            }
+            requireLegalState(*window_);
+        }
+        return events;
+    }
+
+    void finish() {
+        listener_->session = nullptr;
+        setMotionSetting(MotionSetting::full);
+        window_->cancelTouches(now_);
+        while (const auto top = window_->presentedViewController()) {
+            top->dismissViewControllerAnimated(false);
+            pump(1); // it may have been on its way already
+        }
+        panel_ = nullptr;
+        for (const auto& weak : panels_)
+            if (const auto panel = weak.lock())
+                NSRunLoop::mainRunLoop().cancelPreviousPerformRequests(*panel);
+        pump(20);
+        requireRest(*window_);
+        for (const auto& weak : panels_)
+            if (!weak.expired())
+                throw Unsound("a panel was never let go");
+        window_->setSize(kUsual);
+        window_->setScale(1);
+        window_->setSafeAreaInsets({});
+        window_->setCaptionArea(std::nullopt);
+        replacePanel();
+        window_->presentViewController(panel_, true);
+        pump(1);
+        const CGPoint at = middle(*window_->viewWithIdentifier("textColorPicker.4"));
+        const int calls = listener_->calls;
+        window_->touch(P::began, 1, at, now_);
+        window_->touch(P::ended, 1, at, now_);
+        if (listener_->calls != calls + 1)
+            throw Unsound("afterwards a tap is not heard");
+        panel_->dismissViewControllerAnimated(false);
+        pump(1);
+    }
+
+  private:
+    struct Listener : TESMARViewControllerDelegate {
+        void CCSwitchValueChanged(bool) override { heard(); }
+        void CCStyleAttributesChanged(const Ref<NSDictionary>&) override { heard(); }
+        void CCViewControllerWillDisappear() override { heard(); }
+        void heard() {
+            ++calls;
+            if (session)
+                session->heard();
+        }
+        Session* session = nullptr;
+        int calls = 0;
+    };
+
+    // The panel calls the host, which may do anything there too.
+    void heard() {
+        const auto choice = below(16);
+        if (choice == 0)
+            throw HostError();
+        if (choice > 4 || depth_ >= 3)
+            return;
+        ++depth_;
+        act();
+        --depth_;
+    }
+
+    std::uint32_t below(std::size_t count) {
+        const auto byte = nextByte_();
+        ended_ = ended_ || !byte;
+        return byte.value_or(0) % static_cast<std::uint32_t>(count);
+    }
+    template <class T, std::size_t N>
+    T any(const T (&values)[N]) {
+        return values[below(N)];
+    }
+    double number() { return below(24) == 0 ? any(kHostile) : below(250) * 2.5 - 40; }
+    CGPoint point() {
+        const double x = number();
+        return {x, number()};
+    }
+    double eventTime() {
+        const auto kind = below(128);
+        if (kind == 1 && below(64) == 0)
+            return now_ += kTenYears;
+        return kind == 2 ? now_ - kTenYears : kind == 3 ? kNoNumber : kind == 4 ? kInfinity : now_;
+    }
+    void pump(double seconds) { NSRunLoop::mainRunLoop().advanceTo(now_ += seconds); }
+    CGPoint target() { // mostly a control
+        const UIView* const view = window_->viewWithIdentifier(any(kControls));
+        return below(4) == 0 || !view ? point() : middle(*view);
+    }
+
+    void act() {
+        const auto w = window_; // a call back may replace them
+        const auto p = panel_;
+        const auto choice = below(88);
+        const CGPoint at = target(), other = point();
+        const double time = eventTime();
+        if (choice < 14) {
+            w->touch(static_cast<P>(below(4)), below(16) == 0 ? -kFar - below(250) : below(3), at,
+                     time);
+        } else if (choice < 26) {
+            w->touch(P::began, 1, at, time), w->touch(P::ended, 1, at, now_);
+        } else if (choice < 32) {
+            w->touch(P::began, 2, at, time);
+            CGPoint to = at;
+            for (auto i = below(6); i > 0; --i) {
+                (below(2) == 0 ? to.x : to.y) += below(40) - 20.0;
+                pump(below(5) * 0.02), w->touch(P::moved, 2, to, eventTime());
+            }
+            w->touch(P::ended, 2, to, now_);
+        } else if (choice < 36) {
+            w->wheel(at, other, time);
+        } else if (choice < 50) {
+            pump(any(kWaits)), NSRunLoop::mainRunLoop().advanceTo(time);
+        } else if (choice < 51) {
+            w->key(UIKey::escape, time);
+        } else if (choice < 53) {
+            w->cancelTouches(time);
+        } else if (choice < 54) {
+            w->setScale(any(kScales));
+        } else if (choice < 56) {
+            w->setSize(below(4) == 0 ? CGSize{other.x, other.y} : any(kSizes));
+        } else if (choice < 59) {
+            w->setSafeAreaInsets(below(2) == 0 ? UIEdgeInsets{at.x, at.y, other.x, other.y}
+                                               : UIEdgeInsets{});
+            w->setCaptionArea(below(2) == 0 ? std::optional(CGRect(at.x, at.y, other.y, other.x))
+                                            : std::nullopt);
+            w->setOutsideTap(below(2) == 0 ? OutsideTap::dismisses : OutsideTap::ignored);
+            setMotionSetting(below(4) == 0 ? MotionSetting::reduced : MotionSetting::full);
+        } else if (choice < 64) {
+            w->presentViewController(p, below(3) != 0, [l = listener_] { l->heard(); });
+        } else if (choice < 67) {
+            p->dismissViewControllerAnimated(below(3) != 0);
+        } else if (choice < 70) {
+            replacePanel();
+        } else if (choice < 72) {
+            window_ = UIWindow::windowWithSize(kUsual);
+        } else if (choice < 75) {
+            p->setAutoHideInterval(below(2) == 0 ? any(kHostile) : any(kWaits));
+            p->setRememberChangedStyle(below(32) == 0); // saving takes time
+            p->setCCEnabled(below(2) == 0);
+            p->setDelegate(below(4) == 0 ? nullptr : listener_);
+        } else if (choice < 78) {
+            const auto style = make<NSMutableDictionary>();
+            style->setObject(UIColor::colorWithRed(at.x, at.y, other.x, other.y),
+                             NSForegroundColorAttributeName);
+            if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile)))
+                style->setObject(font, NSFontAttributeName);
+            p->setCCStyleAttributes(style);
+        } else {
+            render(*w);
+        }
+    }
+
+    void replacePanel() {
+        std::erase_if(panels_, [](const auto& weak) { return weak.expired(); });
+        panel_ = make<TESMARViewController>();
+        panel_->setDelegate(listener_);
+        panels_.push_back(panel_);
+    }
+
+    void render(UIWindow& window) {
+        const CGSize size = window.pixelSize();
+        const int stride = static_cast<int>(size.width) * 4;
+        std::uint32_t pixel = 0;
+        const int tooShort[] = {0, -4, stride - 4, stride + 2};
+        if (!window.render(nullptr, stride).empty() ||
+            !window.render(&pixel, any(tooShort)).empty())
+            throw Unsound("it painted on nothing, or on rows that are too short");
+        if (size.width * size.height > kMostPixels || &window != window_.get())
+            return;
+        if (&window != painted_ || size != paintedSize_)
+            pixels_.assign(static_cast<std::size_t>(size.width * size.height), 0);
+        painted_ = &window;
+        paintedSize_ = size;
+        window.render(pixels_.data(), stride);
+        if (below(8) == 0 && &window == window_.get() && window.pixelSize() == size)
+            requireSamePicture(window, pixels_);
+    }
+
+    const std::function<std::optional<std::uint8_t>()>& nextByte_;
+    bool ended_ = false;
+    int depth_ = 0; // of calls back
+    double now_ = NSRunLoop::mainRunLoop().now();
+    Ref<UIWindow> window_ = UIWindow::windowWithSize(kUsual);
+    Ref<TESMARViewController> panel_;
+    std::vector<WeakRef<TESMARViewController>> panels_; // all that there were
+    Ref<Listener> listener_ = std::make_shared<Listener>();
+    std::vector<std::uint32_t> pixels_;
+    const UIWindow* painted_ = nullptr;
+    CGSize paintedSize_;
+};
 
 } // namespace
 
-struct RandomSession::Listener : TESMARViewControllerDelegate {
-    void CCSwitchValueChanged(bool) override { heard(); }
-    void CCStyleAttributesChanged(const Ref<NSDictionary>&) override { heard(); }
-    void CCViewControllerWillDisappear() override { heard(); }
-    void heard() {
-        ++calls;
-        if (session)
-            session->heard();
-    }
-    RandomSession* session = nullptr;
-    int calls = 0;
-};
-
-RandomSession::RandomSession(ByteSource& bytes)
-    : bytes_(bytes), now_(NSRunLoop::mainRunLoop().now()), listener_(std::make_shared<Listener>()) {
-    listener_->session = this;
-    replaceWindow();
-    replacePanel();
-    window_->presentViewController(panel_, true);
-}
-
-RandomSession::~RandomSession() {
-    listener_->session = nullptr;
-    setMotionSetting(MotionSetting::full);
-}
-
-bool RandomSession::step() {
-    try {
-        act();
-    } catch (const HostError&) {
-    }
-    requireLegalState(*window_);
-    return !ended_;
-}
-
-void RandomSession::finish() {
-    listener_->session = nullptr;
-    setMotionSetting(MotionSetting::full);
-    window_->cancelTouches(now_);
-    while (const auto top = window_->presentedViewController()) {
-        top->dismissViewControllerAnimated(false);
-        NSRunLoop::mainRunLoop().advanceTo(now_ += 1); // it may have been on its way already
-    }
-    for (const auto& weak : panels_)
-        if (const auto panel = weak.lock())
-            NSRunLoop::mainRunLoop().cancelPreviousPerformRequests(*panel);
-    panel_ = nullptr;
-    NSRunLoop::mainRunLoop().advanceTo(now_ += 20);
-    requireRest(*window_);
-    for (const auto& weak : panels_)
-        if (!weak.expired())
-            throw Unsound("a panel was never let go");
-
-    window_->setSize(kUsual);
-    window_->setScale(1);
-    window_->setSafeAreaInsets({});
-    window_->setCaptionArea(std::nullopt);
-    const auto panel = make<TESMARViewController>();
-    panel->setDelegate(listener_);
-    window_->presentViewController(panel, true);
-    NSRunLoop::mainRunLoop().advanceTo(now_ += 1);
-    for (const char* name : {"textColorPicker.4", "CCSwitch", "resetButton", "textColorPicker.5"}) {
-        const int calls = listener_->calls;
-        const CGPoint at = middleOf(*window_->viewWithIdentifier(name));
-        window_->touch(UITouchPhase::began, 1, at, now_);
-        window_->touch(UITouchPhase::ended, 1, at, now_);
-        if (listener_->calls != calls + 1)
-            throw Unsound(std::string("afterwards a tap is not heard: ") + name);
-    }
-    panel->dismissViewControllerAnimated(false);
-    NSRunLoop::mainRunLoop().advanceTo(now_ += 1);
-}
-
-// --- Decisions ----------------------------------------------------------------------------------
-
-std::uint32_t RandomSession::below(std::uint32_t count) {
-    const auto byte = bytes_.next();
-    ended_ = ended_ || !byte;
-    return byte.value_or(0) % count;
-}
-
-double RandomSession::hostileNumber() {
-    return kHostile[below(std::size(kHostile))];
-}
-
-double RandomSession::coordinate() {
-    return below(24) == 0 ? hostileNumber() : below(250) * 2.5 - 40;
-}
-
-CGPoint RandomSession::point() {
-    const double x = coordinate();
-    return {x, coordinate()};
-}
-
-double RandomSession::eventTime() {
-    const auto kind = below(128);
-    if (kind == 1 && below(64) == 0)
-        return now_ += kTenYears;
-    return kind == 2 ? now_ - kTenYears : kind == 3 ? kNoNumber : kind == 4 ? kInfinity : now_;
-}
-
-CGPoint RandomSession::somethingOn(UIWindow& window) {
-    std::vector<const UIView*> controls;
-    addControls(window, controls);
-    if (controls.empty() || below(8) == 0)
-        return point();
-    return middleOf(*controls[below(static_cast<std::uint32_t>(controls.size()))]);
-}
-
-void RandomSession::act() {
-    struct Deed {
-        std::uint32_t weight;
-        void (RandomSession::*does)();
-    };
-    using S = RandomSession;
-    static constexpr Deed deeds[] = {
-        {14, &S::touch},        {12, &S::tap},          {6, &S::drag},        {4, &S::wheel},
-        {14, &S::wait},         {1, &S::escape},        {2, &S::loseTouches}, {3, &S::resize},
-        {2, &S::setAreas},      {5, &S::present},       {3, &S::dismiss},     {2, &S::replacePanel},
-        {1, &S::replaceWindow}, {3, &S::setProperties}, {3, &S::assignStyle}, {1, &S::setMotion},
-        {8, &S::render},        {1, &S::misrender}};
-    std::uint32_t total = 0;
-    for (const Deed& deed : deeds)
-        total += deed.weight;
-    std::uint32_t choice = below(total);
-    for (const Deed& deed : deeds) {
-        if (choice < deed.weight) {
-            (this->*deed.does)();
-            return;
-        }
-        choice -= deed.weight;
-    }
-}
-
-// The panel calls the host, which may do anything there too.
-void RandomSession::heard() {
-    const auto choice = below(16);
-    if (choice == 0)
-        throw HostError();
-    if (choice > 4 || depth_ >= 3)
-        return;
-    struct Deeper {
-        explicit Deeper(int& d) : depth(d) { ++depth; }
-        ~Deeper() { --depth; }
-        int& depth;
-    } const deeper(depth_);
-    act();
-}
-
-// --- Deeds --------------------------------------------------------------------------------------
-
-void RandomSession::touch() {
-    const auto window = window_;
-    const auto phase = static_cast<UITouchPhase>(below(4));
-    const std::int64_t id =
-        below(16) == 0 ? std::numeric_limits<std::int64_t>::min() + below(250) : below(3);
-    const CGPoint at = below(2) == 0 ? somethingOn(*window) : point();
-    window->touch(phase, id, at, eventTime());
-}
-
-void RandomSession::tap() {
-    const auto window = window_;
-    const CGPoint at = somethingOn(*window);
-    window->touch(UITouchPhase::began, 1, at, eventTime());
-    window->touch(UITouchPhase::ended, 1, at, now_);
-}
-
-void RandomSession::drag() {
-    const auto window = window_;
-    CGPoint at = somethingOn(*window);
-    const double step = below(40) - 20.0;
-    window->touch(UITouchPhase::began, 2, at, eventTime());
-    for (std::uint32_t i = below(6); i > 0; --i) {
-        at = below(2) == 0 ? CGPoint{at.x, at.y + step} : CGPoint{at.x + step, at.y};
-        NSRunLoop::mainRunLoop().advanceTo(now_ += below(5) * 0.02);
-        window->touch(UITouchPhase::moved, 2, at, eventTime());
-    }
-    window->touch(UITouchPhase::ended, 2, at, now_);
-}
-
-void RandomSession::wheel() {
-    const auto window = window_;
-    const CGPoint at = somethingOn(*window);
-    const CGPoint delta = point();
-    window->wheel(at, delta, eventTime());
-}
-
-void RandomSession::wait() {
-    static constexpr double kWaits[] = {0, 0.001, 1.0 / 60, 0.05, 0.16, 0.3, 1, 4};
-    now_ += kWaits[below(std::size(kWaits))];
-    NSRunLoop::mainRunLoop().advanceTo(eventTime());
-}
-
-void RandomSession::escape() {
-    window_->key(UIKey::escape, eventTime());
-}
-
-void RandomSession::loseTouches() {
-    window_->cancelTouches(eventTime());
-}
-
-void RandomSession::resize() {
-    const auto window = window_;
-    static constexpr CGSize kSizes[] = {{320, 480}, {568, 320},     {1, 1},   {0, 0},
-                                        {65535, 2}, {65535, 65535}, {40, 300}};
-    static constexpr double kScales[] = {1, 1.5, 2, 0, -1, 1e-6, 1e6, kNoNumber};
-    const auto choice = below(24);
-    if (choice < 3)
-        window->setScale(kScales[below(std::size(kScales))]);
-    else if (choice < 3 + std::size(kSizes))
-        window->setSize(kSizes[choice - 3]);
-    else if (choice < 12)
-        window->setSize({hostileNumber(), hostileNumber()});
-    else
-        window->setSize(kUsual);
-}
-
-void RandomSession::setAreas() {
-    const auto window = window_;
-    const double a = coordinate(), b = coordinate(), c = coordinate(), d = coordinate();
-    switch (below(4)) {
-    case 0:
-        window->setSafeAreaInsets({a, b, c, d});
-        break;
-    case 1:
-        window->setCaptionArea(CGRect(a, b, c, d));
-        break;
-    case 2:
-        window->setSafeAreaInsets({});
-        window->setCaptionArea(std::nullopt);
-        break;
-    default:
-        window->setOutsideTap(below(2) == 0 ? OutsideTap::dismisses : OutsideTap::ignored);
-    }
-}
-
-void RandomSession::present() {
-    const bool animated = below(3) != 0;
-    const auto completion = [weak = std::weak_ptr<Listener>(listener_)] {
-        if (const auto listener = weak.lock())
-            listener->heard();
-    };
-    window_->presentViewController(panel_, animated, completion);
-}
-
-void RandomSession::dismiss() {
-    const auto panel = panel_;
-    panel->dismissViewControllerAnimated(below(3) != 0);
-}
-
-void RandomSession::replacePanel() {
-    std::erase_if(panels_, [](const auto& weak) { return weak.expired(); });
-    panel_ = make<TESMARViewController>();
-    panel_->setDelegate(listener_);
-    panels_.push_back(panel_);
-}
-
-void RandomSession::replaceWindow() {
-    window_ = UIWindow::windowWithSize(kUsual);
-    pixels_.clear();
-}
-
-void RandomSession::setProperties() {
-    const auto panel = panel_;
-    static constexpr double kIntervals[] = {0.01, 1, 3};
-    switch (below(5)) {
-    case 0:
-        panel->setAutoHideInterval(hostileNumber());
-        break;
-    case 1:
-        panel->setAutoHideInterval(kIntervals[below(std::size(kIntervals))]);
-        break;
-    case 2: // saving costs time: it is turned off sooner than on
-        panel->setRememberChangedStyle(below(16) == 0);
-        break;
-    case 3:
-        panel->setCCEnabled(below(2) == 0);
-        break;
-    default:
-        panel->setDelegate(below(4) == 0 ? nullptr : listener_);
-    }
-}
-
-void RandomSession::assignStyle() {
-    const auto style = make<NSMutableDictionary>();
-    const auto color = [this] {
-        const double r = hostileNumber(), g = hostileNumber(), b = hostileNumber();
-        return UIColor::colorWithRed(r, g, b, below(11) / 10.0);
-    };
-    if (below(3) != 0)
-        style->setObject(color(), NSForegroundColorAttributeName);
-    if (below(3) != 0)
-        style->setObject(color(), NSBackgroundColorAttributeName);
-    if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), hostileNumber()))
-        style->setObject(font, NSFontAttributeName);
-    if (below(8) == 0)
-        style->setObject(make<NSObject>(), NSFontAttributeName);
-    panel_->setCCStyleAttributes(style);
-}
-
-void RandomSession::setMotion() {
-    setMotionSetting(below(4) == 0 ? MotionSetting::reduced : MotionSetting::full);
-}
-
-// --- Pixels -------------------------------------------------------------------------------------
-
-void RandomSession::render() {
-    const auto window = window_;
-    const CGSize size = window->pixelSize();
-    if (size.width * size.height > kMostPixels)
-        return pixels_.clear();
-    const auto count = static_cast<std::size_t>(size.width * size.height);
-    if (pixels_.size() != count) // the window knows that it has another size
-        pixels_.assign(count, 0);
-    if (window->needsRender())
-        window->render(pixels_.data(), static_cast<int>(size.width) * 4);
-    if (below(8) == 0 && window == window_ && window->pixelSize() == size)
-        requireSamePicture(*window, pixels_);
-}
-
-// Pixels that are none, and rows too short for the surface: nothing is painted, nor forgotten.
-void RandomSession::misrender() {
-    const auto window = window_;
-    const int width = static_cast<int>(window->pixelSize().width);
-    const int strides[] = {0, -4, width * 4 - 4, width * 4 + 2};
-    if (!window->render(nullptr, width * 4).empty())
-        throw Unsound("it painted on nothing");
-    std::uint32_t pixel = 0;
-    if (!window->render(&pixel, strides[below(4)]).empty())
-        throw Unsound("it painted on rows that are too short");
+long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
+    Session session(nextByte);
+    const long events = session.play();
+    session.finish();
+    return events;
 }
 
 } // namespace tesmar

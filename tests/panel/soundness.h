@@ -1,4 +1,4 @@
-// What must hold of a window whatever its host has done to it.
+// What must hold whatever a host has done. Each throws Unsound where it does not.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
@@ -11,11 +11,10 @@ struct Unsound : std::logic_error {
     using std::logic_error::logic_error;
 };
 
-// At any time: every frame, offset and value is finite and within its range, views and their
-// superviews agree. Throws Unsound.
-void requireLegalState(UIWindow& window);
+// At any time: frames, offsets and values are finite and in range; views know their superviews.
+void requireLegalState(const UIView& view);
 // With no finger down and every motion over, nothing is held, highlighted or due.
-void requireRest(UIWindow& window);
+void requireRest(const UIView& view);
 // `pixels`, kept up to date by render(), are what a full repaint gives, byte for byte.
 void requireSamePicture(UIWindow& window, const std::vector<std::uint32_t>& pixels);
 

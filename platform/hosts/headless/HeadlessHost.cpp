@@ -29,9 +29,10 @@ void HeadlessHost::resize(CGSize size, CGFloat scale) {
 
 void HeadlessHost::allocate() {
     const CGSize size = window_->pixelSize();
+    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size.width * size.height), 0);
+    pixels_ = std::move(pixels);
     width_ = static_cast<int>(size.width);
     height_ = static_cast<int>(size.height);
-    pixels_.assign(static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_), 0);
     window_->invalidate();
 }
 
@@ -72,6 +73,9 @@ void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::in
 std::span<const PixelRect> HeadlessHost::render() {
     if (!window_->needsRender())
         return {};
+    // Whoever holds the window may have resized it; so may a resize that threw half-way.
+    if (window_->pixelSize() != CGSize{static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)})
+        allocate();
     return window_->render(pixels_.data(), width_ * 4);
 }
 

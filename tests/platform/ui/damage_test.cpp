@@ -6,6 +6,7 @@
 #include "tesmar/platform/ui/UISwitch.h"
 
 #include <algorithm>
+#include <functional>
 #include <random>
 
 namespace tesmar {
@@ -99,57 +100,42 @@ TEST_F(DamageTest, IncrementalPaintingEqualsPaintingEverything) {
             scroll->setContentSize({300, 300});
             root.addSubview(scroll);
             for (int i = 0; i < 10; ++i) {
-                Ref<UIView> view;
-                if (i % 5 == 0) {
-                    view = make<UIStepper>();
-                } else if (i % 5 == 1) {
-                    view = make<UISwitch>();
-                } else if (i % 5 == 2) {
-                    const auto label = make<UILabel>();
+                static const Class* const kinds[] = {
+                    &UIStepper::classObject(), &UISwitch::classObject(), &UILabel::classObject(),
+                    &UIButton::classObject(), &UIView::classObject()};
+                const auto view = as<UIView>(kinds[i % 5]->alloc());
+                view->initWithFrame({part(120), part(90), 10 + part(60), 10 + part(40)});
+                if (const auto label = as<UILabel>(view))
                     label->setText("Wavy text");
-                    view = label;
-                } else if (i % 5 == 3) {
-                    const auto button = UIButton::buttonWithType(UIButtonType::custom);
+                else if (const auto button = as<UIButton>(view))
                     button->setTitle("Button", UIControlStateNormal);
-                    view = button;
-                } else {
-                    view = make<UIView>();
+                else if (i % 5 == 4)
                     view->setBackgroundColor(
                         UIColor::colorWithRed(part(1), part(1), part(1), i > 5 ? 1 : part(1)));
-                }
-                view->setFrame({part(120), part(90), 10 + part(60), 10 + part(40)});
                 (i % 2 ? static_cast<UIView&>(*scroll) : root).addSubview(view);
                 views.push_back(view);
             }
             incremental.render();
             for (int i = 0; i < 40; ++i) {
                 const auto& view = views[random() % views.size()];
-                switch (random() % 8) {
-                case 0:
-                    view->setFrame({part(150) - 20, part(110) - 20, part(70), part(50)});
-                    break;
-                case 1:
-                    view->setAlpha(part(1.3));
-                    break;
-                case 2:
-                    view->setHidden(!view->isHidden());
-                    break;
-                case 3:
-                    view->setTranslation({part(9), part(9)});
-                    break;
-                case 4:
-                    scroll->setContentOffset({part(200), part(200)}, false);
-                    break;
-                case 5:
-                    view->setClipsToBounds(!view->clipsToBounds());
-                    break;
-                case 6:
-                    incremental.tap({part(160), part(120)});
-                    break;
-                default:
-                    incremental.advance(part(0.1));
-                    break;
-                }
+                const std::function<void()> changes[] = {
+                    [&] {
+                        view->setFrame({part(150) - 20, part(110) - 20, part(70), part(50)});
+                    },
+                    [&] { view->setAlpha(part(1.3)); },
+                    [&] { view->setHidden(!view->isHidden()); },
+                    [&] {
+                        view->setTranslation({part(9), part(9)});
+                    },
+                    [&] {
+                        scroll->setContentOffset({part(200), part(200)}, false);
+                    },
+                    [&] { view->setClipsToBounds(!view->clipsToBounds()); },
+                    [&] {
+                        incremental.tap({part(160), part(120)});
+                    },
+                    [&] { incremental.advance(part(0.1)); }};
+                changes[random() % std::size(changes)]();
                 incremental.render();
             }
             const auto painted = incremental.pixels();

@@ -15,15 +15,11 @@ class Controller : public UIViewController {
     void viewDidDisappear(bool) override { note("gone"); }
 
     std::string* log = nullptr;
-    std::string actAt;
-    std::function<void()> act;
 
   private:
     void note(const std::string& what) {
         if (log)
             *log += name_ + what + " ";
-        if (what == actAt && act)
-            std::exchange(act, {})();
     }
     std::string name_;
 };
@@ -76,29 +72,6 @@ TEST_F(PresentationTest, CanBeInterruptedAtAnyPoint) {
     c->dismissViewControllerAnimated(true);
     window().presentViewController(c, true);
     EXPECT_EQ(take(), "willnot gone will did ");
-}
-
-TEST_F(PresentationTest, CallsMayDismissOrDestroy) {
-    for (const char* at : {"load", "will", "did", "willnot", "gone"}) {
-        auto c = controller();
-        c->actAt = at;
-        c->act = [&] { c->dismissViewControllerAnimated(false); };
-        window().presentViewController(c, false);
-        c->dismissViewControllerAnimated(false);
-        host.advance(1);
-        EXPECT_EQ(window().presentedViewController(), nullptr) << at;
-        EXPECT_EQ(c->presentingViewController(), nullptr) << at;
-        take();
-    }
-    // The window goes while its controller appears.
-    auto short_lived = std::make_unique<HeadlessHost>(CGSize{100, 100});
-    const auto c = controller();
-    c->actAt = "will";
-    c->act = [&] { short_lived.reset(); };
-    const auto doomed = short_lived->window();
-    doomed->presentViewController(c, true);
-    host.advance(1);
-    EXPECT_EQ(take(), "load will did ");
 }
 
 TEST_F(PresentationTest, ControllersStack) {
