@@ -19,7 +19,8 @@ struct Instance {
     static Value& of(gpointer object) { return static_cast<Instance*>(object)->value; }
 };
 
-// The name is unique in the process, where another copy of this library may have made its own.
+// The name is unique in the process, where another copy of this library may have made its own, or one
+// that stood at the same address and was unloaded.
 template <class Base, class BaseClass, class Value>
 GType makeType(GType parent, const char* name, void (*fillIn)(BaseClass*)) {
     using Object = Instance<Base, Value>;
@@ -37,9 +38,10 @@ GType makeType(GType parent, const char* name, void (*fillIn)(BaseClass*)) {
         reinterpret_cast<void (*)(BaseClass*)>(data)(static_cast<BaseClass*>(type));
     };
     info.instance_init = [](GTypeInstance* object, gpointer) { new (&Object::of(object)) Value(); };
-    const auto here = reinterpret_cast<std::uintptr_t>(&parentClass);
-    return g_type_register_static(parent, (name + std::to_string(here)).c_str(), &info,
-                                  G_TYPE_FLAG_NONE);
+    std::string unique = name + std::to_string(reinterpret_cast<std::uintptr_t>(&parentClass));
+    while (g_type_from_name(unique.c_str()))
+        unique += '+';
+    return g_type_register_static(parent, unique.c_str(), &info, G_TYPE_FLAG_NONE);
 }
 
 template <class Base>
