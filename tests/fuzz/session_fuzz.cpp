@@ -1,6 +1,6 @@
 // Any bytes as what a host does to a window with a panel.
+#include "random_session.h"
 #include "tesmar/tesmar.h"
-#include "tesmar/tests/panel/random_session.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     // Nowhere that could be saved to.

@@ -73,6 +73,8 @@ class Session {
                 NSRunLoop::mainRunLoop().cancelPreviousPerformRequests(*panel);
         pump(20);
         requireRest(*window_);
+        if (NSRunLoop::mainRunLoop().nextDeadline())
+            throw Unsound("something is due at rest");
         for (const auto& weak : panels_)
             if (!weak.expired())
                 throw Unsound("a panel was never let go");

@@ -100,7 +100,10 @@ struct Stage {
     }
     // The host may act of its own accord, too.
     void moment(const char* name) {
+        const void* const before = host.get();
         carryOn([=, this](HeadlessHost&) { ears->hear(name); });
+        if (host.get() != before && panel->isViewLoaded())
+            requireRest(*panel->view()); // its window went, and every finger with it
     }
     // Presents, uses everything, and waits until the panel has gone; twice dismisses it.
     void play() {
@@ -160,6 +163,7 @@ struct Stage {
             requireRest(*panel->view());
         panel.reset();
         requireRest(*host->window());
+        EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
         host->render();
         requireSamePicture(*host->window(), host->pixels());
         EXPECT_TRUE(watched.expired());
