@@ -19,8 +19,8 @@ struct Instance {
     static Value& of(gpointer object) { return static_cast<Instance*>(object)->value; }
 };
 
-// The name is unique in the process, where another copy of this library may have made its own, or one
-// that stood at the same address and was unloaded.
+// The name is unique in the process, where another copy of this library may have made its own, or
+// one that stood at the same address and was unloaded.
 template <class Base, class BaseClass, class Value>
 GType makeType(GType parent, const char* name, void (*fillIn)(BaseClass*)) {
     using Object = Instance<Base, Value>;
