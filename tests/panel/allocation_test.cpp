@@ -93,12 +93,12 @@ TEST_F(AllocationTest, NothingOfOursOnceItIsWarm) {
          [&] {
              tap({opacity.x + (round++ % 2 ? -24.0 : 24.0), opacity.y});
          },
-         4},
+         5},
         {"a step of the font size",
          [&] {
              tap({size.x + (round++ % 2 ? -24.0 : 24.0), size.y});
          },
-         4},
+         5},
         {"the captions switch", [&] { tap(toggle); }, 4},
     };
     for (const auto& row : rows)
