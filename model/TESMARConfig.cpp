@@ -34,11 +34,14 @@ Ref<NSDictionary> TESMARConfig::sessionClosedCaptureStyle() {
 void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
     const auto defaults = NSUserDefaults::standardUserDefaults();
     const auto key = CCConstants::CCSessionStyleUserDefaultsKey();
-    if (attributes)
-        defaults->setObject(
-            NSData::dataWithBytes(NSKeyedArchiver::archivedDataWithRootObject(attributes)), key);
-    else
+    if (!attributes) {
         defaults->removeObjectForKey(key);
+    } else {
+        std::string record = NSKeyedArchiver::archivedDataWithRootObject(attributes);
+        if (record.empty())
+            return; // too large: better the style before than none
+        defaults->setObject(NSData::dataWithBytes(std::move(record)), key);
+    }
     defaults->synchronize();
 }
 

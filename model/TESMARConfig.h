@@ -3,7 +3,7 @@
 // holding a keyed archive of the style dictionary.
 //
 // Nothing is kept in memory: every read looks at the preferences, every write goes to them and is
-// flushed at once. Main thread.
+// flushed at once. Any thread, as long as nobody changes what is being saved.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"

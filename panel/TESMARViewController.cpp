@@ -88,7 +88,7 @@ void TESMARViewController::setRememberChangedStyle(bool remember) {
 // What is replaced here is let go last: its destructor may come back.
 void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
     assertMainThread("TESMARViewController::setDelegate");
-    const auto replaced = std::exchange(delegate_, delegate);
+    const auto replaced = std::exchange(delegate_, Ref(delegate));
 }
 
 // --- The style and the controls -----------------------------------------------------------------
@@ -97,7 +97,8 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
     assertMainThread("TESMARViewController::setCCStyleAttributes");
     if (!attributes)
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
-    const auto replaced = std::exchange(styleAttributes_, attributes);
+    // A copy: what the accessor answers is the member itself.
+    const auto replaced = std::exchange(styleAttributes_, Ref(attributes));
     showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
     showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
               *backgroundColorOpacityStepper_);

@@ -1,5 +1,7 @@
 #include "tesmar/widgets/FontNamePickerView.h"
 
+#include "tesmar/platform/foundation/FirstException.h"
+
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
@@ -91,9 +93,11 @@ void FontNamePickerView::prevFont() {
 
 void FontNamePickerView::step(long by) {
     selectedIndex_ += by;
-    // First the guards of the ends: what fails later must not let a step past them.
+    // The buttons guard the ends: they follow the index also when the label cannot.
+    FirstException failure;
+    failure.run([&] { updateLabelText(); });
     updateButtonStates();
-    updateLabelText();
+    failure.rethrow();
     sendActionsForControlEvents(UIControlEventValueChanged);
 }
 

@@ -93,7 +93,7 @@ void NSMutableDictionary::setObject(const Ref<NSObject>& object, std::string_vie
         entries_.emplace(forKey, object);
         return;
     }
-    const auto replaced = std::exchange(entry->second, object);
+    const auto replaced = std::exchange(entry->second, Ref<NSObject>(object));
 }
 
 void NSMutableDictionary::removeObjectForKey(std::string_view key) {

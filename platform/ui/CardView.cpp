@@ -59,8 +59,19 @@ CGFloat usableArea(const CGRect& part, CGSize wish) {
     return std::min(part.size.width, wish.width) * std::min(part.size.height, wish.height);
 }
 
+CGRect centred(const CGRect& part, CGSize wish) {
+    const CGSize size{std::min(wish.width, part.size.width),
+                      std::min(wish.height, part.size.height)};
+    // Whole points: the panel's own edges stay sharp at scale 1.
+    return {std::floor(part.midX() - size.width / 2), std::floor(part.midY() - size.height / 2),
+            size.width, size.height};
+}
+
+// Where the card may stand: all of the room, as long as it covers no caption there.
 CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize wish) {
     const CGRect clear = CGRectInset(captions, -kMargin, -kMargin);
+    if (CGRectIntersection(clear, centred(room, wish)).isEmpty())
+        return room;
     CGRect best;
     for (const CGRect& part : around(room, clear))
         if (usableArea(part, wish) > usableArea(best, wish))
@@ -72,22 +83,19 @@ CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize wish) {
 
 } // namespace
 
-CGRect cardFrame(const UIWindow& window, UIView& content) {
+CGRect cardFrame(const UIWindow& window, UIView& content, std::optional<CardWish>& known) {
     const CGRect safe = CGRectInset(window.bounds(), window.safeAreaInsets());
     const CGRect surface = safe.isEmpty() ? window.bounds() : safe;
     const CGRect inset = CGRectInset(surface, kMargin, kMargin);
     const CGRect room = inset.isEmpty() ? surface : inset;
-    const CGSize wish = wishedSize(content, room.size);
+    if (!known || known->room != room.size || known->layoutChanges != content.layoutChanges()) {
+        const CGSize size = wishedSize(content, room.size);
+        known = {room.size, content.layoutChanges(), size};
+    }
+    const CGSize wish = known->size;
 
     const auto captions = window.captionArea();
-    const CGRect part = captions && !CGRectIntersection(*captions, room).isEmpty()
-                            ? bestPart(room, *captions, wish)
-                            : room;
-    const CGSize size{std::min(wish.width, part.size.width),
-                      std::min(wish.height, part.size.height)};
-    // Whole points: the panel's own edges stay sharp at scale 1.
-    return {std::floor(part.midX() - size.width / 2), std::floor(part.midY() - size.height / 2),
-            size.width, size.height};
+    return centred(captions ? bestPart(room, *captions, wish) : room, wish);
 }
 
 void CardView::draw(CGRect) {

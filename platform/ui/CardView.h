@@ -3,6 +3,9 @@
 
 #include "tesmar/platform/ui/UIView.h"
 
+#include <cstdint>
+#include <optional>
+
 namespace tesmar {
 
 // Holds a controller's view, which lays itself out.
@@ -20,8 +23,16 @@ class CardView : public ContainerView {
     UIEdgeInsets drawingOverflow() const override;
 };
 
+// What a card's content would like, and when that was found out: to measure is to lay out anew.
+struct CardWish {
+    CGSize room;
+    std::uint64_t layoutChanges = 0;
+    CGSize size;
+};
+
 // The card's place in the window: large enough for what `content` shows without scrolling where
 // there is room, inside the safe area, and clear of the host's captions where that leaves enough.
-CGRect cardFrame(const UIWindow& window, UIView& content);
+// `wish` is what was measured before, and is brought up to date.
+CGRect cardFrame(const UIWindow& window, UIView& content, std::optional<CardWish>& wish);
 
 } // namespace tesmar

@@ -36,7 +36,9 @@ class Transition::Client : public FrameClient {
         if (!owner_)
             return false;
         Transition& t = *owner_;
-        const double progress = finite((now - t.start_) / t.seconds_, 0, 1, 1);
+        const double progress = motionSetting() == MotionSetting::reduced
+                                    ? 1
+                                    : finite((now - t.start_) / t.seconds_, 0, 1, 1);
         t.value_ = progress >= 1 ? t.target_ : t.from_ + (t.target_ - t.from_) * easeOut(progress);
         if (progress < 1) {
             t.onChange_();

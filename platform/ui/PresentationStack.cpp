@@ -228,7 +228,8 @@ void PresentationStack::layOut(const Shared& presentation) {
         return;
     const Ref<UIView> content = controller->view();
     const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    presentation->container->setFrame(card ? cardFrame(window_, *content) : window_.bounds());
+    presentation->container->setFrame(card ? cardFrame(window_, *content, presentation->wish)
+                                           : window_.bounds());
     content->setFrame(presentation->container->bounds());
 }
 

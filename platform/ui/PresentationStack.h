@@ -1,6 +1,7 @@
 // The controllers that stand over a window's content, bottom to top, with their comings and goings.
 #pragma once
 
+#include "tesmar/platform/ui/CardView.h"
 #include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIViewController.h"
 
@@ -44,6 +45,7 @@ class PresentationStack {
         bool animated = false;
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 away … 1 in place
+        std::optional<CardWish> wish;
     };
     using Shared = std::shared_ptr<Presentation>;
 

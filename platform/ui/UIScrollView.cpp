@@ -160,10 +160,16 @@ void UIScrollView::beginDrag(CGPoint point, CGPoint translation, double time) {
     syncMotion();
     x_.beginDrag();
     y_.beginDrag();
-    grip_ = lastPoint_ = point;
+    // What the finger moved beyond the threshold moves the content: a flick may be one event long.
+    const CGFloat farthest = std::max(across ? moved.x : 0, along ? moved.y : 0);
+    const CGFloat held = farthest > 0 ? std::min(1.0, kDragThreshold / farthest) : 1;
+    grip_ = {point.x - translation.x * (1 - held), point.y - translation.y * (1 - held)};
+    lastPoint_ = point;
     lastTime_ = time;
     velocity_ = {};
+    const auto kept = ref(this);
     beganDragging();
+    continueDrag(point, time);
 }
 
 void UIScrollView::continueDrag(CGPoint point, double time) {
@@ -177,10 +183,12 @@ void UIScrollView::continueDrag(CGPoint point, double time) {
         lastTime_ = time;
         lastPoint_ = point;
     }
+    // The content may have been laid out anew under the finger.
+    configureMotion();
     const CGPoint moved = point - grip_;
-    if (lock_ != UIScrollAxisLock::vertical)
+    if (lock_ != UIScrollAxisLock::vertical && canScroll(LayoutAxis::horizontal))
         x_.dragBy(-moved.x);
-    if (lock_ != UIScrollAxisLock::horizontal)
+    if (lock_ != UIScrollAxisLock::horizontal && canScroll(LayoutAxis::vertical))
         y_.dragBy(-moved.y);
     showOffset();
 }

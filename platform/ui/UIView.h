@@ -129,6 +129,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // The size that the content wants; UIViewNoIntrinsicMetric where it has no wish.
     virtual CGSize intrinsicContentSize() const;
     void invalidateIntrinsicContentSize();
+    // How often constraints or contents below this view, where a layout begins, have changed.
+    std::uint64_t layoutChanges() const { return layoutChanges_; }
     double contentHuggingPriority(LayoutAxis axis) const;
     void setContentHuggingPriority(double priority, LayoutAxis axis);
     double contentCompressionResistancePriority(LayoutAxis axis) const;
@@ -223,6 +225,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     bool framesAreGiven_ = true;
     bool needsLayout_ = true;
+    std::uint64_t layoutChanges_ = 0;
     bool treeNeedsLayout_ = true; // of a layout root
     double hugging_[2] = {250, 250};
     double compression_[2] = {750, 750};

@@ -121,6 +121,7 @@ void UIView::layoutNeedsUpdate() {
     assertMainThread("UIView::setNeedsLayout");
     UIView& root = layoutRoot();
     root.treeNeedsLayout_ = true;
+    ++root.layoutChanges_;
     if (root.engine_)
         root.engine_->invalidate();
 }

@@ -152,8 +152,10 @@ void UIWindow::setScale(CGFloat scale) {
 
 void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
     const auto held = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
-    safeArea_ = {held(insets.top), held(insets.left), held(insets.bottom), held(insets.right)};
-    setNeedsLayout();
+    const UIEdgeInsets area{held(insets.top), held(insets.left), held(insets.bottom),
+                            held(insets.right)};
+    if (std::exchange(safeArea_, area) != area)
+        setNeedsLayout();
 }
 
 void UIWindow::setCaptionArea(std::optional<CGRect> area) {

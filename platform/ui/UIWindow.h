@@ -65,7 +65,9 @@ class TESMAR_API UIWindow : public UIView {
     const Ref<UIViewController>& rootViewController() const { return rootController_; }
     // The topmost presented controller, or null.
     Ref<UIViewController> presentedViewController() const;
-    // Presents over the topmost controller.
+    // Presents over the topmost controller. What is to move sets off at the run loop's time: after
+    // a sleep, note the time first (NSRunLoop::noteTime), or the motion has passed before it is
+    // seen.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                UIViewController::Completion completion = {});
 

@@ -1,6 +1,7 @@
 // Stored records that mean harm, from a writer of their own: each is answered at once and in little
 // memory, with a style that can be saved as it is or with none. TESMAR_SOAK=N makes N times as
 // many.
+#include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
@@ -46,6 +47,18 @@ std::string nextRecord(std::FILE* from) {
     std::string record(length[0] << 24 | length[1] << 16 | length[2] << 8 | length[3], '\0');
     EXPECT_EQ(std::fread(record.data(), 1, record.size(), from), record.size());
     return record;
+}
+
+TEST(StoredStyle, OneThatIsTooLargeLeavesTheOneBefore) {
+    NSUserDefaults::standardUserDefaults()->setPreferencesPath("/dev/null/nowhere");
+    const auto style = CCConstants::CCDefaultStyleAttributes();
+    TESMARConfig::saveSessionClosedCaptureStyle(style);
+    const auto large = style->mutableCopy();
+    large->setObject(NSString::stringWithString(std::string(60000, 'x')), "Note");
+    TESMARConfig::saveSessionClosedCaptureStyle(large);
+    const auto stored = TESMARConfig::sessionClosedCaptureStyle();
+    ASSERT_TRUE(stored);
+    EXPECT_TRUE(stored->isEqual(style.get()));
 }
 
 TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {

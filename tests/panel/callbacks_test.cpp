@@ -30,6 +30,8 @@ const std::pair<const char*, std::function<void(Stage&)>> kActions[] = {
          s.panel->setRememberChangedStyle(true);
          s.panel->setCCEnabled(true);
          s.panel->setView(s.panel->view());
+         s.panel->setDelegate(s.panel->delegate());
+         s.panel->setCCStyleAttributes(s.panel->CCStyleAttributes());
      }},
     {"reset", [](Stage& s) { s.panel->resetButtonTap(); }},
     {"remove the view", [](Stage& s) { s.panel->view()->removeFromSuperview(); }},

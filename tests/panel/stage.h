@@ -70,6 +70,7 @@ struct Stage {
         fresh->ears = ears;
         fresh->setDelegate(std::make_shared<Delegate>(ears));
         fresh->setAutoHideInterval(4);
+        fresh->setRememberChangedStyle(true);
         panel = fresh;
     }
     // A host that is told of an error goes on; what it shows is none the worse.

@@ -68,12 +68,11 @@ class Archiver final : public NSCoder {
 };
 
 std::string Archiver::archive(const Ref<NSObject>& root) {
-    UID top = reference(root).value_or(kNullUID);
+    const UID top = reference(root).value_or(kNullUID);
     if (budget_.isOverdrawn()) {
         diagnostic("NSKeyedArchiver: the " + std::string(root->isa().name()) +
-                   " is too large, and archived as nothing");
-        top = kNullUID;
-        objects_.assign(1, kNull);
+                   " is too large to be archived");
+        return {};
     }
     return writePropertyList(PropertyList::Dictionary{
         {kVersionKey, kVersion},

@@ -72,6 +72,7 @@ SDLHost::State::State(const Options& options)
     if (scale) // a choice in pixels, whatever the system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
+    NSRunLoop::mainRunLoop().noteTime(now());
 }
 
 // --- Sleeping -----------------------------------------------------------------------------------
@@ -111,6 +112,8 @@ void SDLHost::wakeUp() {
 // --- Events -------------------------------------------------------------------------------------
 
 void SDLHost::State::handle(const SDL_Event& event) {
+    // What the application presents in answer sets off now, not when the loop last ran.
+    NSRunLoop::mainRunLoop().noteTime(timeOf(event));
     if (event.type == wakeEvent) {
         wakes = false;
         if (onWake)

@@ -131,6 +131,17 @@ TEST_F(PresentationTest, ACardStandsClearOfCaptionsAndEdges) {
             EXPECT_TRUE(CGRectIntersection(card, *t.captions).isEmpty()) << t.size.width;
         }
     }
+    // Captions that the card does not cover move nothing, and cost nothing.
+    window().setSafeAreaInsets({});
+    for (const CGFloat top : {768.0, 740.0, 735.0}) {
+        window().setSize({1024, 768});
+        window().setCaptionArea(CGRect(100, top, 824, 20));
+        if (top < 768) {
+            EXPECT_FALSE(window().needsRender()) << top;
+        }
+        host.resize({1024, 768}, 1), host.render();
+        EXPECT_EQ(window().viewWithIdentifier("card")->frame().midY(), 384) << top;
+    }
 }
 
 } // namespace
