@@ -16,6 +16,10 @@
 // that its interface is built to prevent ends the process with one line on standard error.
 #pragma once
 
+#if __cplusplus < 202002L
+#error "TESMAR needs C++20 (-std=c++20)"
+#endif
+
 #include "tesmar/controls/library_bundle.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"

@@ -45,9 +45,10 @@ int main() {
         if (window->needsRender())
             for (const PixelRect& r : window->render(pixels.data(), 1280 * 4))
                 std::printf("%.2f s: show %d x %d pixels\n", now(), r.width, r.height);
-        // Here a host also waits for its events; with no deadline it may sleep for ever.
-        const double deadline = loop.nextDeadline().value_or(now());
-        std::this_thread::sleep_for(std::chrono::duration<double>(deadline - now()));
+        // Here a host waits for its events too: until the deadline, or, with none, for ever.
+        const auto deadline = loop.nextDeadline();
+        const double seconds = deadline ? *deadline - now() : 0.1; // this host has no events
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
         loop.advanceTo(now());
     }
 }

@@ -16,7 +16,7 @@ using namespace tesmar;
 
 namespace {
 
-constexpr const char* kPicturesWithoutDisplay = "player-session";
+constexpr const char* kPicturesWithoutDisplay = "out";
 
 void setUp(const Options& options) {
     std::setlocale(LC_ALL, "");
@@ -28,29 +28,33 @@ void setUp(const Options& options) {
         setMotionSetting(MotionSetting::reduced);
 }
 
-void playIntoPictures(const Options& options) {
+// Whether the video could be played, too.
+bool playIntoPictures(const Options& options) {
     // A session without its viewer leaves the viewer's own style alone.
     if (options.preferences.empty())
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(*options.pictures +
                                                                    "/preferences.plist");
     Session session(options);
-    if (const std::string why = session.videoFailure(); !why.empty())
+    const std::string why = session.videoFailure();
+    if (!why.empty())
         std::fprintf(stderr, "player: cannot play '%s': %s\n", options.video.c_str(), why.c_str());
     session.play([](const std::string& path) { std::printf("%s\n", path.c_str()); });
+    return why.empty();
 }
 
-void run(Options options) {
+bool run(Options options) {
     setUp(options);
     if (options.pictures)
         return playIntoPictures(options);
     try {
-        return playInWindow(options);
+        playInWindow(options);
+        return true;
     } catch (const SDLHost::NoDisplay& error) {
         std::fprintf(stderr, "player: %s; playing a session into pictures in %s instead\n",
                      error.what(), kPicturesWithoutDisplay);
     }
     options.pictures = kPicturesWithoutDisplay;
-    playIntoPictures(options);
+    return playIntoPictures(options);
 }
 
 } // namespace
@@ -66,8 +70,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        run(std::get<Options>(parsed));
-        return 0;
+        return run(std::get<Options>(parsed)) ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "player: %s\n", error.what());
         return 1;
