@@ -44,12 +44,12 @@ const std::pair<const char*, std::function<void(Stage&)>> kActions[] = {
     {"draw", [](Stage& s) { s.host->window()->invalidate(), s.host->render(); }},
 };
 constexpr std::size_t kEnds = 4; // of kActions, that end a life
-const std::string kCalls[] = {"setupView", "willAppear", "didAppear", "stands", "switch", "style",
-                              "willDrag", "scroll", "didThrow", "didStop", "didDrag", "selfDismiss",
-                              "willDisappear", "hasGone", "left", "draw", "diagnostic",
-                              // and moments of the host's own
-                              "made", "arriving", "pressed", "gliding", "dragging", "wheeled",
-                              "leaving"};
+const std::string kCalls[] = {
+    "setupView", "willAppear", "didAppear", "stands", "switch", "style", "operated", "willDrag",
+    "scroll", "didThrow", "didStop", "didDrag", "selfDismiss", "willDisappear", "hasGone", "left",
+    "draw", "diagnostic",
+    // and moments of the host's own
+    "made", "arriving", "pressed", "gliding", "dragging", "wheeled", "leaving"};
 
 long residentKiB() {
     long pages = 0;

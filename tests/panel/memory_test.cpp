@@ -36,7 +36,7 @@ TEST_F(PanelTest, ShortOfMemoryOnce) {
             stage.ears->calls.clear();
             for (const char* control : {"textColorPicker.1", "CCSwitch", "resetButton"})
                 stage.host->tap(stage.place(control));
-            EXPECT_EQ(stage.ears->calls, "style switch style ");
+            EXPECT_EQ(stage.ears->calls, "style switch style operated ");
             stage.clear();
             EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);
         } catch (const Unsound& unsound) {

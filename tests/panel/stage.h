@@ -4,6 +4,9 @@
 #include "panel_fixture.h"
 #include "soundness.h"
 
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UIControl.h"
+
 #include <functional>
 #include <new>
 
@@ -23,10 +26,30 @@ struct Ears {
     std::function<void()> action;
 };
 
+// What a host has wired to one of the panel's controls.
+class HostTarget : public NSObject {
+    TESMAR_CLASS
+
+  public:
+    void operated() { ears->hear("operated"); }
+    std::shared_ptr<Ears> ears;
+};
+inline Class& HostTarget::classObject() {
+    static Class type("HostTarget", &NSObject::classObject(), allocator<HostTarget>(),
+                      {method<&HostTarget::operated>("operated")});
+    return type;
+}
+
 // A panel of the host's own kind.
 struct HostPanel : TESMARViewController {
     using Base = TESMARViewController;
-    void setupView() override { Base::setupView(), ears->hear("setupView"); }
+    void setupView() override {
+        Base::setupView();
+        target->ears = ears;
+        as<UIControl>(ref(view()->viewWithIdentifier("resetButton")))
+            ->addTarget(target, Selector("operated"), UIControlEventTouchUpInside);
+        ears->hear("setupView");
+    }
     void viewWillAppear(bool a) override { Base::viewWillAppear(a), ears->hear("willAppear"); }
     void viewDidAppear(bool a) override { Base::viewDidAppear(a), ears->hear("didAppear"); }
     void viewDidDisappear(bool a) override { Base::viewDidDisappear(a), ears->hear("hasGone"); }
@@ -40,6 +63,7 @@ struct HostPanel : TESMARViewController {
     }
     void scrollViewDidEndDecelerating(UIScrollView&) override { ears->hear("didStop"); }
     std::shared_ptr<Ears> ears = std::make_shared<Ears>();
+    Ref<HostTarget> target = make<HostTarget>();
 };
 
 struct Delegate : TESMARViewControllerDelegate {
