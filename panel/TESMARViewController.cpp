@@ -88,7 +88,7 @@ void TESMARViewController::setRememberChangedStyle(bool remember) {
 // What is replaced here is let go last: its destructor may come back.
 void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
     assertMainThread("TESMARViewController::setDelegate");
-    const auto replaced = std::exchange(delegate_, Ref(delegate));
+    const auto replaced = std::exchange(delegate_, Ref<TESMARViewControllerDelegate>(delegate));
 }
 
 // --- The style and the controls -----------------------------------------------------------------
@@ -98,7 +98,7 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
     if (!attributes)
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
     // A copy: what the accessor answers is the member itself.
-    const auto replaced = std::exchange(styleAttributes_, Ref(attributes));
+    const auto replaced = std::exchange(styleAttributes_, Ref<NSMutableDictionary>(attributes));
     showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
     showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
               *backgroundColorOpacityStepper_);
