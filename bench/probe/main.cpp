@@ -83,6 +83,11 @@ struct Stage {
         screen.show();
     }
 
+    void letGo() {
+        panel->dismissViewControllerAnimated(false);
+        panel.reset();
+    }
+
     CGPoint swatch(int index) const {
         const std::string name = "textColorPicker." + std::to_string(index);
         const UIView& view = *screen.window()->viewWithIdentifier(name);
@@ -102,8 +107,7 @@ void measure(Stage& stage) {
     Screen& screen = stage.screen;
     const auto nothing = [] {};
     const Cost create = medianCost(
-        screen, [&] { stage.panel->dismissViewControllerAnimated(false); },
-        [&](int) { stage.present(); });
+        screen, [&] { stage.letGo(); }, [&](int) { stage.present(); });
 
     std::vector<double> heard;
     const CGPoint points[] = {stage.swatch(1), stage.swatch(5)};
