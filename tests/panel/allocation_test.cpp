@@ -21,6 +21,11 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    allocations += isCounting;
+    return std::malloc(size);
+}
+
 void* operator new(std::size_t size, std::align_val_t alignment) {
     allocations += isCounting;
     const auto unit = static_cast<std::size_t>(alignment);
