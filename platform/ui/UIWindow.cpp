@@ -305,7 +305,7 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();
     context->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
                       scale_);
-    DamageRegion painted = std::exchange(spare_, {});
+    DamageRegion painted;
     if (context->pixelWidth() > 0) {
         // What views ask for while they draw is for the next frame.
         std::swap(painted, damage_);
@@ -319,9 +319,7 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     }
     context->finish();
     context_ = std::move(context);
-    std::swap(painted, repainted_);
-    painted.clear();
-    spare_ = std::move(painted);
+    repainted_ = painted;
     return repainted_.rects();
 }
 

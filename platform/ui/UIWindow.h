@@ -123,9 +123,8 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<TouchDispatcher> touches_;
     DamageRegion damage_;
     DamageRegion repainted_;
-    // Memory that is kept from frame to frame; taken while a frame is painted.
+    // Kept from frame to frame for its memory; taken while a frame is painted.
     std::unique_ptr<CGContext> context_;
-    DamageRegion spare_;
 };
 
 } // namespace tesmar
