@@ -3,7 +3,7 @@
 // the layout of one that has been told to read the tree again; "resize" a layout after only the
 // root's width has changed.
 #include "tesmar/platform/layout/LayoutEngine.h"
-#include "tesmar/tests/platform/layout/LayoutBox.h"
+#include "tests/platform/layout/LayoutBox.h"
 
 #include <benchmark/benchmark.h>
 

@@ -31,10 +31,7 @@ if(TESMAR_FUZZ)
 endif()
 
 # Every include reads "tesmar/<floor>/<file>", in the tree as in an installed package.
-get_filename_component(TESMAR_ROOT "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
-set(TESMAR_INCLUDE_DIR "${CMAKE_BINARY_DIR}/include")
-file(MAKE_DIRECTORY "${TESMAR_INCLUDE_DIR}")
-file(CREATE_LINK "${TESMAR_ROOT}" "${TESMAR_INCLUDE_DIR}/tesmar" SYMBOLIC)
+get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 
 # tesmar_floor(NAME SOURCES... [USES floors and libraries...] [PRIVATELY libraries...])
 # A floor of the house: a static library, later put whole into the one shared library.

@@ -39,12 +39,11 @@ endforeach()
 
 # Headers keep their places in the tree.
 file(STRINGS cmake/internal-headers.txt internal_headers REGEX "^[^#]")
-file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS
-  tesmar.h platform/*.h model/*.h controls/*.h widgets/*.h panel/*.h)
-list(REMOVE_ITEM headers ${internal_headers})
+file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS tesmar/*.h)
+list(REMOVE_ITEM headers ${internal_headers} tesmar/resources/embedded.h)
 foreach(header ${headers})
   get_filename_component(directory ${header} DIRECTORY)
-  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tesmar/${directory})
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${directory})
 endforeach()
 
 set(config_directory ${CMAKE_INSTALL_LIBDIR}/cmake/TESMAR)

@@ -1,7 +1,7 @@
 // Any bytes as a script for drive: a whole session with the panel, from the first line to the last.
 #include "tesmar/platform/text/FontRegistry.h"
-#include "tesmar/tools/drive/Session.h"
-#include "tesmar/tools/drive/fault.h"
+#include "tools/drive/Session.h"
+#include "tools/drive/fault.h"
 
 #include <cstdint>
 #include <optional>

@@ -5,7 +5,7 @@
 // line, each after a byte of alignment options.
 #include "tesmar/platform/layout/LayoutEngine.h"
 #include "tesmar/platform/layout/visual_format.h"
-#include "tesmar/tests/platform/layout/LayoutBox.h"
+#include "tests/platform/layout/LayoutBox.h"
 
 #include <cmath>
 #include <cstdint>

@@ -9,7 +9,7 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tesmar/tests/platform/measured.h"
+#include "tests/platform/measured.h"
 
 #include <cmath>
 #include <cstdio>

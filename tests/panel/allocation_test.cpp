@@ -1,7 +1,7 @@
 // Once everything has been drawn once, no frame allocates anything of ours: neither those of a
 // motion nor the one that shows a change. (What a gesture is for, a colour or a font, is made
 // before.)
-#include "tesmar/tests/panel/panel_fixture.h"
+#include "tests/panel/panel_fixture.h"
 
 #include <cstdlib>
 #include <functional>

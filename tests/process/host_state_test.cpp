@@ -1,5 +1,5 @@
 // What the library leaves as it was in its host's process, whatever the host has set there.
-#include "tesmar/tests/panel/panel_fixture.h"
+#include "tests/panel/panel_fixture.h"
 
 #include <cfenv>
 #include <clocale>

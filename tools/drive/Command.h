@@ -4,7 +4,7 @@
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
-#include "tesmar/tools/drive/answers.h"
+#include "tools/drive/answers.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "tesmar/tools/drive/Place.h"
+#include "tools/drive/Place.h"
 
 #include "tesmar/platform/ui/UIWindow.h"
 

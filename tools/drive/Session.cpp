@@ -1,4 +1,4 @@
-#include "tesmar/tools/drive/Session.h"
+#include "tools/drive/Session.h"
 
 #include "tesmar/controls/library_bundle.h"
 #include "tesmar/model/TESMARConfig.h"
@@ -6,8 +6,8 @@
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/FontRegistry.h"
-#include "tesmar/tools/drive/fault.h"
-#include "tesmar/tools/drive/inspection.h"
+#include "tools/drive/fault.h"
+#include "tools/drive/inspection.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,10 +3,10 @@
 
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
-#include "tesmar/tools/drive/Command.h"
-#include "tesmar/tools/drive/Place.h"
-#include "tesmar/tools/drive/TemporaryDirectory.h"
-#include "tesmar/tools/drive/events.h"
+#include "tools/drive/Command.h"
+#include "tools/drive/Place.h"
+#include "tools/drive/TemporaryDirectory.h"
+#include "tools/drive/events.h"
 
 #include <functional>
 #include <string>

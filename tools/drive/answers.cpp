@@ -1,4 +1,4 @@
-#include "tesmar/tools/drive/answers.h"
+#include "tools/drive/answers.h"
 
 #include "tesmar/platform/foundation/NSArray.h"
 #include "tesmar/platform/foundation/runtime.h"
@@ -6,7 +6,7 @@
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tesmar/tools/drive/fault.h"
+#include "tools/drive/fault.h"
 
 #include <algorithm>
 #include <cmath>

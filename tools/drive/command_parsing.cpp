@@ -1,5 +1,5 @@
-#include "tesmar/tools/drive/Command.h"
-#include "tesmar/tools/drive/fault.h"
+#include "tools/drive/Command.h"
+#include "tools/drive/fault.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tesmar/tools/drive/events.h"
+#include "tools/drive/events.h"
 
 namespace tesmar::drive {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tesmar/panel/TESMARViewController.h"
-#include "tesmar/tools/drive/answers.h"
+#include "tools/drive/answers.h"
 
 #include <functional>
 

@@ -1,4 +1,4 @@
-#include "tesmar/tools/drive/inspection.h"
+#include "tools/drive/inspection.h"
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UISwitch.h"

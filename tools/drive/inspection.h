@@ -1,8 +1,8 @@
 // What a test can see of a view.
 #pragma once
 
-#include "tesmar/tools/drive/Place.h"
-#include "tesmar/tools/drive/answers.h"
+#include "tools/drive/Place.h"
+#include "tools/drive/answers.h"
 
 namespace tesmar::drive {
 

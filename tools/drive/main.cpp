@@ -1,8 +1,8 @@
 // drive: runs a script against the panel in a headless host. See docs/drive.md.
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/tools/drive/Command.h"
-#include "tesmar/tools/drive/Session.h"
-#include "tesmar/tools/drive/fault.h"
+#include "tools/drive/Command.h"
+#include "tools/drive/Session.h"
+#include "tools/drive/fault.h"
 
 #include <cstdio>
 #include <cstring>

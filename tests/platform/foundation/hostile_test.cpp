@@ -1,7 +1,7 @@
 // Bytes that mean harm: every one is answered, quickly and in little memory.
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/archive/property_list.h"
-#include "tesmar/tests/platform/measured.h"
+#include "tests/platform/measured.h"
 
 #include "support.h"
 

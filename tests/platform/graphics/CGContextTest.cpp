@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/graphics/SurfaceCache.h"
 #include "tesmar/platform/graphics/UIColor.h"
-#include "tesmar/tests/platform/Canvas.h"
+#include "tests/platform/Canvas.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Windows repaint damaged rectangles only: that must give the very bytes of a full repaint.
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIImage.h"
-#include "tesmar/tests/platform/Canvas.h"
+#include "tests/platform/Canvas.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/tests/platform/RecordCoder.h"
+#include "tests/platform/RecordCoder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The engine over time: what it reads again and what it keeps, what it tells, whom it calls.
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/layout/LayoutEngine.h"
-#include "tesmar/tests/platform/layout/LayoutBox.h"
+#include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Boxes and formats as data, and where the boxes must come to stand.
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/layout/LayoutEngine.h"
-#include "tesmar/tests/platform/layout/LayoutBox.h"
+#include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What formats stand for, and where those that stand for nothing go wrong.
 #include "tesmar/platform/layout/visual_format.h"
-#include "tesmar/tests/platform/layout/LayoutBox.h"
+#include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/text/TextLayout.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tesmar/tests/platform/text/test_fonts.h"
+#include "tests/platform/text/test_fonts.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tesmar/tests/platform/Canvas.h"
+#include "tests/platform/Canvas.h"
 
 #include <gtest/gtest.h>
 

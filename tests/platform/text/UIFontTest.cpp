@@ -4,7 +4,7 @@
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/TextLayout.h"
-#include "tesmar/tests/platform/RecordCoder.h"
+#include "tests/platform/RecordCoder.h"
 
 #include <gtest/gtest.h>
 

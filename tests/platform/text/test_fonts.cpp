@@ -1,4 +1,4 @@
-#include "tesmar/tests/platform/text/test_fonts.h"
+#include "tests/platform/text/test_fonts.h"
 
 #include "tesmar/platform/text/FontRegistry.h"
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Draws the glyph images of this directory, each at one, two and three pixels a point.
 
-    resources/make_images.py        (Debian: python3-cairo)
+    tesmar/resources/make_images.py        (Debian: python3-cairo)
 
 Every edge that is upright or level falls on a pixel boundary at every scale.
 """
