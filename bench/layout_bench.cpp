@@ -2,7 +2,7 @@
 // "build" is a new engine's first layout, from the tree to the frames, memory and all; "rebuild"
 // the layout of one that has been told to read the tree again; "resize" a layout after only the
 // root's width has changed.
-#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tests/platform/layout/LayoutBox.h"
 
 #include <benchmark/benchmark.h>

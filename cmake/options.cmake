@@ -1,4 +1,4 @@
-# What every floor is built with. Warnings are errors only where our own CI asks for it.
+# How everything is built. Warnings are errors only where our own CI asks for it.
 include(GNUInstallDirs)
 find_package(PkgConfig REQUIRED)
 
@@ -26,23 +26,14 @@ if(TESMAR_SANITIZE)
 endif()
 
 if(TESMAR_FUZZ)
-  # Every floor reports the branches that it takes; only the fuzz targets link the fuzzer's main.
+  # Every layer reports the branches that it takes; only the fuzz targets link the fuzzer's main.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# Every include reads "tesmar/<floor>/<file>", in the tree as in an installed package.
+# Every include reads "tesmar/<layer>/<file>", in the tree as in an installed package.
 get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 
-# tesmar_floor(NAME SOURCES... [USES floors and libraries...] [PRIVATELY libraries...])
-# A floor of the house: a static library, later put whole into the one shared library.
-function(tesmar_floor name)
-  cmake_parse_arguments(FLOOR "" "" "SOURCES;USES;PRIVATELY" ${ARGN})
-  add_library(${name} STATIC ${FLOOR_SOURCES})
-  target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}>")
-  target_link_libraries(${name} PUBLIC ${FLOOR_USES} PRIVATE ${FLOOR_PRIVATELY})
-  tesmar_warnings(${name})
-  set_property(GLOBAL APPEND PROPERTY TESMAR_FLOORS ${name})
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/layers.cmake)
 
 function(tesmar_warnings target)
   # g++ 12's -Wrestrict sees overlaps in any std::string that is put together (GCC bug 105651).

@@ -1,27 +1,22 @@
-# The floors as they are shipped: one shared library, one more for each host that needs its own
+# The layers as they are shipped: one shared library, one more for each host that needs its own
 # dependencies, their headers, and what find_package and pkg-config read.
 include(CMakePackageConfigHelpers)
 
-get_property(floors GLOBAL PROPERTY TESMAR_FLOORS)
-list(REMOVE_ITEM floors tesmar_hosts_sdl)
-
-# The floors' object files rather than their archives: all that is in them is shipped. The archives
+# The layers' object files rather than their archives: all that is in them is shipped. The archives
 # follow only for the libraries that they use.
-list(TRANSFORM floors REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE floor_objects)
-add_library(tesmar SHARED ${floor_objects})
-target_link_libraries(tesmar PRIVATE ${floors})
-set(shipped tesmar)
-
-if(TARGET tesmar_hosts_sdl)
-  # It stands on the shared library; linking its own archive would bring the floors in twice.
-  pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2>=2.26)
-  add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
-  target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
-  set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
-  add_library(tesmar::sdl ALIAS tesmar_sdl)
-  list(APPEND shipped tesmar_sdl)
-endif()
+get_property(core GLOBAL PROPERTY TESMAR_CORE)
+list(TRANSFORM core REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE core_objects)
+add_library(tesmar SHARED ${core_objects})
+target_link_libraries(tesmar PRIVATE ${core})
 add_library(tesmar::tesmar ALIAS tesmar)
+
+# Uses the shared library; linking its own archive would bring the layers in twice.
+add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
+target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
+set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
+add_library(tesmar::sdl ALIAS tesmar_sdl)
+
+set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
@@ -37,10 +32,9 @@ foreach(library ${shipped})
   endif()
 endforeach()
 
-# Headers keep their places in the tree.
-file(STRINGS cmake/internal-headers.txt internal_headers REGEX "^[^#]")
+# Headers keep their places in the tree; those in a directory internal/ are not shipped.
 file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS tesmar/*.h)
-list(REMOVE_ITEM headers ${internal_headers} tesmar/resources/embedded.h)
+list(FILTER headers EXCLUDE REGEX /internal/)
 foreach(header ${headers})
   get_filename_component(directory ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${directory})

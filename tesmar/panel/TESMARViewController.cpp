@@ -6,9 +6,9 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/console.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/console.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 

@@ -2,7 +2,7 @@
 
 #include "tesmar/panel/TESMARViewController.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/widgets/widget_classes.h"
+#include "tesmar/widgets/internal/widget_classes.h"
 
 namespace tesmar {
 

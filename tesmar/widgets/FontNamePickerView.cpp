@@ -1,6 +1,6 @@
 #include "tesmar/widgets/FontNamePickerView.h"
 
-#include "tesmar/platform/foundation/FirstException.h"
+#include "tesmar/platform/foundation/internal/FirstException.h"
 
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"

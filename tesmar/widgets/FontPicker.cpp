@@ -5,7 +5,7 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/widgets/widget_classes.h"
+#include "tesmar/widgets/internal/widget_classes.h"
 
 #include <cmath>
 

@@ -6,7 +6,7 @@
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 #include "tesmar/platform/foundation/scalars.h"
-#include "tesmar/platform/ui/platform_classes.h"
+#include "tesmar/platform/ui/internal/platform_classes.h"
 
 #include <cstdlib>
 

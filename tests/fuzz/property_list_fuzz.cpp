@@ -1,6 +1,6 @@
 // Whatever is read writes back to a list that is read as the same, and turns into objects without
 // harm.
-#include "tesmar/platform/foundation/archive/property_list_objects.h"
+#include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 
 #include <cstdlib>
 

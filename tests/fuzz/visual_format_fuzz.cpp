@@ -3,8 +3,8 @@
 //
 // Input: a byte of root size, then formats over the boxes a to e (e in a scroll view d), one a
 // line, each after a byte of alignment options.
-#include "tesmar/platform/layout/LayoutEngine.h"
-#include "tesmar/platform/layout/visual_format.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/visual_format.h"
 #include "tests/platform/layout/LayoutBox.h"
 
 #include <cmath>

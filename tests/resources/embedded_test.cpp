@@ -1,4 +1,4 @@
-#include "tesmar/resources/embedded.h"
+#include "tesmar/resources/internal/embedded.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 
-#include "tesmar/platform/foundation/regular_file.h"
+#include "tesmar/platform/foundation/internal/regular_file.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "tesmar/platform/foundation/scalars.h"
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/archive/utf.h"
+#include "tesmar/platform/foundation/archive/internal/utf.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <glib.h>

@@ -1,10 +1,10 @@
 #include "tesmar/platform/graphics/CGContext.h"
 
-#include "tesmar/platform/graphics/CGContextImpl.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIImage.h"
-#include "tesmar/platform/graphics/UIImageImpl.h"
-#include "tesmar/platform/graphics/shapes.h"
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
+#include "tesmar/platform/graphics/internal/UIImageImpl.h"
+#include "tesmar/platform/graphics/internal/shapes.h"
 
 #include <array>
 

@@ -3,9 +3,9 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/graphics/CGContextImpl.h"
-#include "tesmar/platform/graphics/UIImageImpl.h"
-#include "tesmar/platform/graphics/png.h"
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
+#include "tesmar/platform/graphics/internal/UIImageImpl.h"
+#include "tesmar/platform/graphics/internal/png.h"
 
 #include <atomic>
 #include <fstream>

@@ -1,7 +1,7 @@
 // The stack of contexts that a thread draws into, image contexts among them.
-#include "tesmar/platform/graphics/CGContextImpl.h"
 #include "tesmar/platform/graphics/UIColor.h"
-#include "tesmar/platform/graphics/UIImageImpl.h"
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
+#include "tesmar/platform/graphics/internal/UIImageImpl.h"
 
 namespace tesmar {
 namespace {

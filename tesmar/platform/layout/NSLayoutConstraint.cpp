@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/layout/visual_format.h"
+#include "tesmar/platform/layout/internal/visual_format.h"
 
 #include <charconv>
 

@@ -1,7 +1,7 @@
 #include "tesmar/platform/text/FontRegistry.h"
 
-#include "tesmar/platform/text/current_catalogue.h"
-#include "tesmar/platform/text/installed_fonts.h"
+#include "tesmar/platform/text/internal/current_catalogue.h"
+#include "tesmar/platform/text/internal/installed_fonts.h"
 
 #include <iterator>
 #include <mutex>

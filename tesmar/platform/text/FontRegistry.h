@@ -1,9 +1,9 @@
 // Which faces there are, and the files behind them.
 //
 // A face that is asked for by name is, in this order: a face of a file that the host added, an
-// installed face of that very name, a stand-in from the table in resources/fonts.def whose file is
-// installed. Names are compared byte for byte. The system font has a family of its own, which is
-// not listed and whose only face bears the family's name. Any thread.
+// installed face of that very name, a stand-in from the table in internal/stand_in_fonts.def whose
+// file is installed. Names are compared byte for byte. The system font has a family of its own,
+// which is not listed and whose only face bears the family's name. Any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"

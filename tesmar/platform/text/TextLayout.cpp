@@ -1,11 +1,11 @@
 #include "tesmar/platform/text/TextLayout.h"
 
-#include "tesmar/platform/graphics/CGContextImpl.h"
 #include "tesmar/platform/graphics/UIColor.h"
-#include "tesmar/platform/text/FontFace.h"
-#include "tesmar/platform/text/ShapedText.h"
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tesmar/platform/text/glyphs.h"
+#include "tesmar/platform/text/internal/FontFace.h"
+#include "tesmar/platform/text/internal/ShapedText.h"
+#include "tesmar/platform/text/internal/glyphs.h"
 
 #include <array>
 #include <atomic>

@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/text/current_catalogue.h"
+#include "tesmar/platform/text/internal/current_catalogue.h"
 
 namespace tesmar {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIWindow.h"

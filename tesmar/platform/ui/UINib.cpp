@@ -2,10 +2,10 @@
 
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/layout/NSLayoutConstraint.h"
-#include "tesmar/platform/layout/visual_format.h"
-#include "tesmar/platform/ui/InterfaceCoder.h"
+#include "tesmar/platform/layout/internal/visual_format.h"
 #include "tesmar/platform/ui/UIView.h"
-#include "tesmar/platform/ui/platform_classes.h"
+#include "tesmar/platform/ui/internal/InterfaceCoder.h"
+#include "tesmar/platform/ui/internal/platform_classes.h"
 
 #include <array>
 #include <map>

@@ -1,6 +1,6 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 
-#include "tesmar/platform/foundation/FirstException.h"
+#include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 

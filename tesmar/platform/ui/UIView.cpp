@@ -1,11 +1,11 @@
 #include "tesmar/platform/ui/UIView.h"
 
-#include "tesmar/platform/foundation/FirstException.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/FirstException.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>

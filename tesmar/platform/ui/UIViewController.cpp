@@ -3,10 +3,10 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/ui/PresentationStack.h"
 #include "tesmar/platform/ui/UINib.h"
+#include "tesmar/platform/ui/internal/PresentationStack.h"
 
 namespace tesmar {
 

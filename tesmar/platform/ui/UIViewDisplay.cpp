@@ -1,5 +1,5 @@
 // How views look: painting, and telling the window what has to be painted again.
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"

@@ -1,7 +1,7 @@
 // How views find their places: constraints, sizes that content wants, and the layout pass.
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
 

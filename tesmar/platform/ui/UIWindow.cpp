@@ -1,13 +1,13 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
-#include "tesmar/platform/foundation/main_thread.h"
+#include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIImage.h"
-#include "tesmar/platform/ui/PresentationStack.h"
-#include "tesmar/platform/ui/TouchDispatcher.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/internal/PresentationStack.h"
+#include "tesmar/platform/ui/internal/TouchDispatcher.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
-#include "tesmar/platform/foundation/archive/property_list.h"
+#include "tesmar/platform/foundation/archive/internal/property_list.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 

@@ -1,6 +1,6 @@
 // Bytes that mean harm: every one is answered, quickly and in little memory.
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
-#include "tesmar/platform/foundation/archive/property_list.h"
+#include "tesmar/platform/foundation/archive/internal/property_list.h"
 #include "tests/platform/measured.h"
 
 #include "support.h"

@@ -1,7 +1,7 @@
 // The object runtime, dictionaries and scalars.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/foundation_classes.h"
+#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"

@@ -1,7 +1,7 @@
 // Saves that are made to fail, are killed, or meet others: the file is always whole.
 //
 // TESMAR_SOAK=N repeats the kills and the concurrent saves N times as often.
-#include "tesmar/platform/foundation/defaults/preferences_store.h"
+#include "tesmar/platform/foundation/defaults/internal/preferences_store.h"
 
 #include "support.h"
 

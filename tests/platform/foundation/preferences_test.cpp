@@ -1,6 +1,6 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
-#include "tesmar/platform/foundation/defaults/preferences_store.h"
+#include "tesmar/platform/foundation/defaults/internal/preferences_store.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 
 #include "support.h"

@@ -1,4 +1,4 @@
-#include "tesmar/platform/foundation/archive/property_list.h"
+#include "tesmar/platform/foundation/archive/internal/property_list.h"
 
 #include "support.h"
 

@@ -1,7 +1,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 
-#include "tesmar/platform/graphics/SurfaceCache.h"
 #include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/graphics/internal/SurfaceCache.h"
 #include "tests/platform/Canvas.h"
 
 #include <gtest/gtest.h>

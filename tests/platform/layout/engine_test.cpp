@@ -1,6 +1,6 @@
 // The engine over time: what it reads again and what it keeps, what it tells, whom it calls.
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>

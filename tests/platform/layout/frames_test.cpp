@@ -1,6 +1,6 @@
 // Boxes and formats as data, and where the boxes must come to stand.
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/layout/LayoutEngine.h"
+#include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // The solver alone: against another solver, and under sizes, priorities and conflicts.
-#include "tesmar/platform/layout/LayoutSolver.h"
+#include "tesmar/platform/layout/internal/LayoutSolver.h"
 
 #include <gtest/gtest.h>
 

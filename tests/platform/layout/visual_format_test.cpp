@@ -1,5 +1,5 @@
 // What formats stand for, and where those that stand for nothing go wrong.
-#include "tesmar/platform/layout/visual_format.h"
+#include "tesmar/platform/layout/internal/visual_format.h"
 #include "tests/platform/layout/LayoutBox.h"
 
 #include <gtest/gtest.h>

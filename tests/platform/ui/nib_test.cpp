@@ -2,7 +2,7 @@
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UINib.h"
-#include "tesmar/platform/ui/platform_classes.h"
+#include "tesmar/platform/ui/internal/platform_classes.h"
 
 namespace tesmar {
 namespace {

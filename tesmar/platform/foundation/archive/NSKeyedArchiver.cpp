@@ -1,9 +1,9 @@
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 
-#include "tesmar/platform/foundation/archive/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/archive/keyed_archive_format.h"
-#include "tesmar/platform/foundation/archive/property_list_objects.h"
+#include "tesmar/platform/foundation/archive/internal/ArchiveBudget.h"
+#include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
+#include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 

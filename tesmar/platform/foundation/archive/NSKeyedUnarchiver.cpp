@@ -1,11 +1,11 @@
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 
-#include "tesmar/platform/foundation/archive/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/archive/keyed_archive_format.h"
-#include "tesmar/platform/foundation/archive/property_list_objects.h"
-#include "tesmar/platform/foundation/archive/utf.h"
-#include "tesmar/platform/foundation/foundation_classes.h"
+#include "tesmar/platform/foundation/archive/internal/ArchiveBudget.h"
+#include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
+#include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
+#include "tesmar/platform/foundation/archive/internal/utf.h"
+#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 
 #include "tesmar/platform/foundation/NSBundle.h"
-#include "tesmar/platform/foundation/archive/property_list_objects.h"
-#include "tesmar/platform/foundation/archive/utf.h"
-#include "tesmar/platform/foundation/defaults/preferences_store.h"
+#include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
+#include "tesmar/platform/foundation/archive/internal/utf.h"
+#include "tesmar/platform/foundation/defaults/internal/preferences_store.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 

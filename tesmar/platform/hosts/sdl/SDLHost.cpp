@@ -1,8 +1,8 @@
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
-#include "tesmar/platform/hosts/sdl/SDLInput.h"
-#include "tesmar/platform/hosts/sdl/SDLScreen.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLInput.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLScreen.h"
 
 #include <atomic>
 #include <chrono>

@@ -1,0 +1,47 @@
+# Makes targets of the layers that layers.txt lists.
+
+# Sets OUT to the directories of the library's layers, bottom to top.
+function(tesmar_layers out)
+  file(STRINGS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/layers.txt lines REGEX "^tesmar/[^.]*:")
+  list(TRANSFORM lines REPLACE ":.*" "")
+  set(${out} ${lines} PARENT_SCOPE)
+endfunction()
+
+# tesmar/platform/ui -> tesmar_ui
+function(tesmar_layer_target out layer)
+  string(REGEX REPLACE "^tesmar/(platform/)?" "tesmar_" target ${layer})
+  string(REPLACE / _ target ${target})
+  set(${out} ${target} PARENT_SCOPE)
+endfunction()
+
+# tesmar_layer([OWN_LIBRARY] [SOURCES...] [PRIVATELY libraries...])
+# The layer of the current directory: a static library, later put whole into the one shared library,
+# or with OWN_LIBRARY into a shared library of its own. Without sources it is headers alone.
+function(tesmar_layer)
+  cmake_parse_arguments(LAYER "OWN_LIBRARY" "" "SOURCES;PRIVATELY" ${ARGN})
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR
+             BASE_DIRECTORY ${TESMAR_INCLUDE_DIR} OUTPUT_VARIABLE layer)
+  tesmar_layer_target(name ${layer})
+
+  file(STRINGS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/layers.txt line REGEX "^${layer}:")
+  string(REGEX MATCHALL "tesmar/[^ ]+" below ${line})
+  list(REMOVE_AT below 0) # the layer itself
+  set(uses "")
+  foreach(each ${below})
+    tesmar_layer_target(target ${each})
+    list(APPEND uses ${target})
+  endforeach()
+
+  if(NOT LAYER_SOURCES)
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE ${TESMAR_INCLUDE_DIR})
+    return()
+  endif()
+  add_library(${name} STATIC ${LAYER_SOURCES})
+  target_include_directories(${name} PUBLIC ${TESMAR_INCLUDE_DIR})
+  target_link_libraries(${name} PUBLIC ${uses} PRIVATE ${LAYER_PRIVATELY})
+  tesmar_warnings(${name})
+  if(NOT LAYER_OWN_LIBRARY)
+    set_property(GLOBAL APPEND PROPERTY TESMAR_CORE ${name})
+  endif()
+endfunction()

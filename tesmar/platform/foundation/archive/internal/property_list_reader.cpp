@@ -1,0 +1,283 @@
+#include "tesmar/platform/foundation/archive/internal/property_list.h"
+#include "tesmar/platform/foundation/archive/internal/property_list_format.h"
+#include "tesmar/platform/foundation/archive/internal/utf.h"
+
+#include <algorithm>
+#include <bit>
+
+namespace tesmar {
+namespace {
+
+using namespace property_list_format;
+
+// A big-endian number of at most 8 bytes.
+std::uint64_t number(std::string_view bytes) {
+    std::uint64_t result = 0;
+    for (const char byte : bytes)
+        result = result << 8 | static_cast<std::uint8_t>(byte);
+    return result;
+}
+
+// Recursive, from the root down. What keeps a hostile list small is the budget: the objects that
+// are reachable may claim no more bytes than there are, as in a list where no two of them overlap.
+class Reader {
+  public:
+    Reader(std::string_view bytes, const PropertyListLimits& limits)
+        : bytes_(bytes), limits_(limits) {}
+
+    std::optional<PropertyList> read();
+
+  private:
+    struct Object {
+        enum State : std::uint8_t { unread, open, done } state = unread;
+        int height = 0;           // how many containers are nested in it, itself included
+        std::uint64_t weight = 1; // how many values, counting shared ones each time
+        std::optional<PropertyList> value;
+    };
+    struct Cursor {
+        std::uint64_t at;
+    };
+    using Bytes = std::optional<std::string_view>;
+
+    bool readTrailer();
+    Object* object(std::uint64_t number, int depth);
+    bool parse(Object& object, std::uint64_t offset, int depth);
+    bool parseScalar(Object& object, std::uint8_t marker, Cursor& cursor);
+    bool parseInteger(Object& object, std::string_view digits);
+    bool parseText(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor);
+    bool parseContainer(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor,
+                        int depth);
+    bool parseElements(Object& container, std::string_view references, int depth,
+                       PropertyList::Array& elements);
+    std::optional<std::uint64_t> count(std::uint8_t marker, Cursor& cursor);
+    Bytes take(Cursor& cursor, std::uint64_t size);
+
+    std::string_view bytes_;
+    PropertyListLimits limits_;
+    std::uint64_t root_ = 0;
+    std::uint64_t tableStart_ = 0;
+    std::size_t offsetSize_ = 0;
+    std::size_t referenceSize_ = 0;
+    std::uint64_t budget_ = 0;
+    std::uint64_t references_ = 0;
+    std::vector<Object> objects_;
+};
+
+std::optional<PropertyList> Reader::read() {
+    if (!readTrailer())
+        return std::nullopt;
+    const Object* root = object(root_, 0);
+    return root ? root->value : std::nullopt;
+}
+
+bool Reader::readTrailer() {
+    if (bytes_.size() > limits_.bytes || bytes_.size() < kMagic.size() + kTrailerSize ||
+        bytes_.substr(0, kMagic.size()) != kMagic)
+        return false;
+    const std::uint64_t tableEnd = bytes_.size() - kTrailerSize;
+    const std::string_view trailer = bytes_.substr(tableEnd);
+    offsetSize_ = static_cast<std::uint8_t>(trailer[6]);
+    referenceSize_ = static_cast<std::uint8_t>(trailer[7]);
+    const std::uint64_t count = number(trailer.substr(8, 8));
+    root_ = number(trailer.substr(16, 8));
+    tableStart_ = number(trailer.substr(24, 8));
+    if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8 ||
+        tableStart_ < kMagic.size() || tableStart_ > tableEnd || count == 0 ||
+        count > limits_.values || count > (tableEnd - tableStart_) / offsetSize_)
+        return false;
+    budget_ = tableStart_ - kMagic.size();
+    objects_.resize(count);
+    return true;
+}
+
+Reader::Object* Reader::object(std::uint64_t n, int depth) {
+    if (n >= objects_.size() || depth > kDeepestPropertyList)
+        return nullptr;
+    Object& object = objects_[n];
+    if (object.state == Object::open) // it contains itself
+        return nullptr;
+    if (object.state == Object::unread) {
+        object.state = Object::open;
+        const auto offset = number(bytes_.substr(tableStart_ + n * offsetSize_, offsetSize_));
+        if (!parse(object, offset, depth))
+            return nullptr;
+        object.state = Object::done;
+    }
+    return &object;
+}
+
+bool Reader::parse(Object& object, std::uint64_t offset, int depth) {
+    Cursor cursor{offset};
+    const Bytes first = offset < kMagic.size() ? std::nullopt : take(cursor, 1);
+    if (!first)
+        return false;
+    const auto marker = static_cast<std::uint8_t>(first->front());
+    const auto kind = static_cast<std::uint8_t>(marker & 0xF0);
+    switch (kind) {
+    case kData:
+    case kAscii:
+    case kUtf16:
+        if (const auto size = count(marker, cursor))
+            return parseText(object, kind, *size, cursor);
+        return false;
+    case kArray:
+    case kSet:
+    case kDictionary:
+        if (const auto size = count(marker, cursor))
+            return parseContainer(object, kind, *size, cursor, depth);
+        return false;
+    default:
+        return parseScalar(object, marker, cursor);
+    }
+}
+
+bool Reader::parseScalar(Object& object, std::uint8_t marker, Cursor& cursor) {
+    switch (marker) {
+    case kNull:
+        object.value = PropertyList::Null();
+        return true;
+    case kFalse:
+    case kTrue:
+        object.value = marker == kTrue;
+        return true;
+    }
+    const unsigned low = marker & 0x0F;
+    switch (marker & 0xF0) {
+    case kInteger:
+        if (const Bytes digits = low <= 4 ? take(cursor, 1u << low) : std::nullopt)
+            return parseInteger(object, *digits);
+        return false;
+    case kReal:
+        if (low == 2) {
+            if (const Bytes bits = take(cursor, 4))
+                object.value = std::bit_cast<float>(static_cast<std::uint32_t>(number(*bits)));
+        } else if (low == 3) {
+            if (const Bytes bits = take(cursor, 8))
+                object.value = std::bit_cast<double>(number(*bits));
+        }
+        return object.value.has_value();
+    case kDate & 0xF0:
+        if (const Bytes bits = marker == kDate ? take(cursor, 8) : std::nullopt)
+            object.value = PropertyList::Date{std::bit_cast<double>(number(*bits))};
+        return object.value.has_value();
+    case kUID:
+        if (const Bytes bits = low < 8 ? take(cursor, low + 1) : std::nullopt)
+            object.value = PropertyList::UID{number(*bits)};
+        return object.value.has_value();
+    default:
+        return false;
+    }
+}
+
+bool Reader::parseInteger(Object& object, std::string_view digits) {
+    PropertyList::Integer integer;
+    if (digits.size() == 16) {
+        integer.high = static_cast<std::int64_t>(number(digits.substr(0, 8)));
+        integer.low = number(digits.substr(8));
+    } else {
+        integer.low = number(digits);
+        if (digits.size() == 8)
+            integer = PropertyList::Integer::of(static_cast<long long>(integer.low));
+    }
+    object.value = integer;
+    return true;
+}
+
+bool Reader::parseText(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor) {
+    const Bytes bytes = take(cursor, kind == kUtf16 ? 2 * count : count);
+    if (!bytes)
+        return false;
+    if (kind == kData) {
+        object.value = PropertyList::Data{std::string(*bytes)};
+    } else if (kind == kAscii) {
+        if (std::any_of(bytes->begin(), bytes->end(), [](signed char c) { return c < 0; }))
+            return false;
+        object.value = std::string(*bytes);
+    } else {
+        std::u16string units;
+        units.reserve(count);
+        for (std::size_t i = 0; i < bytes->size(); i += 2)
+            units += static_cast<char16_t>(number(bytes->substr(i, 2)));
+        object.value = utf8FromUtf16(units);
+    }
+    return true;
+}
+
+bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor,
+                            int depth) {
+    const Bytes references = take(cursor, (kind == kDictionary ? 2 : 1) * count * referenceSize_);
+    if (!references)
+        return false;
+    references_ += references->size() / referenceSize_;
+    if (references_ > limits_.values)
+        return false;
+
+    PropertyList::Array elements;
+    if (!parseElements(object, *references, depth + 1, elements))
+        return false;
+    if (kind == kArray) {
+        object.value = std::move(elements);
+    } else if (kind == kSet) {
+        object.value = PropertyList::Set{std::move(elements)};
+    } else {
+        PropertyList::Dictionary entries;
+        entries.reserve(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            if (!elements[i].get<std::string>())
+                return false;
+            entries.push_back({elements[i], std::move(elements[count + i])});
+        }
+        object.value = std::move(entries);
+    }
+    return true;
+}
+
+bool Reader::parseElements(Object& container, std::string_view references, int depth,
+                           PropertyList::Array& elements) {
+    container.height = 1;
+    elements.reserve(references.size() / referenceSize_);
+    for (; !references.empty(); references.remove_prefix(referenceSize_)) {
+        const Object* element = object(number(references.substr(0, referenceSize_)), depth);
+        if (!element)
+            return false;
+        // An element that was read on a shallower path may still be too deep on this one.
+        container.height = std::max(container.height, element->height + 1);
+        container.weight += element->weight;
+        if (container.height > kDeepestPropertyList || container.weight > limits_.values)
+            return false;
+        elements.push_back(*element->value);
+    }
+    return true;
+}
+
+// At most 2^32: multiplied by the size of anything it still does not overflow.
+std::optional<std::uint64_t> Reader::count(std::uint8_t marker, Cursor& cursor) {
+    const std::uint8_t low = marker & 0x0F;
+    if (low != kCountFollows)
+        return low;
+    const Bytes width = take(cursor, 1);
+    if (!width || (width->front() & 0xFC) != kInteger)
+        return std::nullopt;
+    const Bytes digits = take(cursor, 1u << (width->front() & 0x03));
+    if (!digits || number(*digits) >> 32 != 0)
+        return std::nullopt;
+    return number(*digits);
+}
+
+Reader::Bytes Reader::take(Cursor& cursor, std::uint64_t size) {
+    if (cursor.at > tableStart_ || size > tableStart_ - cursor.at || size > budget_)
+        return std::nullopt;
+    budget_ -= size;
+    const std::string_view taken = bytes_.substr(cursor.at, size);
+    cursor.at += size;
+    return taken;
+}
+
+} // namespace
+
+std::optional<PropertyList> readPropertyList(std::string_view bytes,
+                                             const PropertyListLimits& limits) {
+    return Reader(bytes, limits).read();
+}
+
+} // namespace tesmar

@@ -1,0 +1,165 @@
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
+
+#include <utility>
+
+namespace tesmar {
+namespace {
+
+constexpr int kLargestSide = 32767; // what cairo's pixel surfaces can hold
+
+bool isPossible(const void* pixels, int width, int height, int stride) {
+    return pixels && width > 0 && height > 0 && width <= kLargestSide && height <= kLargestSide &&
+           stride % 4 == 0 && stride / 4 >= width;
+}
+
+void setSource(cairo_t* cr, const Paint& paint) {
+    cairo_set_source_rgba(cr, paint.red, paint.green, paint.blue, paint.alpha);
+}
+
+void addRectangle(cairo_t* cr, const PixelRect& r) {
+    cairo_rectangle(cr, r.x, r.y, r.width, r.height);
+}
+
+// Narrows cairo's own clip to whole pixels for one operation, where that is needed at all.
+template <class Operation>
+void clipped(cairo_t* cr, const PixelRect& drawn, const PixelRect& visible, Operation operation) {
+    if (drawn == visible) {
+        operation();
+        return;
+    }
+    addRectangle(cr, visible);
+    cairo_clip(cr);
+    operation();
+    cairo_reset_clip(cr);
+}
+
+PixelRect extent(cairo_surface_t* surface, int x, int y) {
+    return {x, y, cairo_image_surface_get_width(surface), cairo_image_surface_get_height(surface)};
+}
+
+} // namespace
+
+SurfacePtr emptySurface(cairo_format_t format, int width, int height) {
+    SurfacePtr surface(cairo_image_surface_create(format, width, height));
+    return cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS ? std::move(surface)
+                                                                       : nullptr;
+}
+
+void CGContext::Impl::begin(void* pixels, int w, int h, int stride, CGFloat pixelsPerPoint) {
+    end();
+    const bool possible = isPossible(pixels, w, h, stride);
+    width = possible ? w : 0;
+    height = possible ? h : 0;
+    scale = finite(pixelsPerPoint, 0.1, 16, 1);
+    state = {};
+    state.clip = {0, 0, width, height};
+    surface_ = possible ? cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
+                                                              CAIRO_FORMAT_ARGB32, w, h, stride)
+                        : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0);
+    cairo_ = cairo_create(surface_);
+}
+
+void CGContext::Impl::end() {
+    if (!surface_)
+        return;
+    while (!layers_.empty())
+        endLayer();
+    savedStates.clear();
+    cairo_destroy(std::exchange(cairo_, nullptr));
+    // The pixels outlive this object, but nothing of cairo's may look at them any more.
+    cairo_surface_finish(surface_);
+    cairo_surface_destroy(std::exchange(surface_, nullptr));
+}
+
+void CGContext::Impl::restoreState() {
+    const std::size_t kept = layers_.empty() ? 0 : layers_.back().firstState;
+    if (savedStates.size() <= kept)
+        return;
+    state = savedStates.back();
+    savedStates.pop_back();
+}
+
+void CGContext::Impl::fillPixels(const PixelRect& r, const Paint& paint) {
+    const PixelRect visible = intersection(r, state.clip);
+    if (visible.isEmpty() || paint.alpha <= 0)
+        return;
+    cairo_t* cr = cairo();
+    setSource(cr, paint);
+    addRectangle(cr, visible);
+    cairo_fill(cr);
+}
+
+void CGContext::Impl::clearPixels(const PixelRect& r) {
+    const PixelRect visible = intersection(r, state.clip);
+    if (visible.isEmpty())
+        return;
+    cairo_t* cr = cairo();
+    cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
+    addRectangle(cr, visible);
+    cairo_fill(cr);
+    cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+}
+
+void CGContext::Impl::paintMask(cairo_surface_t* mask, int x, int y, const PixelRect& within,
+                                const Paint& paint) {
+    const PixelRect drawn = extent(mask, x, y);
+    const PixelRect visible = intersection(intersection(drawn, within), state.clip);
+    if (visible.isEmpty() || paint.alpha <= 0)
+        return;
+    cairo_t* cr = cairo();
+    clipped(cr, drawn, visible, [&] {
+        setSource(cr, paint);
+        cairo_mask_surface(cr, mask, x, y);
+    });
+}
+
+void CGContext::Impl::paintPicture(cairo_surface_t* picture, int x, int y, const PixelRect& within,
+                                   double alpha) {
+    const PixelRect drawn = extent(picture, x, y);
+    const PixelRect visible = intersection(intersection(drawn, within), state.clip);
+    if (visible.isEmpty() || alpha <= 0)
+        return;
+    cairo_t* cr = cairo();
+    // Paint covers the whole clip: cairo's must be exactly the visible part.
+    addRectangle(cr, visible);
+    cairo_clip(cr);
+    cairo_set_source_surface(cr, picture, x, y);
+    cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+    cairo_paint_with_alpha(cr, alpha);
+    cairo_reset_clip(cr);
+    setSource(cr, {}); // lets the picture go
+}
+
+void CGContext::Impl::beginLayer(double alpha) {
+    const double opacity = state.alpha * finite(alpha, 0, 1, 0);
+    layers_.reserve(layers_.size() + 1); // or cairo's part of the layer would be left over
+    savedStates.push_back(state);
+    state.alpha = 1;
+    if (opacity <= 0)
+        state.clip = {};
+    Layer layer{nullptr, nullptr, state.clip, opacity, savedStates.size()};
+    SurfacePtr surface = emptySurface(CAIRO_FORMAT_ARGB32, layer.box.width, layer.box.height);
+    if (!surface) { // memory is short: the layer shows nothing
+        state.clip = layer.box = {};
+        surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0));
+    }
+    layer.surface = surface.release();
+    cairo_surface_set_device_offset(layer.surface, -layer.box.x, -layer.box.y);
+    layer.cairo = cairo_create(layer.surface);
+    layers_.push_back(layer);
+}
+
+void CGContext::Impl::endLayer() {
+    if (layers_.empty())
+        return;
+    const Layer layer = layers_.back();
+    layers_.pop_back();
+    savedStates.resize(layer.firstState);
+    restoreState();
+    cairo_destroy(layer.cairo);
+    cairo_surface_set_device_offset(layer.surface, 0, 0);
+    paintPicture(layer.surface, layer.box.x, layer.box.y, layer.box, layer.alpha);
+    cairo_surface_destroy(layer.surface);
+}
+
+} // namespace tesmar

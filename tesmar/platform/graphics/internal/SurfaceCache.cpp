@@ -1,0 +1,60 @@
+#include "tesmar/platform/graphics/internal/SurfaceCache.h"
+
+#include <algorithm>
+
+namespace tesmar {
+
+SurfaceCache& SurfaceCache::ofThisThread() {
+    static thread_local SurfaceCache cache;
+    return cache;
+}
+
+std::size_t SurfaceCache::Hash::operator()(const SurfaceKey& key) const {
+    std::uint64_t hash = 14695981039346656037u; // FNV-1a, by words
+    const auto add = [&hash](std::int32_t word) {
+        hash = (hash ^ static_cast<std::uint32_t>(word)) * 1099511628211u;
+    };
+    std::for_each(key.shape.begin(), key.shape.end(), add);
+    add(key.tileX);
+    add(key.tileY);
+    return static_cast<std::size_t>(hash ^ (hash >> 32));
+}
+
+bool SurfaceCache::Equal::same(const SurfaceKey& a, const SurfaceKey& b) {
+    return a.tileX == b.tileX && a.tileY == b.tileY && std::ranges::equal(a.shape, b.shape);
+}
+
+cairo_surface_t* SurfaceCache::find(const SurfaceKey& key) {
+    const auto found = index_.find(key);
+    if (found == index_.end())
+        return nullptr;
+    entries_.splice(entries_.begin(), entries_, *found);
+    return entries_.front().surface.get();
+}
+
+cairo_surface_t* SurfaceCache::insert(const SurfaceKey& key, SurfacePtr surface) {
+    const auto bytes = static_cast<std::size_t>(cairo_image_surface_get_stride(surface.get())) *
+                       static_cast<std::size_t>(cairo_image_surface_get_height(surface.get()));
+    entries_.push_front(
+        {{key.shape.begin(), key.shape.end()}, key.tileX, key.tileY, std::move(surface), bytes});
+    try {
+        index_.insert(entries_.begin());
+    } catch (...) {
+        entries_.pop_front(); // nobody would find it
+        throw;
+    }
+    bytes_ += bytes;
+    evict();
+    return entries_.front().surface.get();
+}
+
+void SurfaceCache::evict() {
+    while (bytes_ > kCapacity && entries_.size() > 1) {
+        const auto oldest = std::prev(entries_.end());
+        bytes_ -= oldest->bytes;
+        index_.erase(oldest);
+        entries_.erase(oldest);
+    }
+}
+
+} // namespace tesmar

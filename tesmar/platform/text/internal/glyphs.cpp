@@ -1,0 +1,164 @@
+#include "tesmar/platform/text/internal/glyphs.h"
+
+#include "tesmar/platform/text/internal/FontFileMap.h"
+
+#include <hb-ot.h>
+
+#include <cstring>
+#include <vector>
+
+namespace tesmar {
+namespace {
+
+cairo_t* path(void* data) {
+    return static_cast<cairo_t*>(data);
+}
+
+// Outlines become the path of a cairo_t whose unit is the font's.
+hb_draw_funcs_t* makeOutlineToPath() {
+    hb_draw_funcs_t* const f = hb_draw_funcs_create();
+    using State = hb_draw_state_t*;
+    hb_draw_funcs_set_move_to_func(
+        f,
+        [](auto*, void* data, State, float x, float y, void*) { cairo_move_to(path(data), x, y); },
+        nullptr, nullptr);
+    hb_draw_funcs_set_line_to_func(
+        f,
+        [](auto*, void* data, State, float x, float y, void*) { cairo_line_to(path(data), x, y); },
+        nullptr, nullptr);
+    hb_draw_funcs_set_cubic_to_func(
+        f,
+        [](auto*, void* data, State, float x1, float y1, float x2, float y2, float x, float y,
+           void*) { cairo_curve_to(path(data), x1, y1, x2, y2, x, y); },
+        nullptr, nullptr);
+    hb_draw_funcs_set_close_path_func(
+        f, [](auto*, void* data, State, void*) { cairo_close_path(path(data)); }, nullptr, nullptr);
+    hb_draw_funcs_make_immutable(f);
+    return f;
+}
+
+void addOutline(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
+    static hb_draw_funcs_t* const outlineToPath = makeOutlineToPath();
+#if HB_VERSION_ATLEAST(7, 0, 0)
+    hb_font_draw_glyph(font, glyph, outlineToPath, cr);
+#else
+    hb_font_get_glyph_shape(font, glyph, outlineToPath, cr);
+#endif
+}
+
+// False for a glyph that has no layers.
+bool drawLayers(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
+    hb_face_t* const face = hb_font_get_face(font);
+    std::vector<hb_ot_color_layer_t> layers(
+        hb_ot_color_glyph_get_layers(face, glyph, 0, nullptr, nullptr));
+    auto count = static_cast<unsigned>(layers.size());
+    hb_ot_color_glyph_get_layers(face, glyph, 0, &count, layers.data());
+    std::vector<hb_color_t> palette(hb_ot_color_palette_get_colors(face, 0, 0, nullptr, nullptr));
+    auto colors = static_cast<unsigned>(palette.size());
+    hb_ot_color_palette_get_colors(face, 0, 0, &colors, palette.data());
+    for (const hb_ot_color_layer_t& layer : layers) {
+        cairo_save(cr);
+        if (layer.color_index < colors) { // else the text's own colour
+            const hb_color_t c = palette[layer.color_index];
+            cairo_set_source_rgba(cr, hb_color_get_red(c) / 255.0, hb_color_get_green(c) / 255.0,
+                                  hb_color_get_blue(c) / 255.0, hb_color_get_alpha(c) / 255.0);
+        }
+        addOutline(cr, font, layer.glyph);
+        cairo_fill(cr);
+        cairo_restore(cr);
+    }
+    return !layers.empty();
+}
+
+struct Bytes {
+    const char* next;
+    std::size_t left;
+};
+
+cairo_status_t readBytes(void* closure, unsigned char* to, unsigned count) {
+    auto& bytes = *static_cast<Bytes*>(closure);
+    if (bytes.left < count)
+        return CAIRO_STATUS_READ_ERROR;
+    std::memcpy(to, bytes.next, count);
+    bytes.next += count;
+    bytes.left -= count;
+    return CAIRO_STATUS_SUCCESS;
+}
+
+// False for a glyph that has no picture.
+bool drawPicture(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
+    hb_blob_t* const png = hb_ot_color_glyph_reference_png(font, glyph);
+    unsigned length = 0;
+    const char* const data = hb_blob_get_data(png, &length);
+    hb_glyph_extents_t box{};
+    const bool exists = length > 0 && hb_font_get_glyph_extents(font, glyph, &box);
+    if (exists) {
+        Bytes bytes{data, length};
+        cairo_surface_t* const image =
+            cairo_image_surface_create_from_png_stream(readBytes, &bytes);
+        const int width = cairo_image_surface_get_width(image);
+        const int height = cairo_image_surface_get_height(image);
+        if (width > 0 && height > 0) {
+            cairo_save(cr);
+            cairo_translate(cr, box.x_bearing, box.y_bearing);
+            cairo_scale(cr, static_cast<double>(box.width) / width,
+                        static_cast<double>(box.height) / height);
+            cairo_set_source_surface(cr, image, 0, 0);
+            cairo_paint(cr);
+            cairo_restore(cr);
+        }
+        cairo_surface_destroy(image);
+    }
+    hb_blob_destroy(png);
+    return exists;
+}
+
+void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) {
+    PangoFont* const font = run.item->analysis.font;
+    FontFile& file = fileOf(font);
+    const double unit = pointSizeOf(font) / file.unitsPerEm();
+    const bool isColored = file.isColored();
+    for (int i = 0; i < run.glyphs->num_glyphs; ++i) {
+        const PangoGlyphInfo& info = run.glyphs->glyphs[i];
+        const hb_codepoint_t glyph = info.glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : info.glyph;
+        if (info.glyph != PANGO_GLYPH_EMPTY) {
+            cairo_save(cr);
+            cairo_translate(cr, x + pango_units_to_double(info.geometry.x_offset),
+                            baseline + pango_units_to_double(info.geometry.y_offset));
+            cairo_scale(cr, unit, -unit); // a font counts upwards
+            if (!isColored ||
+                (!drawLayers(cr, file.font(), glyph) && !drawPicture(cr, file.font(), glyph)))
+                addOutline(cr, file.font(), glyph);
+            cairo_restore(cr);
+        }
+        x += pango_units_to_double(info.geometry.width);
+    }
+    // At once: glyphs that touch have no seam between them.
+    cairo_fill(cr);
+}
+
+} // namespace
+
+bool hasColoredGlyphs(PangoLayout* layout) {
+    for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next)
+        for (GSList* r = static_cast<PangoLayoutLine*>(l->data)->runs; r; r = r->next)
+            if (fileOf(static_cast<PangoLayoutRun*>(r->data)->item->analysis.font).isColored())
+                return true;
+    return false;
+}
+
+void drawGlyphs(cairo_t* cr, PangoLayout* layout) {
+    PangoLayoutIter* const iterator = pango_layout_get_iter(layout);
+    do {
+        const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
+        if (!run)
+            continue; // the end of a line
+        PangoRectangle box;
+        pango_layout_iter_get_run_extents(iterator, nullptr, &box);
+        drawRun(cr, *run, pango_units_to_double(box.x),
+                pango_units_to_double(pango_layout_iter_get_baseline(iterator)));
+    } while (pango_layout_iter_next_run(iterator));
+    pango_layout_iter_free(iterator);
+}
+
+} // namespace tesmar

@@ -1,0 +1,234 @@
+#include "tesmar/platform/ui/internal/TouchDispatcher.h"
+
+#include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/internal/FirstException.h"
+#include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/UIWindow.h"
+
+#include <algorithm>
+
+namespace tesmar {
+namespace {
+
+// A tap beside a card is one that stays put, in points.
+constexpr CGFloat kTapSlack = 10;
+// A few hands' worth. Hosts that lose the lifts of fingers must not fill the memory with them.
+constexpr std::size_t kMostFingers = 32;
+
+UIScrollView* scrollViewAround(UIView* view) {
+    for (; view; view = view->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
+            return scroll;
+    return nullptr;
+}
+
+bool canScroll(const UIScrollView& view) {
+    return view.canScroll(LayoutAxis::horizontal) || view.canScroll(LayoutAxis::vertical);
+}
+
+// A control that follows the finger keeps it; a plain view gives it up to a drag.
+bool keepsTouch(const UIView* view) {
+    const auto* control = dynamic_cast<const UIControl*>(view);
+    return control && control->isTracking() && isLeafControl(*control);
+}
+
+} // namespace
+
+TouchDispatcher::TouchDispatcher(UIWindow& window) : window_(window) {
+    fingers_.reserve(kMostFingers);
+}
+
+// The window is gone, and no view is in it any more; but content must not stay in a finger's hold.
+TouchDispatcher::~TouchDispatcher() {
+    FirstException dropped;
+    while (!fingers_.empty()) {
+        const Shared finger = fingers_.back();
+        const auto scroll = as<UIScrollView>(finger->scrollView.lock());
+        const bool drags = finger->stage == Stage::dragging;
+        forget(*finger);
+        if (drags && scroll)
+            dropped.run([&] { scroll->cancelDrag(); });
+    }
+}
+
+TouchDispatcher::Shared TouchDispatcher::find(std::int64_t id) const {
+    for (const auto& finger : fingers_)
+        if (finger->touch.id() == id)
+            return finger;
+    return nullptr;
+}
+
+void TouchDispatcher::forget(Finger& finger) {
+    NSRunLoop::mainRunLoop().cancel(std::exchange(finger.deliveryTimer, 0));
+    finger.stage = Stage::gone;
+    std::erase_if(fingers_, [&](const auto& known) { return known.get() == &finger; });
+}
+
+bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
+    cancelled(id, time); // a finger cannot land twice: its lift was lost
+    while (fingers_.size() >= kMostFingers)
+        cancel(Shared(fingers_.front()), time);
+    UIView* const hit = window_.hitTest(point);
+    if (!hit && window_.outsideTap() == OutsideTap::ignored)
+        return false;
+    if (!hit && !window_.presentedViewController())
+        return false;
+
+    const auto finger =
+        std::make_shared<Finger>(Finger{UITouch(id, point, time), Stage::waiting, {}, {}, 0});
+    fingers_.push_back(finger);
+    if (!hit) {
+        finger->stage = Stage::outside;
+        return true;
+    }
+    finger->view = hit->weak_from_this();
+    for (UIScrollView* s = scrollViewAround(hit); s; s = scrollViewAround(s->superview()))
+        if (s->catchMotion()) {
+            finger->stage = Stage::caught;
+            finger->scrollView = s->weak_from_this();
+            return true;
+        }
+    bool mayDrag = false;
+    for (UIScrollView* s = scrollViewAround(hit); s; s = scrollViewAround(s->superview()))
+        mayDrag = mayDrag || canScroll(*s);
+    if (mayDrag)
+        finger->deliveryTimer = NSRunLoop::mainRunLoop().schedule(
+            UIScrollView::kContentTouchDelay, [this, finger] { deliver(finger); });
+    else
+        deliver(finger);
+    return true;
+}
+
+void TouchDispatcher::deliver(const Shared& finger) {
+    if (finger->stage != Stage::waiting)
+        return;
+    const auto keepWindow = ref(&window_);
+    finger->stage = Stage::delivered;
+    NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
+    const auto view = as<UIView>(finger->view.lock());
+    if (!view || view->window() != &window_)
+        return;
+    // It landed where it landed, however late the view hears of it.
+    UITouch& touch = finger->touch;
+    const CGPoint now = touch.location();
+    touch.moveTo(touch.startLocation(), touch.timestamp());
+    view->touchBegan(touch);
+    if (finger->stage == Stage::delivered && touch.location() == touch.startLocation() &&
+        now != touch.startLocation()) {
+        touch.moveTo(now, touch.timestamp());
+        view->touchMoved(touch);
+    }
+}
+
+bool TouchDispatcher::startDrag(const Shared& finger) {
+    const auto view = as<UIView>(finger->view.lock());
+    if (!view || (finger->stage == Stage::delivered && keepsTouch(view.get())))
+        return false;
+    const CGPoint translation = finger->touch.location() - finger->touch.startLocation();
+    for (UIScrollView* s = scrollViewAround(view.get()); s; s = scrollViewAround(s->superview())) {
+        if (!s->wantsDrag(translation) || s->isDragging() || !s->window())
+            continue;
+        const auto scroll = ref(s);
+        const bool wasDelivered = finger->stage == Stage::delivered;
+        NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
+        finger->stage = Stage::dragging;
+        finger->scrollView = scroll;
+        if (wasDelivered)
+            view->touchCancelled(finger->touch);
+        if (finger->stage == Stage::dragging)
+            scroll->beginDrag(finger->touch.location(), translation, finger->touch.timestamp());
+        return true;
+    }
+    return false;
+}
+
+bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
+    const Shared finger = find(id);
+    if (!finger)
+        return false;
+    finger->touch.moveTo(point, time);
+    switch (finger->stage) {
+    case Stage::waiting:
+    case Stage::caught:
+        startDrag(finger);
+        break;
+    case Stage::delivered:
+        if (!startDrag(finger))
+            if (const auto view = as<UIView>(finger->view.lock()))
+                view->touchMoved(finger->touch);
+        break;
+    case Stage::dragging:
+        if (const auto scroll = as<UIScrollView>(finger->scrollView.lock()))
+            scroll->continueDrag(point, time);
+        break;
+    case Stage::outside:
+    case Stage::gone:
+        break;
+    }
+    return true;
+}
+
+// The finger is gone afterwards, and whoever had it has heard so, whatever is thrown on the way.
+bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
+    const Shared finger = find(id);
+    if (!finger)
+        return false;
+    const bool movedToLift = finger->touch.location() != point;
+    finger->touch.moveTo(point, time);
+    FirstException all;
+    if (finger->stage == Stage::waiting || finger->stage == Stage::caught)
+        all.run([&] { startDrag(finger); }); // a flick whose only move is its lift
+    all.run([&] { deliver(finger); });       // a quick tap: the view gets all of it now
+    const Stage stage = finger->stage;
+    forget(*finger);
+
+    const auto view = as<UIView>(finger->view.lock());
+    const auto scroll = as<UIScrollView>(finger->scrollView.lock());
+    const CGPoint travelled = point - finger->touch.startLocation();
+    if (stage == Stage::delivered && view) {
+        all.run([&] { view->touchEnded(finger->touch); });
+    } else if (stage == Stage::dragging && scroll) {
+        if (movedToLift)
+            all.run([&] { scroll->continueDrag(point, time); });
+        all.run([&] { scroll->endDrag(time); });
+    } else if (stage == Stage::caught && scroll) {
+        all.run([&] { scroll->settle(); });
+    } else if (stage == Stage::outside && std::hypot(travelled.x, travelled.y) <= kTapSlack) {
+        if (const auto top = window_.presentedViewController())
+            all.run([&] { top->dismissViewControllerAnimated(true); });
+    }
+    all.rethrow();
+    return true;
+}
+
+bool TouchDispatcher::cancelled(std::int64_t id, double time) {
+    const Shared finger = find(id);
+    if (finger)
+        cancel(finger, time);
+    return finger != nullptr;
+}
+
+void TouchDispatcher::cancel(const Shared& finger, double time) {
+    const Stage stage = finger->stage;
+    forget(*finger);
+    finger->touch.moveTo(finger->touch.location(), time);
+    const auto view = as<UIView>(finger->view.lock());
+    const auto scroll = as<UIScrollView>(finger->scrollView.lock());
+    if (stage == Stage::delivered && view)
+        view->touchCancelled(finger->touch);
+    else if (stage == Stage::dragging && scroll)
+        scroll->cancelDrag();
+    else if (stage == Stage::caught && scroll)
+        scroll->settle();
+}
+
+void TouchDispatcher::cancelAll(double time) {
+    const auto fingers = fingers_;
+    FirstException all;
+    for (const auto& finger : fingers)
+        if (finger->stage != Stage::gone)
+            all.run([&] { cancel(finger, time); });
+    all.rethrow();
+}
+
+} // namespace tesmar
