@@ -1,6 +1,7 @@
 #include "SeekBar.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
 
 using namespace tesmar;
