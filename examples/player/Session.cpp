@@ -2,6 +2,7 @@
 
 #include "BackdropPicture.h"
 
+#include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIImage.h"
 
 #include <filesystem>
@@ -36,16 +37,6 @@ CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outer
     if (innerLow < outerLow)
         return outerLow - innerLow;
     return innerHigh > outerHigh ? std::max(outerHigh - innerHigh, outerLow - innerLow) : 0;
-}
-
-std::uint32_t over(std::uint32_t front, std::uint32_t back) {
-    const std::uint32_t through = 255 - (front >> 24);
-    std::uint32_t pixel = 0xFF000000;
-    for (int shift = 0; shift < 24; shift += 8) {
-        const std::uint32_t below = ((back >> shift & 0xFF) * through + 127) / 255;
-        pixel |= std::min(255u, (front >> shift & 0xFF) + below) << shift;
-    }
-    return pixel;
 }
 
 } // namespace
@@ -156,8 +147,10 @@ std::string Session::writePicture(const std::string& name) {
         video_->draw(picture.data(), width, height, width * 4);
     else
         drawBackdrop(picture.data(), width, height, width * 4);
-    std::transform(host_.pixels().begin(), host_.pixels().end(), picture.begin(), picture.begin(),
-                   over);
+    for (std::uint32_t& pixel : picture)
+        pixel |= 0xFF000000; // neither drawing sets the alpha
+    CGContext(picture.data(), width, height, width * 4, 1)
+        .drawPixels(host_.pixels().data(), width, height, width * 4);
 
     const std::string number = std::to_string(++written_);
     const std::string path =

@@ -81,22 +81,15 @@ std::span<const PixelRect> HeadlessHost::render() {
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
     render();
-    std::vector<std::uint32_t> picture = pixels_;
+    const int stride = width_ * 4;
+    std::vector<std::uint32_t> picture(pixels_.size());
+    CGContext context(picture.data(), width_, height_, stride, 1);
     if (backdrop) {
-        const auto channel = [](double v) { return static_cast<std::uint32_t>(v * 255 + 0.5); };
-        const std::uint32_t below[3] = {channel(backdrop->blue()), channel(backdrop->green()),
-                                        channel(backdrop->red())};
-        for (std::uint32_t& pixel : picture) {
-            const std::uint32_t through = 255 - (pixel >> 24);
-            std::uint32_t shown = 0xFF000000;
-            for (int i = 0; i < 3; ++i) {
-                const std::uint32_t own = (pixel >> (8 * i)) & 0xFF;
-                shown |= std::min(255u, own + below[i] * through / 255) << (8 * i);
-            }
-            pixel = shown;
-        }
+        context.setFillColor(*backdrop->colorWithAlphaComponent(1));
+        context.fillRect({0, 0, static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)});
     }
-    return tesmar::writePNG(path, picture.data(), width_, height_, width_ * 4);
+    context.drawPixels(pixels_.data(), width_, height_, stride);
+    return tesmar::writePNG(path, picture.data(), width_, height_, stride);
 }
 
 } // namespace tesmar
