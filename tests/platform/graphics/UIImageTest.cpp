@@ -12,6 +12,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <unistd.h>
 #include <vector>
 
 namespace tesmar {
@@ -63,7 +64,7 @@ TEST_F(UIImageTest, ChoosesTheFileForTheScreensScale) {
 }
 
 std::string emptyPNG(int width, int height) {
-    const std::string path = testing::TempDir() + "tesmar_empty.png";
+    const std::string path = testing::TempDir() + "tesmar_empty" + std::to_string(getpid());
     const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
     EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
     std::ifstream file(path, std::ios::binary);
