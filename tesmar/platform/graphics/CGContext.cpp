@@ -11,10 +11,6 @@
 namespace tesmar {
 namespace {
 
-Paint paintOf(const UIColor& color) {
-    return {color.red(), color.green(), color.blue(), color.alpha()};
-}
-
 // Halves round upwards. Rounds to 1/256 pixel first, because sums of fractions often come out just
 // below a half.
 int nearestPixel(double v) {
@@ -74,11 +70,11 @@ void CGContext::restoreGState() {
 }
 
 void CGContext::setFillColor(const UIColor& color) {
-    impl_->state.fill = paintOf(color);
+    impl_->state.fill = Paint::of(color);
 }
 
 void CGContext::setStrokeColor(const UIColor& color) {
-    impl_->state.stroke = paintOf(color);
+    impl_->state.stroke = Paint::of(color);
 }
 
 void CGContext::setRGBFillColor(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
@@ -144,7 +140,7 @@ void CGContext::drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoin
     tesmar::drawShadow(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),
                        finite(blur, 0, 100, 0),
                        {finite(offset.x, -100, 100, 0), finite(offset.y, -100, 100, 0)},
-                       paintOf(color).withAlpha(impl_->state.alpha));
+                       Paint::of(color).withAlpha(impl_->state.alpha));
 }
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r) {
@@ -170,7 +166,7 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& 
     const UIImage::Impl& picture = image.impl();
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 1};
-    impl_->paintCached(key, box, CAIRO_FORMAT_A8, paintOf(tint).withAlpha(impl_->state.alpha),
+    impl_->paintCached(key, box, CAIRO_FORMAT_A8, Paint::of(tint).withAlpha(impl_->state.alpha),
                        [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
 }
 

@@ -11,7 +11,7 @@ namespace tesmar {
 class CGContext;
 class UIImage;
 
-// Null when the stack is empty. Owned by whoever pushed it.
+// Null when the stack is empty. The stack owns image contexts, and no others.
 TESMAR_API CGContext* UIGraphicsGetCurrentContext();
 // `context` stays the caller's, and must outlive its time on the stack.
 TESMAR_API void UIGraphicsPushContext(CGContext& context);

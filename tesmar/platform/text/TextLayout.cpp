@@ -42,8 +42,8 @@ std::string validText(std::string_view text) {
 
 constexpr std::string_view kLineSeparator = "\u2028";
 
-// Pango applies a limit of lines to each paragraph. This makes the text one paragraph, by replacing
-// its line breaks.
+// Replaces each LF, CR and CR LF. Pango applies a limit of lines to each paragraph, so the text has
+// to become one paragraph.
 std::string replaceLineBreaks(const std::string& text, std::string_view lineBreak) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -88,6 +88,11 @@ PangoAlignment pangoAlignment(NSTextAlignment alignment) {
         break;
     }
     return PANGO_ALIGN_LEFT;
+}
+
+// A number as part of a cache key.
+std::int32_t keyWord(double v) {
+    return std::bit_cast<std::int32_t>(static_cast<float>(v));
 }
 
 std::int32_t nextId() {
@@ -281,20 +286,18 @@ void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) 
                         pixel(shaped.ink.maxY(), 2) - top};
     const PixelRect place{corner.x + box.x, corner.y + box.y, box.width, box.height};
 
-    const auto scaleBits = std::bit_cast<std::int32_t>(static_cast<float>(scale));
     std::array<std::int32_t, 6> key{
-        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, scaleBits, 0, 0, 0};
-    const Paint paint = Paint{color.red(), color.green(), color.blue(), color.alpha()}.withAlpha(
-        painter.state.alpha);
+        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, keyWord(scale), 0, 0, 0};
+    const Paint paint = Paint::of(color).withAlpha(painter.state.alpha);
     if (!shaped.isColored) {
         painter.paintCached(key, place, CAIRO_FORMAT_A8, paint,
                             [&](cairo_t* cr) { impl_->render(cr, shaped, scale, box); });
         return;
     }
-    const auto bits = [](double v) { return std::bit_cast<std::int32_t>(static_cast<float>(v)); };
-    key[3] = bits(color.red());
-    key[4] = bits(color.green());
-    key[5] = bits(color.blue());
+    // Glyphs without colours of their own have the text's colour in the cached picture.
+    key[3] = keyWord(color.red());
+    key[4] = keyWord(color.green());
+    key[5] = keyWord(color.blue());
     painter.paintCached(key, place, CAIRO_FORMAT_ARGB32, paint, [&](cairo_t* cr) {
         cairo_set_source_rgb(cr, color.red(), color.green(), color.blue());
         impl_->render(cr, shaped, scale, box);

@@ -38,7 +38,7 @@ class TESMAR_API TextLayout {
     static constexpr std::size_t kLargestText = 64 * 1024;
     void setText(std::string_view text);
     const std::string& text() const;
-    // Initially the 17-point system font, which null stands for too.
+    // Initially the 17-point system font; null sets that one.
     void setFont(const Ref<UIFont>& font);
     // The width at which lines break, and in which they are aligned; clamped to 0…100,000, and NaN
     // counts as 0. Without one, the initial state, the layout is as wide as its longest line.

@@ -1,5 +1,7 @@
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 
+#include "tesmar/platform/graphics/UIColor.h"
+
 #include <utility>
 
 namespace tesmar {
@@ -38,6 +40,10 @@ PixelRect extent(cairo_surface_t* surface, int x, int y) {
 }
 
 } // namespace
+
+Paint Paint::of(const UIColor& color) {
+    return {color.red(), color.green(), color.blue(), color.alpha()};
+}
 
 SurfacePtr emptySurface(cairo_format_t format, int width, int height) {
     SurfacePtr surface(cairo_image_surface_create(format, width, height));

@@ -17,6 +17,8 @@ struct Paint {
     double green = 0;
     double blue = 0;
     double alpha = 1;
+    static Paint of(const UIColor& color);
+    // With the alpha multiplied by `factor`.
     Paint withAlpha(double factor) const { return {red, green, blue, alpha * factor}; }
 };
 

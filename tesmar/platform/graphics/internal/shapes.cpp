@@ -81,7 +81,7 @@ double clampedRadius(const SubpixelRect& r, double radius) {
 struct Stretch {
     int margin;     // at each end, not stretched
     int length;     // of the box
-    int maskLength; // at most that: two margins and one pixel between them
+    int maskLength; // of the mask: at most two margins and one pixel between them
 
     Stretch(int marginPixels, int boxLength)
         : margin(marginPixels), length(boxLength),

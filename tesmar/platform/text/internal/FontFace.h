@@ -16,7 +16,7 @@ struct FontFace {
         : name(std::move(faceName)), family(std::move(familyName)), source(std::move(drawnBy)) {}
 
     std::string name;
-    std::string family; // that lists the face; a stand-in's file may name another one
+    std::string family; // the one that lists the face; the file may name another
     FontRegistry::Source source;
 
     mutable Shaper shaper; // guarded by the shaping lock

@@ -78,7 +78,7 @@ PangoFontDescription* describe(PangoFont* font) {
 PangoFontMetrics* fontMetrics(PangoFont* font, PangoLanguage*) {
     const FontValue& value = FontObject::of(font);
     const hb_font_extents_t extents = value.file->extents();
-    // Pango's only public function that allocates a record; all of its fields are set below.
+    // Pango has no other public function that allocates a record.
     PangoFontMetrics* const metrics = pango_font_get_metrics(nullptr, nullptr);
     metrics->ascent = value.length(extents.ascender);
     metrics->descent = value.length(-extents.descender);
@@ -88,16 +88,11 @@ PangoFontMetrics* fontMetrics(PangoFont* font, PangoLanguage*) {
     return metrics;
 }
 
-// Characters that no font has are drawn as glyph 0, the font's sign for a missing character.
-hb_codepoint_t glyphOf(PangoGlyph glyph) {
-    return glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : glyph;
-}
-
 void glyphExtents(PangoFont* font, PangoGlyph pangoGlyph, PangoRectangle* ink,
                   PangoRectangle* logical) {
     const FontValue& value = FontObject::of(font);
     const bool isEmpty = pangoGlyph == PANGO_GLYPH_EMPTY;
-    const hb_codepoint_t glyph = glyphOf(pangoGlyph);
+    const hb_codepoint_t glyph = glyphIndex(pangoGlyph);
     if (ink) {
         hb_glyph_extents_t extents{};
         if (!isEmpty)
@@ -240,6 +235,10 @@ FontFile& fileOf(PangoFont* font) {
 
 double pointSizeOf(PangoFont* font) {
     return FontObject::of(font).points;
+}
+
+hb_codepoint_t glyphIndex(PangoGlyph glyph) {
+    return glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : glyph;
 }
 
 } // namespace tesmar

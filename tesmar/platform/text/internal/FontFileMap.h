@@ -19,4 +19,7 @@ GObjectPtr<PangoFontMap> makeFontFileMap(FontFileRef face, Fallback fallback);
 FontFile& fileOf(PangoFont* font);
 double pointSizeOf(PangoFont* font);
 
+// The font's glyph; for a character that no font has, 0: the font's sign for a missing character.
+hb_codepoint_t glyphIndex(PangoGlyph glyph);
+
 } // namespace tesmar

@@ -99,7 +99,7 @@ void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) 
     const bool isColored = file.isColored();
     for (int i = 0; i < run.glyphs->num_glyphs; ++i) {
         const PangoGlyphInfo& info = run.glyphs->glyphs[i];
-        const hb_codepoint_t glyph = info.glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : info.glyph;
+        const hb_codepoint_t glyph = glyphIndex(info.glyph);
         if (info.glyph != PANGO_GLYPH_EMPTY) {
             cairo_save(cr);
             cairo_translate(cr, x + pango_units_to_double(info.geometry.x_offset),
