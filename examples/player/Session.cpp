@@ -124,20 +124,12 @@ void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
 }
 
 void Session::tap(const std::string& identifier) {
-    std::string name = identifier;
-    UIStepperHalf half = UIStepperHalf::none;
-    for (const auto& [ending, which] : {std::pair(".decrement", UIStepperHalf::decrement),
-                                        std::pair(".increment", UIStepperHalf::increment)})
-        if (name.ends_with(ending)) {
-            name.resize(name.size() - std::string_view(ending).size());
-            half = which;
-        }
-    UIView* const view = host_.window()->viewWithIdentifier(name);
+    UIView& window = *host_.window();
+    const auto [stepper, half] = UIStepper::halfWithIdentifier(window, identifier);
+    UIView* const view = stepper ? stepper : window.viewWithIdentifier(identifier);
     if (!view)
-        throw std::runtime_error("no control is called " + name);
-    const auto* stepper = dynamic_cast<UIStepper*>(view);
-    const CGRect rect =
-        stepper && half != UIStepperHalf::none ? stepper->halfRect(half) : view->bounds();
+        throw std::runtime_error("no control is called " + identifier);
+    const CGRect rect = stepper ? stepper->halfRect(half) : view->bounds();
     host_.window()->layoutIfNeeded();
     scrollIntoView(*view, rect);
     host_.tap(view->convertPointTo(rect.center(), nullptr));
