@@ -24,13 +24,6 @@ Options withAutoHide(Options options) {
     return options;
 }
 
-const UIScrollView* scrollViewAround(const UIView& view) {
-    for (const UIView* above = view.superview(); above; above = above->superview())
-        if (auto* scroll = dynamic_cast<const UIScrollView*>(above))
-            return scroll;
-    return nullptr;
-}
-
 // How far `inner` has to move to lie within `outer`, along one axis.
 CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outerHigh) {
     if (innerLow < outerLow)
@@ -109,7 +102,7 @@ void Session::drag(CGPoint start, CGPoint distance) {
 }
 
 void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
-    const UIScrollView* const scroll = scrollViewAround(view);
+    const UIScrollView* const scroll = UIScrollView::enclosing(view.superview());
     if (!scroll)
         return;
     const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);

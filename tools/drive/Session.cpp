@@ -33,13 +33,6 @@ std::vector<std::variant<Json, ViewName>> usualArguments(std::string_view select
     return {};
 }
 
-UIScrollView* scrollViewAround(UIView* view) {
-    for (view = view->superview(); view; view = view->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
-            return scroll;
-    return nullptr;
-}
-
 } // namespace
 
 Session::Session(Output output)
@@ -222,7 +215,8 @@ void Session::perform(const Reveal& command) {
     const Place there = place(command.view);
     if (!there.view->window())
         throw Fault(command.view.text + " is not in the window; present the panel first");
-    for (auto* scroll = scrollViewAround(there.view); scroll; scroll = scrollViewAround(scroll)) {
+    for (auto* scroll = UIScrollView::enclosing(there.view->superview()); scroll;
+         scroll = UIScrollView::enclosing(scroll->superview())) {
         CGRect inContent = there.frame();
         inContent.origin = scroll->convertPointFrom(inContent.origin, nullptr);
         scroll->scrollRectToVisible(inContent, false);
