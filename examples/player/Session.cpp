@@ -24,13 +24,6 @@ Options withAutoHide(Options options) {
     return options;
 }
 
-const UIScrollView* scrollViewAround(const UIView& view) {
-    for (const UIView* above = view.superview(); above; above = above->superview())
-        if (auto* scroll = dynamic_cast<const UIScrollView*>(above))
-            return scroll;
-    return nullptr;
-}
-
 // How far `inner` has to move to lie within `outer`, along one axis.
 CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outerHigh) {
     if (innerLow < outerLow)
@@ -109,7 +102,7 @@ void Session::drag(CGPoint start, CGPoint distance) {
 }
 
 void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
-    const UIScrollView* const scroll = scrollViewAround(view);
+    const UIScrollView* const scroll = UIScrollView::enclosing(view.superview());
     if (!scroll)
         return;
     const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);
@@ -124,20 +117,12 @@ void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
 }
 
 void Session::tap(const std::string& identifier) {
-    std::string name = identifier;
-    UIStepperHalf half = UIStepperHalf::none;
-    for (const auto& [ending, which] : {std::pair(".decrement", UIStepperHalf::decrement),
-                                        std::pair(".increment", UIStepperHalf::increment)})
-        if (name.ends_with(ending)) {
-            name.resize(name.size() - std::string_view(ending).size());
-            half = which;
-        }
-    UIView* const view = host_.window()->viewWithIdentifier(name);
+    UIView& window = *host_.window();
+    const auto [stepper, half] = UIStepper::halfWithIdentifier(window, identifier);
+    UIView* const view = stepper ? stepper : window.viewWithIdentifier(identifier);
     if (!view)
-        throw std::runtime_error("no control is called " + name);
-    const auto* stepper = dynamic_cast<UIStepper*>(view);
-    const CGRect rect =
-        stepper && half != UIStepperHalf::none ? stepper->halfRect(half) : view->bounds();
+        throw std::runtime_error("no control is called " + identifier);
+    const CGRect rect = stepper ? stepper->halfRect(half) : view->bounds();
     host_.window()->layoutIfNeeded();
     scrollIntoView(*view, rect);
     host_.tap(view->convertPointTo(rect.center(), nullptr));

@@ -34,13 +34,6 @@ std::vector<std::variant<Json, ViewName>> defaultArguments(std::string_view sele
     return {};
 }
 
-UIScrollView* scrollViewAround(UIView* view) {
-    for (view = view->superview(); view; view = view->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
-            return scroll;
-    return nullptr;
-}
-
 } // namespace
 
 Session::Session(Output output)
@@ -223,7 +216,8 @@ void Session::perform(const Reveal& command) {
     const Place target = place(command.view);
     if (!target.view->window())
         throw Fault(command.view.text + " is not in the window; present the panel first");
-    for (auto* scroll = scrollViewAround(target.view); scroll; scroll = scrollViewAround(scroll)) {
+    for (auto* scroll = UIScrollView::enclosing(target.view->superview()); scroll;
+         scroll = UIScrollView::enclosing(scroll->superview())) {
         CGRect inContent = target.frame();
         inContent.origin = scroll->convertPointFrom(inContent.origin, nullptr);
         scroll->scrollRectToVisible(inContent, false);
