@@ -2,8 +2,6 @@
 
 #include "BackdropPicture.h"
 
-#include "tesmar/platform/graphics/UIImage.h"
-
 #include <filesystem>
 #include <stdexcept>
 
@@ -29,16 +27,6 @@ CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outer
     if (innerLow < outerLow)
         return outerLow - innerLow;
     return innerHigh > outerHigh ? std::max(outerHigh - innerHigh, outerLow - innerLow) : 0;
-}
-
-std::uint32_t over(std::uint32_t front, std::uint32_t back) {
-    const std::uint32_t through = 255 - (front >> 24);
-    std::uint32_t pixel = 0xFF000000;
-    for (int shift = 0; shift < 24; shift += 8) {
-        const std::uint32_t below = ((back >> shift & 0xFF) * through + 127) / 255;
-        pixel |= std::min(255u, (front >> shift & 0xFF) + below) << shift;
-    }
-    return pixel;
 }
 
 } // namespace
@@ -133,21 +121,17 @@ void Session::tap(const std::string& identifier) {
 
 std::string Session::writePicture(const std::string& name) {
     showVideo();
-    host_.render();
     const int width = host_.pixelWidth();
     const int height = host_.pixelHeight();
-    std::vector<std::uint32_t> picture(host_.pixels().size());
+    std::vector<std::uint32_t> backdrop(host_.pixels().size());
     if (video_ && videoFailure().empty())
-        video_->draw(picture.data(), width, height, width * 4);
+        video_->draw(backdrop.data(), width, height, width * 4);
     else
-        drawBackdrop(picture.data(), width, height, width * 4);
-    std::transform(host_.pixels().begin(), host_.pixels().end(), picture.begin(), picture.begin(),
-                   over);
+        drawBackdrop(backdrop.data(), width, height, width * 4);
 
-    const std::string number = std::to_string(++written_);
-    const std::string path =
-        (std::filesystem::path(directory_) / ("0" + number + "-" + name + ".png")).string();
-    if (!writePNG(path, picture.data(), width, height, width * 4))
+    const std::string file = "0" + std::to_string(++written_) + "-" + name + ".png";
+    const std::string path = (std::filesystem::path(directory_) / file).string();
+    if (!host_.writePNG(path, backdrop))
         throw std::runtime_error("cannot write " + path);
     return path;
 }

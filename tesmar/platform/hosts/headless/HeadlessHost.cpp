@@ -14,6 +14,17 @@ namespace {
 constexpr double kLongestWait = 1e9;
 constexpr double kLongestDrag = 3600;
 
+// A premultiplied pixel over an opaque one.
+std::uint32_t over(std::uint32_t front, std::uint32_t back) {
+    const std::uint32_t through = 255 - (front >> 24);
+    std::uint32_t pixel = 0xFF000000;
+    for (int shift = 0; shift < 24; shift += 8) {
+        const std::uint32_t below = ((back >> shift & 0xFF) * through + 127) / 255;
+        pixel |= std::min(255u, (front >> shift & 0xFF) + below) << shift;
+    }
+    return pixel;
+}
+
 } // namespace
 
 HeadlessHost::HeadlessHost(CGSize size, CGFloat scale)
@@ -81,21 +92,20 @@ std::span<const PixelRect> HeadlessHost::render() {
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
     render();
-    std::vector<std::uint32_t> picture = pixels_;
-    if (backdrop) {
-        const auto channel = [](double v) { return static_cast<std::uint32_t>(v * 255 + 0.5); };
-        const std::uint32_t below[3] = {channel(backdrop->blue()), channel(backdrop->green()),
-                                        channel(backdrop->red())};
-        for (std::uint32_t& pixel : picture) {
-            const std::uint32_t through = 255 - (pixel >> 24);
-            std::uint32_t shown = 0xFF000000;
-            for (int i = 0; i < 3; ++i) {
-                const std::uint32_t own = (pixel >> (8 * i)) & 0xFF;
-                shown |= std::min(255u, own + below[i] * through / 255) << (8 * i);
-            }
-            pixel = shown;
-        }
-    }
+    if (!backdrop)
+        return tesmar::writePNG(path, pixels_.data(), width_, height_, width_ * 4);
+    const auto channel = [](double v) { return static_cast<std::uint32_t>(v * 255 + 0.5); };
+    const std::uint32_t color = channel(backdrop->red()) << 16 | channel(backdrop->green()) << 8 |
+                                channel(backdrop->blue());
+    return writePNG(path, std::vector<std::uint32_t>(pixels_.size(), color));
+}
+
+bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32_t> backdrop) {
+    render();
+    if (backdrop.size() != pixels_.size())
+        return false;
+    std::vector<std::uint32_t> picture(pixels_.size());
+    std::transform(pixels_.begin(), pixels_.end(), backdrop.begin(), picture.begin(), over);
     return tesmar::writePNG(path, picture.data(), width_, height_, width_ * 4);
 }
 
