@@ -30,7 +30,6 @@ class Player : private tesmar::TESMARViewControllerDelegate {
 
     // True from the call that opens the panel to the one that closes it.
     bool isPanelOpen() const;
-    const tesmar::Ref<tesmar::TESMARViewController>& panel() const { return panel_; }
 
   private:
     void CCSwitchValueChanged(bool on) override;

@@ -23,8 +23,6 @@ class Session {
     // The reason why the video cannot be played; empty when it can, or there is none.
     std::string videoFailure() const;
 
-    Player& player() { return *player_; }
-
   private:
     void advance(double seconds);
     void showVideo();
