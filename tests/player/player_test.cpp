@@ -16,10 +16,17 @@ TEST(PlayerOptions, AreAcceptedOrRefused) {
         return parseOptions(static_cast<int>(arguments.size()), arguments.data());
     };
     const std::vector<const char*> refused[] = {
-        {"--loud"},          {"--size"},           {"--size", "320"},
-        {"--size", "0x480"}, {"--size", "320x480x2"},  {"--auto-hide", "soon"},
-        {"--scale", "-1"},   {"--scale", "nan"},   {"--prefs", ""},
-        {"--headless", ""},  {"one.mkv", "2.mkv"},
+        {"--loud"},
+        {"--size"},
+        {"--size", "320"},
+        {"--size", "0x480"},
+        {"--size", "320x480x2"},
+        {"--auto-hide", "soon"},
+        {"--scale", "-1"},
+        {"--scale", "nan"},
+        {"--prefs", ""},
+        {"--headless", ""},
+        {"one.mkv", "2.mkv"},
     };
     for (const auto& arguments : refused) {
         const char* wrong = arguments.back();
