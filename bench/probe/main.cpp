@@ -189,7 +189,7 @@ int main(int argc, char** argv) {
         screen->show();
     else
         host.emplace(*screen);
-    std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", PROBE_VERSION,
+    std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", TESMAR_VERSION,
                 clockMilliseconds(CLOCK_MONOTONIC) - start);
     if (host && options.count("start") == 0)
         measure(*host);
