@@ -117,7 +117,6 @@ Video::Video(Sound sound, std::function<void()> wakeUp)
 Video::~Video() = default;
 
 void Video::play(const std::string& path) {
-    path_ = path;
     state_.failure = readError(path);
     if (state_.failure.empty())
         engine_->command({"loadfile", path.c_str()});

@@ -63,6 +63,5 @@ class Video {
     void set(const char* property, const std::string& value);
 
     State state_;
-    std::string path_;
     std::unique_ptr<Engine> engine_;
 };

@@ -49,11 +49,9 @@ int main(int argc, char** argv) {
         std::fputs(kUsage, stdout);
         return 0;
     }
-    const char* const wrong = argc > 2                                ? argv[2]
-                              : script.size() > 1 && script[0] == '-' ? argv[1]
-                                                                      : nullptr;
-    if (wrong) {
-        std::fprintf(stderr, "drive: unexpected argument '%s'\n%s", wrong, kUsage);
+    const bool isOption = script.size() > 1 && script[0] == '-';
+    if (isOption || argc > 2) {
+        std::fprintf(stderr, "drive: unexpected argument '%s'\n%s", argv[isOption ? 1 : 2], kUsage);
         return kFailed;
     }
     tesmar::setDiagnosticHandler([](std::string_view message) {
