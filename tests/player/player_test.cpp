@@ -145,7 +145,7 @@ TEST_F(PlayerTest, ThePanelStaysClearOfCaptionsAndControls) {
     Visit visit;
     visit.tap("captionsButton");
     UIWindow& window = *visit.host.window();
-    for (const CGSize size : {CGSize{320, 480}, {568, 320}, {800, 600}, {1280, 720}}) {
+    for (const CGSize size : {CGSize{320, 480}, {568, 280}, {800, 600}, {1280, 720}}) {
         visit.host.resize(size, 1);
         visit.player.layOut();
         visit.host.render();
