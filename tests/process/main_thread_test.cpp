@@ -40,7 +40,7 @@ TEST(MainThread, AnotherOneEndsTheProcessWithALine) {
         {"UIView::setNeedsDisplay", [&] { control->setHidden(true); }},
         {"UIView::setNeedsLayout", [&] { control->invalidateIntrinsicContentSize(); }},
         {"UIView::layoutIfNeeded", [&] { control->layoutIfNeeded(); }},
-        {"UIControl::addTarget", [&] { control->addTarget(panel, Selector("view"), 1); }},
+        {"UIControl::addTarget", [&] { control->addTarget(panel, Selector("selfDismiss"), 1); }},
         {"UIViewController::dismiss", [&] { panel->dismissViewControllerAnimated(false); }},
         {"TESMARViewController::setCCEnabled", [&] { panel->setCCEnabled(false); }},
     };

@@ -141,7 +141,6 @@ Json fromValue(const Value& value) {
     struct Forms {
         Json operator()(std::monostate) const { return nullptr; }
         Json operator()(bool truth) const { return truth; }
-        Json operator()(long long integer) const { return integer; }
         Json operator()(double real) const { return number(real); }
         Json operator()(const std::string& string) const { return string; }
         Json operator()(const CGRect& rect) const { return measures(rect); }
