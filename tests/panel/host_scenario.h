@@ -59,18 +59,17 @@ struct HostScenario {
         const auto replacement = make<HostPanel>();
         replacement->log = log;
         const auto delegate = std::make_shared<HostDelegate>();
-        delegate->notify = recorder();
+        delegate->notify = [log = log](const char* call) { log->record(call); };
         replacement->setDelegate(delegate);
         replacement->setAutoHideInterval(4);
         replacement->setRememberChangedStyle(true);
         panel = replacement;
     }
-    std::function<void(const char*)> recorder() const {
-        return [log = log](const char* call) { log->record(call); };
+    std::function<void()> recording(const char* call) const {
+        return [log = log, call] { log->record(call); };
     }
     void present(const Ref<UIViewController>& controller, bool animated = true) {
-        host->window()->presentViewController(controller, animated,
-                                              [r = recorder()] { r("presented"); });
+        host->window()->presentViewController(controller, animated, recording("presented"));
     }
     // The host catches an error and goes on; window and picture must still be valid.
     template <class Action>
@@ -94,24 +93,22 @@ struct HostScenario {
     void touch(UITouchPhase phase, CGPoint at) {
         perform([=](HeadlessHost& h) { h.touch(phase, at); });
     }
-    // A point between two steps, at which the host may act outside any callback.
-    void moment(const char* name) {
+    // The host may act outside any callback too; then seconds pass.
+    void moment(const char* name, double seconds = 0) {
         const void* const before = host.get();
         perform([=, this](HeadlessHost&) { log->record(name); });
         if (host.get() != before && panel->isViewLoaded())
             requireAtRest(*panel->view()); // its window is gone, and so is every touch
+        wait(seconds);
     }
     // Presents the panel, uses every kind of control, and waits until the panel hides itself; then
     // presents and dismisses it twice.
     void play() {
-        perform([&](auto&) {
-            setDiagnosticHandler([r = recorder()](std::string_view) { r("diagnostic"); });
-        });
+        perform([&](auto&) { setDiagnosticHandler([r = recording("diagnostic")](auto) { r(); }); });
         moment("created");
         perform([&](auto&) { present(panel); });
         wait(0.1);
-        moment("appearing");
-        wait(0.4);
+        moment("appearing", 0.4);
         for (const char* control : {"CCSwitch", "textColorPicker.1", "fontPicker.next",
                                     "fontPicker.size", "textColorOpacityStepper", "resetButton"}) {
             perform([&](HeadlessHost& h) { h.tap(centerOf(*h.window(), control)); });
@@ -121,12 +118,10 @@ struct HostScenario {
         moment("pressed");
         touch(UITouchPhase::cancelled, {});
         perform([](HeadlessHost& h) { h.drag({170, 200}, {0, -80}, 0.1); });
-        moment("gliding");
-        wait(3);
+        moment("gliding", 3);
         touch(UITouchPhase::began, {170, 200});
         touch(UITouchPhase::moved, {170, 230});
-        moment("dragging");
-        wait(0.3);
+        moment("dragging", 0.3);
         touch(UITouchPhase::ended, {170, 230});
         perform([](HeadlessHost& h) { h.window()->wheel({170, 200}, {0, 9}, h.now()); });
         moment("wheeled");
@@ -137,11 +132,9 @@ struct HostScenario {
         wait(6);
         for (const bool animated : {true, false}) {
             perform([&](auto&) { present(panel, animated); });
-            perform([&](auto&) {
-                panel->dismissViewControllerAnimated(true, [r = recorder()] { r("dismissed"); });
-            });
-            moment("hiding");
-            wait(1);
+            perform(
+                [&](auto&) { panel->dismissViewControllerAnimated(true, recording("dismissed")); });
+            moment("hiding", 1);
         }
         setDiagnosticHandler({});
     }

@@ -46,9 +46,11 @@ class Session {
             }
             requireValidState(*window_);
         }
+        finish();
         return events;
     }
 
+  private:
     void finish() {
         disconnect();
         dismissAll(*window_, [this](double seconds) { pump(seconds); });
@@ -78,7 +80,6 @@ class Session {
         pump(1);
     }
 
-  private:
     // In a callback of the panel the host may do anything.
     void callBack() {
         const auto choice = below(16);
@@ -145,12 +146,12 @@ class Session {
                  w->setSize(below(4) == 0 ? CGRect(0, 0, other.x, other.y).size : any(kSizes));
              }},
             {3, [&] { configure(*w, at, other); }},
-            {5, [&] { w->presentViewController(p, below(3) != 0, completion()); }},
+            {5, [&] { w->presentViewController(p, below(3) != 0); }},
             {3, [&] { p->dismissViewControllerAnimated(below(3) != 0); }},
             {3, [&] { replacePanel(); }},
             {2, [&] { window_ = UIWindow::windowWithSize(kUsual); }},
             {3, [&] { configure(*p); }},
-            {3, [&] { setStyle(*p, UIColor::colorWithRed(at.x, at.y, other.x, other.y)); }},
+            {3, [&] { p->setCCStyleAttributes(style(at, other)->mutableCopy()); }},
             {10, [&] { render(*w); }},
         };
         const auto* action = actions;
@@ -186,15 +187,11 @@ class Session {
         p.setCCEnabled(below(2) == 0);
         p.setDelegate(below(4) == 0 ? nullptr : delegate_);
     }
-    void setStyle(TESMARViewController& p, const Ref<UIColor>& color) {
-        const auto style = make<NSMutableDictionary>();
-        style->setObject(color, NSForegroundColorAttributeName);
-        if (const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile)))
-            style->setObject(font, NSFontAttributeName);
-        p.setCCStyleAttributes(style);
-    }
-    std::function<void()> completion() const {
-        return [d = delegate_] { d->notify("presented"); };
+    Ref<NSDictionary> style(CGPoint a, CGPoint b) {
+        const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile));
+        return NSDictionary::dictionaryWithEntries({{std::string(NSForegroundColorAttributeName),
+                                                     UIColor::colorWithRed(a.x, a.y, b.x, b.y)},
+                                                    {std::string(NSFontAttributeName), font}});
     }
     void replacePanel() {
         std::erase_if(panels_, [](const auto& weak) { return weak.expired(); });
@@ -238,10 +235,7 @@ class Session {
 } // namespace
 
 long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
-    Session session(nextByte);
-    const long events = session.play();
-    session.finish();
-    return events;
+    return Session(nextByte).play();
 }
 
 } // namespace tesmar
