@@ -76,8 +76,6 @@ class Session {
         disconnect();
         if (!isNotified)
             throw InvariantViolated("a new panel in the same window ignores a tap");
-        panel_->dismissViewControllerAnimated(false);
-        pump(1);
     }
 
     // In a callback of the panel the host may do anything.
@@ -194,7 +192,6 @@ class Session {
                                                     {std::string(NSFontAttributeName), font}});
     }
     void replacePanel() {
-        std::erase_if(panels_, [](const auto& weak) { return weak.expired(); });
         panel_ = make<TESMARViewController>();
         panel_->setDelegate(delegate_);
         panels_.push_back(panel_);
