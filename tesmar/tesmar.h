@@ -35,3 +35,4 @@
 #include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/version.h"
