@@ -10,12 +10,22 @@ namespace tesmar {
 // An exception of the host's own, thrown in a callback.
 struct HostError {};
 
-// Passes the name of every notification on.
-struct HostDelegate : TESMARViewControllerDelegate {
-    void CCSwitchValueChanged(bool) override { notify("switch"); }
-    void CCStyleAttributesChanged(const Ref<NSDictionary>&) override { notify("style"); }
-    void CCViewControllerWillDisappear() override { notify("willDisappear"); }
-    std::function<void(const char*)> notify = [](const char*) {};
+// Records the calls that a host gets, those of a delegate among them. Performs `action` in the
+// first call named `where`, or in every call while `where` is empty.
+struct CallLog : TESMARViewControllerDelegate {
+    void CCSwitchValueChanged(bool) override { record("switch"); }
+    void CCStyleAttributesChanged(const Ref<NSDictionary>&) override { record("style"); }
+    void CCViewControllerWillDisappear() override { record("willDisappear"); }
+    void record(const std::string& call) {
+        if (!calls.ends_with(call + " ")) // scrolling and drawing repeat
+            calls += call + " ";
+        if (action && where.empty())
+            action();
+        else if (action && call == where)
+            std::exchange(action, {})();
+    }
+    std::string calls, where;
+    std::function<void()> action;
 };
 
 // The centre of the view of that name, in the window; a point outside when there is none.

@@ -8,18 +8,6 @@
 
 namespace tesmar {
 
-// Records the calls that a host gets, and performs `action` in the first call named `where`.
-struct CallLog {
-    void record(const std::string& call) {
-        if (!calls.ends_with(call + " ")) // scrolling and drawing repeat
-            calls += call + " ";
-        if (call == where && action)
-            std::exchange(action, {})();
-    }
-    std::string calls, where;
-    std::function<void()> action;
-};
-
 // The host's own subclass of the panel.
 struct HostPanel : TESMARViewController {
     using Base = TESMARViewController;
@@ -58,9 +46,7 @@ struct HostScenario {
     void replacePanel() {
         const auto replacement = make<HostPanel>();
         replacement->log = log;
-        const auto delegate = std::make_shared<HostDelegate>();
-        delegate->notify = [log = log](const char* call) { log->record(call); };
-        replacement->setDelegate(delegate);
+        replacement->setDelegate(log);
         replacement->setAutoHideInterval(4);
         replacement->setRememberChangedStyle(true);
         panel = replacement;

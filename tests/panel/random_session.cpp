@@ -19,6 +19,8 @@ constexpr double kWaits[] = {0, 0.001, 1.0 / 60, 0.05, 0.16, 0.3, 1, 4};
 constexpr CGSize kUsual{480, 420};
 constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
                              {0, 0}, {65535, 2}, {65535, 65535}};
+constexpr OutsideTap kOutsideTaps[] = {OutsideTap::dismisses, OutsideTap::ignored};
+constexpr MotionSetting kMotions[] = {MotionSetting::full, MotionSetting::reduced};
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() - 250;
 constexpr double kMaximumPixels = 400'000; // painting more takes too long
 
@@ -30,7 +32,7 @@ class Session {
   public:
     explicit Session(const std::function<std::optional<std::uint8_t>()>& nextByte)
         : nextByte_(nextByte) {
-        delegate_->notify = [this](auto) { callBack(); };
+        log_->action = [this] { callBack(); };
         replacePanel();
         window_->presentViewController(panel_, true);
     }
@@ -70,11 +72,9 @@ class Session {
         replacePanel();
         window_->presentViewController(panel_, true);
         pump(1);
-        bool isNotified = false;
-        delegate_->notify = [&](auto) { isNotified = true; };
+        log_->calls.clear();
         tap(*window_, centerOf(*window_, "textColorPicker.4"), now_);
-        disconnect();
-        if (!isNotified)
+        if (log_->calls != "style ")
             throw InvariantViolated("a new panel in the same window ignores a tap");
     }
 
@@ -90,7 +90,7 @@ class Session {
         --depth_;
     }
     void disconnect() {
-        delegate_->notify = [](auto) {};
+        log_->action = {};
         setMotionSetting(MotionSetting::full);
     }
 
@@ -127,6 +127,8 @@ class Session {
         auto choice = below(88);
         const CGPoint at = target(), other = point();
         const double time = eventTime();
+        const UIEdgeInsets insets{at.x, at.y, other.x, other.y};
+        const std::optional area(CGRect(at.x, at.y, other.y, other.x));
         const struct {
             std::uint32_t weight;
             std::function<void()> perform;
@@ -143,12 +145,16 @@ class Session {
              [&] {
                  w->setSize(below(4) == 0 ? CGRect(0, 0, other.x, other.y).size : any(kSizes));
              }},
-            {3, [&] { configure(*w, at, other); }},
+            {1, [&] { w->setSafeAreaInsets(below(2) == 0 ? insets : UIEdgeInsets()); }},
+            {1, [&] { w->setCaptionArea(below(2) == 0 ? area : std::nullopt); }},
+            {1, [&] { w->setOutsideTap(any(kOutsideTaps)), setMotionSetting(any(kMotions)); }},
             {5, [&] { w->presentViewController(p, below(3) != 0); }},
             {3, [&] { p->dismissViewControllerAnimated(below(3) != 0); }},
             {3, [&] { replacePanel(); }},
             {2, [&] { window_ = UIWindow::windowWithSize(kUsual); }},
-            {3, [&] { configure(*p); }},
+            {1, [&] { p->setAutoHideInterval(below(2) == 0 ? any(kHostile) : any(kWaits)); }},
+            {1, [&] { p->setRememberChangedStyle(below(32) == 0); }}, // saving takes time
+            {1, [&] { p->setDelegate(below(4) == 0 ? nullptr : log_), p->setCCEnabled(below(2)); }},
             {3, [&] { p->setCCStyleAttributes(style(at, other)->mutableCopy()); }},
             {10, [&] { render(*w); }},
         };
@@ -173,18 +179,6 @@ class Session {
         }
         w.touch(P::ended, 2, to, now_);
     }
-    void configure(UIWindow& w, CGPoint a, CGPoint b) {
-        w.setSafeAreaInsets(below(2) == 0 ? UIEdgeInsets{a.x, a.y, b.x, b.y} : UIEdgeInsets{});
-        w.setCaptionArea(below(2) == 0 ? std::optional(CGRect(a.x, a.y, b.y, b.x)) : std::nullopt);
-        w.setOutsideTap(below(2) == 0 ? OutsideTap::dismisses : OutsideTap::ignored);
-        setMotionSetting(below(4) == 0 ? MotionSetting::reduced : MotionSetting::full);
-    }
-    void configure(TESMARViewController& p) {
-        p.setAutoHideInterval(below(2) == 0 ? any(kHostile) : any(kWaits));
-        p.setRememberChangedStyle(below(32) == 0); // saving takes time
-        p.setCCEnabled(below(2) == 0);
-        p.setDelegate(below(4) == 0 ? nullptr : delegate_);
-    }
     Ref<NSDictionary> style(CGPoint a, CGPoint b) {
         const auto font = UIFont::fontWithName(UIFont::systemFontFamily(), any(kHostile));
         return NSDictionary::dictionaryWithEntries({{std::string(NSForegroundColorAttributeName),
@@ -193,7 +187,7 @@ class Session {
     }
     void replacePanel() {
         panel_ = make<TESMARViewController>();
-        panel_->setDelegate(delegate_);
+        panel_->setDelegate(log_);
         panels_.push_back(panel_);
     }
 
@@ -223,7 +217,7 @@ class Session {
     Ref<UIWindow> window_ = UIWindow::windowWithSize(kUsual);
     Ref<TESMARViewController> panel_;
     std::vector<WeakRef<TESMARViewController>> panels_; // all that were made
-    const std::shared_ptr<HostDelegate> delegate_ = std::make_shared<HostDelegate>();
+    const std::shared_ptr<CallLog> log_ = std::make_shared<CallLog>();
     std::vector<std::uint32_t> pixels_;
     const UIWindow* painted_ = nullptr;
     CGSize paintedSize_;

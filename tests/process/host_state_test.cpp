@@ -114,6 +114,11 @@ TEST_F(PanelTest, SurvivesAStandardOutputThatNothingReads) {
     ::dup2(output, STDOUT_FILENO);
 }
 
+// Registers no more than it needs; nothing has made a panel in this process.
+TEST_F(PanelTest, AFontPickerWorksWithoutThePanel) {
+    EXPECT_TRUE(make<FontPicker>()->selectedFont());
+}
+
 INSTANTIATE_TEST_SUITE_P(Settings, HostState, testing::ValuesIn(kSettings),
                          [](const auto& setting) { return setting.param.name; });
 
