@@ -33,14 +33,7 @@ std::string number(double value) {
 
 Class& NSLayoutConstraint::classObject() {
     static Class type("NSLayoutConstraint", &NSObject::classObject(),
-                      allocator<NSLayoutConstraint>(),
-                      {method<&NSLayoutConstraint::priority>("priority"),
-                       method<&NSLayoutConstraint::setPriority>("setPriority:"),
-                       method<&NSLayoutConstraint::multiplier>("multiplier"),
-                       method<&NSLayoutConstraint::constant>("constant"),
-                       method<&NSLayoutConstraint::setConstant>("setConstant:"),
-                       method<&NSLayoutConstraint::isActive>("isActive"),
-                       method<&NSLayoutConstraint::setActive>("setActive:")});
+                      allocator<NSLayoutConstraint>());
     return type;
 }
 
