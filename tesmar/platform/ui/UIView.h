@@ -9,6 +9,8 @@
 #include "tesmar/platform/layout/NSLayoutConstraint.h"
 
 #include <functional>
+#include <initializer_list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -123,6 +125,16 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // The constraint must concern this view or views below it.
     void addConstraint(const Ref<NSLayoutConstraint>& constraint);
     void addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
+    using NamedViews = std::map<std::string, Ref<UIView>>;
+    struct FormatRow {
+        std::string_view format;
+        NSLayoutFormatOptions options = NSLayoutFormatNone;
+    };
+    // Adds what NSLayoutConstraint::constraintsWithVisualFormat() returns for each row, in order;
+    // every row may use all the names.
+    void addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
+                                         const NamedViews& views,
+                                         const NSLayoutConstraint::Metrics& metrics = {});
     void removeConstraint(const Ref<NSLayoutConstraint>& constraint);
     const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
 

@@ -38,6 +38,15 @@ void UIView::addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constrai
         addConstraint(constraint);
 }
 
+void UIView::addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
+                                             const NamedViews& views,
+                                             const NSLayoutConstraint::Metrics& metrics) {
+    const NSLayoutConstraint::Views items(views.begin(), views.end());
+    for (const FormatRow& row : rows)
+        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options,
+                                                                       metrics, items));
+}
+
 void UIView::removeConstraint(const Ref<NSLayoutConstraint>& constraint) {
     std::erase(constraints_, constraint);
     layoutNeedsUpdate();
