@@ -39,7 +39,9 @@ void* operator new(std::size_t size) {
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return operator new(size);
 }
-void operator delete(void* memory) noexcept {
+// Inlined, it would look to the compiler as if memory of its own operator new were passed to
+// free().
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     tesmar::test::liveBytes -= malloc_usable_size(memory);
     std::free(memory);
 }

@@ -1,17 +1,17 @@
-// How views find their places: constraints, sizes that content wants, and the layout pass.
+// Layout of views: constraints, intrinsic sizes, and the layout pass.
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace tesmar {
 namespace {
 
-// A layoutSubviews that keeps asking for another pass must not hang the host.
-constexpr int kMostPasses = 8;
+// Keeps a layoutSubviews() that always requests another pass from hanging the host.
+constexpr int kMaxPasses = 8;
 
 std::size_t index(LayoutAxis axis) {
     return axis == LayoutAxis::horizontal ? 0 : 1;
@@ -20,9 +20,9 @@ std::size_t index(LayoutAxis axis) {
 } // namespace
 
 void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
-    if (translates == framesAreGiven_)
+    if (translates == translatesMask_)
         return;
-    framesAreGiven_ = translates;
+    translatesMask_ = translates;
     layoutNeedsUpdate();
 }
 
@@ -47,11 +47,6 @@ void UIView::addConstraintsWithVisualFormats(std::initializer_list<FormatRow> ro
                                                                        metrics, items));
 }
 
-void UIView::removeConstraint(const Ref<NSLayoutConstraint>& constraint) {
-    std::erase(constraints_, constraint);
-    layoutNeedsUpdate();
-}
-
 CGSize UIView::intrinsicContentSize() const {
     return {UIViewNoIntrinsicMetric, UIViewNoIntrinsicMetric};
 }
@@ -65,7 +60,8 @@ double UIView::contentHuggingPriority(LayoutAxis axis) const {
 }
 
 void UIView::setContentHuggingPriority(double priority, LayoutAxis axis) {
-    hugging_[index(axis)] = finite(priority, 0, 1000, 250);
+    hugging_[index(axis)] =
+        finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityDefaultLow);
     layoutNeedsUpdate();
 }
 
@@ -74,7 +70,8 @@ double UIView::contentCompressionResistancePriority(LayoutAxis axis) const {
 }
 
 void UIView::setContentCompressionResistancePriority(double priority, LayoutAxis axis) {
-    compression_[index(axis)] = finite(priority, 0, 1000, 750);
+    compression_[index(axis)] =
+        finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityDefaultHigh);
     layoutNeedsUpdate();
 }
 
@@ -104,9 +101,9 @@ CGSize UIView::systemLayoutSizeFittingSize(CGSize target) {
 }
 
 CGSize UIView::sizeThatFits(CGSize) const {
-    const CGSize wish = intrinsicContentSize();
-    return {wish.width == UIViewNoIntrinsicMetric ? frame_.size.width : wish.width,
-            wish.height == UIViewNoIntrinsicMetric ? frame_.size.height : wish.height};
+    const CGSize preferred = intrinsicContentSize();
+    return {preferred.width == UIViewNoIntrinsicMetric ? frame_.size.width : preferred.width,
+            preferred.height == UIViewNoIntrinsicMetric ? frame_.size.height : preferred.height};
 }
 
 void UIView::sizeToFit() {
@@ -142,19 +139,19 @@ void UIView::setLayoutFrame(const CGRect& frame) {
 
 void UIView::layoutIfNeeded() {
     assertMainThread("UIView::layoutIfNeeded");
-    const auto kept = ref(this);
+    const auto self = ref(this); // a callback may release this view
     layoutRoot().layoutTree();
 }
 
 void UIView::layoutTree() {
-    const auto kept = weak_from_this().lock();
+    const auto self = weak_from_this().lock();
     if (subviewsAreLayoutRoots()) {
         layoutOwnSubviews();
         for (std::size_t i = 0; i < subviews_.size(); ++i)
             Ref<UIView>(subviews_[i])->layoutTree();
         return;
     }
-    for (int pass = 0; treeNeedsLayout_ && pass < kMostPasses; ++pass) {
+    for (int pass = 0; treeNeedsLayout_ && pass < kMaxPasses; ++pass) {
         treeNeedsLayout_ = false;
         try {
             if (!engine_)

@@ -31,7 +31,7 @@ struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     const std::vector<Ref<NSLayoutConstraint>>& layoutConstraints() const override {
         return constraints;
     }
-    bool layoutFrameIsGiven() const override { return frameIsGiven; }
+    bool layoutFrameIsFixed() const override { return frameIsFixed; }
     CGRect layoutFrame() const override { return frame; }
     std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override {
         return intrinsic[static_cast<std::size_t>(axis)];
@@ -58,7 +58,7 @@ struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     std::weak_ptr<LayoutBox> parent;
     std::vector<std::shared_ptr<LayoutBox>> children;
     std::vector<Ref<NSLayoutConstraint>> constraints;
-    bool frameIsGiven = false;
+    bool frameIsFixed = false;
     CGRect frame;
     std::optional<CGFloat> intrinsic[2];
     double hugging = 250;
