@@ -8,12 +8,9 @@
 namespace tesmar {
 namespace {
 
-constexpr double kNone = -1;
-
 struct BoxSpec {
     const char* name;
-    double width = kNone; // of the content
-    double height = kNone;
+    std::optional<CGFloat> width{}, height{}; // of the content
     double hugging = 250;
     double compression = 750;
     const char* parent = "root";
@@ -22,7 +19,6 @@ struct BoxSpec {
 struct Format {
     const char* text;
     unsigned options = 0;
-    const char* holder = "root";
 };
 
 using Boxes = std::map<std::string, std::shared_ptr<LayoutBox>>;
@@ -52,12 +48,10 @@ const Case kCases[] = {
     {"fixed, flexible, margins", {400, 100}, {{"a"}, {"b"}},
      {{"|-[a(50)]-[b]-|", 8 | 16}, {"V:|-10.25-[a]-(-5)-|"}},
      {{"a", {20, 10.25, 50, 94.75}}, {"b", {78, 10.25, 302, 94.75}}}},
-    {"equal widths, not rounded", {94, 30}, {{"a"}, {"b"}, {"c"}, {"d"}}, {{"|[a][b(a)][c(a)][d(a)]|"}},
+    {"equal widths, not rounded; redundant equations", {94, 30}, {{"a"}, {"b"}, {"c"}, {"d"}},
+     {{"|[a][b(a)][c(a)][d(a)]|"}, {"[b(23.5)]"}, {"[d(==c,==b)]"}},
      {{"a", {0, 0, 23.5, 0}}, {"d", {70.5, 0, 23.5, 0}}}},
-    {"redundant equations", {300, 50}, {{"a"}, {"b"}},
-     {{"|-20-[a(100)]-60-[b(100)]-20-|"}, {"[a(b)]"}, {"[b(a)]"}},
-     {{"a", {20, 0, 100, 0}}, {"b", {180, 0, 100, 0}}}},
-    {"root narrower than its margins", {30, 30}, {{"a", kNone, 10}}, {{"|-20-[a]-20-|"}},
+    {"root narrower than its margins", {30, 30}, {{"a", {}, 10}}, {{"|-20-[a]-20-|"}},
      {{"a", {20, 0, 0, 10}}}, 1},
     {"the last conflicting constraint is violated as little as possible", {300, 30}, {{"a"}},
      {{"|-20-[a]->=20-|"}, {"[a(>=500)]"}}, {{"a", {20, 0, 260, 0}}}, 1},
@@ -72,21 +66,19 @@ const Case kCases[] = {
     {"tie-break: the first of two equal boxes is smallest", {208, 50}, {{"a"}, {"b"}}, {{"|[a]-[b]|"}},
      {{"a", {0, 0, 0, 0}}, {"b", {8, 0, 200, 0}}}},
     {"tie-break: positions near 0, negative only if asked for", {100, 100}, {{"a", 30, 20}, {"b"}, {"c"}},
-     {{"[a]-8-[b(5)]"}, {"V:|-(-7)-[b]"}, {"[c(30)]-90-|"}},
+     {{"[a]-8-[b(5)]->=9-|"}, {"V:|-(-7)-[b]"}, {"[c(30)]-90-|"}},
      {{"a", {0, 0, 30, 20}}, {"b", {38, -7, 5, 0}}, {"c", {-20, 0, 30, 0}}}},
     {"the edges of a scroll view are its content's", {200, 100}, {{"s"}, {"in", 90, 400, 250, 750, "s"}},
-     {{"|-20-[s]-20-|"}, {"V:|-10-[s]-10-|"}, {"|-5-[in]-15-|", 0, "s"}, {"V:|-5-[in]|", 0, "s"}, {"[in(s)]"}},
+     {{"|-20-[s]-20-|"}, {"V:|-10-[s]-10-|"}, {"|-5-[in]-15-|"}, {"V:|-5-[in]|"}, {"[in(s)]"}},
      {{"s", {20, 10, 160, 80}}, {"in", {5, 5, 160, 400}}}, 0,
      [](Boxes& b) { b["s"]->isScroll = true; }, {180, 405}},
     {"across levels of the tree, through a fixed frame", {200, 100},
-     {{"outer"}, {"in", 30, 10, 250, 750, "outer"}, {"b"}}, {{"[b(20)]"}},
+     {{"outer"}, {"in", 30, 10, 250, 750, "outer"}, {"b"}}, {{"[in]-1-[b(20)]", 8}},
      {{"in", {93, 16, 30, 10}}, {"b", {131, 25, 20, 2}}}, 0,
      [](Boxes& b) {
          b["outer"]->frameIsFixed = true;
          b["outer"]->frame = {7, 9, 120, 60};
          equate(b, "in", right, "root", centerX, 1, 30);
-         equate(b, "b", left, "in", right, 1, 1);
-         equate(b, "b", top, "in", top, 1, 0);
          equate(b, "in", top, "root", bottom, 0.25, 0);
          equate(b, "b", height, "in", height, 0.2, 0);
      }},
@@ -94,12 +86,12 @@ const Case kCases[] = {
      {{"|[a][b][c]", 2048}, {"V:|-10-[a]"}},
      {{"a", {0, 10, 30, 20}}, {"b", {30, 18, 30, 10}}, {"c", {60, 16, 30, 10}}}, 0,
      [](Boxes& b) { b["a"]->baseline = 6; b["b"]->baseline = 3; }},
-    {"right to left", {300, 50}, {{"a", 50, 20}, {"b", 60, 30}, {"c", 20, 10}},
+    {"right to left, without rounding errors", {294, 50}, {{"a", 50, 20}, {"b", 60, 30}, {"c", 20, 10}},
      {{"|-20-[a]-7-[b]"}, {"V:|[a][c]"}},
-     {{"a", {230, 0, 50, 20}}, {"b", {163, 0, 60, 30}}, {"c", {205, 20, 20, 10}}}, 0,
+     {{"a", {224, 0, 50, 20}}, {"b", {157, 0, 60, 30}}, {"c", {268, 20, 20, 10}}}, 0,
      [](Boxes& b) {
          b["a"]->isRightToLeft = b["b"]->isRightToLeft = b["c"]->isRightToLeft = true;
-         equate(b, "c", leading, "root", trailing, 0.25, 0);
+         equate(b, "c", leading, "root", trailing, 1.0 / 49, 0);
      }},
 };
 // clang-format on
@@ -113,10 +105,8 @@ TEST(Frames, SatisfyTheConstraints) {
         boxes["root"]->frame.size = c.root;
         for (const BoxSpec& spec : c.boxes) {
             auto& box = boxes[spec.name] = boxes[spec.parent]->add(spec.name);
-            if (spec.width != kNone)
-                box->intrinsic[0] = spec.width;
-            if (spec.height != kNone)
-                box->intrinsic[1] = spec.height;
+            box->intrinsic[0] = spec.width;
+            box->intrinsic[1] = spec.height;
             box->hugging = spec.hugging;
             box->compression = spec.compression;
         }
@@ -124,8 +114,8 @@ TEST(Frames, SatisfyTheConstraints) {
             c.prepare(boxes);
         const NSLayoutConstraint::Views views(boxes.begin(), boxes.end());
         for (const Format& format : c.formats)
-            boxes[format.holder]->constrain(format.text, views,
-                                            static_cast<NSLayoutFormatOptions>(format.options));
+            boxes["root"]->constrain(format.text, views,
+                                     static_cast<NSLayoutFormatOptions>(format.options));
         messages = 0;
         LayoutEngine().layout(*boxes["root"]);
         EXPECT_EQ(messages, c.conflicts);

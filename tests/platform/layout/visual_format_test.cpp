@@ -16,12 +16,11 @@ class VisualFormatTest : public ::testing::Test {
     }
     auto read(std::string_view format, unsigned options) const {
         return constraintsFromVisualFormat(format, static_cast<NSLayoutFormatOptions>(options),
-                                           metrics, views);
+                                           {{"wide", 120.5}, {"high", 750}, {"over", 2000}}, views);
     }
 
     std::shared_ptr<LayoutBox> root = std::make_shared<LayoutBox>("root");
     NSLayoutConstraint::Views views;
-    NSLayoutConstraint::Metrics metrics{{"wide", 120.5}, {"high", 750}, {"over", 2000}};
 };
 using VisualFormatDeathTest = VisualFormatTest;
 
@@ -32,17 +31,15 @@ TEST_F(VisualFormatTest, DescribesConstraints) {
         unsigned options;
         const char* constraints; // required unless they say otherwise
     } cases[] = {
-        {"[a]", 0, ""},
         {"|[a]|", 0, "a.leading = root.leading; root.trailing = a.trailing; "},
         {"H:|-[a]-[b]", 0, "a.leading = root.leading + 20; b.leading = a.trailing + 8; "},
         {"V:[a]-7.5-[b]-|", 0, "b.top = a.bottom + 7.5; root.bottom = b.bottom + 20; "},
-        {"V:[a]->=0-|", 0, "root.bottom >= a.bottom; "},
-        {"|-(-15)-[a]", 0, "a.leading = root.leading - 15; "},
-        {"[a]->=-5.25-[b]", 0, "b.leading >= a.trailing - 5.25; "},
+        {"V:[a(wide)]->=0-|", 0, "a.height = 120.5; root.bottom >= a.bottom; "},
+        {"|-(-15)-[a]->=-5.25-[b]", 0,
+         "a.leading = root.leading - 15; b.leading >= a.trailing - 5.25; "},
         {"[a]-(>=20@750,<=40)-[b]", 0,
          "b.leading >= a.trailing + 20 (priority 750); b.leading <= a.trailing + 40; "},
         {"[a]->=wide@high-[b]", 0, "b.leading >= a.trailing + 120.5 (priority 750); "},
-        {"V:[a(wide)]", 0, "a.height = 120.5; "},
         {"[a(==b,>=50)]", 0, "a.width = b.width; a.width >= 50; "},
         {"[a(==1@700.5)][b(<=a@high)]", 0,
          "a.width = 1 (priority 700.5); b.leading = a.trailing; b.width <= a.width (priority 750); "},
