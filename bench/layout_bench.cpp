@@ -59,7 +59,7 @@ Boxes contentChain(int count) {
     return root;
 }
 
-// Ten columns; all rows have the height of the first.
+// Ten columns, with boxes of equal width in a row; all rows have the height of the first.
 Boxes grid(int count) {
     Views views;
     auto root = rootOf(count, views, 480);

@@ -135,7 +135,6 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
                                          const NamedViews& views,
                                          const NSLayoutConstraint::Metrics& metrics = {});
-    const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
 
     // The preferred size of the content, in points; UIViewNoIntrinsicMetric for a width or height
     // without a preference.
@@ -144,20 +143,16 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // Counts the changes of constraints and intrinsic sizes in this view and its descendants. Only
     // layout roots count: the topmost view and the views of controllers.
     std::uint64_t layoutChanges() const { return layoutChanges_; }
-    // How strongly the view resists becoming larger (hugging) or smaller (compression) than its
-    // intrinsic size, 0 to 1000. Initially 250 and 750. NaN counts as the initial value.
+    // How strongly the view resists becoming larger than its intrinsic size, clamped to 0 to 1000.
+    // Initially 250; NaN counts as 250.
     double contentHuggingPriority(LayoutAxis axis) const;
     void setContentHuggingPriority(double priority, LayoutAxis axis);
-    double contentCompressionResistancePriority(LayoutAxis axis) const;
-    void setContentCompressionResistancePriority(double priority, LayoutAxis axis);
 
     // The size closest to `target`, in points, that constraints and content allow: the smallest for
     // UILayoutFittingCompressedSize. Changes no frames.
     CGSize systemLayoutSizeFittingSize(CGSize target);
-    // The size for sizeToFit(): the intrinsic size, or the present width or height without a
-    // preference.
-    virtual CGSize sizeThatFits(CGSize size) const;
-    // Keeps the origin of the frame.
+    // Sets the size to the intrinsic size and keeps the origin. A width or height without a
+    // preference does not change.
     void sizeToFit();
 
     void setNeedsLayout();
@@ -183,11 +178,15 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     const std::vector<std::shared_ptr<NSLayoutConstraint>>& layoutConstraints() const override {
         return constraints_;
     }
-    bool layoutFrameIsFixed() const override { return translatesMask_; }
+    bool layoutFrameIsFixed() const override { return translatesAutoresizingMaskIntoConstraints(); }
     CGRect layoutFrame() const override { return frame_; }
     std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override;
-    double layoutHuggingPriority(LayoutAxis axis) const override;
-    double layoutCompressionPriority(LayoutAxis axis) const override;
+    double layoutHuggingPriority(LayoutAxis axis) const override {
+        return contentHuggingPriority(axis);
+    }
+    double layoutCompressionPriority(LayoutAxis) const override {
+        return UILayoutPriorityDefaultHigh;
+    }
     std::optional<CGFloat> layoutBaselineBelowCenter() const override { return std::nullopt; }
     bool layoutEdgesAreContent() const override { return false; }
     bool layoutIsRightToLeft() const override { return false; }
@@ -247,7 +246,6 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     std::uint64_t layoutChanges_ = 0;
     bool treeNeedsLayout_ = true; // of a layout root
     double hugging_[2] = {UILayoutPriorityDefaultLow, UILayoutPriorityDefaultLow}; // by axis
-    double compression_[2] = {UILayoutPriorityDefaultHigh, UILayoutPriorityDefaultHigh};
     std::vector<Ref<NSLayoutConstraint>> constraints_;
     std::unique_ptr<LayoutEngine> engine_; // of a layout root
 };

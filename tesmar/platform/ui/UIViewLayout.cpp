@@ -65,30 +65,12 @@ void UIView::setContentHuggingPriority(double priority, LayoutAxis axis) {
     layoutNeedsUpdate();
 }
 
-double UIView::contentCompressionResistancePriority(LayoutAxis axis) const {
-    return compression_[index(axis)];
-}
-
-void UIView::setContentCompressionResistancePriority(double priority, LayoutAxis axis) {
-    compression_[index(axis)] =
-        finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityDefaultHigh);
-    layoutNeedsUpdate();
-}
-
 std::optional<CGFloat> UIView::layoutIntrinsicExtent(LayoutAxis axis) const {
     const CGSize size = intrinsicContentSize();
     const CGFloat extent = axis == LayoutAxis::horizontal ? size.width : size.height;
     if (extent == UIViewNoIntrinsicMetric)
         return std::nullopt;
     return finite(extent, 0, kLargestCoordinate, 0);
-}
-
-double UIView::layoutHuggingPriority(LayoutAxis axis) const {
-    return contentHuggingPriority(axis);
-}
-
-double UIView::layoutCompressionPriority(LayoutAxis axis) const {
-    return contentCompressionResistancePriority(axis);
 }
 
 std::string UIView::layoutName() const {
@@ -100,14 +82,13 @@ CGSize UIView::systemLayoutSizeFittingSize(CGSize target) {
     return LayoutEngine::fittingSize(*this, target);
 }
 
-CGSize UIView::sizeThatFits(CGSize) const {
-    const CGSize preferred = intrinsicContentSize();
-    return {preferred.width == UIViewNoIntrinsicMetric ? frame_.size.width : preferred.width,
-            preferred.height == UIViewNoIntrinsicMetric ? frame_.size.height : preferred.height};
-}
-
 void UIView::sizeToFit() {
-    setFrame({frame_.origin, sizeThatFits(frame_.size)});
+    CGSize size = intrinsicContentSize();
+    if (size.width == UIViewNoIntrinsicMetric)
+        size.width = frame_.size.width;
+    if (size.height == UIViewNoIntrinsicMetric)
+        size.height = frame_.size.height;
+    setFrame({frame_.origin, size});
 }
 
 UIView& UIView::layoutRoot() {

@@ -9,7 +9,7 @@ namespace tesmar {
 namespace {
 
 constexpr double kRequired = 1000;
-// The tag of the errors of several relations.
+// The tag of a residual that no single constraint causes.
 constexpr int kNoTag = -1;
 
 // Edges that should be equal can differ by rounding errors. Values within kSnapTolerance of a

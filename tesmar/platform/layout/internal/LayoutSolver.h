@@ -15,9 +15,9 @@
 //    each extent becomes as small as possible, then each position as close to 0 as possible. So the
 //    solution is always the same one.
 // 5. Constants depend on the root's size (the parameters). The minimisations above have chosen
-//    which variables are 0. That choice stays optimal for every root size at which it is feasible,
-//    that is, no variable that must not be negative is. So a resize checks feasibility and
-//    evaluates each variable; only if the check fails are steps 1 to 4 repeated.
+//    which variables are 0. That choice stays optimal for every root size at which it is feasible:
+//    no width, height, surplus or error becomes negative. So a resize checks feasibility and
+//    evaluates each variable. Only if the check fails are steps 1 to 4 repeated.
 #pragma once
 
 #include "tesmar/platform/layout/internal/Tableau.h"

@@ -12,7 +12,7 @@ namespace {
 constexpr double kStandardSpaceToSibling = 8;
 constexpr double kStandardSpaceToSuperview = 20;
 
-// Throws VisualFormatError, like the parser.
+// Builds the constraints of one format. Throws VisualFormatError, like the parser.
 class Builder {
   public:
     Builder(const VisualFormat& format, const NSLayoutConstraint::Metrics& metrics,
