@@ -2,12 +2,10 @@
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/panel/TESMARViewController.h"
 
-#include <map>
-
 namespace tesmar {
 namespace {
 
-using Parts = std::map<std::string, Ref<UIView>>;
+using Parts = UIView::NamedViews;
 
 constexpr CGFloat kCaptionsLabelSize = 24;
 constexpr CGFloat kResetTitleSize = 19;
@@ -31,18 +29,6 @@ void addParts(UIView& to, const Parts& parts) {
         view->setAccessibilityIdentifier(name);
         to.addSubview(view);
     }
-}
-
-struct Row {
-    const char* format;
-    NSLayoutFormatOptions options = NSLayoutFormatNone;
-};
-
-void addRows(UIView& to, std::initializer_list<Row> rows, const Parts& parts) {
-    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
-    for (const Row& row : rows)
-        to.addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options, {}, views));
 }
 
 } // namespace
@@ -70,8 +56,7 @@ void TESMARViewController::setupView() {
                       {"topSeparator", createSeparatorView()},
                       {"bottomSeparator", createSeparatorView()}};
     addParts(*view(), parts);
-    addRows(
-        *view(),
+    view()->addConstraintsWithVisualFormats(
         {{"|-20-[CCLabel]-20-[CCSwitch]->=20-[resetButton]-20-|", NSLayoutFormatAlignAllCenterY},
          {"|-20-[containerScrollView]-20-|"},
          {"|-20-[topSeparator]-20-|"},
@@ -115,17 +100,17 @@ Ref<UIView> TESMARViewController::createScrollView() {
     addParts(*scrollView, parts);
     // The separator, pinned to both edges, makes the content 400 points wide. The background
     // stepper starts left of the content's edge, so that its symbol lines up with the views above.
-    addRows(*scrollView,
-            {{"|-0-[separator(400)]-0-|"},
-             {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},
-             {"|-0-[fontPicker]-20-[textColorOpacityStepper]-0-|"},
-             {"V:[textColorOpacityLabel]-2-[textColorOpacityStepper]"},
-             {"V:|-15-[textColorPicker]-10-[fontPicker]-10-[separator(1)]-15-"
-              "[backgroundColorPicker]-10-[backgroundColorOpacityLabel]",
-              NSLayoutFormatAlignAllLeft},
-             {"V:[backgroundColorOpacityLabel]-2-[backgroundColorOpacityStepper]-20-|"},
-             {"|-(-15)-[backgroundColorOpacityStepper]"}},
-            parts);
+    scrollView->addConstraintsWithVisualFormats(
+        {{"|-0-[separator(400)]-0-|"},
+         {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},
+         {"|-0-[fontPicker]-20-[textColorOpacityStepper]-0-|"},
+         {"V:[textColorOpacityLabel]-2-[textColorOpacityStepper]"},
+         {"V:|-15-[textColorPicker]-10-[fontPicker]-10-[separator(1)]-15-"
+          "[backgroundColorPicker]-10-[backgroundColorOpacityLabel]",
+          NSLayoutFormatAlignAllLeft},
+         {"V:[backgroundColorOpacityLabel]-2-[backgroundColorOpacityStepper]-20-|"},
+         {"|-(-15)-[backgroundColorOpacityStepper]"}},
+        parts);
     return scrollView;
 }
 

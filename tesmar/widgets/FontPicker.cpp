@@ -79,10 +79,10 @@ void FontPicker::setupView() {
     sizeStepper_->setValue(kInitialSizeIndex);
     sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
 
-    const std::map<std::string, Ref<UIView>> parts{{"fontLabel", fontLabel},
-                                                   {"sizeLabel", sizeLabel},
-                                                   {"fontNamePicker", fontNamePicker_},
-                                                   {"sizeStepper", sizeStepper_}};
+    const NamedViews parts{{"fontLabel", fontLabel},
+                           {"sizeLabel", sizeLabel},
+                           {"fontNamePicker", fontNamePicker_},
+                           {"sizeStepper", sizeStepper_}};
     for (const auto& [name, view] : parts) {
         view->sizeToFit();
         view->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -90,14 +90,12 @@ void FontPicker::setupView() {
     }
     setTranslatesAutoresizingMaskIntoConstraints(false);
 
-    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
-    const auto add = [&](const char* format, NSLayoutFormatOptions options = NSLayoutFormatNone) {
-        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(format, options, {}, views));
-    };
-    add("|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom);
-    add("[sizeLabel]-53-|");
-    add("V:|-0-[fontLabel]-0-[fontNamePicker]->=0-|", NSLayoutFormatAlignAllLeft);
-    add("V:|-0-[sizeLabel]-2-[sizeStepper]->=0-|");
+    addConstraintsWithVisualFormats(
+        {{"|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom},
+         {"[sizeLabel]-53-|"},
+         {"V:|-0-[fontLabel]-0-[fontNamePicker]->=0-|", NSLayoutFormatAlignAllLeft},
+         {"V:|-0-[sizeLabel]-2-[sizeStepper]->=0-|"}},
+        parts);
 
     setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
     layoutIfNeeded();
