@@ -69,26 +69,27 @@ TEST(HostilePropertyList, BombsAreRefused) {
     const auto last = [](std::uint64_t i, std::uint64_t count, References references) {
         return i + 1 < count ? references : References();
     };
-    References innermostFirst, all(1000, 1);
-    for (std::uint64_t i = 99'999; i > 0; --i)
+    References innermostFirst, all;
+    for (std::uint64_t i = 999; i > 0; --i)
         innermostFirst.push_back(i);
+    for (std::uint64_t i = 1; i <= 1000; ++i)
+        all.push_back(i);
+    const std::string text = "\x5F\x11" + bigEndian(5000, 2) + std::string(5000, 'x');
     RawList aliased = arrays(1, [&](auto) { return all; });
-    aliased.objects.resize(1000, "");
-    aliased.everyOffset = 8;
+    aliased.objects.resize(1000, ""); // these are where the next one is
+    aliased.objects.push_back(text);
     const RawList lists[] = {
         arrays(100'000, [&](auto i) { return last(i, 100'000, {i + 1}); }),
-        arrays(100'000,
-               [&](auto i) { return i == 0 ? innermostFirst : last(i, 100'000, {i + 1}); }),
+        arrays(1000, [&](auto i) { return i == 0 ? innermostFirst : last(i, 1000, {i + 1}); }),
         arrays(41,
                [&](auto i) {
                    return last(i, 41, {i + 1, i + 1});
                }), // 2^40 values
-        aliased,   // one array at a thousand places
+        aliased,   // one text at a thousand places
     };
     for (const RawList& list : lists)
         EXPECT_FALSE(bounded(readList, list.bytes())) << &list - lists;
-    const RawList shared{{arrayOf(References(5000, 1), 1),
-                          "\x5F\x11" + bigEndian(5000, 2) + std::string(5000, 'x')}};
+    const RawList shared{{arrayOf(References(5000, 1), 1), text}};
     EXPECT_TRUE(bounded(readList, shared.bytes()));
 }
 

@@ -50,7 +50,7 @@ std::string RawList::bytes() const {
     constexpr std::size_t kOffsetSize = 8;
     std::string bytes = "bplist00", table;
     for (const std::string& object : objects) {
-        table += bigEndian(everyOffset.value_or(bytes.size()), kOffsetSize);
+        table += bigEndian(bytes.size(), kOffsetSize);
         bytes += object;
     }
     const std::size_t start = bytes.size();

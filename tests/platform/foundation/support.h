@@ -53,7 +53,6 @@ std::optional<std::string> python(const std::string& program, std::string_view i
 struct RawList {
     std::vector<std::string> objects;
     std::size_t referenceSize = 1;
-    std::optional<std::uint64_t> everyOffset = {}; // what the table says instead
     std::string bytes() const;
 };
 

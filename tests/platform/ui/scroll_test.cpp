@@ -43,6 +43,7 @@ TEST_F(ScrollTest, ContentFollowsTheFingerOnceItDrags) {
     EXPECT_EQ(log->take(), "");
     finger(P::moved, {100, 190});
     EXPECT_EQ(log->take(), "begin ");
+    host.advance(0.02);           // or it would have no speed
     finger(P::moved, {120, 150}); // from where it took hold, and not sideways
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 40}));
     host.advance(1);
