@@ -1,4 +1,4 @@
-// Where everything on the panel stands. The header row stays; the controls below it scroll.
+// The layout of the panel: a fixed header row, and controls below it that scroll.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/panel/TESMARViewController.h"
 
@@ -9,7 +9,7 @@ using Parts = UIView::NamedViews;
 
 constexpr CGFloat kCaptionsLabelSize = 24;
 constexpr CGFloat kResetTitleSize = 19;
-constexpr double kMostOpacitySteps = 10;
+constexpr double kMaximumOpacitySteps = 10;
 
 Ref<UIView> createSeparatorView() {
     auto separator = make<UIView>();
@@ -22,7 +22,7 @@ Ref<UIColor> resetColor(CGFloat alpha) {
     return UIColor::colorWithRed(0.694, 0.129, 0.141, alpha);
 }
 
-// The parts bear their names towards tests and tools, too.
+// Tests and tools find the parts by their names.
 void addParts(UIView& to, const Parts& parts) {
     for (const auto& [name, view] : parts) {
         view->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -77,7 +77,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
 
     const auto textOpacityLabel = UILabel::createStyledLabel();
     textOpacityLabel->setText(std::string(CCConstants::Label::LabelTextColorOpacity()));
-    textColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    textColorOpacityStepper_->setMaximumValue(kMaximumOpacitySteps);
     wire(*textColorOpacityStepper_, UIControlEventValueChanged, "ccColorChanged");
 
     const auto separator = createSeparatorView();
@@ -86,7 +86,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
     const auto backgroundOpacityLabel = UILabel::createStyledLabel();
     backgroundOpacityLabel->setText(
         std::string(CCConstants::Label::LabelTextBackgroundColorOpacity()));
-    backgroundColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    backgroundColorOpacityStepper_->setMaximumValue(kMaximumOpacitySteps);
     wire(*backgroundColorOpacityStepper_, UIControlEventValueChanged, "bgColorChanged");
 
     const Parts parts{{"textColorPicker", textColorPicker_},
@@ -99,8 +99,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
                       {"backgroundColorOpacityStepper", backgroundColorOpacityStepper_}};
     addParts(*scrollView, parts);
     // The separator, pinned to both edges, makes the content 400 points wide. The background
-    // stepper stands left of the content's edge on purpose: its symbol lines up with what is above
-    // it.
+    // stepper starts left of the content's edge, so that its symbol lines up with the views above.
     scrollView->addConstraintsWithVisualFormats(
         {{"|-0-[separator(400)]-0-|"},
          {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},

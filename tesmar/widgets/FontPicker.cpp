@@ -1,19 +1,18 @@
 #include "tesmar/widgets/FontPicker.h"
 
-#include "tesmar/controls/library_bundle.h"
+#include "tesmar/controls/internal/own_bundle.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/widgets/internal/widget_classes.h"
 
 #include <cmath>
 
 namespace tesmar {
 namespace {
 
-constexpr double kLastSize = 5;
-constexpr double kFirstChoice = 2;
+constexpr double kLastSizeIndex = 5;
+constexpr double kInitialSizeIndex = 2;
 
 Ref<UILabel> captionLabel(std::string_view text) {
     auto label = make<UILabel>();
@@ -57,10 +56,9 @@ bool FontPicker::initWithFrame(CGRect) {
 }
 
 void FontPicker::makeControls() {
-    registerWidgetClasses();
-    const auto bundle = NSBundle::bundleWithIdentifier(TESMARBundleIdentifier);
+    registerClass(FontNamePickerView::classObject()); // its interface file names it
     fontNamePicker_ = as<FontNamePickerView>(
-        FontNamePickerView::loadFromTESMARNib(FontNamePickerView::nibName(), bundle));
+        FontNamePickerView::loadFromTESMARNib(FontNamePickerView::nibName(), TESMARBundle()));
     if (!fontNamePicker_)
         fatalError("interface file \"" + FontNamePickerView::nibName() +
                    ".xml\" holds no FontNamePickerView");
@@ -77,8 +75,8 @@ void FontPicker::setupView() {
     fontNamePicker_->updateFonts(UIFont::CCSupportedFonts());
     fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
     sizeStepper_->setMinimumValue(0);
-    sizeStepper_->setMaximumValue(kLastSize);
-    sizeStepper_->setValue(kFirstChoice);
+    sizeStepper_->setMaximumValue(kLastSizeIndex);
+    sizeStepper_->setValue(kInitialSizeIndex);
     sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
 
     const NamedViews parts{{"fontLabel", fontLabel},
