@@ -117,15 +117,15 @@ TEST_F(Engine, FittingSizes) {
     b.intrinsic[1] = 30;
     b.hugging = 40;
     const auto fitting = [this](CGSize target) { return LayoutEngine::fittingSize(*root, target); };
-    EXPECT_EQ(fitting({7, 8}), CGSize(7, 8));
+    EXPECT_EQ(fitting({7, 8}), (CGSize{7, 8}));
     root->constrain("|[a]|", views);
     root->constrain("V:|[b]|", views);
-    EXPECT_EQ(fitting({10000, 10000}), CGSize(40, 10000)); // a hugs more than the target pulls
+    EXPECT_EQ(fitting({10000, 10000}), (CGSize{40, 10000})); // a hugs more than the target pulls
     root->constraints.clear();
     root->constrain("|-0-[a]->=20-[b(94)]-0-|", views);
     root->constrain("V:|-0-[a]-2-[b]->=0-|", views);
-    EXPECT_EQ(fitting({0, 0}), CGSize(154, 42));
-    EXPECT_EQ(fitting({10000, 10000}), CGSize(10000, 10000));
+    EXPECT_EQ(fitting({0, 0}), (CGSize{154, 42}));
+    EXPECT_EQ(fitting({10000, 10000}), (CGSize{10000, 10000}));
     EXPECT_EQ(root->frameWrites + a.frameWrites, 0);
 }
 
