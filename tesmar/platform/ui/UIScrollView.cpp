@@ -34,17 +34,7 @@ class UIScrollView::Glide : public FrameClient {
 };
 
 Class& UIScrollView::classObject() {
-    static Class type(
-        "UIScrollView", &UIView::classObject(), allocator<UIScrollView>(),
-        {method<&UIScrollView::isScrollEnabled>("isScrollEnabled"),
-         method<&UIScrollView::setScrollEnabled>("setScrollEnabled:"),
-         method<&UIScrollView::showsVerticalScrollIndicator>("showsVerticalScrollIndicator"),
-         method<&UIScrollView::setShowsVerticalScrollIndicator>("setShowsVerticalScrollIndicator:"),
-         method<&UIScrollView::showsHorizontalScrollIndicator>("showsHorizontalScrollIndicator"),
-         method<&UIScrollView::setShowsHorizontalScrollIndicator>(
-             "setShowsHorizontalScrollIndicator:"),
-         method<&UIScrollView::isDragging>("isDragging"),
-         method<&UIScrollView::isDecelerating>("isDecelerating")});
+    static Class type("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());
     return type;
 }
 
@@ -95,6 +85,13 @@ void UIScrollView::configureMotion() {
 void UIScrollView::syncMotion() {
     x_.jumpTo(contentOffset().x);
     y_.jumpTo(contentOffset().y);
+}
+
+UIScrollView* UIScrollView::enclosing(UIView* view) {
+    for (; view; view = view->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
+            return scroll;
+    return nullptr;
 }
 
 bool UIScrollView::canScroll(LayoutAxis axis) const {

@@ -44,33 +44,7 @@ unsigned pairKey(unsigned left, unsigned right) {
 } // namespace
 
 Class& UIStepper::classObject() {
-    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>(),
-                      {method<&UIStepper::value>("value"),
-                       method<&UIStepper::setValue>("setValue:"),
-                       method<&UIStepper::minimumValue>("minimumValue"),
-                       method<&UIStepper::setMinimumValue>("setMinimumValue:"),
-                       method<&UIStepper::maximumValue>("maximumValue"),
-                       method<&UIStepper::setMaximumValue>("setMaximumValue:"),
-                       method<&UIStepper::stepValue>("stepValue"),
-                       method<&UIStepper::setStepValue>("setStepValue:"),
-                       method<&UIStepper::wraps>("wraps"),
-                       method<&UIStepper::setWraps>("setWraps:"),
-                       method<&UIStepper::autorepeat>("autorepeat"),
-                       method<&UIStepper::setAutorepeat>("setAutorepeat:"),
-                       method<&UIStepper::isContinuous>("isContinuous"),
-                       method<&UIStepper::setContinuous>("setContinuous:"),
-                       method<&UIStepper::tintColor>("tintColor"),
-                       method<&UIStepper::setTintColor>("setTintColor:"),
-                       method<&UIStepper::incrementImageForState>("incrementImageForState:"),
-                       method<&UIStepper::setIncrementImage>("setIncrementImage:forState:"),
-                       method<&UIStepper::decrementImageForState>("decrementImageForState:"),
-                       method<&UIStepper::setDecrementImage>("setDecrementImage:forState:"),
-                       method<&UIStepper::backgroundImageForState>("backgroundImageForState:"),
-                       method<&UIStepper::setBackgroundImage>("setBackgroundImage:forState:"),
-                       method<&UIStepper::dividerImageForStates>(
-                           "dividerImageForLeftSegmentState:rightSegmentState:"),
-                       method<&UIStepper::setDividerImage>(
-                           "setDividerImage:forLeftSegmentState:rightSegmentState:")});
+    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>());
     return type;
 }
 
@@ -198,6 +172,37 @@ CGRect UIStepper::halfRect(UIStepperHalf half) const {
     return {half == UIStepperHalf::decrement ? b.minX() : b.midX(), b.minY(), width, b.size.height};
 }
 
+UIStepperHalf UIStepper::halfNearest(CGPoint point) const {
+    return point.x < halfRect(UIStepperHalf::increment).minX() ? UIStepperHalf::decrement
+                                                               : UIStepperHalf::increment;
+}
+
+std::string_view UIStepper::identifierSuffix(UIStepperHalf half) {
+    switch (half) {
+    case UIStepperHalf::decrement:
+        return ".decrement";
+    case UIStepperHalf::increment:
+        return ".increment";
+    case UIStepperHalf::none:
+        break;
+    }
+    return "";
+}
+
+std::pair<UIStepper*, UIStepperHalf> UIStepper::halfWithIdentifier(UIView& root,
+                                                                   std::string_view identifier) {
+    for (const auto half : {UIStepperHalf::decrement, UIStepperHalf::increment}) {
+        const std::string_view suffix = identifierSuffix(half);
+        if (!identifier.ends_with(suffix))
+            continue;
+        UIView* const view =
+            root.viewWithIdentifier(identifier.substr(0, identifier.size() - suffix.size()));
+        if (auto* stepper = dynamic_cast<UIStepper*>(view))
+            return {stepper, half};
+    }
+    return {nullptr, UIStepperHalf::none};
+}
+
 unsigned UIStepper::stateOf(UIStepperHalf half) const {
     if (!canStep(half))
         return UIControlStateDisabled;
@@ -271,8 +276,7 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
 // --- Touches ------------------------------------------------------------------------------------
 
 bool UIStepper::beginTracking(UITouch& touch) {
-    const CGPoint point = touch.locationIn(*this);
-    pressed_ = point.x < bounds().midX() ? UIStepperHalf::decrement : UIStepperHalf::increment;
+    pressed_ = halfNearest(touch.locationIn(*this));
     fingerOnHalf_ = true;
     repeats_ = 0;
     unsentChange_ = false;

@@ -81,14 +81,29 @@ std::span<const PixelRect> HeadlessHost::render() {
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
     render();
-    const int stride = width_ * 4;
     std::vector<std::uint32_t> picture(pixels_.size());
-    CGContext context(picture.data(), width_, height_, stride, 1);
     if (backdrop) {
+        CGContext context(picture.data(), width_, height_, width_ * 4, 1);
         context.setFillColor(*backdrop->colorWithAlphaComponent(1));
         context.fillRect({0, 0, static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)});
     }
-    context.drawPixels(pixels_.data(), width_, height_, stride);
+    return writeOver(path, std::move(picture));
+}
+
+bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32_t> backdrop) {
+    render();
+    if (backdrop.size() != pixels_.size())
+        return false;
+    std::vector<std::uint32_t> picture(backdrop.begin(), backdrop.end());
+    for (std::uint32_t& pixel : picture)
+        pixel |= 0xFF000000; // a backdrop is opaque
+    return writeOver(path, std::move(picture));
+}
+
+bool HeadlessHost::writeOver(const std::string& path, std::vector<std::uint32_t> picture) const {
+    const int stride = width_ * 4;
+    CGContext(picture.data(), width_, height_, stride, 1)
+        .drawPixels(pixels_.data(), width_, height_, stride);
     return tesmar::writePNG(path, picture.data(), width_, height_, stride);
 }
 
