@@ -114,14 +114,15 @@ TEST(TextLayout, BreaksTruncatesAndAlignsLines) {
         EXPECT_EQ(layout.isTruncated(), isTruncated) << text << lineCount;
         EXPECT_LE(layout.size().width, width && *width > 0 ? *width : 1000) << text;
     }
-    TextLayout layout = layoutOf("short");
-    const double width = layout.size().width;
+    const double width = layoutOf("long longer").size().width;
+    TextLayout layout = layoutOf("a\nlong\nlonger");
+    layout.setLineCount(2); // the last line is "long longer"
     layout.setWidth(200);
-    layout.setAlignment(NSTextAlignment::center);
-    EXPECT_NEAR(layout.lineBoxes().at(0).minX(), (200 - width) / 2, 0.01);
-    layout.setAlignment(NSTextAlignment::right);
-    EXPECT_NEAR(layout.lineBoxes().at(0).minX(), 200 - width, 0.01);
     EXPECT_NEAR(layout.size().width, width, 0.01);
+    layout.setAlignment(NSTextAlignment::center);
+    EXPECT_NEAR(layout.lineBoxes().at(1).minX(), (200 - width) / 2, 0.01);
+    layout.setAlignment(NSTextAlignment::right);
+    EXPECT_NEAR(layout.lineBoxes().at(1).minX(), 200 - width, 0.01);
 }
 
 TEST(TextLayout, ReplacesInvalidTextAndCutsOffEndlessText) {

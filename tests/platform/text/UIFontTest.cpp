@@ -64,7 +64,6 @@ TEST(UIFont, ArchivesItsNameEvenIfTheFaceIsMissing) {
         {{"UIFontName", "Courier"}},
         {{"UIFontPointSize", 12.0}},
         {{"UIFontName", ""}, {"UIFontPointSize", 12.0}},
-        {{"UIFontName", "Courier"}, {"UIFontPointSize", 0.0}},
         {{"UIFontName", "Courier"}, {"UIFontPointSize", kInfinity}},
     };
     for (const auto& record : incomplete)
