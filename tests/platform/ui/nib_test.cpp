@@ -82,7 +82,7 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
          "</object></interface>",
          "no outlet \"enabled\" for a UIButton"},
         {"<interface><object class='UIView' id='a'>" + rules + "</object></interface>",
-         "too many constraints"},
+         "too many objects and constraints"},
         {"<interface>" + deep + "</interface>", "too deep"}};
     for (const auto& [text, expected] : cases) {
         std::string problem;

@@ -45,11 +45,10 @@ void InterfaceFile::fail(const pugi::xml_node& at, const std::string& what) {
         problem = what + " (at byte " + std::to_string(at.offset_debug()) + ")";
 }
 
-bool InterfaceFile::countConstraints(std::size_t added, const pugi::xml_node& at) {
-    constraintCount += added;
-    if (constraintCount <= kMostConstraints)
+bool InterfaceFile::spend(const DecodeBudget::Cost& cost, const pugi::xml_node& at) {
+    if (budget.spend(cost))
         return true;
-    fail(at, "too many constraints");
+    fail(at, "too many objects and constraints, or objects nested too deep");
     return false;
 }
 
@@ -80,15 +79,12 @@ Ref<NSObject> InterfaceFile::instantiate(const pugi::xml_node& element) {
         fail(element, "unknown class \"" + className + "\"");
         return nullptr;
     }
-    if (depth >= kDeepest || objects.size() >= kMostObjects) {
-        fail(element, "too many objects, or too deep");
-        return nullptr;
-    }
-    ++depth;
     InterfaceCoder coder(*this, element);
-    const bool made = object->initWithCoder(coder);
-    --depth;
-    if (!made) {
+    bool isInitialized = false;
+    const auto cost = budget.measure([&] { isInitialized = object->initWithCoder(coder); });
+    if (!spend(cost, element))
+        return nullptr;
+    if (!isInitialized) {
         fail(element, "the " + className + " could not be made");
         return nullptr;
     }

@@ -24,7 +24,7 @@ std::string parentOf(const std::string& path) {
 
 // The bytes of the open file; nothing when reading fails. One byte too many tells an overlong file.
 std::optional<std::string> readAll(FileSystem& files, int descriptor) {
-    constexpr std::size_t kMost = kMostPropertyListBytes + 1;
+    constexpr std::size_t kMost = kPreferencesLimits.bytes + 1;
     constexpr std::size_t kChunk = 64 << 10;
     std::string bytes;
     while (bytes.size() < kMost) {
