@@ -11,6 +11,7 @@ class TESMAR_API NSArray : public NSObject {
     TESMAR_CLASS
 
   public:
+    // Null elements are dropped.
     static Ref<NSArray> arrayWithObjects(std::vector<Ref<NSObject>> objects);
 
     const std::vector<Ref<NSObject>>& objects() const { return objects_; }
@@ -18,6 +19,7 @@ class TESMAR_API NSArray : public NSObject {
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
+    // Equal elements in the same order.
     bool isEqual(const NSObject* other) const override;
 
   private:

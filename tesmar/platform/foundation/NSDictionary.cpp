@@ -87,7 +87,7 @@ bool NSDictionary::isEqual(const NSObject* other) const {
 void NSMutableDictionary::setObject(const Ref<NSObject>& object, std::string_view forKey) {
     if (!object)
         fatalError("NSMutableDictionary: object for key \"" + std::string(forKey) + "\" is null");
-    // The old value is let go last: its destructor may look at this dictionary.
+    // The old value is released last: its destructor may use this dictionary.
     auto entry = entries_.find(forKey);
     if (entry == entries_.end()) {
         entries_.emplace(forKey, object);

@@ -25,8 +25,8 @@ const std::map<std::string_view, NSLayoutFormatOptions>& optionNames() {
     return names;
 }
 
-// <outlet property="nextButton" destination="next"/> calls setNextButton: with the object of that
-// id.
+// <outlet property="nextButton" destination="next"/> calls setNextButton: with the object whose id
+// is "next".
 void connectOutlets(InterfaceFile& file, const Ref<NSObject>& object, const pugi::xml_node& node) {
     for (const auto& outlet : node.children("outlet")) {
         std::string property = outlet.attribute("property").value();
@@ -52,7 +52,8 @@ NSLayoutConstraint::Views viewsById(const InterfaceFile& file) {
     return views;
 }
 
-// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/> among the ids of the file.
+// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/>, where the names of views
+// are ids of the file.
 void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
                     const Ref<NSObject>& object, const pugi::xml_node& node) {
     const auto view = as<UIView>(object);

@@ -64,7 +64,7 @@ class Archiver final : public NSCoder {
     PropertyList::Array objects_{kNull};
     std::unordered_map<const NSObject*, Known> known_;
     std::map<std::string_view, UID> classes_;
-    PropertyList::Dictionary* record_ = nullptr; // of the object that is being encoded
+    PropertyList::Dictionary* record_ = nullptr; // of the object being encoded
     DecodeBudget budget_{kArchiveLimits};
 };
 

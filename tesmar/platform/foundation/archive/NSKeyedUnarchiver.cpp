@@ -57,7 +57,7 @@ class Unarchiver final : public NSCoder {
     const PropertyList& archive_;
     const PropertyList::Array* objects_ = nullptr;
     std::vector<Slot> slots_;
-    const PropertyList* record_ = nullptr; // of the object that is being decoded
+    const PropertyList* record_ = nullptr; // of the object being decoded
     DecodeBudget& budget_;
     bool failed_ = false;
 };

@@ -10,7 +10,7 @@
 namespace tesmar {
 namespace {
 
-// Numbers of the file do not depend on the locale.
+// Finite; parsed independently of the locale.
 std::optional<double> number(const pugi::xml_attribute& attribute) {
     const std::string_view text = attribute.value();
     double value = 0;
@@ -52,7 +52,6 @@ bool InterfaceFile::spend(const DecodeBudget::Cost& cost, const pugi::xml_node& 
     return false;
 }
 
-// Decoded once, however many objects show it.
 Ref<UIImage> InterfaceFile::imageNamed(const std::string& name) {
     const auto [known, isNew] = images.emplace(name, nullptr);
     if (isNew)
@@ -102,7 +101,7 @@ pugi::xml_node InterfaceCoder::child(std::string_view key) const {
     return {};
 }
 
-// Plain values stand as attributes of the element itself.
+// Plain values are attributes of the element itself.
 std::optional<bool> InterfaceCoder::decodeBool(std::string_view key) {
     const auto text = decodeString(key);
     if (!text || (*text != "true" && *text != "false"))

@@ -10,7 +10,7 @@ namespace {
 
 using namespace property_list_format;
 
-// A big-endian number of at most 8 bytes.
+// Decodes a big-endian number of at most 8 bytes.
 std::uint64_t number(std::string_view bytes) {
     std::uint64_t result = 0;
     for (const char byte : bytes)
