@@ -18,12 +18,8 @@ using namespace test;
 using Array = PropertyList::Array;
 using Dictionary = PropertyList::Dictionary;
 
-std::string archived(const Ref<NSObject>& object) {
-    return NSKeyedArchiver::archivedDataWithRootObject(object);
-}
-Ref<NSObject> unarchived(const std::string& bytes) {
-    return NSKeyedUnarchiver::unarchiveObjectWithData(bytes);
-}
+constexpr auto archived = NSKeyedArchiver::archivedDataWithRootObject;
+constexpr auto unarchived = NSKeyedUnarchiver::unarchiveObjectWithData;
 Ref<NSObject> roundTrip(const Ref<NSObject>& object) {
     return unarchived(archived(object));
 }
@@ -127,11 +123,11 @@ TEST(Archive, WhatWouldNotBeReadIsNotWritten) {
 }
 
 // An archive of these objects, from number 1 on.
-std::string of(Array objects, PropertyList root = UID{1}) {
+std::string of(Array objects) {
     objects.insert(objects.begin(), "$null");
     return writePropertyList(Dictionary{{"$version", 100000LL},
                                         {"$archiver", "NSKeyedArchiver"},
-                                        {"$top", Dictionary{{"root", root}}},
+                                        {"$top", Dictionary{{"root", UID{1}}}},
                                         {"$objects", std::move(objects)}});
 }
 PropertyList chain(Array names) {
@@ -189,14 +185,11 @@ TEST(Archive, OtherWritersArchivesDecodeToTheirObjectOrToNull) {
         {"inline elements", of({array({UID{3}, "b", 4LL}), arrays, "a"}), ab4},
         {"a later class", of({dict({UID{3}}, {2LL}), later, "k"}), k2},
         {"a key twice", of({dict({"k", "k"}, {1LL, 2LL}), dicts}), k2},
-        {"another list", writePropertyList(Dictionary{{"root", "text"}}), null},
         {"another archiver", otherArchiver, null},
-        {"a root that is no reference", of({"text"}, "text"), null},
         {"half a surrogate pair", of({"\xED\xA0\x80"}), null},
         {"an abstract class", of({array({}), chain({"NSBundle"})}), null},
         {"a class without a coding", of({array({}), chain({"NSObject"})}), null},
         {"a list in itself", of({array({UID{1}}), arrays}), null},
-        {"a record in a list", of({array({array({})}), arrays}), null},
         {"too many keys", of({dict({"a", "b"}, {"a"}), dicts}), null},
         {"one bad value", of({dict({"a", "b"}, {"a", UID{99}}), dicts}), null},
         {"text of bad bytes", of({record({{"NS.bytes", bad}}), strings}), null},

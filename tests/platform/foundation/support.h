@@ -13,21 +13,11 @@ namespace tesmar::test {
 using namespace std::string_literals;
 using UID = PropertyList::UID;
 
-inline Ref<NSString> text(std::string value) {
-    return NSString::stringWithString(std::move(value));
-}
-inline Ref<NSNumber> number(NSNumber::Number value) {
-    return NSNumber::numberWith(value);
-}
-inline Ref<NSData> data(std::string bytes) {
-    return NSData::dataWithBytes(std::move(bytes));
-}
-inline Ref<NSArray> list(std::vector<Ref<NSObject>> objects) {
-    return NSArray::arrayWithObjects(std::move(objects));
-}
-inline Ref<NSDictionary> dictionary(NSDictionary::Entries entries) {
-    return NSDictionary::dictionaryWithEntries(std::move(entries));
-}
+inline constexpr auto text = NSString::stringWithString;
+inline constexpr auto number = NSNumber::numberWith;
+inline constexpr auto data = NSData::dataWithBytes;
+inline constexpr auto list = NSArray::arrayWithObjects;
+inline constexpr auto dictionary = NSDictionary::dictionaryWithEntries;
 
 // Removed with all its files by the destructor.
 class TemporaryDirectory {
