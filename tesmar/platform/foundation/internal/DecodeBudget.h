@@ -1,5 +1,5 @@
-// What decoding foreign bytes may cost. One budget goes through all readers of an input: property
-// list, keyed archive, interface file. Each of them spends it as it goes.
+// Limits what decoding foreign bytes may cost. An input has one budget, which its readers (property
+// list, keyed archive, interface file) spend while they decode.
 #pragma once
 
 #include <algorithm>
@@ -33,8 +33,8 @@ class DecodeBudget {
 
     explicit DecodeBudget(const DecodeLimits& limits) : limits_(limits), bytes_(limits.bytes) {}
 
-    // Starts a pass over the whole input, which may spend `bytes` (at most the limit) and, once
-    // more, all values.
+    // Starts a pass over the whole input, such as from a property list to objects. It may spend
+    // `bytes`, which must be within the limit, and all values again.
     bool startPass(std::size_t bytes) {
         bytes_ = bytes;
         values_ = 0;
