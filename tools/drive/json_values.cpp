@@ -141,7 +141,6 @@ Json fromValue(const Value& value) {
     struct Converter {
         Json operator()(std::monostate) const { return nullptr; }
         Json operator()(bool boolean) const { return boolean; }
-        Json operator()(long long integer) const { return integer; }
         Json operator()(double real) const { return number(real); }
         Json operator()(const std::string& string) const { return string; }
         Json operator()(const CGRect& rect) const { return rounded(rect); }

@@ -17,19 +17,7 @@ CGFloat component(CGFloat value) {
 } // namespace
 
 Class& UIColor::classObject() {
-    static Class type(
-        "UIColor", &NSObject::classObject(), allocator<UIColor>(),
-        {method<&UIColor::colorWithAlphaComponent>("colorWithAlphaComponent:")},
-        {method<&UIColor::colorWithWhite>("colorWithWhite:alpha:"),
-         method<&UIColor::colorWithRed>("colorWithRed:green:blue:alpha:"),
-         method<&UIColor::whiteColor>("whiteColor"), method<&UIColor::blackColor>("blackColor"),
-         method<&UIColor::grayColor>("grayColor"),
-         method<&UIColor::lightGrayColor>("lightGrayColor"),
-         method<&UIColor::darkGrayColor>("darkGrayColor"),
-         method<&UIColor::clearColor>("clearColor"), method<&UIColor::redColor>("redColor"),
-         method<&UIColor::greenColor>("greenColor"), method<&UIColor::blueColor>("blueColor"),
-         method<&UIColor::cyanColor>("cyanColor"), method<&UIColor::yellowColor>("yellowColor"),
-         method<&UIColor::magentaColor>("magentaColor")});
+    static Class type("UIColor", &NSObject::classObject(), allocator<UIColor>());
     return type;
 }
 

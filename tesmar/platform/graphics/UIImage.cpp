@@ -87,8 +87,7 @@ void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
 }
 
 Class& UIImage::classObject() {
-    static Class type("UIImage", &NSObject::classObject(), {}, {method<&UIImage::scale>("scale")},
-                      {method<&UIImage::imageNamed>("imageNamed:")});
+    static Class type("UIImage", &NSObject::classObject(), {});
     return type;
 }
 

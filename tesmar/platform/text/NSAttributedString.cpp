@@ -18,9 +18,7 @@ Ref<T> attribute(const NSDictionary& attributes, std::string_view name) {
 } // namespace
 
 Class& NSAttributedString::classObject() {
-    static Class type("NSAttributedString", &NSObject::classObject(), {},
-                      {method<&NSAttributedString::string>("string"),
-                       method<&NSAttributedString::attributes>("attributes")});
+    static Class type("NSAttributedString", &NSObject::classObject(), {});
     return type;
 }
 

@@ -26,16 +26,7 @@ FaceMetrics metricsOf(const FontFace& face) {
 } // namespace
 
 Class& UIFont::classObject() {
-    static Class type(
-        "UIFont", &NSObject::classObject(), allocator<UIFont>(),
-        {method<&UIFont::fontName>("fontName"), method<&UIFont::familyName>("familyName"),
-         method<&UIFont::pointSize>("pointSize"), method<&UIFont::ascender>("ascender"),
-         method<&UIFont::descender>("descender"), method<&UIFont::lineHeight>("lineHeight"),
-         method<&UIFont::fontWithSize>("fontWithSize:")},
-        {method<&UIFont::fontWithName>("fontWithName:size:"),
-         method<&UIFont::systemFontOfSize>("systemFontOfSize:"),
-         method<&UIFont::familyNames>("familyNames"),
-         method<&UIFont::fontNamesForFamilyName>("fontNamesForFamilyName:")});
+    static Class type("UIFont", &NSObject::classObject(), allocator<UIFont>());
     return type;
 }
 

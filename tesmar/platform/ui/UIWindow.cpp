@@ -100,9 +100,7 @@ void findNear(UIView& view, CGPoint onSurface, Near& nearest) {
 } // namespace
 
 Class& UIWindow::classObject() {
-    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>(),
-                      {method<&UIWindow::rootViewController>("rootViewController"),
-                       method<&UIWindow::scale>("scale")});
+    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>());
     return type;
 }
 

@@ -1,7 +1,6 @@
 // The object runtime with its delayed messages, dictionaries, scalars and bundles.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
-#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"
@@ -55,7 +54,7 @@ Value send(const Ref<NSObject>& object, const char* selector, Arguments&&... arg
 TEST(Runtime, MessagesReachTheOverridingOperation) {
     Ref<NSObject> base = make<Base>(), object = make<Derived>();
     EXPECT_EQ(std::get<std::string>(send(object, "greet:loud:", "Ann"s, true)), "derived Ann");
-    EXPECT_EQ(std::get<std::string>(send(base, "greet:loud:", "Ann"s, true)), "Ann!");
+    EXPECT_EQ(std::get<std::string>(send(base, "greet:loud:", "Ann"s, 1.0)), "Ann!");
     EXPECT_TRUE(std::holds_alternative<std::monostate>(send(object, "twin:", Value())));
     EXPECT_EQ(std::get<Ref<NSObject>>(send(object, "twin:", object)), object);
     EXPECT_FALSE(base->isKindOfClass(Derived::classObject()));
@@ -90,10 +89,9 @@ TEST(Runtime, ClassesAreFoundByNameOnceRegistered) {
     EXPECT_FALSE(classNamed("Derived"));
     registerClass(Derived::classObject());
     EXPECT_TRUE(as<Derived>(classNamed("Derived")->alloc()));
-    registerFoundationClasses();
-    registerFoundationClasses();
     EXPECT_EQ(classNamed("NSDictionary"), &NSDictionary::classObject());
-    EXPECT_FALSE(classNamed("NSBundle")->alloc());
+    registerClass(NSBundle::classObject());
+    EXPECT_FALSE(classNamed("NSBundle")->alloc()); // abstract
 }
 
 TEST(Dictionary, CopiesShareValuesButNotEntries) {

@@ -75,7 +75,9 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
         {view("") + view(""), "used twice"},
         {view("<outlet property='x' destination='y'/>"), "leads nowhere"},
         {view("<outlet property='x' destination='a'/>"), "no outlet \"x\" for a UIView"},
-        {view("<outlet property='hidden' destination='a'/>"), "no outlet \"hidden\" for a UIView"},
+        {"<object class='UIViewController' id='a'><outlet property='view' "
+         "destination='a'/></object>",
+         "no outlet \"view\" for a UIViewController"},
         {view("<constraints format='|[b]'/>"), "\"b\""},
         {view(rules), "too many objects and constraints"},
         {many, "too many objects"},

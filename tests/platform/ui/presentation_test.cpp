@@ -108,13 +108,10 @@ TEST_F(PresentationTest, ACardStandsClearOfCaptionsAndEdges) {
     content->setTranslatesAutoresizingMaskIntoConstraints(false);
     scroll->addSubview(content);
     c->view()->addSubview(scroll);
-    const NSLayoutConstraint::Views views{{"scroll", scroll}, {"content", content}};
-    for (const char* format : {"|-20-[scroll]-20-|", "V:|-60-[scroll]-15-|"})
-        c->view()->addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(format, {}, {}, views));
-    for (const char* format : {"|[content(400)]|", "V:|[content(300)]|"})
-        scroll->addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(format, {}, {}, views));
+    const UIView::NamedViews views{{"scroll", scroll}, {"content", content}};
+    c->view()->addConstraintsWithVisualFormats({{"|-20-[scroll]-20-|"}, {"V:|-60-[scroll]-15-|"}},
+                                               views);
+    scroll->addConstraintsWithVisualFormats({{"|[content(400)]|"}, {"V:|[content(300)]|"}}, views);
     window().presentViewController(c, false);
     for (const Case& t : cases) {
         window().setSize(t.size);

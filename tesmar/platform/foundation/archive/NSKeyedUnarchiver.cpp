@@ -4,7 +4,6 @@
 #include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 #include "tesmar/platform/foundation/archive/internal/utf.h"
-#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>
@@ -277,7 +276,6 @@ std::nullptr_t Unarchiver::fail() {
 } // namespace
 
 Ref<NSObject> NSKeyedUnarchiver::unarchiveObjectWithData(std::string_view bytes) {
-    registerFoundationClasses();
     DecodeBudget budget(kArchiveLimits);
     const auto archive = readPropertyList(bytes, budget);
     return archive ? Unarchiver(*archive, budget).unarchive() : nullptr;

@@ -12,8 +12,7 @@ class TESMAR_API NSKeyedUnarchiver {
     // Returns a new object of the class that the archive names, or null if any part of it cannot be
     // decoded. The caller checks the class. An archive names an object's class and its
     // superclasses; the object is made from the first of them that is registered with the object
-    // runtime and has a coding (see NSObject). Registers the foundation's own classes. NSNumber
-    // objects are finite.
+    // runtime and has a coding (see NSObject). NSNumber objects are finite.
     //
     // Returns null for archives longer than 96 KiB and for more objects than NSKeyedArchiver would
     // write, so any input takes at most about a millisecond and a mebibyte. NSKeyedArchiver can
