@@ -15,7 +15,6 @@ class TESMAR_API NSArray : public NSObject {
     static Ref<NSArray> arrayWithObjects(std::vector<Ref<NSObject>> objects);
 
     const std::vector<Ref<NSObject>>& objects() const { return objects_; }
-    std::size_t count() const { return objects_.size(); }
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;

@@ -32,13 +32,6 @@ Ref<NSObject> NSDictionary::objectForKey(std::string_view key) const {
     return found == entries_.end() ? nullptr : found->second;
 }
 
-std::vector<std::string> NSDictionary::allKeys() const {
-    std::vector<std::string> keys;
-    for (const auto& [key, value] : entries_)
-        keys.push_back(key);
-    return keys;
-}
-
 Ref<NSMutableDictionary> NSDictionary::mutableCopy() const {
     auto copy = make<NSMutableDictionary>();
     copy->entries_ = entries_;

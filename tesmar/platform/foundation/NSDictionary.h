@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tesmar {
 
@@ -23,9 +22,6 @@ class TESMAR_API NSDictionary : public NSObject {
 
     // Null if there is no such key.
     Ref<NSObject> objectForKey(std::string_view key) const;
-    std::size_t count() const { return entries_.size(); }
-    // In ascending byte order.
-    std::vector<std::string> allKeys() const;
     // In ascending byte order of the keys. Valid while the dictionary exists unchanged.
     const Entries& entries() const { return entries_; }
 
