@@ -1,5 +1,5 @@
-// Whatever is unarchived archives back to an equal object; and when it is a style that was stored,
-// it is read, can be saved as it is, and is read again.
+// An object that is unarchived archives back to an equal object. As a stored record, a dictionary
+// is a style, which can be saved and read again.
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"

@@ -1,5 +1,5 @@
-// Any text is an interface file or a problem that names a byte of it; the views of a file have
-// finite frames at every size, and can be drawn.
+// A text is an interface file or gives a problem. The views of a file have finite frames at every
+// size and can be drawn.
 #include "tesmar/platform/ui/UINib.h"
 #include "tesmar/platform/ui/UIWindow.h"
 

@@ -1,5 +1,4 @@
-// Whatever is read writes back to a list that is read as the same, and turns into objects without
-// harm.
+// A list that is read writes back to bytes that are read as the same list, and converts to objects.
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 
 #include <cstdlib>

@@ -1,10 +1,9 @@
-"""Writes stored records that mean harm, each after its length in 4 bytes: hostile_records.py SEED COUNT
+"""Writes hostile stored records, each after its length and a semicolon: hostile_records.py SEED COUNT
 
-Keyed archives are built as trees and spoilt there; binary property lists are spoilt in their bytes.
+Damages keyed archives as trees, and binary property lists as bytes.
 """
 import plistlib
 import random
-import struct
 import sys
 from plistlib import UID
 
@@ -12,13 +11,13 @@ random.seed(int(sys.argv[1]))
 pick, chance, below = random.choice, random.random, random.randrange
 CHAINS = [["NSMutableDictionary", "NSDictionary", "NSObject"], ["NSArray", "NSObject"], ["UIColor", "NSObject"],
           ["UIFont", "NSObject"], ["NSString"], ["NSNumber"], ["NSData"], ["UIView", "UIResponder", "NSObject"],
-          ["UIWindow"], ["TESMARViewController"], ["NSUserDefaults"], ["Nobody"] * 50 + ["NSArray"], ["Nobody"], []]
-DICTIONARY, ARRAY, COLOR, FONT = range(1, 5)  # their places in the table, where all the chains stand first
+          ["UIWindow"], ["TESMARViewController"], ["NSUserDefaults"], ["Unknown"] * 50 + ["NSArray"], ["Unknown"], []]
+DICTIONARY, ARRAY, COLOR, FONT = range(1, 5)  # indexes in the table, which starts with the chains
 FIELDS = ["NS.keys", "NS.objects", "NS.string", "NS.bytes", "NS.data", "NS.intval", "NS.dblval", "UIAlpha", "UIRed",
           "UIWhite", "UIColorComponentCount", "UIFontName", "UIFontPointSize", "$class", "$classes", "frame", "subviews"]
 
 
-def size():  # small ones as often as large ones
+def size():  # uniform in its logarithm
     return int(2 ** (14 * chance()))
 
 
@@ -30,12 +29,8 @@ def color(**other):
     return record(COLOR, UIColorComponentCount=4, UIRed=0.5, UIGreen=chance(), UIBlue=1, UIAlpha=1.0, **other)
 
 
-def font(name):
-    return record(FONT, UIFontName=name, UIFontPointSize=17.5)
-
-
 def style(objects, extra=()):
-    table = objects + [color(), color(), font("HelveticaNeue")]
+    table = objects + [color(), color(), record(FONT, UIFontName="HelveticaNeue", UIFontPointSize=17.5)]
     keys = ["NSColor", "NSBackgroundColor", "NSFont"] + [f"key {i}" for i in range(len(extra))]
     values = [UID(len(objects) + i) for i in range(3)] + list(extra)
     return table + [record(DICTIONARY, NS__keys=keys, NS__objects=values)]
@@ -50,7 +45,7 @@ def nasty():
         lambda: record(below(20)), lambda: {str(i): i for i in range(size() // 8)}])()
 
 
-def spoil(objects):
+def damaged(objects):
     for _ in range(1 + below(3)):
         target = pick(objects)
         if isinstance(target, dict) and chance() < 0.3:
@@ -67,13 +62,14 @@ def bomb(base):
     chain = lambda links: [record(ARRAY, NS__objects=links(first + i)) for i in range(count)] + [record(ARRAY, NS__objects=[])]
     leaf = color(**{f"x{i}": i for i in range(size() // 32)})
     name = "n" * size()
+    font = record(FONT, UIFontName=name, UIFontPointSize=17.5)
     return pick([
         lambda: style(base + chain(lambda i: [UID(i + 1)]), [UID(first)]),
         lambda: style(base + chain(lambda i: [UID(i + 1)] * pick([2, 64])), [UID(first)]),
         lambda: style(base + chain(lambda i: [UID(i + 1)]), [UID(i) for i in range(first + count, first, -1)]),
         lambda: style(base + chain(lambda i: [UID(first + below(count))]), [UID(first)]),
         lambda: style(base + [leaf] * count, [UID(first + i) for i in range(count)]),
-        lambda: style(base + [font(name)] * count, [UID(first + i) for i in range(count)]),
+        lambda: style(base + [font] * count, [UID(first + i) for i in range(count)]),
         lambda: style(base + [name, record(ARRAY, NS__objects=[UID(first)] * count)], [UID(first + 1)]),
         lambda: style(base + [record(DICTIONARY, NS__keys=[name], NS__objects=[1])] * count,
                       [UID(first + i) for i in range(count)]),
@@ -81,8 +77,8 @@ def bomb(base):
         lambda: style(base, [color()] * count), lambda: style(base + [str(i) for i in range(count)])])()
 
 
-def patch(data):
-    """Offsets, counts, references, the trailer: anything but what they should be."""
+def patched(data):
+    """Changes offsets, counts, references and the trailer."""
     data = bytearray(data.replace(b"\xe0\x00", b"\xd8\x00"))  # halves of surrogate pairs
     for _ in range(below(4)):
         at = pick([below(len(data)), len(data) - 1 - below(min(len(data), 64))])
@@ -93,10 +89,8 @@ def patch(data):
 
 for _ in range(int(sys.argv[2])):
     table = ["$null"] + [{"$classname": (c or [1])[0], "$classes": c} for c in CHAINS]
-    table = pick([style, bomb, lambda base: spoil(style(base)), lambda base: spoil(bomb(base))])(table)
+    table = pick([style, bomb, lambda base: damaged(style(base)), lambda base: damaged(bomb(base))])(table)
     root = UID(len(table) - 1 if chance() < 0.95 else below(len(table)))
     archive = {"$version": 100000, "$archiver": "NSKeyedArchiver", "$top": {"root": root}, "$objects": table}
-    data = plistlib.dumps(archive, fmt=plistlib.FMT_BINARY)
-    if chance() < 0.3:
-        data = patch(data)
-    sys.stdout.buffer.write(struct.pack(">I", len(data)) + data)
+    data = pick([bytes, bytes, patched])(plistlib.dumps(archive, fmt=plistlib.FMT_BINARY))
+    sys.stdout.buffer.write(b"%d;" % len(data) + data)

@@ -1,4 +1,4 @@
-// A coder over values given in the test: for records that no archiver writes.
+// A coder over values that the test gives, for records that the archiver never writes.
 #pragma once
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
@@ -13,7 +13,6 @@ class RecordCoder : public NSCoder {
     using Record = std::map<std::string, std::variant<double, std::string>, std::less<>>;
     explicit RecordCoder(Record record) : record_(std::move(record)) {}
 
-    std::optional<bool> decodeBool(std::string_view) override { return std::nullopt; }
     std::optional<long long> decodeInteger(std::string_view key) override {
         const auto number = decodeDouble(key);
         return number ? std::optional(static_cast<long long>(*number)) : std::nullopt;
@@ -22,11 +21,6 @@ class RecordCoder : public NSCoder {
     std::optional<std::string> decodeString(std::string_view key) override {
         return find<std::string>(key);
     }
-    std::optional<std::string> decodeBytes(std::string_view) override { return std::nullopt; }
-    std::optional<CGRect> decodeRect(std::string_view) override { return std::nullopt; }
-    Ref<NSObject> decodeObject(std::string_view) override { return nullptr; }
-    std::vector<Ref<NSObject>> decodeObjects(std::string_view) override { return {}; }
-    bool failed() const override { return false; }
 
   private:
     template <class T>

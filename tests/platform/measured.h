@@ -1,5 +1,5 @@
-// What a call costs in processor time and in memory of our own. For one file of a program: it
-// replaces the program's operator new.
+// Measures the processor time and the memory of a call. Include it in one file of a program only:
+// it replaces operator new.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@ inline std::size_t liveBytes = 0, peakBytes = 0, allocations = 0;
 
 struct Cost {
     double milliseconds = 0;
-    std::size_t bytes = 0; // at the most, at one time
+    std::size_t bytes = 0; // peak
     std::size_t allocations = 0;
 };
 

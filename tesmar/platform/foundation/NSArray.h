@@ -11,13 +11,14 @@ class TESMAR_API NSArray : public NSObject {
     TESMAR_CLASS
 
   public:
+    // Null elements are dropped.
     static Ref<NSArray> arrayWithObjects(std::vector<Ref<NSObject>> objects);
 
     const std::vector<Ref<NSObject>>& objects() const { return objects_; }
-    std::size_t count() const { return objects_.size(); }
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
+    // Equal elements in the same order.
     bool isEqual(const NSObject* other) const override;
 
   private:

@@ -26,7 +26,7 @@ struct Registry {
 };
 
 Registry& registry() {
-    // Never destroyed: preferences may be saved until the very end of the process.
+    // Never destroyed: static destructors may still save preferences.
     static auto* const instance = new Registry;
     return *instance;
 }
@@ -62,7 +62,7 @@ Ref<NSBundle> NSBundle::mainBundle() {
 
 void NSBundle::setMainBundle(const Ref<NSBundle>& bundle) {
     Registry& r = registry();
-    auto replaced = bundle; // let go unlocked: its source may own anything
+    auto replaced = bundle; // destroyed after unlocking: its source may own anything
     const std::lock_guard lock(r.mutex);
     r.main.swap(replaced);
 }

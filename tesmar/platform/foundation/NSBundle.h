@@ -1,5 +1,5 @@
-// A set of named resources: interface files and images. Any thread; a source is asked on the thread
-// that wants the resource.
+// A set of named resources: interface files and images. Any thread; the source is called on the
+// thread that calls resource().
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -15,26 +15,28 @@ class TESMAR_API NSBundle : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Answers the bytes of the resource file of that name ("stepper-up@2x.png"), or nothing.
+    // Returns the bytes of the resource file of that name ("stepper-up@2x.png"), or nothing.
     using Source = std::function<std::optional<std::string>(std::string_view fileName)>;
 
-    // `identifier` is a reverse-domain name; it also names the application's preferences when the
-    // bundle is the main one. The bundle answers nothing when `source` is empty.
+    // `identifier` is a reverse-domain name; that of the main bundle also names the application's
+    // preferences. With an empty `source` the bundle has no resources.
     static Ref<NSBundle> bundle(std::string identifier, Source source);
-    // Resources are the regular files of `directory`, read when asked for.
+    // The resources are the regular files of `directory`, at most 96 MiB each, read at each call
+    // of resource().
     static Ref<NSBundle> bundleWithPath(std::string identifier, std::string directory);
 
-    // The host application's bundle. Until setMainBundle it is named after the executable and has
-    // no resources.
+    // The host application's bundle. Unless set, its identifier is the name of the executable and
+    // it has no resources.
     static Ref<NSBundle> mainBundle();
+    // Null restores that default.
     static void setMainBundle(const Ref<NSBundle>& bundle);
 
-    // A bundle that was made known with registerBundle, or null.
+    // The bundle last registered under this identifier, or null.
     static Ref<NSBundle> bundleWithIdentifier(std::string_view identifier);
     static void registerBundle(const Ref<NSBundle>& bundle);
 
     const std::string& bundleIdentifier() const { return identifier_; }
-    // Names with a path separator in them are never found.
+    // Nothing if there is no such resource. Names that contain a path separator are never found.
     std::optional<std::string> resource(std::string_view fileName) const;
 
   private:

@@ -32,13 +32,6 @@ Ref<NSObject> NSDictionary::objectForKey(std::string_view key) const {
     return found == entries_.end() ? nullptr : found->second;
 }
 
-std::vector<std::string> NSDictionary::allKeys() const {
-    std::vector<std::string> keys;
-    for (const auto& [key, value] : entries_)
-        keys.push_back(key);
-    return keys;
-}
-
 Ref<NSMutableDictionary> NSDictionary::mutableCopy() const {
     auto copy = make<NSMutableDictionary>();
     copy->entries_ = entries_;
@@ -81,7 +74,7 @@ bool NSDictionary::isEqual(const NSObject* other) const {
 void NSMutableDictionary::setObject(const Ref<NSObject>& object, std::string_view forKey) {
     if (!object)
         fatalError("NSMutableDictionary: object for key \"" + std::string(forKey) + "\" is null");
-    // The old value is let go last: its destructor may look at this dictionary.
+    // The old value is released last: its destructor may use this dictionary.
     auto entry = entries_.find(forKey);
     if (entry == entries_.end()) {
         entries_.emplace(forKey, object);

@@ -1,4 +1,4 @@
-// Objects under string keys. NSDictionary cannot be changed; NSMutableDictionary can.
+// Objects under string keys. Only NSMutableDictionary can be changed. Values are never null.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -6,7 +6,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tesmar {
 
@@ -18,22 +17,20 @@ class TESMAR_API NSDictionary : public NSObject {
   public:
     using Entries = std::map<std::string, Ref<NSObject>, std::less<>>;
 
-    // Null values are left out.
+    // Null values are dropped.
     static Ref<NSDictionary> dictionaryWithEntries(Entries entries);
 
-    // Null when there is no such key.
+    // Null if there is no such key.
     Ref<NSObject> objectForKey(std::string_view key) const;
-    std::size_t count() const { return entries_.size(); }
-    std::vector<std::string> allKeys() const;
-    // In ascending byte order of the keys. Valid until the dictionary changes.
+    // In ascending byte order of the keys. Valid while the dictionary exists unchanged.
     const Entries& entries() const { return entries_; }
 
-    // A new dictionary with the same keys and the same (shared) value objects.
+    // A new dictionary with the same keys, which shares the value objects.
     Ref<NSMutableDictionary> mutableCopy() const;
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
-    // Same keys with equal values; mutability does not count.
+    // Same keys with equal values, whether mutable or not.
     bool isEqual(const NSObject* other) const override;
 
   protected:
@@ -46,7 +43,7 @@ class TESMAR_API NSMutableDictionary : public NSDictionary {
   public:
     // Replaces any earlier value. A null object is a fatal error.
     void setObject(const Ref<NSObject>& object, std::string_view forKey);
-    // Nothing happens when there is no such key.
+    // No effect if there is no such key.
     void removeObjectForKey(std::string_view key);
 };
 

@@ -13,9 +13,9 @@ namespace tesmar {
 namespace {
 
 constexpr double kNever = std::numeric_limits<double>::infinity();
-// Messages in one pump. Work that schedules itself again must not make up for years, nor hang the
-// host: after so many the way is over, and after as many again the rest waits for the next pump.
-constexpr int kMostOnTheWay = 10'000;
+// Items run at their own times in one advanceTo(); as many again run at its end. Without a limit,
+// work that reschedules itself would hang the host after a long pause.
+constexpr int kMostItemsOnTime = 10'000;
 
 } // namespace
 
@@ -37,12 +37,12 @@ void NSRunLoop::advanceTo(double time) {
     if (!std::isfinite(time))
         return;
     const double end = std::max(now_, time);
-    for (int fired = 0; fired < 2 * kMostOnTheWay;) {
+    for (int fired = 0; fired < 2 * kMostItemsOnTime;) {
         const double item = items_.empty() ? kNever : items_.front().due;
         if (!frameClients_.empty() && nextFrame_ <= std::min(end, item)) {
             runFrames(std::min(end, item));
         } else if (item <= end) {
-            now_ = fired++ < kMostOnTheWay ? std::max(now_, item) : end;
+            now_ = fired++ < kMostItemsOnTime ? std::max(now_, item) : end;
             fireNextItem();
         } else {
             break;
@@ -56,9 +56,9 @@ std::optional<double> NSRunLoop::nextDeadline() const {
     std::optional<double> deadline;
     if (!items_.empty() && items_.front().due < kNever)
         deadline = items_.front().due;
-    const bool moving = std::any_of(frameClients_.begin(), frameClients_.end(),
-                                    [](const auto& client) { return !client.expired(); });
-    if (moving)
+    const bool hasClients = std::any_of(frameClients_.begin(), frameClients_.end(),
+                                        [](const auto& client) { return !client.expired(); });
+    if (hasClients)
         deadline = deadline ? std::min(*deadline, nextFrame_) : nextFrame_;
     return deadline;
 }
@@ -78,7 +78,7 @@ void NSRunLoop::cancel(std::uint64_t id) {
         std::find_if(items_.begin(), items_.end(), [&](const Item& item) { return item.id == id; });
     if (found == items_.end())
         return;
-    // The work may own the last reference to anything: it goes only once the queue is settled.
+    // Destroyed last: destructors that it triggers may use the queue.
     const auto cancelled = std::move(found->work);
     items_.erase(found);
 }
@@ -101,7 +101,7 @@ void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
                                         [&](const Item& item) { return item.target == &target; });
         if (found == items_.end())
             return;
-        // It may own the last reference to anything: it goes only once the queue is settled.
+        // Destroyed last: destructors that it triggers may use the queue.
         const Item cancelled = std::move(*found);
         items_.erase(found);
     }
@@ -125,15 +125,15 @@ void NSRunLoop::fireNextItem() {
 }
 
 void NSRunLoop::runFrames(double time) {
-    // Frames that nobody could have seen are not made up for.
+    // Skips missed frames: the host has not drawn meanwhile.
     const double missed = std::floor((time - nextFrame_) / kFrameInterval);
     const double at = std::min(nextFrame_ + std::max(missed, 0.0) * kFrameInterval, time);
     now_ = std::max(now_, at);
-    // At times that are too large for their own fractions, the next one at all.
+    // At huge times adding an interval changes nothing, so use the next representable double.
     nextFrame_ = std::max(at + kFrameInterval, std::nextafter(at, kNever));
 
-    // Those of now, whom each of them may change. In memory that is kept from frame to frame.
-    auto clients = std::exchange(askedClients_, {});
+    // A copy, because clients may add and remove clients. Its memory is reused.
+    auto clients = std::exchange(frameScratch_, {});
     clients = frameClients_;
     for (const auto& weak : clients) {
         const auto client = weak.lock();
@@ -144,7 +144,7 @@ void NSRunLoop::runFrames(double time) {
         });
     }
     clients.clear();
-    askedClients_ = std::move(clients);
+    frameScratch_ = std::move(clients);
 }
 
 } // namespace tesmar

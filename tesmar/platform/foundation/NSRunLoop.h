@@ -1,7 +1,8 @@
-// Deferred work in the host's time. The library has no clock and no thread: the host pumps.
+// Deferred work in the host's time. The library has no clock and no thread: the host passes the
+// time and calls advanceTo().
 //
-// Times are seconds on any monotonic clock of the host's choosing. Time never runs backwards here:
-// an earlier time than the last one, or one that is not finite, counts as the last one.
+// Times are seconds on any monotonic clock that the host chooses. An earlier time than the last
+// one, NaN or infinity counts as the last one. Main thread only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -14,49 +15,52 @@
 
 namespace tesmar {
 
-// Work that goes on from frame to frame, such as a motion.
+// Work that continues from frame to frame, such as an animation.
 class TESMAR_API FrameClient {
   public:
     virtual ~FrameClient() = default;
-    // Brings the work up to `now`. False: it is finished and is asked no more.
+    // Advances the work to `now`, in seconds. Returns false when the work is finished; the client
+    // is then removed.
     virtual bool frame(double now) = 0;
 };
 
 class TESMAR_API NSRunLoop {
   public:
-    static constexpr double kFrameInterval = 1.0 / 60;
+    static constexpr double kFrameInterval = 1.0 / 60; // seconds
 
-    // The one run loop of the process; main thread only.
+    // The one run loop of the process; never destroyed.
     static NSRunLoop& mainRunLoop();
 
-    // The last time that was pumped.
+    // The current time: the last one that the host passed, or the deadline of the work that is
+    // running. 0 at the start.
     double now() const { return now_; }
 
-    // Moves the time forward without firing anything: an event that came at `time` is about to be
-    // handled.
+    // Moves the time forward without running any work, before an event of that time is handled.
     void noteTime(double time);
-    // Moves the time forward to `time`, firing on the way, in order, everything that falls due.
-    // Work that is scheduled meanwhile and falls due by `time` fires too; frame clients are asked
-    // once for each stretch between two deadlines, however long it is. Work that keeps scheduling
-    // itself is not made up for without end: after some thousands, the time is `time`.
+    // Moves the time forward to `time` and runs all work that is due by then, in order, including
+    // work scheduled meanwhile. Frame clients get one frame between two deadlines, however far
+    // apart. One call runs at most 20,000 items of work: after 10,000 the time jumps to `time`, so
+    // work that repeats itself skips what it missed; items beyond 20,000 wait for the next call.
     void advanceTo(double time);
-    // When advanceTo next has something to do; nothing while all is at rest.
+    // The time at which advanceTo() next has work to do; nothing if there is none.
     std::optional<double> nextDeadline() const;
 
-    // Calls `work` once, `delay` seconds from now (at the next pump if that is not positive). The
-    // answer cancels it.
+    // Calls `work` once, `delay` seconds from now; in the next advanceTo() if that is not positive
+    // or NaN. Owns `work` until it has run or is cancelled. Returns an id for cancel().
     std::uint64_t schedule(double delay, std::function<void()> work);
+    // Ignores ids of work that has run or was cancelled.
     void cancel(std::uint64_t id);
 
-    // Sends the message once, `delay` seconds from now. The target (and the argument) are kept
-    // alive until it has been sent or cancelled.
+    // Sends the message once, `delay` seconds from now. Owns the target and the argument until the
+    // message has been sent or cancelled.
     void performSelectorAfterDelay(const Ref<NSObject>& target, Selector selector,
                                    const Ref<NSObject>& argument, double delay);
     // Cancels every delayed message to `target`.
     void cancelPreviousPerformRequests(const NSObject& target);
 
-    // Asks `client` for a frame at every frame interval from the next one on, until it has finished
-    // or is destroyed. Adding it again changes nothing.
+    // Calls client->frame() at every frame interval, first one interval from now unless other
+    // clients are running already, until it returns false or the client is destroyed. Does not own
+    // the client. Adding it again has no effect.
     void addFrameClient(const Ref<FrameClient>& client);
 
   private:
@@ -74,8 +78,8 @@ class TESMAR_API NSRunLoop {
     std::uint64_t lastId_ = 0;
     std::vector<Item> items_; // ordered by due time, then by id
     std::vector<WeakRef<FrameClient>> frameClients_;
-    std::vector<WeakRef<FrameClient>> askedClients_; // empty between frames
-    double nextFrame_ = 0;                           // meaningful while there are frame clients
+    std::vector<WeakRef<FrameClient>> frameScratch_; // empty between frames; keeps its memory
+    double nextFrame_ = 0;                           // valid while there are frame clients
 };
 
 } // namespace tesmar

@@ -13,12 +13,12 @@ struct Slot {
 };
 
 Slot& slot() {
-    // Never destroyed: there may be something to tell until the very end of the process.
+    // Never destroyed: static destructors may still report diagnostics.
     static auto* const instance = new Slot;
     return *instance;
 }
 
-// A copy: a handler that is called may replace itself.
+// A copy: a running handler may replace itself.
 DiagnosticHandler currentHandler() {
     const std::lock_guard lock(slot().mutex);
     return slot().handler;
@@ -27,7 +27,7 @@ DiagnosticHandler currentHandler() {
 } // namespace
 
 void fatalError(std::string_view message) {
-    // One write, so that lines of several threads do not mix; streams may be broken by now.
+    // A single write keeps lines of several threads apart, and does not depend on stream state.
     const std::string line = "tesmar: " + std::string(message) + "\n";
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
     std::abort();
@@ -35,7 +35,7 @@ void fatalError(std::string_view message) {
 
 void setDiagnosticHandler(DiagnosticHandler handler) {
     const std::lock_guard lock(slot().mutex);
-    slot().handler.swap(handler); // what was there goes unlocked, with the parameter
+    slot().handler.swap(handler); // the parameter destroys the old one after unlocking
 }
 
 void diagnostic(std::string_view message) {

@@ -1,4 +1,4 @@
-// The two ways in which the toolkit speaks to developers. Viewers never see either.
+// Messages for developers: fatal errors and diagnostics. Any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -9,22 +9,21 @@
 
 namespace tesmar {
 
-// Ends the process (abort) after one line, "tesmar: <message>", on standard error. For misuse that
-// the interface is built to prevent. Any thread.
+// Writes one line, "tesmar: <message>", to standard error and calls abort(). For programming errors
+// of the caller.
 [[noreturn]] TESMAR_API void fatalError(std::string_view message);
 
-// Receives what is worth telling a developer but harms nobody: a constraint given up, an image that
-// was not found. Called on the thread on which it happened.
+// Receives a message about a problem that the library recovered from, such as a constraint that was
+// dropped or an image that was not found. Called on the thread on which the problem occurred.
 using DiagnosticHandler = std::function<void(std::string_view message)>;
 
-// Replaces the handler; an empty one (the start) keeps the library silent. Any thread, as the two
-// below.
+// Replaces the handler. Without one, the initial state, diagnostics are dropped.
 TESMAR_API void setDiagnosticHandler(DiagnosticHandler handler);
 
-// Hands `message` to the handler, if there is one.
+// Passes `message` to the handler, if there is one.
 TESMAR_API void diagnostic(std::string_view message);
 
-// Whether anybody listens: lets a caller skip building a message.
+// Whether there is a handler. Lets a caller skip building a message.
 TESMAR_API bool diagnosticsWanted();
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-// What the shared library shows to its users; everything else is hidden.
+// Marks what the shared library exports; other symbols are hidden.
 #pragma once
 
 #define TESMAR_API __attribute__((visibility("default")))

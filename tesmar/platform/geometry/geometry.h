@@ -45,10 +45,11 @@ struct CGRect {
     CGPoint center() const { return {midX(), midY()}; }
     bool isEmpty() const { return !(size.width > 0) || !(size.height > 0); }
 
-    // The left and top edges belong to the rectangle, the right and bottom ones do not.
+    // The left and top edges are inside, the right and bottom edges outside.
     bool contains(CGPoint p) const {
         return p.x >= minX() && p.x < maxX() && p.y >= minY() && p.y < maxY();
     }
+    // A rectangle contains itself.
     bool contains(const CGRect& r) const {
         return r.minX() >= minX() && r.maxX() <= maxX() && r.minY() >= minY() && r.maxY() <= maxY();
     }
@@ -64,7 +65,8 @@ struct UIEdgeInsets {
     bool operator==(const UIEdgeInsets&) const = default;
 };
 
-// Shrinks `r` on every side; negative amounts grow it. Empty when nothing would be left.
+// Moves each side of `r` inwards, or outwards where the amount is negative. Empty (all zero) if a
+// side would pass the opposite one.
 inline CGRect CGRectInset(const CGRect& r, CGFloat dx, CGFloat dy) {
     const CGFloat width = r.size.width - 2 * dx;
     const CGFloat height = r.size.height - 2 * dy;
@@ -81,7 +83,7 @@ inline CGRect CGRectInset(const CGRect& r, const UIEdgeInsets& insets) {
     return {r.minX() + insets.left, r.minY() + insets.top, width, height};
 }
 
-// Empty (all zero) when the rectangles share no area.
+// Empty (all zero) if the rectangles share no area.
 inline CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
     const CGFloat x = std::max(a.minX(), b.minX());
     const CGFloat y = std::max(a.minY(), b.minY());
@@ -92,6 +94,7 @@ inline CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
     return {x, y, right - x, bottom - y};
 }
 
+// The smallest rectangle around both; an empty one is ignored.
 inline CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
     if (a.isEmpty())
         return b;
@@ -102,20 +105,20 @@ inline CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
     return {x, y, std::max(a.maxX(), b.maxX()) - x, std::max(a.maxY(), b.maxY()) - y};
 }
 
-// A number from outside made safe to calculate with: not-a-number becomes `fallback`, everything
-// else is held within [low, high].
+// For numbers from outside: clamps to [low, high]; NaN becomes `fallback`.
 inline CGFloat finite(CGFloat value, CGFloat low, CGFloat high, CGFloat fallback) {
     return std::isnan(value) ? fallback : std::clamp(value, low, high);
 }
 
-// No coordinate beyond this is meaningful on any screen; held within it, sums of several stay
-// exact.
+// In points. Larger than any screen, and small enough for accurate sums of several coordinates.
 inline constexpr CGFloat kLargestCoordinate = 1e7;
 
+// Clamps to the largest coordinate in either direction; NaN becomes 0.
 inline CGFloat finiteCoordinate(CGFloat value) {
     return finite(value, -kLargestCoordinate, kLargestCoordinate, 0);
 }
 
+// The same for all four numbers; the size becomes at least 0.
 inline CGRect finiteRect(const CGRect& r) {
     return {finiteCoordinate(r.origin.x), finiteCoordinate(r.origin.y),
             finite(r.size.width, 0, kLargestCoordinate, 0),

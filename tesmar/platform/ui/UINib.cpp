@@ -13,8 +13,6 @@
 namespace tesmar {
 namespace {
 
-constexpr std::size_t kLargestFile = 1 << 20;
-
 const std::map<std::string_view, NSLayoutFormatOptions>& optionNames() {
     static const std::map<std::string_view, NSLayoutFormatOptions> names{
         {"", NSLayoutFormatNone},
@@ -27,8 +25,8 @@ const std::map<std::string_view, NSLayoutFormatOptions>& optionNames() {
     return names;
 }
 
-// <outlet property="nextButton" destination="next"/> calls setNextButton: with the object of that
-// id.
+// <outlet property="nextButton" destination="next"/> calls setNextButton: with the object whose id
+// is "next".
 void connectOutlets(InterfaceFile& file, const Ref<NSObject>& object, const pugi::xml_node& node) {
     for (const auto& outlet : node.children("outlet")) {
         std::string property = outlet.attribute("property").value();
@@ -54,7 +52,8 @@ NSLayoutConstraint::Views viewsById(const InterfaceFile& file) {
     return views;
 }
 
-// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/> among the ids of the file.
+// <constraints format="H:|[prev(44)][name]" options="alignAllCenterY"/>, where the names of views
+// are ids of the file.
 void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
                     const Ref<NSObject>& object, const pugi::xml_node& node) {
     const auto view = as<UIView>(object);
@@ -70,7 +69,7 @@ void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
         if (const auto* error = std::get_if<VisualFormatError>(&made))
             file.fail(constraints, describe(*error, format));
         else if (const auto& all = std::get<std::vector<Ref<NSLayoutConstraint>>>(made);
-                 file.countConstraints(all.size(), constraints))
+                 file.spend({.values = all.size()}, constraints))
             view->addConstraints(all);
     }
 }
@@ -105,8 +104,9 @@ std::vector<Ref<NSObject>> UINib::instantiateWithOwner(const Class*) const {
 std::optional<std::vector<Ref<NSObject>>>
 instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::string& problem) {
     registerPlatformClasses();
-    if (text.size() > kLargestFile) {
-        problem = "larger than " + std::to_string(kLargestFile) + " bytes";
+    InterfaceFile file;
+    if (!file.budget.spendBytes(text.size())) {
+        problem = "larger than " + std::to_string(kInterfaceLimits.bytes) + " bytes";
         return std::nullopt;
     }
     pugi::xml_document document;
@@ -116,7 +116,6 @@ instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::st
             std::string(parsed.description()) + " (at byte " + std::to_string(parsed.offset) + ")";
         return std::nullopt;
     }
-    InterfaceFile file;
     file.bundle = bundle;
     std::vector<Ref<NSObject>> topLevel;
     for (const auto& node : document.child("interface").children("object"))

@@ -1,5 +1,4 @@
-// Objects made from an interface file: an XML document that describes them (docs/interface-files.md
-// tells the format).
+// Makes objects from an interface file, an XML document (format: docs/interface-files.md).
 #pragma once
 
 #include "tesmar/platform/foundation/NSBundle.h"
@@ -17,13 +16,13 @@ class TESMAR_API UINib : public NSObject {
     TESMAR_CLASS
 
   public:
-    // The interface file "<name>.xml" of `bundle` (null: the main bundle), read now. A file that is
-    // not there is a fatal error.
+    // Reads the interface file "<name>.xml" of `bundle`, or of the main bundle if null. A missing
+    // file is a fatal error.
     static Ref<UINib> nibWithNibName(const std::string& name, const Ref<NSBundle>& bundle);
 
-    // New objects, from the top of the file to its end, with their outlets connected and woken
-    // (awakeFromNib). `owner` is the class on which the loading was asked for; the file cannot
-    // refer to it. A file that is not sound is a fatal error that names the place.
+    // New top-level objects in the order of the file. All outlets are connected, and awakeFromNib()
+    // has been called on every object. `owner` is the class that loads the file; the file cannot
+    // refer to it. An invalid file is a fatal error that names the byte offset.
     std::vector<Ref<NSObject>> instantiateWithOwner(const Class* owner) const;
 
   private:
@@ -32,8 +31,7 @@ class TESMAR_API UINib : public NSObject {
     Ref<NSBundle> bundle_;
 };
 
-// The same from text, with the problem instead of the fatal error: nothing where the text is not a
-// sound interface file.
+// The same from the text of a file. If it is invalid, returns nothing and sets `problem`.
 std::optional<std::vector<Ref<NSObject>>>
 instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::string& problem);
 

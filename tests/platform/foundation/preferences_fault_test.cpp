@@ -1,4 +1,4 @@
-// Saves that are made to fail, are killed, or meet others: the file is always whole.
+// Saves that fail, are killed, or run at the same time: the file is always whole.
 //
 // TESMAR_SOAK=N repeats the kills and the concurrent saves N times as often.
 #include "tesmar/platform/foundation/defaults/internal/preferences_store.h"
@@ -22,77 +22,56 @@ namespace tesmar {
 namespace {
 
 namespace fs = std::filesystem;
-using test::readFile;
-using test::writeFile;
+using namespace test;
 
-int soak() {
+std::size_t soak() {
     const char* value = std::getenv("TESMAR_SOAK");
-    return value ? std::max(1, std::atoi(value)) : 1;
+    return value ? static_cast<std::size_t>(std::max(1, std::atoi(value))) : 1;
 }
 
-// Fails, or dies, at the call of a certain number.
-class FaultyFiles : public FileSystem {
-  public:
-    enum Extent { once, fromThenOn };
-    static constexpr int kDies = -1;
-
-    void arm(std::size_t call, int error, Extent extent) {
-        calls.clear();
-        call_ = call;
-        error_ = error;
-        extent_ = extent;
-    }
-    void disarm() { arm(0, 0, once); }
-    std::vector<std::string_view> calls; // by name, since they were last armed
-
-  protected:
+// Fails from the first to the last of the calls, by number.
+struct FaultyFiles : FileSystem {
     int fault(std::string_view name) override {
-        calls.push_back(name);
-        if (call_ == 0 || (extent_ == once ? calls.size() != call_ : calls.size() < call_))
+        calls.emplace_back(name);
+        if (calls.size() < first || calls.size() > last)
             return 0;
-        if (error_ == kDies)
+        if (error < 0)
             ::kill(::getpid(), SIGKILL);
-        return error_;
+        return error;
     }
-
-  private:
-    std::size_t call_ = 0;
-    int error_ = 0;
-    Extent extent_ = once;
+    std::size_t first = 1, last = 0;
+    int error = 0;                  // negative: ends the process
+    std::vector<std::string> calls; // by name
 };
 
-std::string listOf(const char* value) {
-    return writePropertyList(
-        PropertyList::Dictionary{{"foreign", PropertyList::UID{7}}, {"key", value}});
-}
-
-// Every state that a save may find.
+// Every state in which a save may find the file.
 struct Scene {
     const char* what;
     std::string before, after;
+    bool isBroken() const { return before == "broken"; }
 };
-const Scene kScenes[] = {
-    {"first save", "", writePropertyList(PropertyList::Dictionary{{"key", "new"}})},
-    {"later save", listOf("old"), listOf("new")},
-    {"broken file", "broken", writePropertyList(PropertyList::Dictionary{{"key", "new"}})},
-};
+const std::string kNew = writePropertyList(PropertyList::Dictionary{{"key", "new"}});
+std::string laterList(const char* value) {
+    return writePropertyList(PropertyList::Dictionary{{"foreign", UID{7}}, {"key", value}});
+}
+const Scene kScenes[] = {{"first save", "", kNew},
+                         {"later save", laterList("old"), laterList("new")},
+                         {"broken file", "broken", kNew}};
 
 class PreferencesFault : public testing::Test {
   protected:
-    void lay(const Scene& scene) {
+    void prepare(const Scene& scene) {
         fs::remove_all(directory.path() / "app");
-        if (!scene.before.empty()) {
-            fs::create_directory(directory.path() / "app");
+        if (!scene.before.empty() && fs::create_directory(directory.path() / "app"))
             writeFile(file, scene.before);
-        }
     }
-    bool save(FileSystem& files, const PropertyList& value = "new") const {
+    PreferencesStore storeWith(FileSystem& files, const PropertyList& value = "new") const {
         PreferencesStore store(files);
         store.setPath(file);
         store.setValue(value, "key");
-        return store.synchronize();
+        return store;
     }
-    // Runs `body` in a process of its own, which ends with its answer.
+    // Runs `body` in a process of its own; its status is 0 if `body` returns true.
     template <class Body>
     static pid_t start(Body&& body) {
         const pid_t child = ::fork();
@@ -100,184 +79,154 @@ class PreferencesFault : public testing::Test {
             ::_exit(body() ? 0 : 1);
         return child;
     }
-    static int finish(pid_t child) {
+    static bool isKilled(pid_t child) {
         int status = 0;
-        ::waitpid(child, &status, 0);
-        return status;
+        return ::waitpid(child, &status, 0) == child && WIFSIGNALED(status);
     }
 
-    // In memory, where waiting for the disk takes no time: nobody cuts the power here.
-    test::TemporaryDirectory directory{fs::exists("/dev/shm") ? "/dev/shm"
-                                                              : fs::temp_directory_path()};
+    // In memory, where flushing takes no time; no test cuts the power.
+    TemporaryDirectory directory{fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()};
     std::string file = directory.path() / "app" / "preferences.plist";
 };
 
-// What the calls of a save can fail with while the file is there: that it is not is no failure.
+// What the calls of a save can fail with while the file exists.
 constexpr int kErrors[] = {EACCES,    EAGAIN, EBADF,  EBUSY,   EDQUOT,  EFBIG,   EINTR,
                            EIO,       EISDIR, ELOOP,  EMFILE,  EMLINK,  ENFILE,  ENAMETOOLONG,
                            ENODEV,    ENOLCK, ENOMEM, ENOSPC,  ENOTDIR, ENOTSUP, ENXIO,
                            EOVERFLOW, EPERM,  EROFS,  ETXTBSY, EXDEV};
 
 TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
-    int tried = 0;
     for (const Scene& scene : kScenes) {
-        FaultyFiles files;
-        const auto saves = [&](std::size_t call, int error, FaultyFiles::Extent extent) {
-            lay(scene);
-            PreferencesStore store(files);
-            store.setPath(file);
-            store.setValue("new", "key");
-            files.arm(call, error, extent);
+        std::vector<std::string> calls;
+        const auto saves = [&](std::size_t call, std::size_t last, int error) {
+            prepare(scene);
+            FaultyFiles files;
+            files.first = call, files.last = last, files.error = error;
+            auto store = storeWith(files);
             const bool saved = store.synchronize();
-            const auto calls = files.calls;
-            files.disarm();
-
-            // Only what comes after the rename can fail with the new file in place.
-            const auto renames = std::find(calls.begin(), calls.end(), "rename") - calls.begin();
-            const bool isNew = saved || call > static_cast<std::size_t>(renames) + 1;
+            calls = std::move(files.calls);
+            files.last = 0;
+            // Only calls after the rename can fail with the new file in place.
+            const auto rename = std::find(calls.begin(), calls.end(), "rename") - calls.begin();
+            const bool isNew = saved || call > static_cast<std::size_t>(rename) + 1;
             EXPECT_EQ(readFile(file), isNew ? scene.after : scene.before);
             EXPECT_EQ(*store.value("key").value().get<std::string>(), "new");
             EXPECT_TRUE(store.synchronize()); // succeeds as soon as nothing fails
             EXPECT_EQ(readFile(file), scene.after);
-            EXPECT_FALSE(fs::exists(file + ".tmp"));
-            EXPECT_EQ(fs::exists(file + ".corrupt"), scene.before == "broken");
-            EXPECT_FALSE(fs::exists(file + ".corrupt.1"));
-            ++tried;
-            return std::pair(saved, calls);
+            EXPECT_FALSE(fs::exists(file + ".tmp") || fs::exists(file + ".corrupt.1"));
+            EXPECT_EQ(fs::exists(file + ".corrupt"), scene.isBroken());
+            return saved;
         };
-        const auto [saved, calls] = saves(0, 0, FaultyFiles::once);
-        ASSERT_TRUE(saved);
-        const auto locks = std::find(calls.begin(), calls.end(), "flock");
-        const auto renames = std::find(locks, calls.end(), "rename");
-        const auto closes = std::find(std::find(locks, renames, "write"), renames, "close");
-        // Down on the disk before the rename: the new file, and a copy with its name. After: a
-        // name.
-        EXPECT_EQ(std::count(locks, renames, "fsync"), scene.before == "broken" ? 3 : 1);
-        EXPECT_EQ(std::count(renames, calls.end(), "fsync"), 1);
-        for (auto called = calls.begin(); called != calls.end(); ++called) {
-            const std::string name(*called);
-            const auto call = static_cast<std::size_t>(called - calls.begin()) + 1;
-            // Sweeping, giving to the owner, confirming parent directories and unlocking (which the
-            // end of the descriptor does too) are done where they are possible.
-            const bool isVital = name == "close"      ? called == closes
-                                 : name == "mkdir"    ? scene.before.empty()
-                                 : called < locks - 1 ? name == "readlink"
-                                                      : name != "unlink" && name != "fchown" &&
-                                                            called != calls.end() - 2;
+        ASSERT_TRUE(saves(1, 0, 0));
+        const auto all = calls;
+        const auto lock = std::find(all.begin(), all.end(), "flock");
+        const auto rename = std::find(lock, all.end(), "rename");
+        const auto close = std::find(std::find(lock, rename, "write"), rename, "close");
+        // Flushed before the rename: the new file, and a copy with its name. After it: a name.
+        EXPECT_EQ(std::count(lock, rename, "fsync"), scene.isBroken() ? 3 : 1);
+        EXPECT_EQ(std::count(rename, all.end(), "fsync"), 1);
+        for (auto called = all.begin(); called != all.end(); ++called) {
+            const std::string& name = *called;
+            const auto call = static_cast<std::size_t>(called - all.begin()) + 1;
+            // Optional: removing old files, restoring the owner, flushing parent directories, and
+            // unlocking, which closing the descriptor does too.
+            const bool isVital = name == "close"     ? called == close
+                                 : name == "mkdir"   ? scene.before.empty()
+                                 : called < lock - 1 ? name == "readlink"
+                                                     : name != "unlink" && name != "fchown" &&
+                                                           called != all.end() - 2;
             for (const int error : kErrors) {
                 if (name == "flock" && error == EAGAIN) // is waited for
                     continue;
                 SCOPED_TRACE(std::string(scene.what) + ", call " + std::to_string(call) + ", " +
                              name + ": " + std::strerror(error));
-                EXPECT_EQ(saves(call, error, FaultyFiles::once).first, !isVital || error == EINTR);
-                saves(call, error, FaultyFiles::fromThenOn);
+                EXPECT_EQ(saves(call, call, error), !isVital || error == EINTR);
+                saves(call, SIZE_MAX, error);
             }
         }
     }
-    RecordProperty("saves", tried);
 }
 
 TEST_F(PreferencesFault, ALimitOnFileSizesEndsNobody) {
-    lay(kScenes[1]);
-    const pid_t child = start([&] {
-        const rlimit limit{8192, 8192};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        FileSystem files;
-        return !save(files, std::string(20'000, 'x'));
-    });
-    EXPECT_EQ(finish(child), 0);
+    prepare(kScenes[1]);
+    rlimit before;
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit limit{8192, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    FileSystem files;
+    EXPECT_FALSE(storeWith(files, std::string(20'000, 'x')).synchronize());
+    ::setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_EQ(readFile(file), kScenes[1].before);
 }
 
 TEST_F(PreferencesFault, AKilledSaverLeavesTheOldFileOrTheNewOne) {
-    int kills = 0;
     for (const Scene& scene : kScenes) {
-        FaultyFiles files;
-        lay(scene);
-        ASSERT_TRUE(save(files));
-        const std::size_t calls = files.calls.size();
-        for (std::size_t i = 0; i < calls * static_cast<std::size_t>(soak()); ++i, ++kills) {
-            lay(scene);
-            files.arm(i % calls + 1, FaultyFiles::kDies, FaultyFiles::once);
-            ASSERT_TRUE(WIFSIGNALED(finish(start([&] { return save(files); }))));
+        prepare(scene);
+        FaultyFiles all;
+        ASSERT_TRUE(storeWith(all).synchronize());
+        for (std::size_t i = 0; i < all.calls.size() * soak(); ++i) {
+            prepare(scene);
+            FaultyFiles files;
+            files.first = files.last = i % all.calls.size() + 1;
+            files.error = -1;
+            ASSERT_TRUE(isKilled(start([&] { return storeWith(files).synchronize(); })));
+            files.last = 0;
             const std::string now = readFile(file);
             ASSERT_TRUE(now == scene.before || now == scene.after) << scene.what << i;
-            ASSERT_TRUE(scene.before != "broken" || now == scene.before ||
+            ASSERT_TRUE(!scene.isBroken() || now == scene.before ||
                         readFile(file + ".corrupt") == scene.before);
-            files.disarm();
-            ASSERT_TRUE(save(files));
+            ASSERT_TRUE(storeWith(files).synchronize());
             ASSERT_EQ(readFile(file), scene.after);
             ASSERT_FALSE(fs::exists(file + ".tmp"));
         }
     }
-    RecordProperty("kills", kills);
 }
 
 TEST_F(PreferencesFault, ManySaversLoseNothing) {
-    lay(kScenes[1]);
-    constexpr int kProcesses = 8;
-    const int saves = 10 * soak();
-    const auto saver = [&](const std::string& own, int count) {
+    prepare(kScenes[1]);
+    const auto saves = static_cast<long long>(10 * soak());
+    const auto saver = [&](const std::string& own, long long count) {
         FileSystem files;
-        PreferencesStore store(files);
-        store.setPath(file);
-        bool isWhole = true;
-        for (int i = 1; i <= count; ++i) {
-            store.setValue(static_cast<long long>(i), own);
-            store.setValue(std::string(i % 8 * 9000, own[0]), "shared");
-            while (!store.synchronize()) // waits its turn for two seconds only
+        auto store = storeWith(files);
+        for (long long i = 1; i <= count; ++i) {
+            store.setValue(i, own);
+            store.setValue(std::string(static_cast<std::size_t>(i) % 8 * 9000, own[0]), "key");
+            while (!store.synchronize()) // each try waits for two seconds only
                 ;
-            const auto value = store.value(own);
-            isWhole = isWhole && value && store.value("foreign") && store.value("shared") &&
-                      value->get<PropertyList::Integer>()->low == static_cast<unsigned>(i);
         }
-        return isWhole;
+        return store.value("foreign").has_value();
     };
-    for (int p = 0; p < kProcesses; ++p)
+    int running = 8;
+    for (int p = 0; p < running; ++p)
         start([&, p] { return saver(std::to_string(p), saves); });
-    // Meanwhile others die at any moment, with the lock in their hands as often as not.
-    int running = kProcesses;
     while (running > 0) {
+        // Meanwhile others die at any moment, often while they hold the lock.
         const pid_t victim = start([&] { return saver("victim", 1'000'000); });
         ::usleep(3000);
         ::kill(victim, SIGKILL);
-        finish(victim);
+        EXPECT_TRUE(isKilled(victim));
         ASSERT_TRUE(readPropertyList(readFile(file)));
         for (int status; running > 0 && ::waitpid(-1, &status, WNOHANG) > 0; --running)
             EXPECT_EQ(status, 0);
     }
     const auto list = readPropertyList(readFile(file));
-    ASSERT_TRUE(list && list->find("foreign") && list->find("shared"));
-    for (int p = 0; p < kProcesses; ++p)
-        EXPECT_EQ(list->find(std::to_string(p))->get<PropertyList::Integer>()->low,
-                  static_cast<unsigned>(saves));
+    ASSERT_TRUE(list && list->find("foreign"));
+    for (const char* own : {"0", "1", "2", "3", "4", "5", "6", "7"})
+        EXPECT_EQ(*list->find(own)->get<PropertyList::Integer>(), PropertyList::Integer::of(saves));
 }
 
-TEST_F(PreferencesFault, AHolderOfTheLockDelaysASaveButADeadOneDoesNot) {
-    lay(kScenes[1]);
-    int ready[2];
-    ASSERT_EQ(::pipe(ready), 0);
-    const pid_t holder = start([&] {
-        const int lock = ::open((file + ".lock").c_str(), O_RDWR | O_CREAT, 0600);
-        ::flock(lock, LOCK_EX);
-        [[maybe_unused]] const auto told = ::write(ready[1], "x", 1);
-        ::pause();
-        return true;
-    });
-    char byte;
-    ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+TEST_F(PreferencesFault, AHolderOfTheLockDelaysASaveForABoundedTime) {
+    prepare(kScenes[1]);
+    const int holder = ::open((file + ".lock").c_str(), O_RDWR | O_CREAT, 0600);
+    ASSERT_EQ(::flock(holder, LOCK_EX), 0);
     FileSystem files;
-    PreferencesStore store(files);
-    store.setPath(file);
-    store.setValue("new", "key");
+    auto store = storeWith(files);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(store.synchronize());
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
     EXPECT_EQ(readFile(file), kScenes[1].before);
-    ::kill(holder, SIGKILL);
-    finish(holder);
+    ::close(holder);
     EXPECT_TRUE(store.synchronize());
-    EXPECT_EQ(readFile(file), kScenes[1].after);
 }
 
 } // namespace

@@ -1,163 +1,100 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
-#include "tesmar/platform/foundation/runtime.h"
 
-#include "support.h"
-
+#include <cmath>
 #include <gtest/gtest.h>
-#include <limits>
 
 namespace tesmar {
 namespace {
 
-using test::text;
+constexpr double kFrame = NSRunLoop::kFrameInterval;
 
-// The numbers of what has fired, and when.
-struct Fired {
-    NSRunLoop loop;
-    std::vector<std::pair<int, double>> order;
-
+class RunLoop : public testing::Test {
+  protected:
     std::uint64_t schedule(double delay, int number) {
-        return loop.schedule(delay, [this, number] { order.emplace_back(number, loop.now()); });
+        return loop.schedule(delay, [this, number] { fired.emplace_back(number, loop.now()); });
     }
+    using Fired = std::vector<std::pair<int, double>>;
+    NSRunLoop loop;
+    Fired fired; // the numbers of the items that have run, and when
 };
-using Order = std::vector<std::pair<int, double>>;
 
 struct Ticker : FrameClient {
+    explicit Ticker(int frameCount = 1000) : most(frameCount) {}
     bool frame(double now) override {
         frames.push_back(now);
         if (during)
             during();
-        return static_cast<int>(frames.size()) < most;
+        return std::ssize(frames) < most;
     }
-    int most = 1000;
+    int most;
     std::vector<double> frames;
     std::function<void()> during;
 };
 
-TEST(RunLoop, FiresInOrderOfDeadlineThenOfScheduling) {
-    Fired f;
-    f.schedule(2, 1);
-    f.schedule(1, 2);
-    f.schedule(2, 3);
-    f.schedule(-5, 4);
-    f.schedule(std::numeric_limits<double>::quiet_NaN(), 5);
-    f.schedule(std::numeric_limits<double>::infinity(), 6);
-    f.loop.cancel(f.schedule(1.5, 7));
-    f.loop.cancel(12345);
-    EXPECT_EQ(f.loop.nextDeadline(), 0);
-    f.loop.advanceTo(1.9);
-    EXPECT_EQ(f.order, (Order{{4, 0}, {5, 0}, {2, 1}}));
-    EXPECT_EQ(f.loop.nextDeadline(), 2);
-    for (const double time :
-         {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 1.0})
-        f.loop.advanceTo(time);
-    EXPECT_EQ(f.loop.now(), 1.9);
-    f.loop.noteTime(5);
-    EXPECT_EQ(f.order.size(), 3u);
-    f.order.clear();
-    f.loop.advanceTo(5);
-    EXPECT_EQ(f.order, (Order{{1, 5}, {3, 5}}));
-    EXPECT_FALSE(f.loop.nextDeadline()); // infinity never comes
-    const auto ticker = std::make_shared<Ticker>();
-    f.loop.addFrameClient(ticker);
-    f.loop.advanceTo(1e300); // where a frame later is the same time
-    EXPECT_EQ(f.loop.now(), 1e300);
-    EXPECT_EQ(f.order.size(), 2u);
-}
-
-TEST(RunLoop, WorkMayScheduleAndCancelWork) {
-    Fired f;
-    const auto doomed = f.schedule(2, 1);
-    f.loop.schedule(1, [&] {
-        f.loop.cancel(doomed);
-        f.schedule(0.5, 2);
-        f.schedule(0, 3);
-        f.schedule(10, 4);
-        f.loop.advanceTo(1.2); // pumped from within
+TEST_F(RunLoop, FiresInOrderOfDeadlineThenOfScheduling) {
+    schedule(2, 1);
+    schedule(1, 2);
+    schedule(2, 3);
+    schedule(-5, 4);
+    schedule(NAN, 5);
+    schedule(INFINITY, 6);
+    const auto cancelled = schedule(1.5, 7);
+    loop.schedule(1, [&] {
+        loop.cancel(cancelled);
+        schedule(0.5, 8);
+        schedule(0, 9);
+        loop.advanceTo(1.2);
     });
-    f.loop.advanceTo(3);
-    EXPECT_EQ(f.order, (Order{{3, 1}, {2, 1.5}}));
-    EXPECT_EQ(f.loop.nextDeadline(), 11);
+    loop.cancel(12345);
+    EXPECT_EQ(loop.nextDeadline(), 0);
+    loop.advanceTo(1.9);
+    for (const double ignored : {double(NAN), double(INFINITY), 1.0})
+        loop.advanceTo(ignored);
+    EXPECT_EQ(loop.now(), 1.9);
+    EXPECT_EQ(loop.nextDeadline(), 2);
+    loop.noteTime(5);
+    EXPECT_EQ(fired, (Fired{{4, 0}, {5, 0}, {2, 1}, {9, 1}, {8, 1.5}}));
+    fired.clear();
+    loop.advanceTo(5);
+    EXPECT_EQ(fired, (Fired{{1, 5}, {3, 5}}));
+    EXPECT_FALSE(loop.nextDeadline()); // infinity is no deadline
+    const auto ticker = std::make_shared<Ticker>();
+    loop.addFrameClient(ticker);
+    loop.advanceTo(1e300); // where adding an interval changes nothing
+    EXPECT_EQ(loop.now(), 1e300);
 }
 
-TEST(RunLoop, FramesComeOncePerPumpAndStopWithTheirClient) {
-    NSRunLoop loop;
-    constexpr double frame = NSRunLoop::kFrameInterval;
-    auto ticker = std::make_shared<Ticker>();
-    ticker->most = 3;
+TEST_F(RunLoop, FramesComeOncePerAdvanceAndStopWithTheirClient) {
+    auto ticker = std::make_shared<Ticker>(3);
     loop.addFrameClient(ticker);
     loop.addFrameClient(ticker);
-    EXPECT_EQ(loop.nextDeadline(), frame);
-    loop.advanceTo(frame / 2);
+    EXPECT_EQ(loop.nextDeadline(), kFrame);
+    loop.advanceTo(kFrame / 2);
     EXPECT_TRUE(ticker->frames.empty());
-    loop.advanceTo(10.5 * frame); // frames that nobody could have seen are left out
+    loop.advanceTo(10.5 * kFrame); // skips missed frames
     ASSERT_EQ(ticker->frames.size(), 1u);
-    EXPECT_NEAR(ticker->frames[0], 10 * frame, 1e-9);
+    EXPECT_NEAR(ticker->frames[0], 10 * kFrame, 1e-9);
     for (int i = 11; i < 20; ++i)
-        loop.advanceTo((i + 0.5) * frame);
+        loop.advanceTo((i + 0.5) * kFrame);
     EXPECT_EQ(ticker->frames.size(), 3u);
-    EXPECT_FALSE(loop.nextDeadline());
-
-    auto gone = std::make_shared<Ticker>();
-    loop.addFrameClient(gone);
-    gone.reset();
+    loop.addFrameClient(ticker);
+    ticker.reset();
     EXPECT_FALSE(loop.nextDeadline());
     loop.advanceTo(2);
-    const auto again = std::make_shared<Ticker>(); // after the dead one: a frame from now
-    loop.addFrameClient(again);
-    EXPECT_NEAR(*loop.nextDeadline(), 2 + frame, 1e-9);
-}
-
-TEST(RunLoop, AFrameMayAddAndDropClients) {
-    NSRunLoop loop;
-    const auto first = std::make_shared<Ticker>();
+    const auto first = std::make_shared<Ticker>(1);
     auto second = std::make_shared<Ticker>(), third = std::make_shared<Ticker>();
-    first->most = 1;
     first->during = [&] {
         second.reset();
         loop.addFrameClient(third);
-        loop.addFrameClient(first); // finishing counts
+        loop.addFrameClient(first); // it finishes all the same
     };
-    loop.addFrameClient(first);
+    loop.addFrameClient(first); // after an expired client: one interval from now
+    EXPECT_NEAR(*loop.nextDeadline(), 2 + kFrame, 1e-9);
     loop.addFrameClient(second);
-    loop.advanceTo(0.02);
-    loop.advanceTo(0.04);
+    loop.advanceTo(2 + 1.1 * kFrame);
+    loop.advanceTo(2 + 2.1 * kFrame);
     EXPECT_EQ(first->frames.size(), 1u);
     EXPECT_EQ(third->frames.size(), 1u);
-}
-
-class Bell : public NSObject {
-    TESMAR_CLASS
-  public:
-    void ring() { log += "ring "; }
-    void ringFor(const Ref<NSString>& guest) { log += guest ? guest->text() + " " : "nobody "; }
-    static inline std::string log;
-};
-
-Class& Bell::classObject() {
-    static Class type("Bell", &NSObject::classObject(), allocator<Bell>(),
-                      {method<&Bell::ring>("ring"), method<&Bell::ringFor>("ringFor:")});
-    return type;
-}
-
-TEST(RunLoop, DelayedMessagesKeepTheirTargetUntilSentOrCancelled) {
-    Bell::log.clear();
-    NSRunLoop loop;
-    auto bell = make<Bell>(), other = make<Bell>();
-    const WeakRef<Bell> weak = bell, weakOther = other;
-    loop.performSelectorAfterDelay(bell, Selector("ringFor:"), text("Ann"), 1);
-    loop.performSelectorAfterDelay(bell, Selector("ringFor:"), nullptr, 1);
-    loop.performSelectorAfterDelay(bell, Selector("ring"), nullptr, 3);
-    loop.performSelectorAfterDelay(other, Selector("ring"), nullptr, 2);
-    bell.reset();
-    other.reset();
-    loop.advanceTo(2);
-    EXPECT_EQ(Bell::log, "Ann nobody ring ");
-    EXPECT_TRUE(weakOther.expired());
-    ASSERT_FALSE(weak.expired());
-    loop.cancelPreviousPerformRequests(*weak.lock());
-    EXPECT_TRUE(weak.expired());
-    EXPECT_FALSE(loop.nextDeadline());
 }
 
 } // namespace

@@ -12,10 +12,6 @@ TemporaryDirectory::TemporaryDirectory(std::filesystem::path parent) {
     path_ = ::mkdtemp(name.data());
 }
 
-TemporaryDirectory::~TemporaryDirectory() {
-    std::filesystem::remove_all(path_);
-}
-
 std::string readFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});
@@ -23,20 +19,6 @@ std::string readFile(const std::filesystem::path& path) {
 
 void writeFile(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
-}
-
-std::optional<std::string> python(const std::string& program, std::string_view input) {
-    if (!std::filesystem::exists("/usr/bin/python3"))
-        return std::nullopt;
-    const TemporaryDirectory directory;
-    const auto in = directory.path() / "in", out = directory.path() / "out";
-    writeFile(in, input);
-    writeFile(directory.path() / "program",
-              "import sys, plistlib\nfrom plistlib import UID\n" + program);
-    const std::string command =
-        "cd " + directory.path().string() + " && /usr/bin/python3 program < in > out";
-    EXPECT_EQ(std::system(command.c_str()), 0) << program;
-    return readFile(out);
 }
 
 std::string bigEndian(std::uint64_t value, std::size_t size) {
@@ -47,16 +29,14 @@ std::string bigEndian(std::uint64_t value, std::size_t size) {
 }
 
 std::string RawList::bytes() const {
-    constexpr std::size_t kOffsetSize = 8;
     std::string bytes = "bplist00", table;
     for (const std::string& object : objects) {
-        table += bigEndian(bytes.size(), kOffsetSize);
+        table += bigEndian(bytes.size(), 8);
         bytes += object;
     }
     const std::size_t start = bytes.size();
-    return bytes + table + std::string(6, '\0') + bigEndian(kOffsetSize, 1) +
-           bigEndian(referenceSize, 1) + bigEndian(objects.size(), 8) + bigEndian(0, 8) +
-           bigEndian(start, 8);
+    return bytes + table + std::string(6, '\0') + bigEndian(8, 1) + bigEndian(referenceSize, 1) +
+           bigEndian(objects.size(), 8) + bigEndian(0, 8) + bigEndian(start, 8);
 }
 
 } // namespace tesmar::test

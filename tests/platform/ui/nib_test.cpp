@@ -56,37 +56,37 @@ TEST_F(UITest, InterfaceFilesMakeConnectAndWakeObjects) {
 
 TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
     registerPlatformClasses();
-    std::string deep;
-    for (int i = 0; i < 100; ++i)
-        deep += "<object class='UIView'><array key='subviews'>";
-    for (int i = 0; i < 100; ++i)
-        deep += "</array></object>";
-    std::string rules;
-    for (int i = 0; i < 1025; ++i)
-        rules += "<constraints format='[a(1)]'/>";
-    const std::pair<std::string, std::string> cases[] = {
-        {"<interface><object class='UIView'>", "mismatch"},
-        {"<interface><object class='Spoon'/></interface>", "unknown class \"Spoon\""},
-        {"<interface><object class='UIView' id='a'/><object class='UIView' id='a'/></interface>",
-         "used twice"},
-        {"<interface><object class='UIView'><outlet property='x' destination='y'/></object>"
-         "</interface>",
-         "leads nowhere"},
-        {"<interface><object class='UIView' id='a'><outlet property='x' destination='a'/></object>"
-         "</interface>",
-         "no outlet \"x\""},
-        {"<interface><object class='UIView' id='a'><constraints format='|[b]'/></object>"
-         "</interface>",
-         "b"},
-        {"<interface><object class='UIViewController' id='a'>"
-         "<outlet property='view' destination='a'/></object></interface>",
+    const auto repeated = [](int count, std::string_view text) {
+        std::string all;
+        while (count-- > 0)
+            all += text;
+        return all;
+    };
+    const std::string rules = repeated(1024, "<constraints format='[a(1)]'/>");
+    const std::string many = repeated(1025, "<object class='UIView'/>");
+    const std::string deep = repeated(65, "<object class='UIView'><array key='subviews'>");
+    const std::string ends = repeated(65, "</array></object>");
+    const auto view = [](const std::string& content) {
+        return "<object class='UIView' id='a'>" + content + "</object>";
+    };
+    const std::pair<std::string, const char*> cases[] = {
+        {"<object class='UIView'>", "mismatch"},
+        {"<object class='Spoon'/>", "unknown class \"Spoon\""},
+        {view("") + view(""), "used twice"},
+        {view("<outlet property='x' destination='y'/>"), "leads nowhere"},
+        {view("<outlet property='x' destination='a'/>"), "no outlet \"x\" for a UIView"},
+        {"<object class='UIViewController' id='a'><outlet property='view' "
+         "destination='a'/></object>",
          "no outlet \"view\" for a UIViewController"},
-        {"<interface><object class='UIView' id='a'>" + rules + "</object></interface>",
-         "too many constraints"},
-        {"<interface>" + deep + "</interface>", "too deep"}};
-    for (const auto& [text, expected] : cases) {
+        {view("<constraints format='|[b]'/>"), "\"b\""},
+        {view(rules), "too many objects and constraints"},
+        {many, "too many objects"},
+        {deep + ends, "too deep"},
+        {repeated(1 << 20, " "), "larger than"}};
+    for (const auto& [content, expected] : cases) {
         std::string problem;
-        EXPECT_FALSE(instantiateInterface(text, nullptr, problem)) << text;
+        EXPECT_FALSE(
+            instantiateInterface("<interface>" + content + "</interface>", nullptr, problem));
         EXPECT_NE(problem.find(expected), std::string::npos) << problem;
     }
     EXPECT_DEATH(UINib::nibWithNibName("nowhere", nullptr), "no interface file \"nowhere.xml\"");

@@ -5,35 +5,35 @@
 namespace tesmar {
 namespace {
 
-[[noreturn]] void refuse() {
+[[noreturn]] void rejectWriting() {
     fatalError("this coder can only be read from");
 }
 
 } // namespace
 
 void NSCoder::encodeBool(bool, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeInteger(long long, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeDouble(double, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeString(std::string_view, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeBytes(std::string_view, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeObject(const Ref<NSObject>&, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 void NSCoder::encodeObjects(const std::vector<Ref<NSObject>>&, std::string_view) {
-    refuse();
+    rejectWriting();
 }
 bool NSCoder::canEncodeObject(const Ref<NSObject>&) {
-    refuse();
+    rejectWriting();
 }
 
 } // namespace tesmar

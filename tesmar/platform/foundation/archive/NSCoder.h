@@ -1,5 +1,5 @@
-// What objects are read from and written to, value by value under keys. There are two sources: a
-// keyed archive and an interface file. Only a keyed archiver is written to.
+// The interface through which objects read and write their values under keys. Objects are read from
+// keyed archives and from interface files, and written to keyed archives only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -12,13 +12,13 @@
 
 namespace tesmar {
 
-// A coder is either read from or written to. Writing to one that is only read from is a fatal
-// error; reading answers nothing where a source has no values of that type.
+// A coder is for reading or for writing. Writing to a reading coder is a fatal error; reading from
+// a writing coder returns nothing. Valid only during initWithCoder() or encodeWithCoder().
 class TESMAR_API NSCoder : public NSObject {
   public:
-    // Reading. A key that is missing, or that holds another type, answers nothing (nullopt, null,
-    // an empty list). Numbers convert into one another, and may come back not finite: whoever reads
-    // one makes it finite.
+    // Reading. Each function returns nothing (nullopt, null, an empty list) if the key is missing,
+    // its value has another type, or the source has no values of that type. Numbers convert into
+    // each other. A double may be NaN or infinite; the caller makes it finite.
     virtual std::optional<bool> decodeBool(std::string_view /*key*/) { return {}; }
     virtual std::optional<long long> decodeInteger(std::string_view /*key*/) { return {}; }
     virtual std::optional<double> decodeDouble(std::string_view /*key*/) { return {}; }
@@ -27,11 +27,11 @@ class TESMAR_API NSCoder : public NSObject {
     virtual std::optional<std::string> decodeBytes(std::string_view /*key*/) { return {}; }
     virtual std::optional<CGRect> decodeRect(std::string_view /*key*/) { return {}; }
     virtual Ref<NSObject> decodeObject(std::string_view /*key*/) { return {}; }
-    // Elements that do not decode are left out, and failed() tells.
+    // Elements that cannot be decoded are dropped, and failed() is true from then on.
     virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view /*key*/) { return {}; }
-    // The same for a list of text.
+    // The same for a list of strings.
     virtual std::vector<std::string> decodeStrings(std::string_view /*key*/) { return {}; }
-    // Whether anything met so far could not be decoded at all.
+    // Whether any object of the source could not be decoded so far; the source is then unusable.
     virtual bool failed() const { return false; }
 
     // Writing.
@@ -40,10 +40,12 @@ class TESMAR_API NSCoder : public NSObject {
     virtual void encodeDouble(double value, std::string_view key);
     virtual void encodeString(std::string_view value, std::string_view key);
     virtual void encodeBytes(std::string_view value, std::string_view key);
-    // An object without a coding is left out.
+    // An object without a coding (see NSObject::encodeWithCoder) is dropped with its key.
     virtual void encodeObject(const Ref<NSObject>& object, std::string_view key);
+    // Elements without a coding are dropped.
     virtual void encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key);
-    // Whether encodeObject and encodeObjects take the object: for lists that must stay in step.
+    // Whether encodeObject and encodeObjects write the object. Lets parallel lists of keys and
+    // values drop the same elements.
     virtual bool canEncodeObject(const Ref<NSObject>& object);
 };
 

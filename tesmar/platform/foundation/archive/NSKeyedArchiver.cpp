@@ -1,7 +1,6 @@
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/archive/internal/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 #include "tesmar/platform/foundation/diagnostics.h"
@@ -17,38 +16,41 @@ using namespace keyed_archive_format;
 
 class Archiver final : public NSCoder {
   public:
+    Archiver() { budget_.startPass(kMostObjectBytes); }
+
     std::string archive(const Ref<NSObject>& root);
 
     void encodeBool(bool value, std::string_view key) override { set(key, value); }
     void encodeInteger(long long value, std::string_view key) override { set(key, value); }
     void encodeDouble(double value, std::string_view key) override { set(key, value); }
     void encodeString(std::string_view value, std::string_view key) override {
-        budget_.spendScalar(value.size());
+        budget_.spendBytes(scalarCost(value.size()));
         set(key, std::string(value));
     }
     void encodeBytes(std::string_view value, std::string_view key) override {
-        budget_.spendScalar(value.size());
+        budget_.spendBytes(scalarCost(value.size()));
         set(key, PropertyList::Data{std::string(value)});
     }
     void encodeObject(const Ref<NSObject>& object, std::string_view key) override {
-        if (const auto uid = reference(object))
+        if (const auto uid = spendReference(object))
             set(key, *uid);
     }
     void encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key) override;
-    bool canEncodeObject(const Ref<NSObject>& object) override {
-        return reference(object).has_value();
-    }
+    bool canEncodeObject(const Ref<NSObject>& object) override { return known(object) != nullptr; }
 
   private:
     using UID = PropertyList::UID;
     struct Known {
-        Ref<NSObject> object; // kept, so that no other object gets its address
-        std::optional<UID> uid;
+        Ref<NSObject> object; // owned, or a new object could get its address
+        std::optional<UID> uid = {};
+        DecodeBudget::Cost cost = {};
     };
 
-    // The object's place in the table, where it is put now if it is new. Nothing for an object that
-    // has no coding or is still being encoded, nor when the archive is full.
-    std::optional<UID> reference(const Ref<NSObject>& object);
+    // The object in the table, encoded now if it is new. Null for an object that has no coding, is
+    // still being encoded or is too deep, and once the budget is exhausted.
+    const Known* known(const Ref<NSObject>& object);
+    // Its place in the table for one more reference to it.
+    std::optional<UID> spendReference(const Ref<NSObject>& object);
     std::optional<UID> encode(const NSObject& object);
     std::optional<PropertyList> scalar(const NSObject& object);
     std::optional<PropertyList> record(const NSObject& object);
@@ -62,14 +64,13 @@ class Archiver final : public NSCoder {
     PropertyList::Array objects_{kNull};
     std::unordered_map<const NSObject*, Known> known_;
     std::map<std::string_view, UID> classes_;
-    PropertyList::Dictionary* record_ = nullptr; // of the object that is being encoded
-    int depth_ = 0;
-    ArchiveBudget budget_;
+    PropertyList::Dictionary* record_ = nullptr; // of the object being encoded
+    DecodeBudget budget_{kArchiveLimits};
 };
 
 std::string Archiver::archive(const Ref<NSObject>& root) {
-    const UID top = reference(root).value_or(kNullUID);
-    if (budget_.isOverdrawn()) {
+    const UID top = spendReference(root).value_or(kNullUID);
+    if (budget_.isExhausted()) {
         diagnostic("NSKeyedArchiver: the " + std::string(root->isa().name()) +
                    " is too large to be archived");
         return {};
@@ -85,20 +86,25 @@ std::string Archiver::archive(const Ref<NSObject>& root) {
 void Archiver::encodeObjects(const std::vector<Ref<NSObject>>& objects, std::string_view key) {
     PropertyList::Array references;
     for (const auto& object : objects)
-        if (const auto uid = reference(object))
+        if (const auto uid = spendReference(object))
             references.push_back(*uid);
-    budget_.spendElements(references.size());
+    budget_.spendBytes(listCost(references.size()));
     set(key, std::move(references));
 }
 
-std::optional<PropertyList::UID> Archiver::reference(const Ref<NSObject>& object) {
-    if (!object || depth_ >= kDeepestArchive || budget_.isOverdrawn())
-        return std::nullopt;
-    const auto [known, isNew] = known_.emplace(object.get(), Known{object, std::nullopt});
-    Known& entry = known->second; // stays where it is while others are added
+const Archiver::Known* Archiver::known(const Ref<NSObject>& object) {
+    if (!object || !budget_.hasLevels(1) || budget_.isExhausted())
+        return nullptr;
+    const auto [found, isNew] = known_.try_emplace(object.get(), Known{object});
+    Known& entry = found->second; // references stay valid while others are added
     if (isNew)
-        entry.uid = encode(*object);
-    return entry.uid;
+        entry.cost = budget_.measure([&] { entry.uid = encode(*object); });
+    return entry.uid && budget_.hasLevels(entry.cost.depth) ? &entry : nullptr;
+}
+
+std::optional<PropertyList::UID> Archiver::spendReference(const Ref<NSObject>& object) {
+    const Known* entry = known(object);
+    return entry && budget_.spend(entry->cost) ? entry->uid : std::nullopt;
 }
 
 std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
@@ -106,7 +112,7 @@ std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
         auto value = scalar(object);
         return value ? std::optional(place(*std::move(value))) : std::nullopt;
     }
-    // Takes its place before what it refers to.
+    // Takes its place in the table before the objects that it refers to.
     const UID uid = place(kNull);
     if (auto value = record(object)) {
         objects_[uid.value] = *std::move(value);
@@ -120,21 +126,19 @@ std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
 std::optional<PropertyList> Archiver::scalar(const NSObject& object) {
     auto value = propertyListFromObject(object);
     const auto* text = value ? value->get<std::string>() : nullptr;
-    budget_.spendScalar(text ? text->size() : 0);
+    budget_.spendBytes(scalarCost(text ? text->size() : 0));
     return value;
 }
 
 std::optional<PropertyList> Archiver::record(const NSObject& object) {
     PropertyList::Dictionary record;
     auto* const outer = std::exchange(record_, &record);
-    ++depth_;
     const bool hasCoding = object.encodeWithCoder(*this);
-    --depth_;
     record_ = outer;
     if (!hasCoding)
         return std::nullopt;
     record.push_back({kClassKey, classReference(object.isa())});
-    budget_.spendRecord(record.size());
+    budget_.spendBytes(recordCost(record.size()));
     return record;
 }
 

@@ -1,4 +1,4 @@
-// Objects as bytes: a keyed archive in the form of a binary property list.
+// Writes objects as bytes: a keyed archive, which is a binary property list.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -9,12 +9,11 @@ namespace tesmar {
 
 class TESMAR_API NSKeyedArchiver {
   public:
-    // The archive of `root` and of everything that it encodes. An object that is met twice is
-    // written once. Left out are objects without a coding, objects inside themselves, and those
-    // more than 250 objects deep; when that is the root itself, the archive decodes to null. Empty,
-    // with a diagnostic, when there is more than NSKeyedUnarchiver would read: some 300 colours, or
-    // 24,000 bytes of text.
-    // Any thread, as long as nobody changes the objects.
+    // The archive of `root` and all objects that it encodes; shared objects are written once.
+    // Dropped are objects without a coding, objects inside themselves, and objects more than 250
+    // levels deep. If `root` itself is dropped or null, the archive decodes to null. Empty, with a
+    // diagnostic, if NSKeyedUnarchiver would not read the archive: its limit is some 300 colours or
+    // 24,000 bytes of text. Any thread while no other thread changes the objects.
     static std::string archivedDataWithRootObject(const Ref<NSObject>& root);
 };
 

@@ -1,7 +1,6 @@
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
-#include "tesmar/platform/foundation/archive/internal/ArchiveBudget.h"
 #include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 #include "tesmar/platform/foundation/archive/internal/utf.h"
@@ -15,11 +14,12 @@ namespace {
 
 using namespace keyed_archive_format;
 
-// Every object is made once, when it is first asked for. Copies of text and bytes are paid for each
-// time, because many objects may refer to the same ones.
+// Makes every object once, at the first reference to it. Text and bytes cost each time that they
+// are copied, because many objects may refer to the same ones.
 class Unarchiver final : public NSCoder {
   public:
-    explicit Unarchiver(const PropertyList& archive) : archive_(archive) {}
+    Unarchiver(const PropertyList& archive, DecodeBudget& budget)
+        : archive_(archive), budget_(budget) {}
 
     Ref<NSObject> unarchive();
 
@@ -34,12 +34,10 @@ class Unarchiver final : public NSCoder {
     bool failed() const override { return failed_; }
 
   private:
-    // An object of the table. The height counts the objects nested in it, itself included; the
-    // weight counts all that are reached from it, shared ones each time.
+    // An object of the table.
     struct Slot {
         enum State { unread, open, done } state = unread;
-        int height = 1;
-        std::size_t weight = 1;
+        DecodeBudget::Cost cost;
         Ref<NSObject> object;
     };
 
@@ -51,18 +49,15 @@ class Unarchiver final : public NSCoder {
     Ref<NSObject> object(const PropertyList& value);
     Ref<NSObject> objectAt(std::uint64_t uid);
     Ref<NSObject> scalar(const PropertyList& value);
-    Ref<NSObject> decodeRecord(Slot& slot, const PropertyList& record);
+    Ref<NSObject> decodeRecord(const PropertyList& record);
     const Class* classOf(const PropertyList& record) const;
-    bool count(int height, std::size_t weight);
     std::nullptr_t fail();
 
     const PropertyList& archive_;
     const PropertyList::Array* objects_ = nullptr;
     std::vector<Slot> slots_;
-    const PropertyList* record_ = nullptr; // of the object that is being decoded
-    Slot* slot_ = nullptr;                 // likewise
-    int depth_ = 0;
-    ArchiveBudget budget_;
+    const PropertyList* record_ = nullptr; // of the object being decoded
+    DecodeBudget& budget_;
     bool failed_ = false;
 };
 
@@ -76,6 +71,7 @@ Ref<NSObject> Unarchiver::unarchive() {
     objects_ = objects ? objects->get<PropertyList::Array>() : nullptr;
     if (!name || *name != kArchiverName || !objects_ || !uid)
         return nullptr;
+    budget_.startPass(kMostObjectBytes);
     slots_.resize(objects_->size());
     const auto result = objectAt(uid->value);
     return failed_ ? nullptr : result;
@@ -115,10 +111,10 @@ std::optional<std::string> Unarchiver::decodeString(std::string_view key) {
 std::optional<std::string> Unarchiver::decodeBytes(std::string_view key) {
     const PropertyList* value = plainValue(*record_, key);
     if (const auto* plain = value ? value->get<PropertyList::Data>() : nullptr) {
-        if (budget_.spendScalar(plain->bytes.size()))
+        if (budget_.spendBytes(scalarCost(plain->bytes.size())))
             return plain->bytes;
     } else if (const auto data = as<NSData>(decodeObject(key))) {
-        if (budget_.spendScalar(data->bytes().size()))
+        if (budget_.spendBytes(scalarCost(data->bytes().size())))
             return data->bytes();
     }
     return std::nullopt;
@@ -146,7 +142,7 @@ std::vector<std::string> Unarchiver::decodeStrings(std::string_view key) {
     std::vector<std::string> texts;
     for (const PropertyList& element : list(key)) {
         auto decoded = text(element);
-        if (!decoded) {
+        if (!decoded || !budget_.spend(kScalarObject)) {
             fail();
             break;
         }
@@ -155,25 +151,25 @@ std::vector<std::string> Unarchiver::decodeStrings(std::string_view key) {
     return texts;
 }
 
-// The elements of a list, which may be missing; none when there are too many.
+// Empty if the list is missing or beyond the budget.
 std::span<const PropertyList> Unarchiver::list(std::string_view key) {
     const PropertyList* value = record_->find(key);
     const auto* elements = value ? value->get<PropertyList::Array>() : nullptr;
     if (!elements)
         return {};
-    if (budget_.spendElements(elements->size()))
+    if (budget_.spendBytes(listCost(elements->size())))
         return *elements;
     fail();
     return {};
 }
 
-// The value itself, or the one in the table that it refers to. Null when that is not there.
+// The value itself, or the object of the table that it refers to, else null.
 const PropertyList* Unarchiver::plainValue(const PropertyList& value) const {
     const auto* uid = value.get<PropertyList::UID>();
     if (!uid)
         return &value;
-    const bool isThere = uid->value != kNullUID.value && uid->value < objects_->size();
-    return isThere ? &(*objects_)[uid->value] : nullptr;
+    const bool exists = uid->value != kNullUID.value && uid->value < objects_->size();
+    return exists ? &(*objects_)[uid->value] : nullptr;
 }
 
 const PropertyList* Unarchiver::plainValue(const PropertyList& record, std::string_view key) const {
@@ -186,15 +182,15 @@ std::optional<NSNumber::Number> Unarchiver::number(std::string_view key) const {
     return value ? numberFromPropertyList(*value) : std::nullopt;
 }
 
-// Plain text need not become an object on the way.
+// Plain text is copied without making an object of it.
 std::optional<std::string> Unarchiver::text(const PropertyList& value) {
     const PropertyList* target = plainValue(value);
     if (const auto* plain = target ? target->get<std::string>() : nullptr) {
-        if (isValidUtf8(*plain) && budget_.spendScalar(plain->size()))
+        if (isValidUtf8(*plain) && budget_.spendBytes(scalarCost(plain->size())))
             return *plain;
         fail();
     } else if (const auto string = as<NSString>(object(value))) {
-        if (budget_.spendScalar(string->text().size()))
+        if (budget_.spendBytes(scalarCost(string->text().size())))
             return string->text();
     }
     return std::nullopt;
@@ -203,69 +199,58 @@ std::optional<std::string> Unarchiver::text(const PropertyList& value) {
 Ref<NSObject> Unarchiver::object(const PropertyList& value) {
     if (const auto* uid = value.get<PropertyList::UID>())
         return objectAt(uid->value);
-    return count(1, 1) ? scalar(value) : fail();
+    return budget_.spend(kScalarObject) ? scalar(value) : fail();
 }
 
 Ref<NSObject> Unarchiver::objectAt(std::uint64_t uid) {
     if (uid == kNullUID.value)
         return nullptr;
-    if (failed_ || uid >= slots_.size() || slots_[uid].state == Slot::open) // it contains itself
+    const bool exists = uid < slots_.size();
+    if (failed_ || !exists || slots_[uid].state == Slot::open) // an object that contains itself
         return fail();
     Slot& slot = slots_[uid];
     if (slot.state == Slot::unread) {
         const PropertyList& value = (*objects_)[uid];
         slot.state = Slot::open;
-        slot.object =
-            value.get<PropertyList::Dictionary>() ? decodeRecord(slot, value) : scalar(value);
+        slot.cost = budget_.measure([&] {
+            slot.object =
+                value.get<PropertyList::Dictionary>() ? decodeRecord(value) : scalar(value);
+        });
         slot.state = Slot::done;
     }
-    if (!slot.object)
-        return fail();
-    return count(slot.height, slot.weight) ? slot.object : fail();
+    return slot.object && budget_.spend(slot.cost) ? slot.object : fail();
 }
 
-// Takes in, for the object that is being decoded, an object that it holds.
-bool Unarchiver::count(int height, std::size_t weight) {
-    if (!slot_)
-        return true;
-    slot_->height = std::max(slot_->height, height + 1);
-    slot_->weight += weight;
-    return slot_->height <= kDeepestArchive && slot_->weight <= kMostObjectsReached;
-}
-
-// Text, a number or bytes as an object; null when the value is something else.
+// Text, a number or bytes as an object; null if the value is something else.
 Ref<NSObject> Unarchiver::scalar(const PropertyList& value) {
     if (value.get<PropertyList::Array>() || value.get<PropertyList::Dictionary>())
         return nullptr;
     if (const auto* data = value.get<PropertyList::Data>()) {
-        // Becomes a record when it is written.
-        if (!budget_.spendRecord() || !budget_.spendScalar(data->bytes.size()))
+        // Our archiver writes it as a record.
+        if (!budget_.spendBytes(recordCost() + scalarCost(data->bytes.size())))
             return fail();
     } else {
         const auto* plain = value.get<std::string>();
-        if ((plain && !isValidUtf8(*plain)) || !budget_.spendScalar(plain ? plain->size() : 0))
+        if ((plain && !isValidUtf8(*plain)) ||
+            !budget_.spendBytes(scalarCost(plain ? plain->size() : 0)))
             return fail();
     }
     return objectFromPropertyList(value);
 }
 
-Ref<NSObject> Unarchiver::decodeRecord(Slot& slot, const PropertyList& record) {
+Ref<NSObject> Unarchiver::decodeRecord(const PropertyList& record) {
     const Class* type = classOf(record);
     const auto object = type ? type->alloc() : nullptr;
-    if (!object || depth_ >= kDeepestArchive ||
-        !budget_.spendRecord(record.get<PropertyList::Dictionary>()->size()))
+    const std::size_t values = record.get<PropertyList::Dictionary>()->size();
+    if (!object || !budget_.spendBytes(recordCost(values)))
         return nullptr;
-    const PropertyList* const outerRecord = std::exchange(record_, &record);
-    Slot* const outerSlot = std::exchange(slot_, &slot);
-    ++depth_;
+    const PropertyList* const outer = std::exchange(record_, &record);
     const bool decoded = object->initWithCoder(*this);
-    --depth_;
-    slot_ = outerSlot;
-    record_ = outerRecord;
+    record_ = outer;
     return decoded ? object : nullptr;
 }
 
-// The first class of the record's chain of which there can be objects here.
+// The first class of the record's chain that archives may hold.
 const Class* Unarchiver::classOf(const PropertyList& record) const {
     constexpr std::size_t kLongestChain = 8;
     const PropertyList* description = plainValue(record, kClassKey);
@@ -291,8 +276,9 @@ std::nullptr_t Unarchiver::fail() {
 } // namespace
 
 Ref<NSObject> NSKeyedUnarchiver::unarchiveObjectWithData(std::string_view bytes) {
-    const auto archive = readPropertyList(bytes, kArchiveLimits);
-    return archive ? Unarchiver(*archive).unarchive() : nullptr;
+    DecodeBudget budget(kArchiveLimits);
+    const auto archive = readPropertyList(bytes, budget);
+    return archive ? Unarchiver(*archive, budget).unarchive() : nullptr;
 }
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-// Objects from the bytes of a keyed archive, which may come from anywhere.
+// Reads objects from a keyed archive. The bytes need not be trusted.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -9,14 +9,15 @@ namespace tesmar {
 
 class TESMAR_API NSKeyedUnarchiver {
   public:
-    // A new object of whatever class the archive names, or null when any part of it cannot be
-    // decoded: the caller checks the class. Of the classes that the archive gives for an object,
-    // the first is made that is registered with the object runtime and has a coding (see NSObject);
-    // the foundation's own are registered here. Numbers in it are finite.
+    // Returns a new object of the class that the archive names, or null if any part of it cannot be
+    // decoded. The caller checks the class. An archive names an object's class and its
+    // superclasses; the object is made from the first of them that is registered with the object
+    // runtime and has a coding (see NSObject). NSNumber objects are finite.
     //
-    // Archives longer than 96 KiB, or that hold more than NSKeyedArchiver would write, are null:
-    // whatever the bytes, the answer takes less than a millisecond and a mebibyte. What is not null
-    // NSKeyedArchiver writes again whole. Any thread on which the classes concerned may be used.
+    // Returns null for archives longer than 96 KiB and for more objects than NSKeyedArchiver would
+    // write, so any input takes at most about a millisecond and a mebibyte. NSKeyedArchiver can
+    // write every object that this returns, without loss. Any thread on which the classes may be
+    // used.
     static Ref<NSObject> unarchiveObjectWithData(std::string_view bytes);
 };
 

@@ -47,8 +47,8 @@ struct NSUserDefaults::State {
     std::string chosenPath;
     std::string identifier;
 
-    // The store at its place, which the environment and the main bundle have a say in.
-    PreferencesStore& located() {
+    // The store with its current path: the environment and the main bundle may have changed.
+    PreferencesStore& storeAtCurrentPath() {
         if (!chosenPath.empty()) {
             store.setPath(chosenPath);
             return store;
@@ -69,7 +69,7 @@ NSUserDefaults::NSUserDefaults() : state_(std::make_unique<State>()) {}
 NSUserDefaults::~NSUserDefaults() = default;
 
 Ref<NSUserDefaults> NSUserDefaults::standardUserDefaults() {
-    // Never destroyed: objects may save themselves while the process ends.
+    // Never destroyed: static destructors may still save preferences.
     static const auto* const defaults = new Ref<NSUserDefaults>(make<NSUserDefaults>());
     return *defaults;
 }
@@ -78,7 +78,7 @@ Ref<NSObject> NSUserDefaults::objectForKey(std::string_view key) {
     std::optional<PropertyList> value;
     {
         const std::lock_guard lock(state_->mutex);
-        value = state_->located().value(key);
+        value = state_->storeAtCurrentPath().value(key);
     }
     return value ? objectFromPropertyList(*value) : nullptr;
 }
@@ -105,7 +105,7 @@ void NSUserDefaults::removeObjectForKey(std::string_view key) {
 
 bool NSUserDefaults::synchronize() {
     const std::lock_guard lock(state_->mutex);
-    return state_->located().synchronize();
+    return state_->storeAtCurrentPath().synchronize();
 }
 
 void NSUserDefaults::setPreferencesPath(std::string path) {

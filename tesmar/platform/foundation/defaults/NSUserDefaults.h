@@ -1,14 +1,13 @@
-// The user's preferences: values under string keys that outlive the process, in one file that other
-// processes may read and write too.
+// The user's preferences: persistent values under string keys, in one file that several processes
+// may read and write at once.
 //
 // The file is a binary property list, `$XDG_CONFIG_HOME/<application identifier>/preferences.plist`
 // (`$HOME/.config/...` without that variable), unless the host chooses another. A file that cannot
-// be read or parsed, property lists in XML among them, reads as empty; before a save replaces one
-// that does not parse, it is kept beside the new one as `preferences.plist.corrupt` (.corrupt.1 and
-// so on, ten at most); where that cannot be done, nothing is saved.
+// be read or parsed, such as a property list in XML, reads as empty. Before a save replaces a file
+// that does not parse, the old file is kept as `preferences.plist.corrupt` (.corrupt.1 and so on,
+// at most ten); if that fails, nothing is saved.
 //
-// Any thread. Nothing here waits for longer than two seconds, prints, or touches state of the
-// process.
+// Any thread. No function waits longer than two seconds, prints, or changes process state.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -23,32 +22,31 @@ class TESMAR_API NSUserDefaults : public NSObject {
     TESMAR_CLASS
 
   public:
-    // The one store of the application.
+    // The application's preferences; never destroyed.
     static Ref<NSUserDefaults> standardUserDefaults();
 
-    // A fresh NSString, NSNumber, NSData, NSArray or NSDictionary: what was last set here, else
-    // what the file holds now. Null when there is nothing under `key`, or only a value that none of
-    // these classes can hold.
+    // A new NSString, NSNumber, NSData, NSArray or NSDictionary with the value last set here, else
+    // the one that the file holds now. Null if there is none, or one of another type.
     Ref<NSObject> objectForKey(std::string_view key);
 
-    // Takes a copy of `object`, made of the classes above; it reaches the file with the next
-    // synchronize(). Null removes. An object that holds anything else, itself, or text that is not
-    // UTF-8 changes nothing but gives a diagnostic.
+    // Stores a copy of `object`, which consists of the classes above; the next synchronize() writes
+    // it. Null removes the value. An object that holds another class, itself, or text that is not
+    // UTF-8 is rejected with a diagnostic.
     void setObject(const Ref<NSObject>& object, std::string_view forKey);
     void removeObjectForKey(std::string_view key);
 
-    // Writes what was set and removed since the last successful save, and nothing else: every other
-    // entry of the file stays as it is, whoever wrote it. True when all of it is on the disk (or
-    // there was nothing to write). False when the save failed: the file is as it was before, or,
-    // if only its confirmation failed, complete; what was set stays readable and is tried again by
-    // the next call. Only one process saves at a time; another waits, for two seconds at most.
+    // Writes the changes since the last successful save; all other entries of the file stay as they
+    // are. True if the changes are on the disk, or if there were none. False if the save failed;
+    // the changes stay readable here, and the next call tries again. The file is then unchanged,
+    // or, if only the final flush failed, complete. One process saves at a time; others wait at
+    // most two seconds.
     bool synchronize();
 
-    // The file itself; empty goes back to the default. Unsaved changes go with the next save to
-    // wherever the file then is.
+    // Sets the path of the file; empty restores the default. The next save writes unsaved changes
+    // to the new path.
     void setPreferencesPath(std::string path);
-    // Names the default file's directory. Empty (the start) means the main bundle's identifier;
-    // so does a name that is no plain file name.
+    // Sets the directory name of the default path. The main bundle's identifier is used instead if
+    // it is empty, the initial state, or not a plain file name.
     void setApplicationIdentifier(std::string identifier);
 
     NSUserDefaults();

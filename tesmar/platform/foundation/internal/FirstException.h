@@ -1,4 +1,4 @@
-// For calls out that must all be made, whichever of them throws.
+// Makes a series of calls of which each must run even if an earlier one throws.
 #pragma once
 
 #include <exception>
@@ -16,7 +16,7 @@ class FirstException {
                 first_ = std::current_exception();
         }
     }
-    // Throws what the first call that threw has thrown.
+    // Throws the first exception that a call threw, if any.
     void rethrow() const {
         if (first_)
             std::rethrow_exception(first_);

@@ -8,24 +8,24 @@
 namespace tesmar {
 namespace {
 
-// While it lives, this thread writes into broken pipes unharmed; the process's own handling of the
-// signal, and one that was already on its way, stay untouched.
-class NoPipeSignal {
+// Suppresses SIGPIPE for writes of this thread. Leaves the signal disposition of the process, and a
+// signal that was pending before, unchanged.
+class PipeSignalBlock {
   public:
-    NoPipeSignal() {
+    PipeSignalBlock() {
         sigemptyset(&pipe_);
         sigaddset(&pipe_, SIGPIPE);
         pthread_sigmask(SIG_BLOCK, &pipe_, &before_);
         wasPending_ = isPending();
     }
-    ~NoPipeSignal() {
-        const timespec atOnce{};
+    ~PipeSignalBlock() {
+        const timespec noWait{};
         if (!wasPending_ && isPending())
-            sigtimedwait(&pipe_, nullptr, &atOnce);
+            sigtimedwait(&pipe_, nullptr, &noWait);
         pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
-    NoPipeSignal(const NoPipeSignal&) = delete;
-    NoPipeSignal& operator=(const NoPipeSignal&) = delete;
+    PipeSignalBlock(const PipeSignalBlock&) = delete;
+    PipeSignalBlock& operator=(const PipeSignalBlock&) = delete;
 
   private:
     static bool isPending() {
@@ -40,7 +40,7 @@ class NoPipeSignal {
 } // namespace
 
 void printLine(const char* text) {
-    const NoPipeSignal unharmed;
+    const PipeSignalBlock block;
     std::puts(text);
     std::fflush(stdout);
 }

@@ -1,10 +1,10 @@
-// The console. Private to the library.
+// Standard output.
 #pragma once
 
 namespace tesmar {
 
-// Writes `text` and a line end to standard output at once. Where nobody reads it any more, nothing
-// happens: the signal that would end the process (SIGPIPE) stays away. Any thread.
+// Writes `text` and a line end to standard output and flushes. A closed pipe is ignored: SIGPIPE is
+// not delivered. Any thread.
 void printLine(const char* text);
 
 } // namespace tesmar

@@ -1,11 +1,10 @@
-// Who may call the user interface. Private to the toolkit.
+// Checks that the user interface is used from one thread only.
 #pragma once
 
 namespace tesmar {
 
-// The user interface belongs to one thread: the first that called here. In builds without NDEBUG, a
-// call from any other ends the process with one line that names `operation`; with it, this is
-// nothing.
+// The main thread is the first that calls this. In builds without NDEBUG, a call from another
+// thread is a fatal error that names `operation`; with NDEBUG this does nothing.
 #ifdef NDEBUG
 inline void assertMainThread(const char* /*operation*/) {}
 #else

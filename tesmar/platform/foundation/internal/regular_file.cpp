@@ -16,7 +16,7 @@ std::optional<std::string> readRegularFile(const std::filesystem::path& path, st
     file.read(bytes.data(), static_cast<std::streamsize>(size));
     if (file.bad())
         return std::nullopt;
-    bytes.resize(static_cast<std::size_t>(file.gcount())); // it may have become shorter
+    bytes.resize(static_cast<std::size_t>(file.gcount())); // it may have been truncated meanwhile
     return bytes;
 }
 

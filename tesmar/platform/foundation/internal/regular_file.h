@@ -6,8 +6,8 @@
 
 namespace tesmar {
 
-// The bytes of a regular file; nothing when there is none, when it cannot be read, or when it is
-// longer than `most`. Any thread.
+// The bytes of a file; nothing if it is not a regular file, cannot be read, or has more than `most`
+// bytes. Any thread.
 std::optional<std::string> readRegularFile(const std::filesystem::path& path, std::size_t most);
 
 } // namespace tesmar

@@ -10,7 +10,7 @@
 namespace tesmar {
 namespace {
 
-// Numbers of the file do not depend on the locale.
+// Finite; parsed independently of the locale.
 std::optional<double> number(const pugi::xml_attribute& attribute) {
     const std::string_view text = attribute.value();
     double value = 0;
@@ -45,15 +45,13 @@ void InterfaceFile::fail(const pugi::xml_node& at, const std::string& what) {
         problem = what + " (at byte " + std::to_string(at.offset_debug()) + ")";
 }
 
-bool InterfaceFile::countConstraints(std::size_t added, const pugi::xml_node& at) {
-    constraintCount += added;
-    if (constraintCount <= kMostConstraints)
+bool InterfaceFile::spend(const DecodeBudget::Cost& cost, const pugi::xml_node& at) {
+    if (budget.spend(cost))
         return true;
-    fail(at, "too many constraints");
+    fail(at, "too many objects and constraints, or objects nested too deep");
     return false;
 }
 
-// Decoded once, however many objects show it.
 Ref<UIImage> InterfaceFile::imageNamed(const std::string& name) {
     const auto [known, isNew] = images.emplace(name, nullptr);
     if (isNew)
@@ -80,15 +78,12 @@ Ref<NSObject> InterfaceFile::instantiate(const pugi::xml_node& element) {
         fail(element, "unknown class \"" + className + "\"");
         return nullptr;
     }
-    if (depth >= kDeepest || objects.size() >= kMostObjects) {
-        fail(element, "too many objects, or too deep");
-        return nullptr;
-    }
-    ++depth;
     InterfaceCoder coder(*this, element);
-    const bool made = object->initWithCoder(coder);
-    --depth;
-    if (!made) {
+    bool isInitialized = false;
+    const auto cost = budget.measure([&] { isInitialized = object->initWithCoder(coder); });
+    if (!spend(cost, element))
+        return nullptr;
+    if (!isInitialized) {
         fail(element, "the " + className + " could not be made");
         return nullptr;
     }
@@ -106,7 +101,7 @@ pugi::xml_node InterfaceCoder::child(std::string_view key) const {
     return {};
 }
 
-// Plain values stand as attributes of the element itself.
+// Plain values are attributes of the element itself.
 std::optional<bool> InterfaceCoder::decodeBool(std::string_view key) {
     const auto text = decodeString(key);
     if (!text || (*text != "true" && *text != "false"))

@@ -1,8 +1,9 @@
-// Lets an object read itself from its element of an interface file.
+// The coder through which an object reads its element of an interface file.
 #pragma once
 
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/internal/DecodeBudget.h"
 
 #include <map>
 #include <pugixml.hpp>
@@ -13,27 +14,24 @@ namespace tesmar {
 
 class UIImage;
 
-// What all the coders of one file share.
+// State shared by the coders of one file.
 struct InterfaceFile {
-    static constexpr int kDeepest = 64;
-    static constexpr std::size_t kMostObjects = 1024;
-    // The worst of so many take a tenth of a second to solve.
-    static constexpr std::size_t kMostConstraints = 1024;
-
     Ref<NSBundle> bundle;
     std::map<std::string, Ref<NSObject>, std::less<>> objectsById;
-    // With their elements, in the order of their completion: inner ones first.
+    // With their elements, in the order of completion: inner objects first.
     std::vector<std::pair<Ref<NSObject>, pugi::xml_node>> objects;
-    std::map<std::string, Ref<UIImage>, std::less<>> images; // by name; null where there is none
-    std::size_t constraintCount = 0;
-    int depth = 0;
-    std::string problem; // the first one; empty while all is well
+    std::map<std::string, Ref<UIImage>, std::less<>> images; // by name; null if missing
+    DecodeBudget budget{kInterfaceLimits};
+    std::string problem; // the first one; empty if there is none
 
+    // Sets the problem, with the place, unless there is one already.
     void fail(const pugi::xml_node& at, const std::string& what);
-    // Fails, and answers false, when the file holds too many.
-    bool countConstraints(std::size_t added, const pugi::xml_node& at);
-    // The object that an <object>, <color>, <font> or <image> element describes, or null.
+    // Spends the cost of an object or of constraints. False, with the problem, if it is too much.
+    bool spend(const DecodeBudget::Cost& cost, const pugi::xml_node& at);
+    // The object of an <object>, <color>, <font> or <image> element, or null with a problem; null
+    // without one for a missing image or font.
     Ref<NSObject> instantiate(const pugi::xml_node& element);
+    // Decoded once, however many objects show it.
     Ref<UIImage> imageNamed(const std::string& name);
 };
 

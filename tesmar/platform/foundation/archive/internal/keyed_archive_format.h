@@ -1,12 +1,14 @@
-// The layout of a keyed archive, as its reader and its writer share it.
+// The layout of a keyed archive, shared by its reader and its writer.
 //
-// The archive is a dictionary with a flat table of objects; everything refers into that table by
-// UID. Number 0 is the null object. An object is a plain value (text, a number, bytes) or a record:
-// a dictionary of its encoded values and, under "$class", the UID of its class, which is a
-// dictionary of the class's name and of the names from it up to the root class.
+// The archive is a dictionary with a flat table of objects. A UID is an index into that table; 0 is
+// the null object. An object is a plain value (text, a number, bytes) or a record: a dictionary of
+// its encoded values and, for "$class", the UID of its class. A class is a dictionary of its name
+// and the names from it up to the root class.
 #pragma once
 
 #include "tesmar/platform/foundation/archive/internal/property_list.h"
+
+#include <algorithm>
 
 namespace tesmar::keyed_archive_format {
 
@@ -23,11 +25,20 @@ inline constexpr const char* kClassKey = "$class";
 inline constexpr const char* kClassNameKey = "$classname";
 inline constexpr const char* kClassChainKey = "$classes";
 
-// An archive is a few values, and whoever reads one waits for it: no archive may exceed these.
-inline constexpr PropertyListLimits kArchiveLimits{.bytes = 96 << 10, .values = 6144};
-// Objects within objects.
-inline constexpr int kDeepestArchive = 250;
-// Objects that are reached from the root, shared ones each time.
-inline constexpr std::size_t kMostObjectsReached = 16 << 10;
+// What an object costs at most in an archive of ours, in bytes. Writer and reader spend the same,
+// so an archive that was read can be written again and read once more.
+inline std::size_t recordCost(std::size_t values = 0) {
+    return 16 * std::max<std::size_t>(values, 8); // more than a few values count each
+}
+inline std::size_t listCost(std::size_t elements) {
+    return 16 * elements; // besides the objects themselves
+}
+inline std::size_t scalarCost(std::size_t bytes = 0) {
+    return 24 + 2 * bytes; // text may be written as UTF-16
+}
+// What a scalar costs besides its bytes: it is a value one level deeper.
+inline constexpr DecodeBudget::Cost kScalarObject{.values = 1, .depth = 1};
+// Half of the longest archive. The other half is room for the classes.
+inline constexpr std::size_t kMostObjectBytes = kArchiveLimits.bytes / 2;
 
 } // namespace tesmar::keyed_archive_format

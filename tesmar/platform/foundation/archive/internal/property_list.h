@@ -1,6 +1,8 @@
-// A property list as a tree of values, and its binary form. Every value keeps its type, so that a
-// list which somebody else wrote can be read, changed in one place and written back unharmed.
+// A property list as a tree of values, and its binary form. Every value keeps its type, so a list
+// of another program can be read, changed in one place and written back with the rest unchanged.
 #pragma once
+
+#include "tesmar/platform/foundation/internal/DecodeBudget.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,9 +18,8 @@ namespace tesmar {
 // An immutable value, cheap to copy: copies share their contents. Any thread.
 class PropertyList {
   public:
-    // Nothing, as a value.
     struct Null {};
-    // A signed number of 128 bits in two's complement.
+    // A signed 128-bit number in two's complement.
     struct Integer {
         std::int64_t high = 0;
         std::uint64_t low = 0;
@@ -30,12 +31,12 @@ class PropertyList {
         bool operator==(const Integer&) const = default;
     };
     struct Date {
-        double seconds = 0; // since the start of 2001, UTC; may be not finite
+        double seconds = 0; // since the start of 2001, UTC; may be NaN or infinite
     };
     struct Data {
         std::string bytes;
     };
-    // A reference by number into the object table of a keyed archive.
+    // The index of an object in the table of a keyed archive.
     struct UID {
         std::uint64_t value = 0;
     };
@@ -44,12 +45,12 @@ class PropertyList {
     struct Set {
         Array elements; // in the written order
     };
-    // In the written order. A key may stand there twice; the first one counts.
+    // In the written order. Keys may repeat; find() returns the first.
     using Dictionary = std::vector<Entry>;
 
-    // A float is a real of 32 bits, a double one of 64; either may be not finite. Text is UTF-8,
-    // but for one thing: half of a surrogate pair, which a written string may hold, stands there
-    // as the three bytes that UTF-8 would give it. isValidUtf8() tells such text.
+    // A float is written with 32 bits, a double with 64; either may be NaN or infinite. Text is
+    // UTF-8, but an unpaired surrogate, which a file may hold, is encoded as three bytes like any
+    // other character: isValidUtf8() rejects such text.
     PropertyList(Null value) : value_(value) {}
     PropertyList(bool value) : value_(value) {}
     PropertyList(Integer value) : value_(value) {}
@@ -65,11 +66,12 @@ class PropertyList {
     PropertyList(Set value) : value_(std::make_shared<const Set>(std::move(value))) {}
     PropertyList(Dictionary value);
     template <class T>
-    PropertyList(const T*) = delete; // would silently become a Boolean
+    PropertyList(const T*) = delete; // would silently become a bool
 
-    // The value when it is a T (Null, bool, Integer, float, double, Date, UID, Data, std::string,
-    // Array, Set or Dictionary), else null. Lives as long as any copy of this value. For the types
-    // from Data on, equal addresses mean shared contents.
+    // The contents if their type is T (Null, bool, Integer, float, double, Date, UID, Data,
+    // std::string, Array, Set or Dictionary), else null. A scalar (up to UID) lives as long as this
+    // value, other contents as long as any copy of it. Equal addresses of Data, std::string and
+    // containers mean shared contents.
     template <class T>
     const T* get() const {
         if constexpr (std::is_trivially_copyable_v<T>) {
@@ -80,20 +82,21 @@ class PropertyList {
         }
     }
 
-    // What `visitor` answers for the value as one of these types.
+    // Calls `visitor` with the contents as one of these types and returns its result.
     template <class Visitor>
     auto visit(Visitor&& visitor) const {
         return std::visit(
-            [&]<class T>(const T& held) {
+            [&]<class T>(const T& contents) {
                 if constexpr (std::is_trivially_copyable_v<T>)
-                    return visitor(held);
+                    return visitor(contents);
                 else
-                    return visitor(*held);
+                    return visitor(*contents);
             },
             value_);
     }
 
-    // The value under `key` when this is a dictionary that has it, else null.
+    // The value for `key` if this is a dictionary that has one, else null. Lives as long as any
+    // copy of the dictionary.
     const PropertyList* find(std::string_view key) const;
 
   private:
@@ -108,28 +111,17 @@ struct PropertyList::Entry {
     PropertyList value;
 };
 
-inline constexpr int kDeepestPropertyList = 512;
-// Of a file that others have a part in.
-inline constexpr std::size_t kMostPropertyListBytes = 16 << 20;
+// Reads the binary form; property lists in XML are not read. Returns nothing if `bytes` is not a
+// whole, well-formed list, holds a URL or a UUID, or exceeds the budget, which must be a new one.
+// Time and memory grow at most linearly with the size of `bytes`. Values that are referred to from
+// several places stay shared. A list that was read and is written again can be read again.
+std::optional<PropertyList> readPropertyList(std::string_view bytes, DecodeBudget& budget);
+// The same within kPreferencesLimits.
+std::optional<PropertyList> readPropertyList(std::string_view bytes);
 
-// What a list that is read may not exceed.
-struct PropertyListLimits {
-    std::size_t bytes = kMostPropertyListBytes;
-    // In the table; references between them; and in the list as a whole, counting each that is
-    // shared as often as it is reached, so that going through the list is never a trap.
-    std::size_t values = 1 << 20;
-};
-
-// Nothing when `bytes` is not a whole, well-formed binary property list within the limits, nested
-// no deeper than kDeepestPropertyList, or holds a URL or a UUID; property lists in XML are
-// not read. Time and memory grow linearly with the size of `bytes`, whatever they say. Values that
-// are referred to from several places stay shared. What is read and written again is read again.
-std::optional<PropertyList> readPropertyList(std::string_view bytes,
-                                             const PropertyListLimits& limits = {});
-
-// The binary form: the same list always gives the same bytes. Equal scalars are written once, and
-// so are containers that are shared. Bytes of text that are not UTF-8 become U+FFFD. `list` must
-// not be nested deeper than kDeepestPropertyList.
+// The binary form: equal lists give equal bytes. Equal scalars are written once, as are shared
+// containers. Bytes of text that are not UTF-8 become U+FFFD. Recursive: `list` must be within the
+// depth of kPreferencesLimits.
 std::string writePropertyList(const PropertyList& list);
 
 } // namespace tesmar

@@ -1,10 +1,10 @@
-// The binary form of property lists, as its reader and its writer share it.
+// The binary form of property lists, shared by its reader and its writer.
 //
-// A file is the magic, then the objects one after another, then a table of their offsets, then a
-// trailer that tells how wide the numbers of the table and the references between objects are. An
-// object starts with a marker byte: its kind in the high half, and in the low half a size (for the
-// kinds that have a count, 15 says that the count follows as an integer object). All numbers are
-// big-endian; integers of 1, 2 and 4 bytes are unsigned, wider ones are signed.
+// A file consists of the magic, the objects, a table of their offsets, and a trailer with the
+// widths of offsets and of references between objects. An object starts with a marker byte: its
+// kind in the high half and a size in the low half. For kinds with a count, 15 means that the count
+// follows as an integer object. All numbers are big-endian; integers of 1, 2 and 4 bytes are
+// unsigned, wider ones are signed.
 #pragma once
 
 #include <cstddef>
@@ -23,13 +23,13 @@ enum Marker : std::uint8_t {
     kNull = 0x00,
     kFalse = 0x08,
     kTrue = 0x09,
-    kInteger = 0x10, // low half: logarithm of the size in bytes
-    kReal = 0x20,    // likewise
+    kInteger = 0x10, // low half: binary logarithm of the size in bytes
+    kReal = 0x20,    // the same
     kDate = 0x33,
     kData = 0x40,
     kAscii = 0x50,
     kUtf16 = 0x60,
-    kUID = 0x80, // low half: size in bytes less one
+    kUID = 0x80, // low half: size in bytes minus one
     kArray = 0xA0,
     kSet = 0xC0,
     kDictionary = 0xD0,

@@ -30,24 +30,24 @@ class ToObjects {
     Ref<NSObject> operator()(PropertyList::UID) const { return nullptr; }
     Ref<NSObject> operator()(const PropertyList::Set&) const { return nullptr; }
     Ref<NSObject> operator()(const PropertyList::Data& value) {
-        return once(&value, [&] { return NSData::dataWithBytes(value.bytes); });
+        return makeOnce(&value, [&] { return NSData::dataWithBytes(value.bytes); });
     }
     Ref<NSObject> operator()(const std::string& value) {
-        return once(&value, [&] {
+        return makeOnce(&value, [&] {
             return isValidUtf8(value) ? NSString::stringWithString(value) : nullptr;
         });
     }
     Ref<NSObject> operator()(const PropertyList::Array& value) {
-        return once(&value, [&] { return array(value); });
+        return makeOnce(&value, [&] { return array(value); });
     }
     Ref<NSObject> operator()(const PropertyList::Dictionary& value) {
-        return once(&value, [&] { return dictionary(value); });
+        return makeOnce(&value, [&] { return dictionary(value); });
     }
 
   private:
-    // What is shared in the list is made once.
+    // Shared contents become a shared object.
     template <class Make>
-    Ref<NSObject> once(const void* contents, Make&& make) {
+    Ref<NSObject> makeOnce(const void* contents, Make&& make) {
         if (const auto known = made_.find(contents); known != made_.end())
             return known->second;
         const Ref<NSObject> object = make();
@@ -70,10 +70,9 @@ class ToObjects {
         NSDictionary::Entries entries;
         for (const auto& [key, value] : values) {
             const auto& name = *key.get<std::string>();
-            // Every entry holds its own copy of the key, so shared keys must not be long ones.
-            keyBytes_ += name.size();
-            Ref<NSObject> object = value.visit(*this);
-            if (!object || !isValidUtf8(name) || keyBytes_ > kMostPropertyListBytes)
+            // Every entry owns a copy of its key, even where the list shares it.
+            Ref<NSObject> object = budget_.spendBytes(name.size()) ? value.visit(*this) : nullptr;
+            if (!object || !isValidUtf8(name))
                 return nullptr;
             entries.emplace(name, std::move(object));
         }
@@ -81,16 +80,14 @@ class ToObjects {
     }
 
     std::unordered_map<const void*, Ref<NSObject>> made_;
-    std::size_t keyBytes_ = 0;
+    DecodeBudget budget_{kPreferencesLimits};
 };
 
-// Copies shared objects each time, within a budget: the list can then always be read again, however
-// many such lists stand beside it.
+// Copies an object at each reference to it.
 class FromObjects {
   public:
-    std::optional<PropertyList> convert(const NSObject& object, int depth) {
-        // Leaves room for the containers that the list is put into.
-        if (depth > kDeepestPropertyList - 8 || !spend(1))
+    std::optional<PropertyList> convert(const NSObject& object) {
+        if (!spend(1))
             return std::nullopt;
         if (const auto* string = dynamic_cast<const NSString*>(&object))
             return text(string->text());
@@ -100,18 +97,29 @@ class FromObjects {
             if (spend(data->bytes().size()))
                 return PropertyList::Data{data->bytes()};
         } else if (const auto* array = dynamic_cast<const NSArray*>(&object)) {
-            return list(*array, depth);
+            return nested([&] { return list(*array); });
         } else if (const auto* dictionary = dynamic_cast<const NSDictionary*>(&object)) {
-            return entries(*dictionary, depth);
+            return nested([&] { return entries(*dictionary); });
         }
         return std::nullopt;
     }
 
   private:
+    // Leaves levels for the containers that the list is put into.
+    static constexpr DecodeLimits kLimits{kPreferencesLimits.bytes, kPreferencesLimits.values,
+                                          kPreferencesLimits.depth - 8};
+
+    // The bytes of a value, and the most that its marker, count and reference take in a file.
     bool spend(std::size_t bytes) {
         constexpr std::size_t kEachValue = 16;
-        spent_ += bytes + kEachValue;
-        return spent_ <= kMostPropertyListBytes;
+        return budget_.spendBytes(bytes + kEachValue);
+    }
+
+    template <class Convert>
+    std::optional<PropertyList> nested(Convert&& convert) {
+        std::optional<PropertyList> result;
+        budget_.measure([&] { result = convert(); });
+        return result;
     }
 
     std::optional<PropertyList> text(const std::string& text) {
@@ -120,10 +128,10 @@ class FromObjects {
         return text;
     }
 
-    std::optional<PropertyList> list(const NSArray& array, int depth) {
+    std::optional<PropertyList> list(const NSArray& array) {
         PropertyList::Array values;
         for (const auto& object : array.objects()) {
-            auto value = convert(*object, depth + 1);
+            auto value = convert(*object);
             if (!value)
                 return std::nullopt;
             values.push_back(*std::move(value));
@@ -131,11 +139,11 @@ class FromObjects {
         return values;
     }
 
-    std::optional<PropertyList> entries(const NSDictionary& dictionary, int depth) {
+    std::optional<PropertyList> entries(const NSDictionary& dictionary) {
         PropertyList::Dictionary values;
         for (const auto& [key, object] : dictionary.entries()) {
             auto name = text(key);
-            auto value = name ? convert(*object, depth + 1) : std::nullopt;
+            auto value = name ? convert(*object) : std::nullopt;
             if (!value)
                 return std::nullopt;
             values.push_back({*std::move(name), *std::move(value)});
@@ -143,7 +151,7 @@ class FromObjects {
         return values;
     }
 
-    std::size_t spent_ = 0;
+    DecodeBudget budget_{kLimits};
 };
 
 } // namespace
@@ -170,7 +178,7 @@ Ref<NSObject> objectFromPropertyList(const PropertyList& list) {
 }
 
 std::optional<PropertyList> propertyListFromObject(const NSObject& object) {
-    return FromObjects().convert(object, 1);
+    return FromObjects().convert(object);
 }
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-// Property lists against the foundation's own objects.
+// Converts property lists from and to the foundation's objects.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -9,17 +9,18 @@
 
 namespace tesmar {
 
-// An integer or a real as a number, else nothing. Integers too large for long long are reals.
+// The number of a Boolean, an integer or a real, else nothing. Integers too large for long long
+// become double. May be NaN or infinite.
 std::optional<NSNumber::Number> numberFromPropertyList(const PropertyList& list);
 
-// A fresh object; values that are shared in `list` are shared objects. Null for types without a
-// class (dates, UIDs, sets), for text that is not valid UTF-8, and for containers of such. Reals
-// that are not finite become finite.
+// A new object; values that are shared in `list` become shared objects. Null for types without a
+// class (null, dates, UIDs, sets), for text that is not valid UTF-8, and for containers that hold
+// either. NaN becomes 0, infinity the largest finite number.
 Ref<NSObject> objectFromPropertyList(const PropertyList& list);
 
-// Nothing when `object` is, or holds, an object of another class than NSString, NSNumber, NSData,
-// NSArray and NSDictionary, text that is not valid UTF-8, or itself, or when the result would be
-// too large or too deep for readPropertyList.
+// Nothing if `object` is or holds an object of another class than NSString, NSNumber, NSData,
+// NSArray and NSDictionary, text that is not valid UTF-8, or itself, or if the result would exceed
+// kPreferencesLimits.
 std::optional<PropertyList> propertyListFromObject(const NSObject& object);
 
 } // namespace tesmar

@@ -10,7 +10,7 @@ namespace {
 
 using namespace property_list_format;
 
-// A big-endian number of at most 8 bytes.
+// Decodes a big-endian number of at most 8 bytes.
 std::uint64_t number(std::string_view bytes) {
     std::uint64_t result = 0;
     for (const char byte : bytes)
@@ -18,20 +18,18 @@ std::uint64_t number(std::string_view bytes) {
     return result;
 }
 
-// Recursive, from the root down. What keeps a hostile list small is the budget: the objects that
-// are reachable may claim no more bytes than there are, as in a list where no two of them overlap.
+// Recursive, from the root down. The budget grants as many bytes as the input has, so objects that
+// overlap in the input fail.
 class Reader {
   public:
-    Reader(std::string_view bytes, const PropertyListLimits& limits)
-        : bytes_(bytes), limits_(limits) {}
+    Reader(std::string_view bytes, DecodeBudget& budget) : bytes_(bytes), budget_(budget) {}
 
     std::optional<PropertyList> read();
 
   private:
     struct Object {
         enum State : std::uint8_t { unread, open, done } state = unread;
-        int height = 0;           // how many containers are nested in it, itself included
-        std::uint64_t weight = 1; // how many values, counting shared ones each time
+        DecodeBudget::Cost cost;
         std::optional<PropertyList> value;
     };
     struct Cursor {
@@ -40,38 +38,34 @@ class Reader {
     using Bytes = std::optional<std::string_view>;
 
     bool readTrailer();
-    Object* object(std::uint64_t number, int depth);
-    bool parse(Object& object, std::uint64_t offset, int depth);
+    Object* object(std::uint64_t number);
+    bool parse(Object& object, std::uint64_t offset);
     bool parseScalar(Object& object, std::uint8_t marker, Cursor& cursor);
     bool parseInteger(Object& object, std::string_view digits);
     bool parseText(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor);
-    bool parseContainer(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor,
-                        int depth);
-    bool parseElements(Object& container, std::string_view references, int depth,
-                       PropertyList::Array& elements);
+    bool parseContainer(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor);
+    bool parseElements(std::string_view references, PropertyList::Array& elements);
     std::optional<std::uint64_t> count(std::uint8_t marker, Cursor& cursor);
     Bytes take(Cursor& cursor, std::uint64_t size);
 
     std::string_view bytes_;
-    PropertyListLimits limits_;
+    DecodeBudget& budget_;
     std::uint64_t root_ = 0;
     std::uint64_t tableStart_ = 0;
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
-    std::uint64_t budget_ = 0;
-    std::uint64_t references_ = 0;
     std::vector<Object> objects_;
 };
 
 std::optional<PropertyList> Reader::read() {
     if (!readTrailer())
         return std::nullopt;
-    const Object* root = object(root_, 0);
+    const Object* root = object(root_);
     return root ? root->value : std::nullopt;
 }
 
 bool Reader::readTrailer() {
-    if (bytes_.size() > limits_.bytes || bytes_.size() < kMagic.size() + kTrailerSize ||
+    if (!budget_.startPass(bytes_.size()) || bytes_.size() < kMagic.size() + kTrailerSize ||
         bytes_.substr(0, kMagic.size()) != kMagic)
         return false;
     const std::uint64_t tableEnd = bytes_.size() - kTrailerSize;
@@ -83,30 +77,28 @@ bool Reader::readTrailer() {
     tableStart_ = number(trailer.substr(24, 8));
     if (offsetSize_ < 1 || offsetSize_ > 8 || referenceSize_ < 1 || referenceSize_ > 8 ||
         tableStart_ < kMagic.size() || tableStart_ > tableEnd || count == 0 ||
-        count > limits_.values || count > (tableEnd - tableStart_) / offsetSize_)
+        !budget_.hasValues(count) || count > (tableEnd - tableStart_) / offsetSize_)
         return false;
-    budget_ = tableStart_ - kMagic.size();
     objects_.resize(count);
     return true;
 }
 
-Reader::Object* Reader::object(std::uint64_t n, int depth) {
-    if (n >= objects_.size() || depth > kDeepestPropertyList)
+// Null when the object cannot be read, contains itself or is beyond the budget.
+Reader::Object* Reader::object(std::uint64_t n) {
+    if (n >= objects_.size() || objects_[n].state == Object::open)
         return nullptr;
     Object& object = objects_[n];
-    if (object.state == Object::open) // it contains itself
-        return nullptr;
     if (object.state == Object::unread) {
         object.state = Object::open;
         const auto offset = number(bytes_.substr(tableStart_ + n * offsetSize_, offsetSize_));
-        if (!parse(object, offset, depth))
+        if (!parse(object, offset))
             return nullptr;
         object.state = Object::done;
     }
-    return &object;
+    return budget_.spend(object.cost) ? &object : nullptr;
 }
 
-bool Reader::parse(Object& object, std::uint64_t offset, int depth) {
+bool Reader::parse(Object& object, std::uint64_t offset) {
     Cursor cursor{offset};
     const Bytes first = offset < kMagic.size() ? std::nullopt : take(cursor, 1);
     if (!first)
@@ -124,7 +116,7 @@ bool Reader::parse(Object& object, std::uint64_t offset, int depth) {
     case kSet:
     case kDictionary:
         if (const auto size = count(marker, cursor))
-            return parseContainer(object, kind, *size, cursor, depth);
+            return parseContainer(object, kind, *size, cursor);
         return false;
     default:
         return parseScalar(object, marker, cursor);
@@ -203,17 +195,17 @@ bool Reader::parseText(Object& object, std::uint8_t kind, std::uint64_t count, C
     return true;
 }
 
-bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor,
-                            int depth) {
-    const Bytes references = take(cursor, (kind == kDictionary ? 2 : 1) * count * referenceSize_);
-    if (!references)
-        return false;
-    references_ += references->size() / referenceSize_;
-    if (references_ > limits_.values)
+bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t count,
+                            Cursor& cursor) {
+    const std::uint64_t size = kind == kDictionary ? 2 * count : count;
+    const Bytes references = take(cursor, size * referenceSize_);
+    if (!references || !budget_.hasValues(size))
         return false;
 
     PropertyList::Array elements;
-    if (!parseElements(object, *references, depth + 1, elements))
+    bool isRead = false;
+    object.cost = budget_.measure([&] { isRead = parseElements(*references, elements); });
+    if (!isRead)
         return false;
     if (kind == kArray) {
         object.value = std::move(elements);
@@ -232,25 +224,18 @@ bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t cou
     return true;
 }
 
-bool Reader::parseElements(Object& container, std::string_view references, int depth,
-                           PropertyList::Array& elements) {
-    container.height = 1;
+bool Reader::parseElements(std::string_view references, PropertyList::Array& elements) {
     elements.reserve(references.size() / referenceSize_);
     for (; !references.empty(); references.remove_prefix(referenceSize_)) {
-        const Object* element = object(number(references.substr(0, referenceSize_)), depth);
+        const Object* element = object(number(references.substr(0, referenceSize_)));
         if (!element)
-            return false;
-        // An element that was read on a shallower path may still be too deep on this one.
-        container.height = std::max(container.height, element->height + 1);
-        container.weight += element->weight;
-        if (container.height > kDeepestPropertyList || container.weight > limits_.values)
             return false;
         elements.push_back(*element->value);
     }
     return true;
 }
 
-// At most 2^32: multiplied by the size of anything it still does not overflow.
+// At most 2^32, so products with any element size do not overflow.
 std::optional<std::uint64_t> Reader::count(std::uint8_t marker, Cursor& cursor) {
     const std::uint8_t low = marker & 0x0F;
     if (low != kCountFollows)
@@ -265,9 +250,8 @@ std::optional<std::uint64_t> Reader::count(std::uint8_t marker, Cursor& cursor) 
 }
 
 Reader::Bytes Reader::take(Cursor& cursor, std::uint64_t size) {
-    if (cursor.at > tableStart_ || size > tableStart_ - cursor.at || size > budget_)
+    if (cursor.at > tableStart_ || size > tableStart_ - cursor.at || !budget_.spendBytes(size))
         return std::nullopt;
-    budget_ -= size;
     const std::string_view taken = bytes_.substr(cursor.at, size);
     cursor.at += size;
     return taken;
@@ -275,9 +259,13 @@ Reader::Bytes Reader::take(Cursor& cursor, std::uint64_t size) {
 
 } // namespace
 
-std::optional<PropertyList> readPropertyList(std::string_view bytes,
-                                             const PropertyListLimits& limits) {
-    return Reader(bytes, limits).read();
+std::optional<PropertyList> readPropertyList(std::string_view bytes, DecodeBudget& budget) {
+    return Reader(bytes, budget).read();
+}
+
+std::optional<PropertyList> readPropertyList(std::string_view bytes) {
+    DecodeBudget budget(kPreferencesLimits);
+    return readPropertyList(bytes, budget);
 }
 
 } // namespace tesmar

@@ -58,7 +58,7 @@ void appendText(std::string& bytes, const std::string& text) {
         appendNumber(bytes, unit, 2);
 }
 
-// The object of a value that contains no others.
+// Appends the object of a scalar.
 struct AppendScalar {
     std::string& bytes;
 
@@ -87,7 +87,7 @@ struct AppendScalar {
         bytes += value.bytes;
     }
     void operator()(const std::string& value) const { appendText(bytes, value); }
-    void operator()(const auto&) const {} // containers are not scalars
+    void operator()(const auto&) const {} // never called: containers
 };
 
 bool isContainer(const PropertyList& value) {
@@ -95,7 +95,7 @@ bool isContainer(const PropertyList& value) {
            value.get<PropertyList::Dictionary>();
 }
 
-// The address of what copies of the value share; null for values that share nothing.
+// The address of the contents that copies of the value share; null for trivially copied types.
 const void* contentsOf(const PropertyList& value) {
     return value.visit([]<class T>(const T& contents) -> const void* {
         if constexpr (std::is_trivially_copyable_v<T>)
@@ -110,7 +110,7 @@ class Writer {
     std::string write(const PropertyList& root);
 
   private:
-    // An object of the list: bytes that stand for themselves, and then references.
+    // An object of the list: its marker and content, then references to other objects.
     struct Object {
         std::string bytes;
         std::vector<std::size_t> references;
@@ -152,7 +152,7 @@ std::string Writer::write(const PropertyList& root) {
 }
 
 std::size_t Writer::add(const PropertyList& value) {
-    // Contents that are shared are looked at once only: there may be much of them.
+    // Shared contents are written once, without comparing what may be large.
     const void* contents = contentsOf(value);
     if (const auto known = shared_.find(contents); known != shared_.end())
         return known->second;

@@ -14,10 +14,10 @@ constexpr bool isLowSurrogate(char32_t c) {
 
 struct Decoded {
     char32_t character;
-    std::size_t length; // 0: the first byte belongs to no character
+    std::size_t length; // 0: the first byte is not part of a character
 };
 
-// The character at the start of `text`, surrogates included. Overlong forms are no characters.
+// The character at the start of `text`, which may be a surrogate. Rejects overlong forms.
 Decoded decodeFirst(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
     const std::uint8_t first = byte(0);

@@ -1,4 +1,4 @@
-// UTF-8 against UTF-16, as binary property lists need it. Any thread.
+// Conversion between UTF-8 and UTF-16 for binary property lists. Any thread.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@ namespace tesmar {
 
 bool isValidUtf8(std::string_view text);
 
-// A surrogate without its other half becomes three bytes of its own, which are not valid UTF-8 but
-// which utf16FromUtf8 turns back.
+// An unpaired surrogate becomes three bytes, which are not valid UTF-8 but which utf16FromUtf8
+// converts back.
 std::string utf8FromUtf16(std::u16string_view units);
 
-// Each byte that belongs to no character becomes U+FFFD.
+// Each byte that is not part of a character becomes U+FFFD.
 std::u16string utf16FromUtf8(std::string_view text);
 
 } // namespace tesmar

@@ -1,5 +1,4 @@
-// The system calls of the preferences store, in one place, so that a test can make any of them
-// fail.
+// The system calls of the preferences store, so that a test can make any of them fail.
 #pragma once
 
 #include <string>
@@ -8,8 +7,8 @@
 
 namespace tesmar {
 
-// Every member is the system call of its name, with its result and errno, but for calls that were
-// interrupted by a signal: they are tried again, a bounded number of times. Any thread.
+// Each member makes the system call of its name, with its result and errno. Calls that a signal
+// interrupts are retried, up to 100 times. Any thread.
 class FileSystem {
   public:
     virtual ~FileSystem() = default;
@@ -22,7 +21,7 @@ class FileSystem {
     int fchmod(int file, mode_t mode);
     int fchown(int file, uid_t owner, gid_t group);
     int fsync(int file);
-    int close(int file); // never tried again: interrupted or not, the descriptor is gone
+    int close(int file); // never retried: an interrupted close has released the descriptor
     int flock(int file, int operation);
     int mkdir(const std::string& path, mode_t mode);
     int link(const std::string& from, const std::string& to);
@@ -31,8 +30,8 @@ class FileSystem {
     ssize_t readlink(const std::string& path, char* target, std::size_t size);
 
   protected:
-    // Asked before every call, with its name. Anything but 0 is the errno with which the call fails
-    // without being made.
+    // Called before each system call with its name. If not 0, the system call is skipped and fails
+    // with the returned errno.
     virtual int fault(std::string_view call);
 
   private:

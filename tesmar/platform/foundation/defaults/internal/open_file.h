@@ -6,7 +6,7 @@
 
 namespace tesmar {
 
-// Owns a descriptor; not open when opening failed (errno tells why).
+// Owns a file descriptor. Not open if opening failed, with the reason in errno.
 class OpenFile {
   public:
     OpenFile(FileSystem& files, const std::string& path, int flags, mode_t mode = 0)
@@ -17,7 +17,7 @@ class OpenFile {
 
     bool isOpen() const { return descriptor_ >= 0; }
     int descriptor() const { return descriptor_; }
-    // False when the system reports a failure of what was written before.
+    // False if the system reports that an earlier write failed.
     bool close() { return !isOpen() || files_.close(std::exchange(descriptor_, -1)) == 0; }
 
   private:

@@ -22,9 +22,10 @@ std::string parentOf(const std::string& path) {
     return parent.empty() ? "." : parent.string();
 }
 
-// The bytes of the open file; nothing when reading fails. One byte too many tells an overlong file.
+// The bytes of the open file; nothing if reading fails. Reads one byte beyond the limit, so that
+// the parser rejects a longer file.
 std::optional<std::string> readAll(FileSystem& files, int descriptor) {
-    constexpr std::size_t kMost = kMostPropertyListBytes + 1;
+    constexpr std::size_t kMost = kPreferencesLimits.bytes + 1;
     constexpr std::size_t kChunk = 64 << 10;
     std::string bytes;
     while (bytes.size() < kMost) {
@@ -41,7 +42,7 @@ std::optional<std::string> readAll(FileSystem& files, int descriptor) {
     return bytes;
 }
 
-// What the symbolic links at `path` lead to, whether or not it exists.
+// The target of the symbolic links at `path`, which need not exist.
 std::optional<std::string> resolved(FileSystem& files, std::string path) {
     constexpr int kMostLinks = 40;
     for (int i = 0; i < kMostLinks; ++i) {
@@ -55,18 +56,18 @@ std::optional<std::string> resolved(FileSystem& files, std::string path) {
     return std::nullopt;
 }
 
-// `path`, or a name made of it when i > 0.
+// `path`, with the suffix ".i" if i > 0.
 std::string numbered(const std::string& path, int i) {
     return i == 0 ? path : path + "." + std::to_string(i);
 }
 
 bool sync(FileSystem& files, const std::string& path) {
     const OpenFile file(files, path, O_RDONLY | O_NONBLOCK);
-    // Some file systems cannot do this for directories, and say so with EINVAL.
+    // Some file systems cannot flush directories and report EINVAL.
     return file.isOpen() && (files.fsync(file.descriptor()) == 0 || errno == EINVAL);
 }
 
-// Whether it worked shows when the first file is made in it.
+// Errors are ignored here: creating a file in the directory fails next.
 void makeDirectories(FileSystem& files, const std::string& path) {
     int result = files.mkdir(path, S_IRWXU);
     if (result != 0 && errno == ENOENT && parentOf(path) != path) {
@@ -85,8 +86,8 @@ class Lock {
         constexpr auto kPause = std::chrono::milliseconds(2);
         const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
         while (file_.isOpen()) {
-            held_ = files_.flock(file_.descriptor(), LOCK_EX | LOCK_NB) == 0;
-            if (held_ || errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline)
+            isHeld_ = files_.flock(file_.descriptor(), LOCK_EX | LOCK_NB) == 0;
+            if (isHeld_ || errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline)
                 return;
             std::this_thread::sleep_for(kPause);
         }
@@ -94,19 +95,19 @@ class Lock {
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
     ~Lock() {
-        // Closing is not enough where a child process has inherited the descriptor.
-        if (held_)
+        // Closing does not unlock if a child process has inherited the descriptor.
+        if (isHeld_)
             files_.flock(file_.descriptor(), LOCK_UN);
     }
-    bool isHeld() const { return held_; }
+    bool isHeld() const { return isHeld_; }
 
   private:
     FileSystem& files_;
     OpenFile file_;
-    bool held_ = false;
+    bool isHeld_ = false;
 };
 
-// Gives the file a second name under which it survives its replacement, and a loss of power after.
+// Links the file to a second name, flushed, so that it survives being replaced.
 bool keepCopy(FileSystem& files, const std::string& path, const struct stat& status) {
     constexpr int kMostCopies = 10;
     for (int i = 0; i < kMostCopies; ++i) {
@@ -114,10 +115,10 @@ bool keepCopy(FileSystem& files, const std::string& path, const struct stat& sta
         const bool isLinked = files.link(path, copy) == 0;
         if (!isLinked && errno != EEXIST)
             return false;
-        // An earlier save that failed may have kept this very file already.
-        struct stat kept;
-        if (isLinked || (files.stat(copy, kept) == 0 && kept.st_dev == status.st_dev &&
-                         kept.st_ino == status.st_ino))
+        // An earlier save that failed may have linked this file already.
+        struct stat linked;
+        if (isLinked || (files.stat(copy, linked) == 0 && linked.st_dev == status.st_dev &&
+                         linked.st_ino == status.st_ino))
             return sync(files, copy) && sync(files, parentOf(path));
     }
     return false;
@@ -152,13 +153,13 @@ bool writeAll(FileSystem& files, int descriptor, std::string_view bytes) {
     return true;
 }
 
-// Beyond the limit that the process has, a write would not fail but raise SIGXFSZ, which ends it.
+// Writing beyond the limit of the process raises SIGXFSZ, which would end the process.
 bool isWithinFileSizeLimit(std::size_t size) {
     rlimit limit;
     return ::getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
 }
 
-// A new file of its own, down on the disk, for those who had `replaced`.
+// Writes and flushes a new file with the mode and owner of `replaced`.
 bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes,
                   const PreferencesFile& replaced) {
     OpenFile file(files, path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivate);
@@ -167,8 +168,8 @@ bool writeNewFile(FileSystem& files, const std::string& path, std::string_view b
     mode_t mode = kPrivate;
     if (replaced.state != PreferencesFile::absent) {
         mode = replaced.status.st_mode & ACCESSPERMS;
-        // A program that is run as root must not take the file away from its user. Only root can
-        // give one back; whoever else may replace somebody's file has it from then on.
+        // A program that runs as root must not take the file from its user. Without root this
+        // fails, and the file belongs to the user who saves.
         files.fchown(file.descriptor(), replaced.status.st_uid, replaced.status.st_gid);
     }
     return files.fchmod(file.descriptor(), mode) == 0 &&
@@ -176,8 +177,8 @@ bool writeNewFile(FileSystem& files, const std::string& path, std::string_view b
            file.close();
 }
 
-// A free name for the temporary. What savers that died have left is removed; what cannot be (a
-// directory, or somebody else's file where only owners may remove theirs) is passed over.
+// A free name for the temporary file. Removes files that interrupted saves left; skips a name that
+// cannot be freed, such as a directory or a file of another user in a sticky directory.
 std::string temporaryBeside(FileSystem& files, const std::string& path) {
     constexpr int kMostNames = 3;
     std::string first;
@@ -211,7 +212,7 @@ PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path) 
         result.state = PreferencesFile::unusable;
         return result;
     };
-    // Looked at before it is opened: opening a device may do something to it.
+    // Checked before opening: opening a device can have side effects.
     if (files.stat(path, result.status) != 0) {
         if (errno != ENOENT)
             return unusable();
@@ -251,7 +252,7 @@ bool savePreferences(FileSystem& files, const std::string& path,
         return false;
     apply(changes, file.entries);
     const std::string bytes = writePropertyList(std::move(file.entries));
-    // Together with what others have put there it may have grown beyond what can be read again.
+    // Together with the entries of other programs it may exceed what can be read again.
     if (!readPropertyList(bytes))
         return false;
     return replaceFile(files, *target, bytes, file);

@@ -1,4 +1,4 @@
-// The preferences file as it stands on the disk, and the one way of changing it.
+// Reads and changes the preferences file on the disk.
 #pragma once
 
 #include "tesmar/platform/foundation/archive/internal/property_list.h"
@@ -16,28 +16,28 @@ struct PreferencesFile {
         absent,
         parsed,
         unparsable, // or too large to be parsed
-        unusable,   // no regular file, or one that cannot be read
+        unusable,   // not a regular file, or not readable
     };
     State state = absent;
     PropertyList::Dictionary entries; // empty unless parsed
-    struct stat status = {};          // from before it was read; unset when absent or unusable
+    struct stat status = {};          // from before reading; unset if absent or unusable
 };
 
-// Never waits, whatever stands at `path`.
+// Never blocks, even on a pipe or a device.
 PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path);
 
-// Values to set by key; nothing removes the key.
+// Values to set, by key; no value removes the key.
 using PreferencesChanges = std::map<std::string, std::optional<PropertyList>, std::less<>>;
 
-// Changes these keys of the file and no others. True when the result is safely on the disk. False:
-// the file is as it was, or, when only the last step failed, complete.
+// Changes these keys of the file and no others. True if the result is on the disk. False if saving
+// failed: the file is unchanged, or, if only the last flush failed, complete.
 //
-// Savers exclude one another by a kernel lock on `<file>.lock`, which ends with its holder; none
-// waits for longer than two seconds. The new file is written as `<file>.tmp[.n]`, which a saver
-// that died may leave behind and the next one removes, and takes the old one's place, mode and,
-// where this process may give it, owner by a rename. A symbolic link at `path` stays: the file is
-// what it leads to. One that does not parse is first linked to a free name `<file>.corrupt[.n]`;
-// where that is not possible, nothing is saved.
+// Processes exclude each other by a kernel lock on `<file>.lock`, which ends with its holder, and
+// wait at most two seconds for it. The new file is written as `<file>.tmp[.n]` and renamed over the
+// old one; it gets the old mode and, if permitted, the old owner. A process that dies may leave its
+// temporary file behind; the next save removes it. Symbolic links at `path` are followed and stay.
+// A file that does not parse is first linked to a free name `<file>.corrupt[.n]`; if that fails,
+// nothing is saved.
 bool savePreferences(FileSystem& files, const std::string& path, const PreferencesChanges& changes);
 
 } // namespace tesmar

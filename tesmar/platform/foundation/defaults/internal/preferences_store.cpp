@@ -17,8 +17,8 @@ bool isSameFile(const struct stat& a, const struct stat& b) {
            toDuration(a.st_ctim) == toDuration(b.st_ctim);
 }
 
-// File times are coarse, and inodes are used again at once: a file that was changed just before it
-// was read may have changed once more without a trace.
+// File times are coarse and inodes are reused, so a file that changed shortly before it was read
+// may change again with the same status.
 bool isSettled(const struct stat& status, nanoseconds readAt) {
     constexpr nanoseconds kCoarsestClock = std::chrono::seconds(2);
     return toDuration(status.st_ctim) + kCoarsestClock < readAt;

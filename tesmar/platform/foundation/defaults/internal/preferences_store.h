@@ -1,4 +1,4 @@
-// The preferences file together with the changes that have not reached it yet. Not thread-safe.
+// The preferences file and the changes not yet written to it. Not thread-safe.
 #pragma once
 
 #include "tesmar/platform/foundation/defaults/internal/preferences_file.h"
@@ -10,14 +10,14 @@ class PreferencesStore {
     // `files` must outlive the store.
     explicit PreferencesStore(FileSystem& files) : files_(files) {}
 
-    // Empty: there is nowhere to read from or to save to.
+    // With an empty path, reading finds nothing and saving fails.
     void setPath(std::string path);
 
-    // Our unsaved change, else what the file holds at this moment.
+    // The unsaved change, else the value that the file holds now.
     std::optional<PropertyList> value(std::string_view key);
-    // Nothing removes.
+    // No value removes the key.
     void setValue(std::optional<PropertyList> value, std::string_view key);
-    // Saves what has changed, see savePreferences(). After a failure the changes stay unsaved.
+    // Saves the changes, see savePreferences(). After a failure they stay unsaved.
     bool synchronize();
 
   private:
@@ -28,8 +28,8 @@ class PreferencesStore {
     std::string path_;
     PreferencesChanges unsaved_;
     PropertyList saved_ = PropertyList::Dictionary(); // as last read
-    std::optional<struct stat>
-        status_; // of the file as last read, when that tells it from any other
+    // Of the file as last read, if that suffices to recognise a change.
+    std::optional<struct stat> status_;
 };
 
 } // namespace tesmar
