@@ -66,7 +66,6 @@ TEST_F(Preferences, ReadsSeeTheFileAsItIsNowButUnsavedChangesWin) {
     EXPECT_FALSE(save(PL::Data{std::string(17 << 20, 'x')})); // could not be read again
     store.setValue("mine", "key");
     EXPECT_EQ(read(store), "mine");
-    EXPECT_EQ(read(other), "59");
     ASSERT_TRUE(save(std::nullopt));
     EXPECT_FALSE(other.value("key"));
     ASSERT_TRUE(save("again", other));
