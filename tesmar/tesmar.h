@@ -32,6 +32,7 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIWindow.h"

@@ -1,6 +1,7 @@
 // The common look of the panel's steppers and labels.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UILabel.h"
 #include "tesmar/platform/ui/UIStepper.h"
 

@@ -6,26 +6,12 @@ namespace tesmar::drive {
 namespace {
 
 constexpr std::string_view kCard = "card";
-// A smaller rest is a rounding error rather than something to see, in points.
-constexpr CGFloat kLeastVisible = 0.01;
-// As in hit testing.
-constexpr double kLeastAlpha = 0.01;
+// Points. A smaller remainder is a rounding error.
+constexpr CGFloat kMinVisible = 0.01;
+// The limit of hit testing.
+constexpr double kMinAlpha = 0.01;
 
-std::string_view suffixOf(UIStepperHalf half) {
-    switch (half) {
-    case UIStepperHalf::decrement:
-        return ".decrement";
-    case UIStepperHalf::increment:
-        return ".increment";
-    case UIStepperHalf::none:
-        break;
-    }
-    return "";
-}
-
-constexpr UIStepperHalf kHalves[] = {UIStepperHalf::decrement, UIStepperHalf::increment};
-
-// The card shows nothing outside itself, though it does not clip: its shadow lies there.
+// The card does not clip, so that its shadow shows, but none of its content lies outside it.
 bool clips(const UIView& view) {
     return view.clipsToBounds() || view.accessibilityIdentifier() == kCard;
 }
@@ -34,7 +20,7 @@ void collect(UIView& view, std::vector<Place>& places) {
     if (!view.accessibilityIdentifier().empty()) {
         places.push_back({&view});
         if (dynamic_cast<const UIStepper*>(&view))
-            for (const auto half : kHalves)
+            for (const auto half : {UIStepperHalf::decrement, UIStepperHalf::increment})
                 places.push_back({&view, half});
     }
     for (const auto& child : view.subviews())
@@ -44,7 +30,7 @@ void collect(UIView& view, std::vector<Place>& places) {
 } // namespace
 
 std::string Place::identifier() const {
-    return view->accessibilityIdentifier() + std::string(suffixOf(half));
+    return view->accessibilityIdentifier() + std::string(UIStepper::identifierSuffix(half));
 }
 
 CGRect Place::bounds() const {
@@ -62,32 +48,23 @@ CGRect Place::visibleFrame() const {
         return {};
     CGRect visible = CGRectIntersection(frame(), window->bounds());
     for (const UIView* v = view; v; v = v->superview()) {
-        if (v->isHidden() || v->alpha() < kLeastAlpha)
+        if (v->isHidden() || v->alpha() < kMinAlpha)
             return {};
         if (v != view && clips(*v))
             visible = CGRectIntersection(visible, v->convertRectTo(v->bounds(), nullptr));
     }
-    const bool isThere =
-        visible.size.width >= kLeastVisible && visible.size.height >= kLeastVisible;
-    return isThere ? visible : CGRect{};
+    const bool isVisible = visible.size.width >= kMinVisible && visible.size.height >= kMinVisible;
+    return isVisible ? visible : CGRect{};
 }
 
-Place placeNamed(UIView& root, std::string_view identifier) {
+Place findPlace(UIView& root, std::string_view identifier) {
     if (UIView* const view = root.viewWithIdentifier(identifier))
         return {view};
-    for (const auto half : kHalves) {
-        const std::string_view suffix = suffixOf(half);
-        if (!identifier.ends_with(suffix))
-            continue;
-        const auto owner = identifier.substr(0, identifier.size() - suffix.size());
-        UIView* const view = root.viewWithIdentifier(owner);
-        if (dynamic_cast<const UIStepper*>(view))
-            return {view, half};
-    }
-    return {};
+    const auto [stepper, half] = UIStepper::halfWithIdentifier(root, identifier);
+    return {stepper, half};
 }
 
-std::vector<Place> namedPlaces(UIView& root) {
+std::vector<Place> findPlaces(UIView& root) {
     std::vector<Place> places;
     collect(root, places);
     return places;

@@ -1,5 +1,6 @@
 // The thin bars that show which part of the content is seen; shown while it moves.
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 
 #include <algorithm>

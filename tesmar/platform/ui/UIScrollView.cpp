@@ -87,6 +87,13 @@ void UIScrollView::syncMotion() {
     y_.jumpTo(contentOffset().y);
 }
 
+UIScrollView* UIScrollView::enclosing(UIView* view) {
+    for (; view; view = view->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
+            return scroll;
+    return nullptr;
+}
+
 bool UIScrollView::canScroll(LayoutAxis axis) const {
     // Less than half a point is a rounding matter, not something to scroll to.
     const CGSize room = scrollRoom();

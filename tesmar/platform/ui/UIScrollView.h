@@ -57,7 +57,12 @@ class TESMAR_API UIScrollView : public UIView {
 
     bool isDragging() const { return dragging_; }
     bool isDecelerating() const { return gliding_ != nullptr && !dragging_; }
+    // Whether a drag or wheel moves the content along `axis`.
     bool canScroll(LayoutAxis axis) const;
+
+    // `view` itself or the nearest view above it that is a scroll view; null when there is none, or
+    // `view` is null. Not owned.
+    static UIScrollView* enclosing(UIView* view);
 
     void layoutSubviews() override;
     bool layoutEdgesAreContent() const override { return true; }

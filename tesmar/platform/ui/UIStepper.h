@@ -5,6 +5,8 @@
 #include "tesmar/platform/ui/UIControl.h"
 
 #include <map>
+#include <string_view>
+#include <utility>
 
 namespace tesmar {
 
@@ -61,8 +63,17 @@ class TESMAR_API UIStepper : public UIControl {
     Ref<UIImage> dividerImageForStates(unsigned left, unsigned right) const;
     void setDividerImage(const Ref<UIImage>& image, unsigned forLeftState, unsigned rightState);
 
-    // Bounds coordinates; both drawing and touches use it.
+    // Where a half is drawn and takes touches, in bounds coordinates; empty for none.
     CGRect halfRect(UIStepperHalf half) const;
+    // The half on the side of `point` (bounds coordinates), which may lie outside the bounds.
+    UIStepperHalf halfNearest(CGPoint point) const;
+    // Tests and tools address a half by the stepper's accessibility identifier followed by this
+    // suffix: ".decrement" or ".increment"; empty for none.
+    static std::string_view identifierSuffix(UIStepperHalf half);
+    // The stepper at or below `root`, and its half, that such an address names; null and none when
+    // there is no such stepper. The stepper is not owned.
+    static std::pair<UIStepper*, UIStepperHalf> halfWithIdentifier(UIView& root,
+                                                                   std::string_view identifier);
     // Whether the value can go that way.
     bool canStep(UIStepperHalf half) const;
 

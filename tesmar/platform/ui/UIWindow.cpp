@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
@@ -304,7 +305,7 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     context->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
                       scale_);
     DamageRegion painted;
-    if (context->pixelWidth() > 0) {
+    if (!context->clipPixels().isEmpty()) {
         // What views ask for while they draw is for the next frame.
         std::swap(painted, damage_);
         try {

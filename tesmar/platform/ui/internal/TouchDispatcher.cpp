@@ -15,13 +15,6 @@ constexpr CGFloat kTapSlack = 10;
 // A few hands' worth. Hosts that lose the lifts of fingers must not fill the memory with them.
 constexpr std::size_t kMostFingers = 32;
 
-UIScrollView* scrollViewAround(UIView* view) {
-    for (; view; view = view->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(view))
-            return scroll;
-    return nullptr;
-}
-
 bool canScroll(const UIScrollView& view) {
     return view.canScroll(LayoutAxis::horizontal) || view.canScroll(LayoutAxis::vertical);
 }
@@ -82,14 +75,16 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
         return true;
     }
     finger->view = hit->weak_from_this();
-    for (UIScrollView* s = scrollViewAround(hit); s; s = scrollViewAround(s->superview()))
+    for (UIScrollView* s = UIScrollView::enclosing(hit); s;
+         s = UIScrollView::enclosing(s->superview()))
         if (s->catchMotion()) {
             finger->stage = Stage::caught;
             finger->scrollView = s->weak_from_this();
             return true;
         }
     bool mayDrag = false;
-    for (UIScrollView* s = scrollViewAround(hit); s; s = scrollViewAround(s->superview()))
+    for (UIScrollView* s = UIScrollView::enclosing(hit); s;
+         s = UIScrollView::enclosing(s->superview()))
         mayDrag = mayDrag || canScroll(*s);
     if (mayDrag)
         finger->deliveryTimer = NSRunLoop::mainRunLoop().schedule(
@@ -125,7 +120,8 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
     if (!view || (finger->stage == Stage::delivered && keepsTouch(view.get())))
         return false;
     const CGPoint translation = finger->touch.location() - finger->touch.startLocation();
-    for (UIScrollView* s = scrollViewAround(view.get()); s; s = scrollViewAround(s->superview())) {
+    for (UIScrollView* s = UIScrollView::enclosing(view.get()); s;
+         s = UIScrollView::enclosing(s->superview())) {
         if (!s->wantsDrag(translation) || s->isDragging() || !s->window())
             continue;
         const auto scroll = ref(s);
