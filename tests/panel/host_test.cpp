@@ -88,14 +88,14 @@ TEST_F(PanelTest, SurvivesAnyActionInAnyCall) {
     for (int round = 0; round < rounds && !HasFailure(); ++round) {
         for (const auto& where : calls)
             for (std::size_t i = 0; i < (round == 0 ? std::size(kActions) : kReleases); ++i) {
-                const auto& [name, perform] = kActions[i];
-                if (where == "draw" && name == std::string("resize"))
+                const auto& action = kActions[i];
+                if (where == "draw" && action.name == std::string("resize"))
                     continue; // it would free the pixels that are being painted
-                SCOPED_TRACE(std::string(name) + " in " + where);
+                SCOPED_TRACE(std::string(action.name) + " in " + where);
                 S s;
                 s.replaceWindow(), s.replacePanel();
                 s.log->where = where;
-                s.log->action = [&] { perform(s); };
+                s.log->action = [&] { action.perform(s); };
                 try {
                     s.play();
                     EXPECT_FALSE(s.log->action) << "it was never called";
