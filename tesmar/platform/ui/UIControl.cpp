@@ -1,11 +1,10 @@
 #include "tesmar/platform/ui/UIControl.h"
 
-#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/UITouch.h"
-#include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
 #include <new>
@@ -202,12 +201,10 @@ void UIControl::stopTracking() {
 void UIControl::flashHighlight() {
     if (flashing_)
         return;
-    const std::weak_ptr<NSObject> weak = weak_from_this();
     try {
-        NSRunLoop::mainRunLoop().schedule(kFlash, [weak] {
-            const auto control = as<UIControl>(weak.lock());
-            if (control && control->flashing_ && !control->touch_)
-                control->setHighlighted(false);
+        scheduleWeakly(*this, kFlash, [](UIControl& control) {
+            if (control.flashing_ && !control.touch_)
+                control.setHighlighted(false);
         });
         flashing_ = true;
     } catch (const std::bad_alloc&) {
@@ -220,15 +217,6 @@ void UIControl::didMoveToWindow() {
         return;
     stopTracking();
     setHighlighted(false);
-}
-
-bool isLeafControl(const UIView& view) {
-    const auto holdsControl = [](const auto& self, const UIView& v) -> bool {
-        return std::any_of(v.subviews().begin(), v.subviews().end(), [&](const auto& child) {
-            return dynamic_cast<const UIControl*>(child.get()) || self(self, *child);
-        });
-    };
-    return dynamic_cast<const UIControl*>(&view) && !holdsControl(holdsControl, view);
 }
 
 } // namespace tesmar

@@ -104,7 +104,4 @@ class TESMAR_API UIControl : public UIView {
     bool flashing_ = false;
 };
 
-// Whether a view is a control that holds no other controls: one that a finger can operate.
-bool isLeafControl(const UIView& view);
-
 } // namespace tesmar

@@ -1,11 +1,11 @@
 #include "tesmar/platform/ui/UIStepper.h"
 
-#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
 #include <cmath>
@@ -339,17 +339,17 @@ void UIStepper::cancelTracking() {
 }
 
 void UIStepper::repeatLater(double delay) {
-    const std::weak_ptr<NSObject> weak = weak_from_this();
-    repeatTimer_ = NSRunLoop::mainRunLoop().schedule(delay, [weak] {
-        const auto stepper = as<UIStepper>(weak.lock());
-        if (!stepper || !stepper->isTracking())
-            return;
-        stepper->repeatLater(++stepper->repeats_ > kRepeatsBeforeFast ? kFastRepeat : kRepeat);
-        if (stepper->fingerOnHalf_ && stepper->isTouchInside())
-            stepper->stepOnce(stepper->pressed_);
-        if (!stepper->canStep(stepper->pressed_))
-            stepper->stopRepeating();
-    });
+    repeatTimer_ = scheduleWeakly(*this, delay, [](UIStepper& stepper) { stepper.repeat(); });
+}
+
+void UIStepper::repeat() {
+    if (!isTracking())
+        return;
+    repeatLater(++repeats_ > kRepeatsBeforeFast ? kFastRepeat : kRepeat);
+    if (fingerOnHalf_ && isTouchInside())
+        stepOnce(pressed_);
+    if (!canStep(pressed_))
+        stopRepeating();
 }
 
 void UIStepper::stopRepeating() {

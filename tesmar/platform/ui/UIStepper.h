@@ -97,6 +97,7 @@ class TESMAR_API UIStepper : public UIControl {
     unsigned stateOf(UIStepperHalf half) const;
     void stepOnce(UIStepperHalf half);
     void repeatLater(double delay);
+    void repeat();
     void stopRepeating();
     void setImage(Images& images, const Ref<UIImage>& image, unsigned key);
     void drawHalf(CGContext& context, UIStepperHalf half);

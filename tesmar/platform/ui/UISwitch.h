@@ -2,10 +2,13 @@
 // under the finger. Sends value-changed when the user has changed it, never when code does.
 #pragma once
 
-#include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIControl.h"
 
+#include <memory>
+
 namespace tesmar {
+
+class Transition;
 
 class TESMAR_API UISwitch : public UIControl {
     TESMAR_CLASS
@@ -14,6 +17,7 @@ class TESMAR_API UISwitch : public UIControl {
     static constexpr CGSize kSize{51, 31};
 
     UISwitch();
+    ~UISwitch() override;
 
     bool initWithFrame(CGRect frame) override;
     // Reads, beside the control's keys, "on".
@@ -44,8 +48,8 @@ class TESMAR_API UISwitch : public UIControl {
     bool shownOn_ = false; // where the thumb stands, or is on its way to
     bool dragged_ = false; // the finger has moved the thumb across since it landed
     Ref<UIColor> onTintColor_;
-    Transition position_; // 0 off … 1 on
-    Transition stretch_;  // 0 round … 1 stretched
+    std::unique_ptr<Transition> position_; // of the thumb: 0 off … 1 on
+    std::unique_ptr<Transition> stretch_;  // of the thumb: 0 round … 1 stretched
 };
 
 } // namespace tesmar

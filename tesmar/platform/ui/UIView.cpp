@@ -215,7 +215,7 @@ UIView* UIView::viewWithIdentifier(std::string_view identifier) {
 // --- Touches ------------------------------------------------------------------------------------
 
 UIView* UIView::hitTest(CGPoint point) {
-    if (hidden_ || !userInteractionEnabled_ || alpha_ < 0.01 || !pointInside(point))
+    if (!takesTouches() || !pointInside(point))
         return nullptr;
     for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
         const CGPoint inside = point - (*view)->originInSuperview() + (*view)->boundsOrigin_;

@@ -105,6 +105,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
     void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+    // Whether a finger can reach the view: not hidden, not transparent, and enabled.
+    bool takesTouches() const { return !hidden_ && userInteractionEnabled_ && alpha_ >= 0.01; }
     // The deepest view under the point (in bounds coordinates) that takes touches, or null.
     virtual UIView* hitTest(CGPoint point);
     virtual bool pointInside(CGPoint point) const { return bounds().contains(point); }

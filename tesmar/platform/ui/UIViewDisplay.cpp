@@ -3,6 +3,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
 #include <new>

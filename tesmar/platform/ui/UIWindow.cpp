@@ -6,11 +6,15 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
+#include "tesmar/platform/ui/internal/near_control.h"
+#include "tesmar/platform/ui/internal/wheel_routing.h"
 
 #include <algorithm>
-#include <limits>
+#include <cmath>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -67,35 +71,6 @@ class RootController : public UIViewController {
     void loadView() override { setView(make<PassThroughView>()); }
 };
 
-CGFloat distance(CGPoint p, const CGRect& r) {
-    const CGFloat dx = std::max({r.minX() - p.x, 0.0, p.x - r.maxX()});
-    const CGFloat dy = std::max({r.minY() - p.y, 0.0, p.y - r.maxY()});
-    return std::hypot(dx, dy);
-}
-
-struct Near {
-    UIControl* control = nullptr;
-    CGFloat distance = std::numeric_limits<CGFloat>::infinity();
-};
-
-// The control nearest to a point that lies in its touch rectangle; only what can be seen counts.
-void findNear(UIView& view, CGPoint onSurface, Near& nearest) {
-    if (view.isHidden() || !view.isUserInteractionEnabled() || view.alpha() < 0.01)
-        return;
-    const CGPoint point = view.convertPointFrom(onSurface, nullptr);
-    if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
-                                                         isLeafControl(view) &&
-                                                         control->touchRect().contains(point)) {
-        const CGFloat d = distance(point, view.bounds());
-        if (d < nearest.distance)
-            nearest = {control, d};
-    }
-    if (view.clipsToBounds() && !view.bounds().contains(point))
-        return;
-    for (const auto& child : view.subviews())
-        findNear(*child, onSurface, nearest);
-}
-
 } // namespace
 
 Class& UIWindow::classObject() {
@@ -107,7 +82,8 @@ Class& UIWindow::classObject() {
 
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
-      touches_(std::make_unique<TouchDispatcher>(*this)), context_(std::make_unique<CGContext>()) {}
+      touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
+      repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
 
 // Whoever hears of the end on its way finds no window any more.
 UIWindow::~UIWindow() {
@@ -222,14 +198,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-    for (UIView* view = hit; view; view = view->superview()) {
-        auto* scroll = dynamic_cast<UIScrollView*>(view);
-        if (scroll && ((delta.x != 0 && scroll->canScroll(LayoutAxis::horizontal)) ||
-                       (delta.y != 0 && scroll->canScroll(LayoutAxis::vertical)))) {
-            scroll->wheel(delta);
-            break;
-        }
-    }
+    routeWheel(hit, delta);
     return hit != nullptr;
 }
 
@@ -255,17 +224,14 @@ UIView* UIWindow::hitTest(CGPoint point) {
     UIView* const hit = UIView::hitTest(point);
     if (hit && isLeafControl(*hit))
         return hit;
-    Near nearest;
-    if (!hit || hit == this) {
-        findNear(*this, point, nearest);
-        return nearest.control;
-    }
+    if (!hit || hit == this)
+        return nearestControl(*this, point);
     // Only within what was hit: a card in front hides the controls behind it.
     UIView* front = hit;
     while (front->superview() != this)
         front = front->superview();
-    findNear(*front, point, nearest);
-    return nearest.control ? nearest.control : hit;
+    UIControl* const control = nearestControl(*front, point);
+    return control ? control : hit;
 }
 
 // --- Pixels -------------------------------------------------------------------------------------
@@ -282,19 +248,19 @@ CGPoint UIWindow::snapToPixels(CGPoint point) const {
 void UIWindow::damageSurface(const CGRect& rect) {
     const CGSize size = pixelSize();
     const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
-    damage_.add(intersection(pixelsTouchedBy(rect, scale_), surface));
+    damage_->add(intersection(pixelsTouchedBy(rect, scale_), surface));
 }
 
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
-    damage_.clear();
+    damage_->clear();
     damageSurface(bounds());
 }
 
 bool UIWindow::needsRender() {
     assertMainThread("UIWindow::needsRender");
     layoutIfNeeded();
-    return !damage_.isEmpty();
+    return !damage_->isEmpty();
 }
 
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
@@ -308,19 +274,19 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     DamageRegion painted;
     if (context->pixelWidth() > 0) {
         // What views ask for while they draw is for the next frame.
-        std::swap(painted, damage_);
+        std::swap(painted, *damage_);
         try {
             paintRects(*context, painted.rects());
         } catch (...) {
             for (const PixelRect& rect : painted.rects())
-                damage_.add(rect);
+                damage_->add(rect);
             throw;
         }
     }
     context->finish();
     context_ = std::move(context);
-    repainted_ = painted;
-    return repainted_.rects();
+    *repainted_ = painted;
+    return repainted_->rects();
 }
 
 void UIWindow::paintRects(CGContext& context, std::span<const PixelRect> rects) {

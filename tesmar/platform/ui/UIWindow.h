@@ -16,7 +16,7 @@
 // it. Positions and sizes are in points, times in seconds on one monotonic clock.
 #pragma once
 
-#include "tesmar/platform/ui/DamageRegion.h"
+#include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"
@@ -28,7 +28,7 @@
 
 namespace tesmar {
 
-class CGContext;
+class DamageRegion;
 class TouchDispatcher;
 
 enum class UIKey { escape };
@@ -121,8 +121,8 @@ class TESMAR_API UIWindow : public UIView {
     Ref<UIViewController> rootController_;
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;
-    DamageRegion damage_;
-    DamageRegion repainted_;
+    std::unique_ptr<DamageRegion> damage_;
+    std::unique_ptr<DamageRegion> repainted_; // by the last render()
     // Kept from frame to frame for its memory; taken while a frame is painted.
     std::unique_ptr<CGContext> context_;
 };

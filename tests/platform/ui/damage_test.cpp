@@ -4,6 +4,7 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 #include "tesmar/platform/ui/UISwitch.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,8 +1,8 @@
 #include "fixture.h"
 
-#include "tesmar/platform/ui/ScrollMotion.h"
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/internal/ScrollMotion.h"
 
 namespace tesmar {
 namespace {

@@ -1,9 +1,9 @@
 // The controllers that stand over a window's content, bottom to top, with their comings and goings.
 #pragma once
 
-#include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/internal/CardView.h"
+#include "tesmar/platform/ui/internal/Transition.h"
 
 #include <memory>
 #include <vector>

@@ -3,7 +3,10 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/ScrollTracking.h"
+#include "tesmar/platform/ui/internal/near_control.h"
 
 #include <algorithm>
 
@@ -40,7 +43,7 @@ TouchDispatcher::~TouchDispatcher() {
         const bool drags = finger->stage == Stage::dragging;
         forget(*finger);
         if (drags && scroll)
-            dropped.run([&] { scroll->cancelDrag(); });
+            dropped.run([&] { ScrollTracking::of(*scroll).cancelDrag(); });
     }
 }
 
@@ -77,7 +80,7 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
     finger->view = hit->weak_from_this();
     for (UIScrollView* s = UIScrollView::enclosing(hit); s;
          s = UIScrollView::enclosing(s->superview()))
-        if (s->catchMotion()) {
+        if (ScrollTracking::of(*s).catchMotion()) {
             finger->stage = Stage::caught;
             finger->scrollView = s->weak_from_this();
             return true;
@@ -122,7 +125,7 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
     const CGPoint translation = finger->touch.location() - finger->touch.startLocation();
     for (UIScrollView* s = UIScrollView::enclosing(view.get()); s;
          s = UIScrollView::enclosing(s->superview())) {
-        if (!s->wantsDrag(translation) || s->isDragging() || !s->window())
+        if (!ScrollTracking::of(*s).wantsDrag(translation) || s->isDragging() || !s->window())
             continue;
         const auto scroll = ref(s);
         const bool wasDelivered = finger->stage == Stage::delivered;
@@ -132,7 +135,8 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
         if (wasDelivered)
             view->touchCancelled(finger->touch);
         if (finger->stage == Stage::dragging)
-            scroll->beginDrag(finger->touch.location(), translation, finger->touch.timestamp());
+            ScrollTracking::of(*scroll).beginDrag(finger->touch.location(), translation,
+                                                  finger->touch.timestamp());
         return true;
     }
     return false;
@@ -155,7 +159,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
         break;
     case Stage::dragging:
         if (const auto scroll = as<UIScrollView>(finger->scrollView.lock()))
-            scroll->continueDrag(point, time);
+            ScrollTracking::of(*scroll).continueDrag(point, time);
         break;
     case Stage::outside:
     case Stage::gone:
@@ -185,10 +189,10 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
         all.run([&] { view->touchEnded(finger->touch); });
     } else if (stage == Stage::dragging && scroll) {
         if (movedToLift)
-            all.run([&] { scroll->continueDrag(point, time); });
-        all.run([&] { scroll->endDrag(time); });
+            all.run([&] { ScrollTracking::of(*scroll).continueDrag(point, time); });
+        all.run([&] { ScrollTracking::of(*scroll).endDrag(time); });
     } else if (stage == Stage::caught && scroll) {
-        all.run([&] { scroll->settle(); });
+        all.run([&] { ScrollTracking::of(*scroll).settle(); });
     } else if (stage == Stage::outside && std::hypot(travelled.x, travelled.y) <= kTapSlack) {
         if (const auto top = window_.presentedViewController())
             all.run([&] { top->dismissViewControllerAnimated(true); });
@@ -213,9 +217,9 @@ void TouchDispatcher::cancel(const Shared& finger, double time) {
     if (stage == Stage::delivered && view)
         view->touchCancelled(finger->touch);
     else if (stage == Stage::dragging && scroll)
-        scroll->cancelDrag();
+        ScrollTracking::of(*scroll).cancelDrag();
     else if (stage == Stage::caught && scroll)
-        scroll->settle();
+        ScrollTracking::of(*scroll).settle();
 }
 
 void TouchDispatcher::cancelAll(double time) {

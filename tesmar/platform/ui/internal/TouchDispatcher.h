@@ -1,13 +1,15 @@
 // Decides where each finger goes: to a view, or into the dragging of a scroll view.
 #pragma once
 
-#include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/ui/UITouch.h"
 
 #include <memory>
 #include <vector>
 
 namespace tesmar {
+
+class UIWindow;
 
 class TouchDispatcher {
   public:

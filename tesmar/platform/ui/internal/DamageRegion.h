@@ -13,7 +13,7 @@ PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale);
 // The nearest point on the pixel grid.
 CGPoint snappedPoint(CGPoint point, CGFloat scale);
 
-class TESMAR_API DamageRegion {
+class DamageRegion {
   public:
     // More rectangles than this are not worth the bookkeeping: the closest ones are joined.
     static constexpr std::size_t kMostRects = 16;

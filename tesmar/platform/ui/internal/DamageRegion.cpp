@@ -1,4 +1,4 @@
-#include "tesmar/platform/ui/DamageRegion.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tesmar/platform/ui/ScrollMotion.h"
+#include "tesmar/platform/ui/internal/ScrollMotion.h"
 
 #include <algorithm>
 #include <cmath>
