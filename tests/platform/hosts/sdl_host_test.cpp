@@ -1,4 +1,4 @@
-// The SDL host on a display that exists in memory only, fed with SDL's own events.
+// The SDL host on a display in memory, fed with SDL events.
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
@@ -20,19 +20,19 @@ constexpr CGRect kPlace{20, 30, 50, 50}; // of the pad
 constexpr CGPoint kOnPad{45, 55};
 constexpr CGPoint kBesidePad{150, 20};
 
-// Red, counts what it hears, takes every touch.
+// A red view that logs its touches.
 class Pad : public UIView {
   public:
-    void touchBegan(UITouch& touch) override { note("down", touch); }
-    void touchMoved(UITouch& touch) override { note("move", touch); }
-    void touchEnded(UITouch& touch) override { note("up", touch); }
-    void touchCancelled(UITouch& touch) override { note("cancel", touch); }
-    std::string story;
+    void touchBegan(UITouch& touch) override { note("down ", touch); }
+    void touchMoved(UITouch& touch) override { note("move ", touch); }
+    void touchEnded(UITouch& touch) override { note("up ", touch); }
+    void touchCancelled(UITouch& touch) override { note("cancel ", touch); }
+    std::string log;
     CGPoint last;
 
   private:
     void note(const char* what, UITouch& touch) {
-        story += std::string(story.empty() ? "" : " ") + what;
+        log += what;
         last = touch.location();
     }
 };
@@ -42,12 +42,16 @@ struct Screen {
         pad->setBackgroundColor(UIColor::redColor());
         pad->setFrame(kPlace);
         host.window()->rootViewController()->view()->addSubview(pad);
-        for (int i = 0; i < 3; ++i) // the window system's own greetings
-            host.turn(0);
+        settle(); // after the window system's first events
     }
     void settle() {
         for (int i = 0; i < 3; ++i)
             host.turn(0);
+    }
+    void send(std::vector<SDL_Event> events) {
+        for (SDL_Event& event : events)
+            EXPECT_EQ(SDL_PushEvent(&event), 1);
+        settle();
     }
     static SDL_Window* window() {
         for (Uint32 id = 1; id < 1000; ++id)
@@ -67,29 +71,36 @@ struct Screen {
     Ref<Pad> pad = make<Pad>();
 };
 
-SDL_Event mouse(Uint32 type, CGPoint at, Uint32 which = 0, Uint8 button = SDL_BUTTON_LEFT) {
+SDL_Event button(Uint32 type, CGPoint at, Uint32 which, Uint8 button) {
     SDL_Event event{};
     event.type = type;
-    if (type == SDL_MOUSEMOTION) {
-        event.motion.which = which;
-        event.motion.x = static_cast<int>(at.x);
-        event.motion.y = static_cast<int>(at.y);
-    } else {
-        event.button.which = which;
-        event.button.button = button;
-        event.button.x = static_cast<int>(at.x);
-        event.button.y = static_cast<int>(at.y);
-    }
+    event.button.which = which;
+    event.button.button = button;
+    event.button.x = static_cast<int>(at.x);
+    event.button.y = static_cast<int>(at.y);
+    return event;
+}
+SDL_Event press(CGPoint at, Uint32 which = 0, Uint8 name = SDL_BUTTON_LEFT) {
+    return button(SDL_MOUSEBUTTONDOWN, at, which, name);
+}
+SDL_Event lift(CGPoint at, Uint32 which = 0, Uint8 name = SDL_BUTTON_LEFT) {
+    return button(SDL_MOUSEBUTTONUP, at, which, name);
+}
+
+SDL_Event hover(CGPoint at) {
+    SDL_Event event{};
+    event.type = SDL_MOUSEMOTION;
+    event.motion.x = static_cast<int>(at.x);
+    event.motion.y = static_cast<int>(at.y);
     return event;
 }
 
-SDL_Event finger(Uint32 type, CGPoint at, SDL_FingerID id = 7, SDL_TouchID device = 3) {
+SDL_Event finger(Uint32 type, SDL_TouchID device = 3) {
     SDL_Event event{};
     event.type = type;
     event.tfinger.touchId = device;
-    event.tfinger.fingerId = id;
-    event.tfinger.x = static_cast<float>(at.x / kSize.width);
-    event.tfinger.y = static_cast<float>(at.y / kSize.height);
+    event.tfinger.x = static_cast<float>(kOnPad.x / kSize.width);
+    event.tfinger.y = static_cast<float>(kOnPad.y / kSize.height);
     return event;
 }
 
@@ -109,90 +120,70 @@ SDL_Event windowEvent(Uint8 what) {
     return event;
 }
 
-void push(std::vector<SDL_Event> events) {
-    for (SDL_Event& event : events)
-        ASSERT_EQ(SDL_PushEvent(&event), 1);
-}
-
 // --- Input --------------------------------------------------------------------------------------
 
-TEST(SDLHost, TouchesReachTheWindowOnceAndTheRestTheApplication) {
-    struct Case {
+TEST(SDLHost, HandsTouchesToTheWindowAndTapsToTheApplication) {
+    constexpr Uint8 kRight = SDL_BUTTON_RIGHT;
+    constexpr Uint32 kEcho = SDL_TOUCH_MOUSEID; // a mouse event that SDL makes of a finger's
+    const auto down = SDL_FINGERDOWN, up = SDL_FINGERUP;
+    const SDL_Event focusLost = windowEvent(SDL_WINDOWEVENT_FOCUS_LOST);
+    const struct {
         const char* name;
         std::vector<SDL_Event> events;
-        const char* story;
-        int taps; // that the application hears of
+        const char* log;
+        int taps; // that the application gets
+    } cases[] = {
+        {"click", {press(kOnPad), lift(kOnPad)}, "down up ", 0},
+        {"hover", {hover(kOnPad)}, "", 0},
+        {"right button", {press(kOnPad, 0, kRight), lift(kOnPad, 0, kRight)}, "", 0},
+        {"finger",
+         {finger(down), press(kOnPad, kEcho), finger(up), lift(kOnPad, kEcho)},
+         "down up ",
+         0},
+        {"mouse with echo",
+         {press(kOnPad), finger(down, SDL_MOUSE_TOUCHID), lift(kOnPad),
+          finger(up, SDL_MOUSE_TOUCHID)},
+         "down up ",
+         0},
+        {"two devices",
+         {finger(down, 1), finger(down, 2), finger(up, 1), finger(up, 2)},
+         "down down up up ",
+         0},
+        {"lift only", {finger(up)}, "", 0},
+        {"beside", {press(kBesidePad), lift(kBesidePad)}, "", 1},
+        {"drag beside", {press(kBesidePad), lift({190, 90})}, "", 0},
+        {"drag", {press(kOnPad), hover(kBesidePad), lift(kBesidePad)}, "down move up ", 0},
+        {"focus", {press(kOnPad), focusLost, lift(kOnPad)}, "down cancel ", 0},
     };
-    const auto down = SDL_MOUSEBUTTONDOWN, up = SDL_MOUSEBUTTONUP, motion = SDL_MOUSEMOTION;
-    const Case cases[] = {
-        {"a click", {mouse(down, kOnPad), mouse(up, kOnPad)}, "down up", 0},
-        {"a hover", {mouse(motion, kOnPad)}, "", 0},
-        {"another button",
-         {mouse(down, kOnPad, 0, SDL_BUTTON_RIGHT), mouse(up, kOnPad, 0, SDL_BUTTON_RIGHT)},
-         "",
-         0},
-        {"a finger with its echo as a mouse",
-         {finger(SDL_FINGERDOWN, kOnPad), mouse(down, kOnPad, SDL_TOUCH_MOUSEID),
-          finger(SDL_FINGERUP, kOnPad), mouse(up, kOnPad, SDL_TOUCH_MOUSEID)},
-         "down up",
-         0},
-        {"a mouse with its echo as a finger",
-         {mouse(down, kOnPad), finger(SDL_FINGERDOWN, kOnPad, 0, SDL_MOUSE_TOUCHID),
-          mouse(up, kOnPad), finger(SDL_FINGERUP, kOnPad, 0, SDL_MOUSE_TOUCHID)},
-         "down up",
-         0},
-        {"two fingers of two devices with the same name",
-         {finger(SDL_FINGERDOWN, kOnPad, 1, 1), finger(SDL_FINGERDOWN, kOnPad, 1, 2),
-          finger(SDL_FINGERUP, kOnPad, 1, 1), finger(SDL_FINGERUP, kOnPad, 1, 2)},
-         "down down up up",
-         0},
-        {"a lift of what never landed", {finger(SDL_FINGERUP, kOnPad)}, "", 0},
-        {"beside it", {mouse(down, kBesidePad), mouse(up, kBesidePad)}, "", 1},
-        {"a drag beside it", {mouse(down, kBesidePad), mouse(up, {190, 90})}, "", 0},
-        {"a drag from it stays its own",
-         {mouse(down, kOnPad), mouse(motion, kBesidePad), mouse(up, kBesidePad)},
-         "down move up",
-         0},
-        {"the focus is lost",
-         {mouse(down, kOnPad), windowEvent(SDL_WINDOWEVENT_FOCUS_LOST), mouse(up, kOnPad)},
-         "down cancel",
-         0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& c : cases) {
         Screen screen;
         int taps = 0;
         screen.host.onTap([&](CGPoint) { ++taps; });
-        push(c.events);
-        screen.settle();
-        EXPECT_EQ(screen.pad->story, c.story);
-        EXPECT_EQ(taps, c.taps);
+        screen.send(c.events);
+        EXPECT_EQ(screen.pad->log, c.log) << c.name;
+        EXPECT_EQ(taps, c.taps) << c.name;
     }
 }
 
-TEST(SDLHost, PositionsAreInPointsWhateverTheScale) {
+TEST(SDLHost, ConvertsPositionsToPoints) {
     Screen screen(2);
-    push({mouse(SDL_MOUSEBUTTONDOWN, {2 * kOnPad.x, 2 * kOnPad.y})});
-    screen.settle();
+    screen.send({press({2 * kOnPad.x, 2 * kOnPad.y})});
     EXPECT_EQ(screen.pad->last, kOnPad);
     EXPECT_EQ(screen.host.window()->frame().size, kSize);
     EXPECT_EQ(screen.host.window()->scale(), 2);
 }
 
-TEST(SDLHost, KeysThatTheWindowHasNoUseForAreTheApplications) {
+TEST(SDLHost, LeavesUnhandledKeysToTheApplication) {
     Screen screen;
-    std::string heard;
-    screen.host.onKey([&](const SDLHost::Key& k) { heard += k.name + (k.repeated ? "* " : " "); });
-    push({key(SDLK_SPACE), key(SDLK_LEFT, 0, 1), key(SDLK_c, KMOD_LCTRL), key(SDLK_ESCAPE)});
-    screen.settle();
-    EXPECT_EQ(heard, "Space Left* Escape ");
+    std::string keys;
+    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name + (k.repeated ? "* " : " "); });
+    screen.send({key(SDLK_SPACE), key(SDLK_LEFT, 0, 1), key(SDLK_c, KMOD_LCTRL), key(SDLK_ESCAPE)});
+    EXPECT_EQ(keys, "Space Left* Escape ");
 
     const auto sheet = make<UIViewController>();
     screen.host.window()->presentViewController(sheet, false);
-    screen.settle();
-    push({key(SDLK_ESCAPE)});
-    screen.settle();
-    EXPECT_EQ(heard, "Space Left* Escape ");
+    screen.send({key(SDLK_ESCAPE)});
+    EXPECT_EQ(keys, "Space Left* Escape ");
     EXPECT_TRUE(!sheet->presentingViewController() || sheet->isBeingDismissed());
 }
 
@@ -214,7 +205,7 @@ TEST(SDLHost, ShowsTheWindowOverThePicture) {
     EXPECT_NEAR(mixed & 0xFF, 128, 2);
 }
 
-TEST(SDLHost, UploadsWhatChangedAndPresentsOnlyThen) {
+TEST(SDLHost, UploadsOnlyWhatChanged) {
     Screen screen;
     const auto before = screen.host.statistics();
     screen.settle();
@@ -232,13 +223,13 @@ TEST(SDLHost, UploadsWhatChangedAndPresentsOnlyThen) {
     EXPECT_EQ(screen.host.statistics().uploadedPixels, after.uploadedPixels);
 }
 
-TEST(SDLHost, FollowsTheWindowsSize) {
+TEST(SDLHost, FollowsTheSizeOfTheWindow) {
     Screen screen(2);
-    CGSize told;
-    screen.host.onResize([&](CGSize size) { told = size; });
+    CGSize reported;
+    screen.host.onResize([&](CGSize size) { reported = size; });
     SDL_SetWindowSize(Screen::window(), 300, 240);
     screen.settle();
-    EXPECT_EQ(told, (CGSize{150, 120}));
+    EXPECT_EQ(reported, (CGSize{150, 120}));
     EXPECT_EQ(screen.host.window()->pixelSize(), (CGSize{300, 240}));
     EXPECT_EQ(screen.pixel(90, 110), 0xFFFF0000u);
 }
@@ -247,19 +238,19 @@ TEST(SDLHost, FollowsTheWindowsSize) {
 
 TEST(SDLHost, SleepsUntilTheNextDeadline) {
     Screen screen;
-    bool rang = false;
+    bool fired = false;
     const auto start = Clock::now();
-    NSRunLoop::mainRunLoop().schedule(0.08, [&] { rang = true; });
+    NSRunLoop::mainRunLoop().schedule(0.08, [&] { fired = true; });
     int turns = 0;
-    while (!rang && ++turns < 50)
+    while (!fired && ++turns < 50)
         screen.host.turn();
     const std::chrono::duration<double> slept = Clock::now() - start;
-    EXPECT_TRUE(rang);
+    EXPECT_TRUE(fired);
     EXPECT_GE(slept.count(), 0.07);
     EXPECT_LE(turns, 3);
 }
 
-TEST(SDLHost, AnotherThreadEndsTheSleep) {
+TEST(SDLHost, WakesForAnotherThread) {
     Screen screen;
     const auto main = std::this_thread::get_id();
     int woken = 0;
@@ -272,23 +263,23 @@ TEST(SDLHost, AnotherThreadEndsTheSleep) {
         for (int i = 0; i < 1000; ++i)
             screen.host.wakeUp();
     });
-    screen.host.turn(); // without a deadline: only the other thread ends it
+    screen.host.turn(); // without a deadline: only wakeUp() ends it
     other.join();
     screen.settle();
     EXPECT_GE(woken, 1);
     EXPECT_LT(woken, 1000);
 }
 
-TEST(SDLHost, QuitsWhenTheViewerClosesTheWindow) {
+TEST(SDLHost, QuitsWhenTheWindowIsClosed) {
     Screen screen;
     SDL_Event quit{};
     quit.type = SDL_QUIT;
-    push({quit});
+    SDL_PushEvent(&quit);
     screen.host.run();
     EXPECT_FALSE(screen.host.turn());
 }
 
-TEST(SDLHost, SaysWhyThereIsNoDisplay) {
+TEST(SDLHost, ReportsAMissingDisplay) {
     SDL_setenv("SDL_VIDEODRIVER", "nonsense", 1);
     try {
         SDLHost host({.title = "test"});
