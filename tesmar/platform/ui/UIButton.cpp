@@ -10,7 +10,7 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kTitleSize = 18;
-constexpr CGFloat kTitlePadding = 12; // height beside the title's own
+constexpr CGFloat kTitlePadding = 12; // added to the title's height
 constexpr CGFloat kLeastWidth = 30;
 
 template <class T>
@@ -117,7 +117,7 @@ void UIButton::showState() {
 void UIButton::stateChanged() {
     UIControl::stateChanged();
     if (titleLabel_) {
-        // Only the colour depends on most states; a new title needs a new layout too.
+        // Most states change only the colour; only a new title needs a new layout.
         if (titleLabel_->text() != titleForState(state()))
             showState();
         else

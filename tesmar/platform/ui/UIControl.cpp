@@ -12,7 +12,7 @@
 namespace tesmar {
 namespace {
 
-// How long a highlight has to stand to be seen, in seconds.
+// A highlight must last this long to be seen, in seconds.
 constexpr double kFlash = 0.1;
 
 } // namespace
@@ -94,7 +94,7 @@ void UIControl::forgetRemovedTargets() {
 
 void UIControl::sendActionsForControlEvents(unsigned events) {
     assertMainThread("UIControl::sendActionsForControlEvents");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     struct Sending {
         explicit Sending(UIControl& control) : control_(control) { ++control_.sending_; }
         ~Sending() {
@@ -103,15 +103,15 @@ void UIControl::sendActionsForControlEvents(unsigned events) {
         }
         UIControl& control_;
     } const sending(*this);
-    // Only the targets of now, by index: an action may add targets, and removed ones stay in place
-    // until all is sent.
+    // By index and only the present targets: an action may add targets. Removed ones keep their
+    // places until all actions are sent.
     const std::size_t count = targets_.size();
     for (std::size_t i = 0; i < count; ++i) {
         if (!(targets_[i].events & events))
             continue;
         const Selector action = targets_[i].action;
         if (const auto target = targets_[i].target.lock())
-            performAction(*target, action, kept);
+            performAction(*target, action, self);
     }
 }
 
@@ -132,7 +132,7 @@ bool UIControl::isWithinMargin(const UITouch& touch) const {
 void UIControl::touchBegan(UITouch& touch) {
     if (touch_ || !enabled_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     touch_ = &touch;
     touchTime_ = touch.timestamp();
     touchInside_ = true;
@@ -147,7 +147,7 @@ void UIControl::touchBegan(UITouch& touch) {
 void UIControl::touchMoved(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     const bool wasInside = touchInside_;
     touchInside_ = isWithinMargin(touch);
     if (!continueTracking(touch)) {
@@ -167,12 +167,12 @@ void UIControl::touchMoved(UITouch& touch) {
 void UIControl::touchEnded(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     const bool inside = isWithinMargin(touch);
     const bool unseen = touch.timestamp() - touchTime_ < kFlash && inside;
     touch_ = nullptr;
     touchInside_ = inside;
-    // The highlight is settled before anyone is told, for whoever is told may do anything.
+    // Settle the highlight before any callback.
     if (unseen && highlighted_ && window())
         flashHighlight();
     else
@@ -190,7 +190,7 @@ void UIControl::touchCancelled(UITouch& touch) {
 void UIControl::stopTracking() {
     if (!touch_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     touch_ = nullptr;
     touchInside_ = false;
     setHighlighted(false);
@@ -208,7 +208,7 @@ void UIControl::flashHighlight() {
         });
         flashing_ = true;
     } catch (const std::bad_alloc&) {
-        setHighlighted(false); // nothing would end it
+        setHighlighted(false); // without the timer nothing would end it
     }
 }
 

@@ -80,7 +80,7 @@ bool UISwitch::beginTracking(UITouch&) {
     return true;
 }
 
-// The thumb follows the finger from half to half; the switch itself changes only at the lift.
+// The thumb follows the finger across the middle; isOn() changes only at the lift.
 bool UISwitch::continueTracking(UITouch& touch) {
     const CGFloat x = touch.locationIn(*this).x;
     const bool towardsOn = x > bounds().midX() + kSize.width / 4;

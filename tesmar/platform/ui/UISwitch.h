@@ -1,5 +1,6 @@
-// An on/off switch, 51 × 31 points. A tap or a drag of the thumb moves it; the thumb stretches
-// under the finger. Sends value-changed when the user has changed it, never when code does.
+// An on/off switch, 51 × 31 points. A tap toggles it, a drag moves its thumb; the thumb stretches
+// under the finger. It sends value-changed, at the lift, when the user has changed it, never when
+// code does.
 #pragma once
 
 #include "tesmar/platform/ui/UIControl.h"
@@ -19,14 +20,16 @@ class TESMAR_API UISwitch : public UIControl {
     UISwitch();
     ~UISwitch() override;
 
+    // Only the origin of `frame` counts; the size is kSize.
     bool initWithFrame(CGRect frame) override;
     // Reads, beside the control's keys, "on".
     bool initWithCoder(NSCoder& coder) override;
 
     bool isOn() const { return on_; }
+    // Off at the start. Animated, the thumb slides; isOn() changes at once.
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
-    // The track while on; null restores the default green.
+    // The colour of the track while on; null, as at the start, means the default green.
     const Ref<UIColor>& onTintColor() const { return onTintColor_; }
     void setOnTintColor(const Ref<UIColor>& color);
 
@@ -45,7 +48,7 @@ class TESMAR_API UISwitch : public UIControl {
     void moveThumb(bool animated);
 
     bool on_ = false;
-    bool shownOn_ = false; // where the thumb stands, or is on its way to
+    bool shownOn_ = false; // the thumb's position, or where it is sliding
     bool dragged_ = false; // the finger has moved the thumb across since it landed
     Ref<UIColor> onTintColor_;
     std::unique_ptr<Transition> position_; // of the thumb: 0 off … 1 on

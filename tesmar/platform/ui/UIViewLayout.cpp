@@ -20,9 +20,9 @@ std::size_t index(LayoutAxis axis) {
 } // namespace
 
 void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
-    if (translates == framesAreGiven_)
+    if (translates == translatesMask_)
         return;
-    framesAreGiven_ = translates;
+    translatesMask_ = translates;
     layoutNeedsUpdate();
 }
 

@@ -20,7 +20,7 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kLargestSide = 65535;  // points
-constexpr CGFloat kLargestPixel = 32767; // pixels of a side
+constexpr CGFloat kLargestPixel = 32767; // pixels per side
 constexpr CGFloat kSmallestScale = 0.1;
 constexpr CGFloat kLargestScale = 16;
 
@@ -34,13 +34,13 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
     return std::min(wanted, kLargestPixel / side);
 }
 
-// The context that views draw into, for as long as this lives; then it lets the pixels go.
+// Makes `context` current while this exists.
 class CurrentContext {
   public:
     explicit CurrentContext(CGContext& context) : context_(&context) {
         UIGraphicsPushContext(context);
     }
-    // With what a view's drawing began above it and, having thrown, never ended.
+    // Also ends what a view's drawing began on top of it and, because it threw, never ended.
     ~CurrentContext() {
         while (CGContext* const current = UIGraphicsGetCurrentContext()) {
             UIGraphicsEndImageContext();
@@ -57,7 +57,7 @@ class CurrentContext {
     CGContext* context_;
 };
 
-// Lets touches through to what lies below the window.
+// Takes touches only on its subviews.
 class PassThroughView : public UIView {
   public:
     UIView* hitTest(CGPoint point) override {
@@ -85,19 +85,19 @@ UIWindow::UIWindow()
       touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
       repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
 
-// Whoever hears of the end on its way finds no window any more.
+// Views and controllers that are notified of the end meanwhile find no window any more.
 UIWindow::~UIWindow() {
     if (rootController_)
-        presentations_->setRoot(*rootController_, PresentationStack::Root::leaves);
+        presentations_->setRoot(*rootController_, PresentationStack::Root::detached);
     presentations_->abandon();
-    letSubviewsGo();
+    detachSubviews();
     touches_.reset();
 }
 
 Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
     auto window = makeWith<UIWindow>(&UIWindow::initWithFrame, CGRect({}, finiteSize(size)));
     window->rootController_ = make<RootController>();
-    window->presentations_->setRoot(*window->rootController_, PresentationStack::Root::stands);
+    window->presentations_->setRoot(*window->rootController_, PresentationStack::Root::attached);
     window->addSubview(window->rootController_->view());
     window->setScale(scale);
     window->layoutSubviews();
@@ -127,9 +127,9 @@ void UIWindow::setScale(CGFloat scale) {
 }
 
 void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
-    const auto held = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
-    const UIEdgeInsets area{held(insets.top), held(insets.left), held(insets.bottom),
-                            held(insets.right)};
+    const auto clamped = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
+    const UIEdgeInsets area{clamped(insets.top), clamped(insets.left), clamped(insets.bottom),
+                            clamped(insets.right)};
     if (std::exchange(safeArea_, area) != area)
         setNeedsLayout();
 }
@@ -162,9 +162,9 @@ Ref<UIViewController> UIWindow::presentedViewController() const {
 void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                      UIViewController::Completion completion) {
     assertMainThread("UIWindow::presentViewController");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     auto presenter = presentations_->top();
-    // One that is on its way out comes back over what it stood on.
+    // A controller that is being dismissed comes back over the root.
     if (!presenter || presenter == controller)
         presenter = rootController_;
     presenter->presentViewController(controller, animated, std::move(completion));
@@ -174,7 +174,7 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 
 bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
     assertMainThread("UIWindow::touch");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.noteTime(time);
     layoutIfNeeded();
@@ -194,7 +194,7 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
 
 bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     assertMainThread("UIWindow::wheel");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
@@ -204,7 +204,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
 
 bool UIWindow::key(UIKey key, double time) {
     assertMainThread("UIWindow::key");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     const auto top = presentedViewController();
     if (key != UIKey::escape || !top)
@@ -215,7 +215,7 @@ bool UIWindow::key(UIKey key, double time) {
 
 void UIWindow::cancelTouches(double time) {
     assertMainThread("UIWindow::cancelTouches");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
 }
@@ -226,7 +226,7 @@ UIView* UIWindow::hitTest(CGPoint point) {
         return hit;
     if (!hit || hit == this)
         return nearestControl(*this, point);
-    // Only within what was hit: a card in front hides the controls behind it.
+    // Only in the same card: it hides the controls behind it.
     UIView* front = hit;
     while (front->superview() != this)
         front = front->superview();
@@ -265,7 +265,7 @@ bool UIWindow::needsRender() {
 
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     assertMainThread("UIWindow::render");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     layoutIfNeeded();
     const CGSize size = pixelSize();
     auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();
@@ -273,7 +273,7 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
                       scale_);
     DamageRegion painted;
     if (context->pixelWidth() > 0) {
-        // What views ask for while they draw is for the next frame.
+        // Damage that is reported during painting belongs to the next frame.
         std::swap(painted, *damage_);
         try {
             paintRects(*context, painted.rects());

@@ -1,42 +1,43 @@
-// How scrolled content moves along one axis: under a finger, after it, and back from past an end.
-// Knows no views. Offsets are points from the content's start; times are seconds.
+// The motion of scrolled content along one axis: under a finger, after its lift, and back from past
+// an end. Independent of views. Offsets are in points from the content's start, times in seconds.
 #pragma once
 
 namespace tesmar {
 
 class ScrollMotion {
   public:
-    // What of a speed is left after each millisecond.
+    // The part of the speed that remains after each millisecond.
     static constexpr double kDecelerationRate = 0.998;
 
-    // The offsets at which the content may rest; nothing lies past them but the rubber band.
+    // The offsets at which the content may rest; past them it is on a rubber band.
     void setRange(double lowest, double highest);
-    // The length of the visible part: the rubber band never stretches that far.
+    // The length of the visible part; the rubber band always stretches by less.
     void setExtent(double extent) { extent_ = extent; }
 
     double offset() const { return offset_; }
     bool isMoving() const { return moving_; }
-    // Stands at `offset`, wherever that is.
+    // Stops any motion; `offset` may lie past the ends.
     void jumpTo(double offset);
 
-    // A finger takes hold; where the content stands past an end, the band keeps its stretch.
+    // A finger takes hold. Content past an end does not jump: the rubber band keeps its stretch.
     void beginDrag();
-    // The finger has moved the content by `distance` since it took hold.
+    // The finger has moved the content by `distance` in all since beginDrag().
     void dragBy(double distance);
-    // The finger lets go at `velocity`, in points of offset per second. What follows is motion
-    // until step() answers false.
+    // The finger lifts at `velocity`, in points of offset per second (NaN and infinity mean 0). The
+    // content moves on until step() returns false.
     void endDrag(double velocity, double now);
-    // Sets off to a resting offset; at the present speed when it was on such a way already.
+    // Moves to `offset`, clamped to the range; keeps the present speed when it was moving to an
+    // offset already.
     void moveTo(double offset, double now);
-    // Where it will rest after moveTo(), or stands.
+    // Where a moveTo() under way will end; otherwise the present offset.
     double destination() const { return moving_ && mode_ == Mode::springing ? target_ : offset_; }
-    // Stands still, here.
+    // Stops at the present offset.
     void stop() { moving_ = false; }
 
-    // Brings the offset up to `now`; false when it has come to rest.
+    // Brings the offset up to `now`. Returns whether the content still moves.
     bool step(double now);
 
-    // The visible stretch for a finger's `overshoot` past an end.
+    // How far past an end the content appears when a finger has dragged it `overshoot` points past.
     static double rubberBand(double overshoot, double extent);
 
   private:
@@ -50,7 +51,7 @@ class ScrollMotion {
     double highest_ = 0;
     double extent_ = 1;
     double offset_ = 0;
-    double dragOrigin_ = 0; // unstretched
+    double dragOrigin_ = 0; // offset at beginDrag(), without the rubber band
     bool moving_ = false;
     Mode mode_ = Mode::decelerating;
     double startTime_ = 0;

@@ -13,16 +13,16 @@
 namespace tesmar {
 namespace {
 
-// A tap beside a card is one that stays put, in points.
+// How far the finger of a tap may move, in points.
 constexpr CGFloat kTapSlack = 10;
-// A few hands' worth. Hosts that lose the lifts of fingers must not fill the memory with them.
+// The fingers of a few hands; a limit for hosts that do not report every lift.
 constexpr std::size_t kMostFingers = 32;
 
 bool canScroll(const UIScrollView& view) {
     return view.canScroll(LayoutAxis::horizontal) || view.canScroll(LayoutAxis::vertical);
 }
 
-// A control that follows the finger keeps it; a plain view gives it up to a drag.
+// A control that tracks a touch keeps it; any other view loses it to a drag.
 bool keepsTouch(const UIView* view) {
     const auto* control = dynamic_cast<const UIControl*>(view);
     return control && control->isTracking() && isLeafControl(*control);
@@ -34,7 +34,7 @@ TouchDispatcher::TouchDispatcher(UIWindow& window) : window_(window) {
     fingers_.reserve(kMostFingers);
 }
 
-// The window is gone, and no view is in it any more; but content must not stay in a finger's hold.
+// No view is in the window any more, but scroll views with other owners must not stay dragged.
 TouchDispatcher::~TouchDispatcher() {
     FirstException dropped;
     while (!fingers_.empty()) {
@@ -61,7 +61,7 @@ void TouchDispatcher::forget(Finger& finger) {
 }
 
 bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
-    cancelled(id, time); // a finger cannot land twice: its lift was lost
+    cancelled(id, time); // its lift was not reported
     while (fingers_.size() >= kMostFingers)
         cancel(Shared(fingers_.front()), time);
     UIView* const hit = window_.hitTest(point);
@@ -100,13 +100,13 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
 void TouchDispatcher::deliver(const Shared& finger) {
     if (finger->stage != Stage::waiting)
         return;
-    const auto keepWindow = ref(&window_);
+    const auto window = ref(&window_);
     finger->stage = Stage::delivered;
     NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
     const auto view = as<UIView>(finger->view.lock());
     if (!view || view->window() != &window_)
         return;
-    // It landed where it landed, however late the view hears of it.
+    // Delivery may be late: the touch begins where the finger landed.
     UITouch& touch = finger->touch;
     const CGPoint now = touch.location();
     touch.moveTo(touch.startLocation(), touch.timestamp());
@@ -168,7 +168,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
     return true;
 }
 
-// The finger is gone afterwards, and whoever had it has heard so, whatever is thrown on the way.
+// Ends the touch and notifies its receiver, whatever callbacks throw.
 bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     const Shared finger = find(id);
     if (!finger)
@@ -177,8 +177,8 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     finger->touch.moveTo(point, time);
     FirstException all;
     if (finger->stage == Stage::waiting || finger->stage == Stage::caught)
-        all.run([&] { startDrag(finger); }); // a flick whose only move is its lift
-    all.run([&] { deliver(finger); });       // a quick tap: the view gets all of it now
+        all.run([&] { startDrag(finger); }); // a flick that moved only at the lift
+    all.run([&] { deliver(finger); });       // a quick tap is delivered only now
     const Stage stage = finger->stage;
     forget(*finger);
 
