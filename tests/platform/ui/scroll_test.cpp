@@ -81,7 +81,6 @@ TEST_F(ScrollTest, GlidesUntilATouchStopsItWithoutATap) {
     host.drag({100, 250}, {0, -100}, 0.05);
     host.advance(10);
     EXPECT_EQ(listener->take(), "begin end+glide rest ");
-    EXPECT_EQ(NSRunLoop::mainRunLoop().nextDeadline(), std::nullopt);
 }
 
 TEST_F(ScrollTest, SpringsBackFromItsEnds) {
@@ -90,8 +89,7 @@ TEST_F(ScrollTest, SpringsBackFromItsEnds) {
         host.touch(P::began, {100, 100});
         host.touch(P::moved, {100, 110});
         host.touch(P::moved, {100, 210}); // 100 past the start
-        EXPECT_LT(offset(), -20);
-        EXPECT_GT(offset(), -100);
+        EXPECT_NEAR(offset(), -60, 40);   // stretched
         host.touch(P::ended, {100, 210});
         host.advance(setting == MotionSetting::full ? 3 : 0);
         EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
@@ -157,8 +155,7 @@ TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
     const double rate = std::log(0.998) * 1000; // of the speed's logarithm, per second
     motion.step(0.1);
     EXPECT_NEAR(motion.offset(), 100 + 1000 * std::expm1(rate / 10) / rate, 1e-6);
-    while (motion.step(20)) {
-    }
+    EXPECT_FALSE(motion.step(20));
     EXPECT_NEAR(motion.offset(), 100 - 1000 / rate, 6);
 
     motion.jumpTo(9990);
