@@ -64,8 +64,8 @@ bool UIView::initWithCoder(NSCoder& coder) {
         coder.decodeBool("userInteractionEnabled").value_or(userInteractionEnabled_);
     backgroundColor_ = as<UIColor>(coder.decodeObject("backgroundColor"));
     identifier_ = coder.decodeString("accessibilityIdentifier").value_or("");
-    translatesMask_ =
-        coder.decodeBool("translatesAutoresizingMaskIntoConstraints").value_or(translatesMask_);
+    framesAreGiven_ =
+        coder.decodeBool("translatesAutoresizingMaskIntoConstraints").value_or(framesAreGiven_);
     for (const auto& object : coder.decodeObjects("subviews"))
         if (const auto view = as<UIView>(object))
             addSubview(view);

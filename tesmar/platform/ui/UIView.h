@@ -23,9 +23,8 @@ class NSBundle;
 class UITouch;
 class UIWindow;
 
-// In an intrinsic size: the content has no size of its own along that axis.
+// "No wish" along an axis of an intrinsic size.
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
-// Targets for systemLayoutSizeFittingSize: as small, and as large, as the constraints allow.
 inline constexpr CGSize UILayoutFittingCompressedSize{0, 0};
 inline constexpr CGSize UILayoutFittingExpandedSize{10000, 10000};
 
@@ -111,7 +110,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Touches --------------------------------------------------------------------------------
 
-    bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+    // True at the start. False: neither the view nor what is in it takes touches.
     void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
     // Whether a finger can reach the view: not hidden, not transparent, and enabled.
     bool takesTouches() const { return !hidden_ && userInteractionEnabled_ && alpha_ >= 0.01; }
@@ -127,43 +126,37 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Layout ---------------------------------------------------------------------------------
 
-    // True, as at the start: the view keeps its frame. False: constraints determine it.
-    bool translatesAutoresizingMaskIntoConstraints() const { return translatesMask_; }
+    // True (the start): the view keeps its frame. False: constraints decide it.
+    bool translatesAutoresizingMaskIntoConstraints() const { return framesAreGiven_; }
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
-    // Both items of the constraint must be this view or below it. Null is ignored.
+    // The constraint must concern this view or views below it.
     void addConstraint(const Ref<NSLayoutConstraint>& constraint);
     void addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
     void removeConstraint(const Ref<NSLayoutConstraint>& constraint);
     const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
 
-    // The natural size of the content; UIViewNoIntrinsicMetric along an axis that has none.
+    // The size that the content wants; UIViewNoIntrinsicMetric where it has no wish.
     virtual CGSize intrinsicContentSize() const;
-    // Must be called when intrinsicContentSize() has changed.
     void invalidateIntrinsicContentSize();
-    // The number of changes of constraints and intrinsic sizes at or below this view, which must be
-    // the root of a layout.
+    // How often constraints or contents below this view, where a layout begins, have changed.
     std::uint64_t layoutChanges() const { return layoutChanges_; }
-    // 0 to 1000; at the start 250 for hugging and 750 for compression resistance.
     double contentHuggingPriority(LayoutAxis axis) const;
     void setContentHuggingPriority(double priority, LayoutAxis axis);
     double contentCompressionResistancePriority(LayoutAxis axis) const;
     void setContentCompressionResistancePriority(double priority, LayoutAxis axis);
 
-    // The size nearest to `target` that the constraints of this view and those below it allow.
+    // The smallest (or, for a large target, the largest) size that the constraints allow.
     CGSize systemLayoutSizeFittingSize(CGSize target);
-    // The size that suits the content best. The base class returns the intrinsic size, and the
-    // present extent along an axis that has none; it ignores `size`.
+    // The size that suits the content best; the intrinsic size, and the present one where the
+    // content has no wish.
     virtual CGSize sizeThatFits(CGSize size) const;
-    // Resizes the view to sizeThatFits().
     void sizeToFit();
 
-    // Has layoutSubviews called at the next layout.
     void setNeedsLayout();
-    // Brings every frame in the view's layout up to date. A layout begins at the topmost view, and
-    // anew at each presented controller's view.
+    // Brings every frame up to date, from the root of the view's layout down: the topmost view, or
+    // a controller's.
     void layoutIfNeeded();
-    // Called after the constraints are solved when the view's size has changed or setNeedsLayout()
-    // was called.
+    // Called when the view's size or its layout needs have changed, after constraints are solved.
     virtual void layoutSubviews() {}
 
     // --- Added by the caption library -----------------------------------------------------------
@@ -181,7 +174,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     const std::vector<std::shared_ptr<NSLayoutConstraint>>& layoutConstraints() const override {
         return constraints_;
     }
-    bool layoutFrameIsGiven() const override { return translatesMask_; }
+    bool layoutFrameIsGiven() const override { return framesAreGiven_; }
     CGRect layoutFrame() const override { return frame_; }
     std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override;
     double layoutHuggingPriority(LayoutAxis axis) const override;
@@ -203,7 +196,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     virtual void didMoveToWindow() {}
     // Like draw, but above the subviews.
     virtual void drawOverlay(CGRect /*rect*/) {}
-    // True: each subview is the root of a layout of its own, and no constraint may reach across.
+    // True: what stands inside lays itself out on its own, and no constraint reaches across.
     virtual bool subviewsAreLayoutRoots() const { return false; }
     // Paints the view with everything in it. `superOrigin` is the origin of the superview's
     // coordinates on the surface.
@@ -239,14 +232,14 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool userInteractionEnabled_ = true;
     std::string identifier_;
 
-    bool translatesMask_ = true;
+    bool framesAreGiven_ = true;
     bool needsLayout_ = true;
     std::uint64_t layoutChanges_ = 0;
-    bool treeNeedsLayout_ = true; // of the root of a layout
+    bool treeNeedsLayout_ = true; // of a layout root
     double hugging_[2] = {250, 250};
     double compression_[2] = {750, 750};
     std::vector<Ref<NSLayoutConstraint>> constraints_;
-    std::unique_ptr<LayoutEngine> engine_; // of the root of a layout
+    std::unique_ptr<LayoutEngine> engine_; // of a layout root
 };
 
 } // namespace tesmar

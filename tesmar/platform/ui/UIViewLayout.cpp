@@ -20,9 +20,9 @@ std::size_t index(LayoutAxis axis) {
 } // namespace
 
 void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
-    if (translates == translatesMask_)
+    if (translates == framesAreGiven_)
         return;
-    translatesMask_ = translates;
+    framesAreGiven_ = translates;
     layoutNeedsUpdate();
 }
 

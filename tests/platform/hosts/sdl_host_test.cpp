@@ -134,6 +134,7 @@ TEST(SDLHost, HandsTouchesToTheWindowAndTapsToTheApplication) {
         {"", 0, {mouse(down, beside), mouse(up, {190, 90})}}, // a drag
         {"down move up ", 0, {mouse(down, on), mouse(motion, beside), mouse(up, beside)}},
         {"down cancel ", 0, {mouse(down, on), focusLost, mouse(up, on)}},
+        {"", 0, {mouse(down, beside), focusLost, mouse(up, beside)}},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         Screen screen;

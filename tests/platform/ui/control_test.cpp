@@ -4,8 +4,6 @@
 #include "tesmar/platform/ui/UIStepper.h"
 #include "tesmar/platform/ui/UISwitch.h"
 
-#include <functional>
-
 namespace tesmar {
 
 Class& Listener::classObject() {
@@ -98,7 +96,7 @@ TEST_F(ControlTest, KeepsFingersApart) {
 
 TEST_F(ControlTest, EnlargesSmallTargetsUpToTheirNeighbours) {
     const auto small = add<UIButton>({100, 100, 20, 20});
-    const auto neighbour = add<UIButton>({100, 125, 20, 100});
+    const auto neighbour = add<UIButton>({100, 125, 20, 20});
     for (const auto& [point, hit] : {std::pair{CGPoint{90, 90}, small.get()},
                                      {CGPoint{87, 110}, nullptr},
                                      {CGPoint{110, 122}, small.get()},
@@ -108,20 +106,14 @@ TEST_F(ControlTest, EnlargesSmallTargetsUpToTheirNeighbours) {
 
 // The next target still gets its action.
 TEST_F(ControlTest, AnActionMayRemoveItsTargetOrDestroyItsControl) {
-    class Actor : public Listener {
-      public:
-        void awakeFromNib() override { act(); }
-        std::function<void()> act;
-    };
     for (const bool destroys : {false, true}) {
-        const auto actor = make<Actor>();
+        const auto first = make<Listener>();
         auto button = add<UIButton>({100, 100, 100, 50});
         const WeakRef<UIButton> watched = button;
-        const Selector action("awakeFromNib");
-        button->addTarget(actor, action, UIControlEventTouchUpInside);
+        button->addTarget(first, Selector("up"), UIControlEventTouchUpInside);
         button->addTarget(listener, Selector("up"), UIControlEventTouchUpInside);
-        actor->act = [&] {
-            button->removeTarget(actor.get(), action, UIControlEventAllEvents);
+        first->afterUp = [&] {
+            button->removeTarget(first.get(), Selector("up"), UIControlEventAllEvents);
             if (destroys)
                 button->removeFromSuperview(), button.reset();
         };
@@ -164,7 +156,8 @@ TEST_F(ControlTest, StepperRepeatsWhileHeld) {
         host.touch(P::moved, {110, 110}); // off the half: pauses
         host.advance(1);
         EXPECT_EQ(stepper->value(), 3);
-        host.touch(P::ended, {110, 110});
+        host.touch(P::ended, {180, 110});
+        EXPECT_EQ(stepper->value(), 3); // not one more
         EXPECT_EQ(listener->take(), continuous ? "up " : "changed up ");
     }
     stepper->setWraps(true);

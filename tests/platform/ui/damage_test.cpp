@@ -104,7 +104,7 @@ TEST_F(DamageTest, IncrementalPaintingEqualsAFullRepaint) {
                 label->setText("Wavy text");
             else if (i % 4 == 3)
                 view->setBackgroundColor(UIColor::colorWithWhite(part(1), i > 5 ? 1 : part(1)));
-            (i % 3 ? *scroll : root).addSubview(view);
+            (i % 3 == 0 ? root : i % 3 == 1 ? *scroll : *views[i - 1]).addSubview(view);
         }
         incremental.render();
         for (int i = 0; i < 40; ++i) {

@@ -14,31 +14,20 @@ class Controller : public UIViewController {
     void viewDidDisappear(bool) override { note("gone"); }
     std::optional<CGSize> preferredContentSize() override { return preferredSize; }
 
-    std::string* log = nullptr;
     std::string name;
     std::optional<CGSize> preferredSize;
+    static inline std::string log; // of all of them
 
   private:
-    void note(const std::string& what) { *log += name + what + " "; }
+    void note(const std::string& what) { log += name + what + " "; }
 };
 
-class PresentationTest : public UITest {
-  protected:
-    Ref<Controller> controller(const std::string& name) {
-        auto c = make<Controller>();
-        c->name = name;
-        c->log = &log;
-        return c;
-    }
-    UIWindow& window() { return *host.window(); }
-
-    std::string log;
-};
-
-TEST_F(PresentationTest, NotifiesControllersInOrder) {
-    const auto a = controller("a."), b = controller("b.");
-    const auto done = [&] { log += "done "; };
-    const auto show = [&](const auto& c) { window().presentViewController(c, true, done); };
+TEST_F(UITest, PresentationsNotifyControllersInOrder) {
+    UIWindow& window = *host.window();
+    const auto a = make<Controller>(), b = make<Controller>();
+    a->name = "a.", b->name = "b.";
+    const auto done = [] { Controller::log += "done "; };
+    const auto show = [&](const auto& c) { window.presentViewController(c, true, done); };
     const auto dismiss = [&](const auto& c) { c->dismissViewControllerAnimated(true, done); };
     const auto wait = [&](double seconds) { host.advance(seconds); };
     const auto reduce = [] { setMotionSetting(MotionSetting::reduced); };
@@ -54,20 +43,19 @@ TEST_F(PresentationTest, NotifiesControllersInOrder) {
         {[&] { wait(1); }, "a.did done "},
         {[&] { reduce(), dismiss(a), show(a); }, "a.willnot a.gone done a.will a.did done "},
         {[&] { show(b); }, "b.load b.will b.did done "},
-        {[&] { window().key(UIKey::escape, host.now()); }, "b.willnot b.gone "},
+        {[&] { window.key(UIKey::escape, host.now()); }, "b.willnot b.gone "},
         {[&] { show(b); }, "b.will b.did done "},
         {[&] { EXPECT_EQ(b->presentingViewController(), a); }, ""},
         // The controller that the root presents, and all above it.
-        {[&] { dismiss(window().rootViewController()); },
-         "b.willnot b.gone a.willnot a.gone done "},
+        {[&] { dismiss(window.rootViewController()); }, "b.willnot b.gone a.willnot a.gone done "},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         steps[i].first();
-        EXPECT_EQ(std::exchange(log, {}), steps[i].second) << "step " << i;
+        EXPECT_EQ(std::exchange(Controller::log, {}), steps[i].second) << "step " << i;
     }
 }
 
-TEST_F(PresentationTest, KeepsCardsClearOfCaptionsAndEdges) {
+TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
     struct Case {
         CGSize size;
         std::optional<CGRect> captions;
@@ -78,27 +66,28 @@ TEST_F(PresentationTest, KeepsCardsClearOfCaptionsAndEdges) {
                           {{320, 568}, CGRect(0, 480, 320, 60), {20, 0, 20, 0}},
                           {{1024, 768}, CGRect(100, 600, 824, 100), {}},
                           {{640, 360}, CGRect(0, 0, 640, 50), {0, 44, 0, 44}}};
-    const auto c = controller("");
+    UIWindow& window = *host.window();
+    const auto c = make<Controller>();
     c->preferredSize = CGSize{440, 375};
-    window().presentViewController(c, false);
+    window.presentViewController(c, false);
     for (const Case& t : cases) {
-        window().setSize(t.size);
-        window().setSafeAreaInsets(t.safe);
-        window().setCaptionArea(t.captions);
-        window().layoutIfNeeded();
-        const CGRect card = window().viewWithIdentifier("card")->frame();
-        EXPECT_TRUE(CGRectInset(window().bounds(), t.safe).contains(card)) << t.size.width;
+        window.setSize(t.size);
+        window.setSafeAreaInsets(t.safe);
+        window.setCaptionArea(t.captions);
+        window.layoutIfNeeded();
+        const CGRect card = window.viewWithIdentifier("card")->frame();
+        EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(card)) << t.size.width;
         EXPECT_GE(card.size.height, 180);
         EXPECT_TRUE(CGRectIntersection(card, t.captions.value_or(CGRect())).isEmpty());
     }
     // Captions that the card does not cover neither move it nor cost a frame.
-    window().setSafeAreaInsets({});
+    window.setSafeAreaInsets({});
     host.resize({1024, 768}, 1);
     for (const CGFloat top : {768.0, 740.0, 735.0}) {
         host.render();
-        window().setCaptionArea(CGRect(100, top, 824, 20));
-        EXPECT_FALSE(window().needsRender()) << top;
-        EXPECT_NEAR(window().viewWithIdentifier("card")->frame().midY(), 384, 1) << top;
+        window.setCaptionArea(CGRect(100, top, 824, 20));
+        EXPECT_FALSE(window.needsRender()) << top;
+        EXPECT_NEAR(window.viewWithIdentifier("card")->frame().midY(), 384, 1) << top;
     }
 }
 

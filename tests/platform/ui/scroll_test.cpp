@@ -10,24 +10,21 @@ namespace {
 using P = UITouchPhase;
 
 // Adds the scroll view's notifications to the listener's log.
-class Delegate : public UIScrollViewDelegate {
-  public:
-    explicit Delegate(std::string& log) : log_(log) {}
-    void scrollViewWillBeginDragging(UIScrollView&) override { log_ += "begin "; }
+struct Delegate : UIScrollViewDelegate {
+    void scrollViewWillBeginDragging(UIScrollView&) override { listener->log += "begin "; }
     void scrollViewDidEndDragging(UIScrollView&, bool glides) override {
-        log_ += glides ? "end+glide " : "end ";
+        listener->log += glides ? "end+glide " : "end ";
     }
-    void scrollViewDidEndDecelerating(UIScrollView&) override { log_ += "rest "; }
-
-  private:
-    std::string& log_;
+    void scrollViewDidEndDecelerating(UIScrollView&) override { listener->log += "rest "; }
+    Ref<Listener> listener;
 };
 
-// A button of 200 × 300 points at the start of 1000 points of content.
+// 200 × 300 points of a content of 400 × 1000, which a button fills.
 class ScrollTest : public UITest {
   protected:
     ScrollTest() {
-        scroll->setContentSize({200, 1000});
+        scroll->setContentSize({400, 1000});
+        delegate->listener = listener;
         scroll->setDelegate(delegate);
         scroll->addSubview(button);
         button->addTarget(listener, Selector("down"), UIControlEventTouchDown);
@@ -36,8 +33,8 @@ class ScrollTest : public UITest {
     CGFloat offset() const { return scroll->contentOffset().y; }
 
     Ref<UIScrollView> scroll = add<UIScrollView>({0, 0, 200, 300});
-    Ref<UIButton> button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(0, 0, 200, 300));
-    Ref<Delegate> delegate = std::make_shared<Delegate>(listener->log);
+    Ref<UIButton> button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(0, 0, 400, 1000));
+    Ref<Delegate> delegate = std::make_shared<Delegate>();
 };
 
 TEST_F(ScrollTest, DragsOrDeliversTouches) {
@@ -50,7 +47,7 @@ TEST_F(ScrollTest, DragsOrDeliversTouches) {
     } steps[] = {
         {P::began, {100, 200}, 0, "", 0},
         {P::moved, {100, 191}, 0, "", 0}, // below the threshold
-        {P::moved, {100, 190}, 0, "begin ", 0},
+        {P::moved, {100, 190}, 0.02, "begin ", 0},
         {P::moved, {120, 150}, 1, "", 40},     // beyond the threshold, on one axis
         {P::ended, {120, 150}, 0, "end ", 40}, // not thrown after a rest
         {P::began, {100, 200}, 0, "", 40},

@@ -47,8 +47,8 @@ class TESMAR_API HeadlessHost {
     const std::vector<std::uint32_t>& pixels() const { return pixels_; }
     int pixelWidth() const { return width_; }
     int pixelHeight() const { return height_; }
-    // Renders, and writes the picture over the colour `backdrop` (null: transparent) to a PNG file.
-    // Returns false when the file cannot be written.
+    // Renders, and writes the picture over `backdrop` (transparent when null). False when the file
+    // cannot be written.
     bool writePNG(const std::string& path, const Ref<UIColor>& backdrop = nullptr);
 
   private:
