@@ -7,7 +7,7 @@ namespace {
 CairoTape* current = nullptr;
 
 template <class Function>
-Function* cairos(const char* name) {
+Function* originalFunction(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
@@ -19,7 +19,7 @@ CairoTape::CairoTape() {
 
 CairoTape::~CairoTape() {
     stop();
-    for (cairo_surface_t* surface : kept_)
+    for (cairo_surface_t* surface : surfaces_)
         cairo_surface_destroy(surface);
 }
 
@@ -28,11 +28,11 @@ void CairoTape::stop() {
         current = nullptr;
 }
 
-CairoTape* CairoTape::running() {
+CairoTape* CairoTape::recording() {
     return current;
 }
 
-void CairoTape::play(void* pixels, int width, int height, int stride) const {
+void CairoTape::replay(void* pixels, int width, int height, int stride) const {
     cairo_surface_t* const surface = cairo_image_surface_create_for_data(
         static_cast<unsigned char*>(pixels), CAIRO_FORMAT_ARGB32, width, height, stride);
     cairo_t* const cr = cairo_create(surface);
@@ -43,39 +43,39 @@ void CairoTape::play(void* pixels, int width, int height, int stride) const {
     cairo_surface_destroy(surface);
 }
 
-// One cairo function: calls it, and takes the call down.
+// Calls the function and records the call.
 template <class... Values>
-void taped(void (*real)(cairo_t*, Values...), cairo_t* cr, Values... values) {
+void callAndRecord(void (*real)(cairo_t*, Values...), cairo_t* cr, Values... values) {
     real(cr, values...);
-    if (CairoTape* const tape = CairoTape::running())
-        tape->take([=](cairo_t* again) { real(again, values...); });
+    if (CairoTape* const tape = CairoTape::recording())
+        tape->record([=](cairo_t* replayed) { real(replayed, values...); });
 }
 
-// One that takes a surface, which has to live for as long as the tape.
-void tapedWithSurface(void (*real)(cairo_t*, cairo_surface_t*, double, double), cairo_t* cr,
-                      cairo_surface_t* surface, double x, double y) {
-    if (CairoTape* const tape = CairoTape::running())
-        tape->keep(surface);
-    taped(real, cr, surface, x, y);
+// The same for a function with a surface, which must live as long as the tape.
+void callAndRecordSurface(void (*real)(cairo_t*, cairo_surface_t*, double, double), cairo_t* cr,
+                          cairo_surface_t* surface, double x, double y) {
+    if (CairoTape* const tape = CairoTape::recording())
+        tape->retain(surface);
+    callAndRecord(real, cr, surface, x, y);
 }
 
-#define BEFORE_CAIROS(name, parameters, ...)                                                       \
+#define REPLACE_CAIRO(name, parameters, ...)                                                       \
     extern "C" __attribute__((visibility("default"))) void name parameters {                       \
-        static auto* const real = cairos<void parameters>(#name);                                  \
+        static auto* const real = originalFunction<void parameters>(#name);                        \
         __VA_ARGS__;                                                                               \
     }
 
-BEFORE_CAIROS(cairo_set_source_rgba, (cairo_t * cr, double r, double g, double b, double a),
-              taped(real, cr, r, g, b, a))
-BEFORE_CAIROS(cairo_rectangle, (cairo_t * cr, double x, double y, double w, double h),
-              taped(real, cr, x, y, w, h))
-BEFORE_CAIROS(cairo_set_operator, (cairo_t * cr, cairo_operator_t op), taped(real, cr, op))
-BEFORE_CAIROS(cairo_clip, (cairo_t * cr), taped(real, cr))
-BEFORE_CAIROS(cairo_reset_clip, (cairo_t * cr), taped(real, cr))
-BEFORE_CAIROS(cairo_fill, (cairo_t * cr), taped(real, cr))
-BEFORE_CAIROS(cairo_paint_with_alpha, (cairo_t * cr, double alpha), taped(real, cr, alpha))
-BEFORE_CAIROS(cairo_mask_surface, (cairo_t * cr, cairo_surface_t* mask, double x, double y),
-              tapedWithSurface(real, cr, mask, x, y))
-BEFORE_CAIROS(cairo_set_source_surface,
+REPLACE_CAIRO(cairo_set_source_rgba, (cairo_t * cr, double r, double g, double b, double a),
+              callAndRecord(real, cr, r, g, b, a))
+REPLACE_CAIRO(cairo_rectangle, (cairo_t * cr, double x, double y, double w, double h),
+              callAndRecord(real, cr, x, y, w, h))
+REPLACE_CAIRO(cairo_set_operator, (cairo_t * cr, cairo_operator_t op), callAndRecord(real, cr, op))
+REPLACE_CAIRO(cairo_clip, (cairo_t * cr), callAndRecord(real, cr))
+REPLACE_CAIRO(cairo_reset_clip, (cairo_t * cr), callAndRecord(real, cr))
+REPLACE_CAIRO(cairo_fill, (cairo_t * cr), callAndRecord(real, cr))
+REPLACE_CAIRO(cairo_paint_with_alpha, (cairo_t * cr, double alpha), callAndRecord(real, cr, alpha))
+REPLACE_CAIRO(cairo_mask_surface, (cairo_t * cr, cairo_surface_t* mask, double x, double y),
+              callAndRecordSurface(real, cr, mask, x, y))
+REPLACE_CAIRO(cairo_set_source_surface,
               (cairo_t * cr, cairo_surface_t* picture, double x, double y),
-              tapedWithSurface(real, cr, picture, x, y))
+              callAndRecordSurface(real, cr, picture, x, y))

@@ -1,7 +1,8 @@
-// The very cairo calls that a frame makes, taken down and played again without the library: the
-// floor below which no frame of the same pixels can come.
+// Records the cairo calls of a frame and replays them without the library. The time of the replay
+// is the lower limit for a frame with the same calls.
 //
-// Linked into the program, this unit stands before cairo's own functions of the same names.
+// CairoTape.cpp defines functions with the names of cairo's own, which the dynamic linker prefers.
+// Calls on one thread only.
 #pragma once
 
 #include <cairo.h>
@@ -11,23 +12,23 @@
 
 class CairoTape {
   public:
-    // Takes down what is drawn, until it is destroyed; one tape at a time.
+    // Records until stop() or the destructor. Only one tape may record at a time.
     CairoTape();
     ~CairoTape();
     CairoTape(const CairoTape&) = delete;
     CairoTape& operator=(const CairoTape&) = delete;
 
     void stop();
-    // Draws it all again into pixels of the same size.
-    void play(void* pixels, int width, int height, int stride) const;
+    // Repeats the recorded calls on pixels of the recorded frame's size, rows `stride` bytes apart.
+    void replay(void* pixels, int width, int height, int stride) const;
     std::size_t calls() const { return calls_.size(); }
 
-    // For the functions that stand before cairo's.
-    static CairoTape* running();
-    void take(std::function<void(cairo_t*)> call) { calls_.push_back(std::move(call)); }
-    void keep(cairo_surface_t* surface) { kept_.push_back(cairo_surface_reference(surface)); }
+    // For the functions that replace cairo's. recording() is null while no tape records.
+    static CairoTape* recording();
+    void record(std::function<void(cairo_t*)> call) { calls_.push_back(std::move(call)); }
+    void retain(cairo_surface_t* surface) { surfaces_.push_back(cairo_surface_reference(surface)); }
 
   private:
     std::vector<std::function<void(cairo_t*)>> calls_;
-    std::vector<cairo_surface_t*> kept_;
+    std::vector<cairo_surface_t*> surfaces_;
 };

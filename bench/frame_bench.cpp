@@ -1,5 +1,5 @@
-// A frame of the panel beside the same cairo calls made alone: a whole one, and the parts that a
-// tap on a swatch and a step of the font size put out of date.
+// The time of a frame of the panel beside that of its cairo calls alone: for a whole frame, and for
+// what a tap on a swatch and a step of the font size repaint.
 #include "CairoTape.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -42,7 +42,7 @@ struct Panel {
 
 enum class Change { everything, swatch, fontSize };
 
-// What a change puts out of date, in points.
+// The rectangles that a change repaints, in points.
 std::vector<CGRect> damageOf(Panel& panel, Change change) {
     if (change == Change::everything)
         return {panel.window->bounds()};
@@ -70,20 +70,20 @@ void frame(benchmark::State& state) {
 void rawCairo(benchmark::State& state) {
     Panel panel(static_cast<double>(state.range(1)));
     const auto damage = damageOf(panel, static_cast<Change>(state.range(0)));
-    auto drawnAgain = panel.pixels;
+    auto replayed = panel.pixels;
     CairoTape tape;
     drawFrame(panel, damage);
     tape.stop();
     const CGSize size = panel.window->pixelSize();
-    const auto play = [&] {
-        tape.play(drawnAgain.data(), static_cast<int>(size.width), static_cast<int>(size.height),
-                  panel.stride);
+    const auto replay = [&] {
+        tape.replay(replayed.data(), static_cast<int>(size.width), static_cast<int>(size.height),
+                    panel.stride);
     };
-    play();
-    if (drawnAgain != panel.pixels)
+    replay();
+    if (replayed != panel.pixels)
         state.SkipWithError("the same calls gave other pixels");
     for (auto _ : state)
-        play();
+        replay();
     state.counters["calls"] = static_cast<double>(tape.calls());
 }
 

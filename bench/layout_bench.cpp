@@ -1,7 +1,6 @@
-// How long layout takes for chains and grids of boxes and for a screen like the settings panel's.
-// "build" is a new engine's first layout, from the tree to the frames, memory and all; "rebuild"
-// the layout of one that has been told to read the tree again; "resize" a layout after only the
-// root's width has changed.
+// Measures layout for chains and grids of boxes and for a screen like the settings panel's: "build"
+// is the first layout of a new engine, with its allocations; "rebuild" a layout after invalidate();
+// "resize" a layout after only the root's width has changed.
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tests/platform/layout/LayoutBox.h"
 
@@ -27,7 +26,7 @@ Boxes rootOf(int count, Views& views, double width) {
     return root;
 }
 
-// One row of boxes; `extent` is what stands in each one's brackets, of the first and of the others.
+// A row of boxes; `first` and `others` follow the boxes' names inside the brackets.
 Boxes chain(int count, const std::string& first, const std::string& others, const char* end,
             double width) {
     Views views;
@@ -60,7 +59,7 @@ Boxes contentChain(int count) {
     return root;
 }
 
-// Ten columns; every row is laid out like the first.
+// Ten columns, with boxes of equal width in a row; all rows have the height of the first.
 Boxes grid(int count) {
     Views views;
     auto root = rootOf(count, views, 480);
@@ -81,7 +80,7 @@ Boxes grid(int count) {
     return root;
 }
 
-// About 25 boxes with content of their own, in rows, some of them in a scroll view.
+// About 25 boxes with intrinsic sizes, in rows, most of them in a scroll view.
 Boxes panel(int) {
     auto root = std::make_shared<LayoutBox>("root");
     root->frame = {0, 0, 480, 320};
@@ -120,7 +119,7 @@ Boxes panel(int) {
     return root;
 }
 
-// A row of the panel, from its text to its constraints.
+// Turns a row like the panel's from text into constraints.
 void parse(benchmark::State& state) {
     Views views;
     const auto root = rootOf(3, views, 480);

@@ -1,5 +1,5 @@
-// What it costs to keep a style: its archive, and the preferences file with and without the flush;
-// and to list the fonts that there are to choose from.
+// The time to store a style (its archive, and the preferences with and without a flush to disk) and
+// to list the fonts on offer.
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"
 #include "tesmar/platform/foundation/archive/NSKeyedUnarchiver.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
@@ -54,7 +54,7 @@ void save(benchmark::State& state) {
 BENCHMARK(save<Flush::no>)->Name("save/unflushed")->Unit(benchmark::kMicrosecond);
 BENCHMARK(save<Flush::yes>)->Name("save/flushed")->Unit(benchmark::kMicrosecond);
 
-// As many faces as asked for, the candidates among them; the machine's own are listed besides.
+// With range(0) faces in the registry, among them all that the picker offers.
 void supportedFonts(benchmark::State& state) {
     std::vector<std::string> names = CCConstants::CCFontsNameList();
     for (int i = static_cast<int>(names.size()); i < state.range(0); ++i)

@@ -1,5 +1,7 @@
 # Makes targets of the layers that layers.txt lists.
 
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/layers.txt)
+
 # Sets OUT to the directories of the library's layers, bottom to top.
 function(tesmar_layers out)
   file(STRINGS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/layers.txt lines REGEX "^tesmar/[^.]*:")

@@ -18,9 +18,15 @@ add_library(tesmar::sdl ALIAS tesmar_sdl)
 
 set(shipped tesmar tesmar_sdl)
 
+# Versions with the same number here have a compatible binary interface.
+set(compatible ${PROJECT_VERSION_MAJOR})
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(compatible 0.${PROJECT_VERSION_MINOR})
+endif()
+
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
+    VERSION ${PROJECT_VERSION} SOVERSION ${compatible} LINKER_LANGUAGE CXX)
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

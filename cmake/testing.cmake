@@ -2,7 +2,7 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
-# tesmar_test(NAME SOURCES... USES floors... [SOAK FILTER])
+# tesmar_test(NAME SOURCES... USES layers... [SOAK FILTER])
 # The tests that FILTER (of GoogleTest) names have a long form, which TESMAR_SOAK in the environment
 # asks for: they are labelled `soak`.
 function(tesmar_test name)

@@ -1,19 +1,20 @@
 // TESMAR: a caption settings panel for any application that plays video.
 //
-// This one header is all that a host includes. It embeds the panel in five steps:
+// A host includes this one header. It embeds the panel in five steps:
 //
-//  1. Say who you are, once:  NSBundle::setMainBundle(TESMARHostBundle("org.example.player"));
-//     (the name also names the preferences file; see NSUserDefaults for another place)
+//  1. Set the main bundle, once:  NSBundle::setMainBundle(TESMARHostBundle("org.example.player"));
+//     (the identifier also names the preferences file; NSUserDefaults can set another path)
 //  2. Make a window over your picture:  auto window = UIWindow::windowWithSize({640, 360}, scale);
 //  3. Make the panel, set it up and present it: see TESMARViewController.
-//  4. Feed the window touches, wheel and keys; pump the time; show what it paints: see UIWindow.
+//  4. Pass touches, wheel and keys to the window, advance the time, and show the pixels that the
+//     window paints: see UIWindow.
 //  5. Draw your captions with the style: NSAttributedString takes the dictionary as it is. Before
-//     the panel has ever been shown, TESMARConfig::sessionOrDefaultClosedCaptureStyle() has it.
+//     the panel is first shown, TESMARConfig::sessionOrDefaultClosedCaptureStyle() returns it.
 //
-// Everything is in namespace tesmar and belongs to the main thread, unless a header says otherwise.
-// The library owns no thread, no loop and no clock, changes nothing process-wide, and prints
-// nothing but "Switch ON" and "Switch OFF" when the viewer operates the captions switch. Misuse
-// that its interface is built to prevent ends the process with one line on standard error.
+// Everything is in namespace tesmar and must be used on the main thread, unless a header says
+// otherwise. The library owns no thread, no loop and no clock, and changes no process-wide state.
+// It prints nothing but "Switch ON" and "Switch OFF" when the viewer operates the captions switch.
+// Misuse, as the headers describe it, is a fatal error: one line on standard error, then abort().
 #pragma once
 
 #if __cplusplus < 202002L
@@ -31,6 +32,8 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/version.h"

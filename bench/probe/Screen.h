@@ -1,4 +1,4 @@
-// What the probe needs of a host, whichever it is.
+// A host as the probe uses it: headless or with a desktop window. Points and seconds.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
@@ -9,19 +9,20 @@ class Screen {
   public:
     virtual ~Screen() = default;
     virtual tesmar::Ref<tesmar::UIWindow> window() = 0;
-    // Seconds, as events are stamped with.
+    // The clock of the events' timestamps.
     virtual double now() = 0;
-    // One complete frame, to the pixels; what is not out of date is not painted.
+    // Renders one frame into pixels, repainting only what has changed.
     virtual void show() = 0;
-    // To another size in points.
     virtual void resize(tesmar::CGSize size) = 0;
-    // Lets time pass until nothing is under way any more.
+    // Lets time pass until no timer or animation is pending.
     virtual void settle() = 0;
-    // Spends the seconds as a host does that sleeps until something is due; how often it woke.
+    // Waits this long as a host does, sleeping until the next deadline; returns the number of
+    // wakeups.
     virtual int idle(double seconds) = 0;
 };
 
 std::unique_ptr<Screen> makeHeadlessScreen(tesmar::CGSize size);
 
-// In a module of its own, probe_sdl.so beside the program: a host without SDL must not load it.
+// In the module probe_sdl.so beside the program: the headless figures must not include SDL. The
+// caller owns the result.
 extern "C" Screen* makeSDLScreen(tesmar::CGSize size);

@@ -3,14 +3,13 @@
 #include <filesystem>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 
 namespace {
 
 constexpr double kMegabyte = 1024.0 * 1024.0;
 
-// "Pss:      1234 kB" of a smaps file.
+// The value of a line like "Pss:      1234 kB" in a smaps file.
 double kilobytes(const std::string& path, const std::string& field) {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);)

@@ -1,4 +1,4 @@
-// What the process takes of the machine.
+// The memory that this process uses.
 #pragma once
 
 #include <cstddef>
@@ -6,10 +6,11 @@
 struct Footprint {
     double rssMegabytes = 0;
     double pssMegabytes = 0;
-    // Shared objects that are mapped, beyond the C and C++ runtime and the loader.
-    double librariesMegabytes = 0; // by file size
+    // Mapped shared objects except the C and C++ runtime and the loader.
+    double librariesMegabytes = 0; // sum of the file sizes
     int libraries = 0;
     double executableMegabytes = 0;
 };
 
+// Reads /proc/self; a memory figure that is missing there is 0.
 Footprint footprint();

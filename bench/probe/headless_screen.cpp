@@ -21,7 +21,7 @@ class HeadlessScreen : public Screen {
         host_.render();
     }
 
-    // Its time passes only when it is told to: what it would have slept through costs nothing.
+    // Virtual time: sleeping itself takes no time here.
     int idle(double seconds) override {
         int wakeups = 0;
         for (const double end = now() + seconds;

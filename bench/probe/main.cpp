@@ -1,15 +1,15 @@
-// One panel, measured as a host would meet it. Prints one JSON object as its last line.
+// Measures one panel from a host's side, and prints one JSON object as its last line.
 //
 //     probe [--sdl] [--start] [--bare]
 //
-// --sdl shows it in a desktop window instead of in memory. --start stops after the first complete
-// frame; --bare shows an empty window instead of the panel.
-// PEER_T0_NS, a CLOCK_MONOTONIC stamp in nanoseconds taken before the process was started, makes
-// start_ms count from there; without it the count begins in main().
+// start_ms counts from the time in the environment variable PEER_T0_NS, a CLOCK_MONOTONIC stamp in
+// nanoseconds taken before this process was started; without it, from the start of main().
 #include "Screen.h"
 #include "footprint.h"
 
 #include "tesmar/tesmar.h"
+
+#include <cxxopts.hpp>
 
 #include <algorithm>
 #include <cstdio>
@@ -20,7 +20,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 using namespace tesmar;
@@ -46,7 +45,7 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-// `prepare` and the settling between rounds are not measured.
+// The median over all rounds of `work`, without `prepare` and the settling before each round.
 template <class Prepare, class Work>
 Cost medianCost(Screen& screen, Prepare prepare, Work work) {
     std::vector<double> wall, cpu;
@@ -62,33 +61,33 @@ Cost medianCost(Screen& screen, Prepare prepare, Work work) {
     return {median(wall), median(cpu)};
 }
 
-// Notes when it hears of a change.
-class Clock : public TESMARViewControllerDelegate {
+// Records the time of the last change of the style.
+class ChangeListener : public TESMARViewControllerDelegate {
   public:
     void CCSwitchValueChanged(bool) override {}
     void CCStyleAttributesChanged(const Ref<NSDictionary>&) override {
-        heard = clockMilliseconds(CLOCK_MONOTONIC);
+        changedAt = clockMilliseconds(CLOCK_MONOTONIC);
     }
     void CCViewControllerWillDisappear() override {}
-    double heard = 0;
+    double changedAt = 0; // milliseconds
 };
 
-struct Stage {
-    explicit Stage(Screen& on) : screen(on) { present(); }
+struct PanelHost {
+    explicit PanelHost(Screen& on) : screen(on) { present(); }
 
     void present() {
         panel = make<TESMARViewController>();
-        panel->setDelegate(clock);
+        panel->setDelegate(listener);
         screen.window()->presentViewController(panel, false);
         screen.show();
     }
 
-    void letGo() {
+    void dismiss() {
         panel->dismissViewControllerAnimated(false);
         panel.reset();
     }
 
-    CGPoint swatch(int index) const {
+    CGPoint swatchCenter(int index) const {
         const std::string name = "textColorPicker." + std::to_string(index);
         const UIView& view = *screen.window()->viewWithIdentifier(name);
         return view.convertRectTo(view.bounds(), nullptr).center();
@@ -99,23 +98,23 @@ struct Stage {
     }
 
     Screen& screen;
-    Ref<Clock> clock = std::make_shared<Clock>();
+    Ref<ChangeListener> listener = std::make_shared<ChangeListener>();
     Ref<TESMARViewController> panel;
 };
 
-void measure(Stage& stage) {
-    Screen& screen = stage.screen;
+void measure(PanelHost& host) {
+    Screen& screen = host.screen;
     const auto nothing = [] {};
     const Cost create = medianCost(
-        screen, [&] { stage.letGo(); }, [&](int) { stage.present(); });
+        screen, [&] { host.dismiss(); }, [&](int) { host.present(); });
 
-    std::vector<double> heard;
-    const CGPoint points[] = {stage.swatch(1), stage.swatch(5)};
+    std::vector<double> callbackMicroseconds;
+    const CGPoint points[] = {host.swatchCenter(1), host.swatchCenter(5)};
     const Cost tap = medianCost(screen, nothing, [&](int i) {
-        stage.touch(UITouchPhase::began, points[i % 2]);
+        host.touch(UITouchPhase::began, points[i % 2]);
         const double up = clockMilliseconds(CLOCK_MONOTONIC);
-        stage.touch(UITouchPhase::ended, points[i % 2]);
-        heard.push_back((stage.clock->heard - up) * 1e3);
+        host.touch(UITouchPhase::ended, points[i % 2]);
+        callbackMicroseconds.push_back((host.listener->changedAt - up) * 1e3);
         screen.show();
     });
     const Cost relayout = medianCost(screen, nothing, [&](int i) {
@@ -131,8 +130,8 @@ void measure(Stage& stage) {
     std::printf("\"create_ms\": %.4f, \"create_cpu_ms\": %.4f, \"tap_cb_us\": %.3f, "
                 "\"tap_frame_ms\": %.4f, \"tap_frame_cpu_ms\": %.4f, \"relayout_ms\": %.4f, "
                 "\"relayout_cpu_ms\": %.4f, \"idle_cpu_ms\": %.4f, \"idle_wakeups\": %d, ",
-                create.wall, create.cpu, median(heard), tap.wall, tap.cpu, relayout.wall,
-                relayout.cpu, idle, wakeups);
+                create.wall, create.cpu, median(callbackMicroseconds), tap.wall, tap.cpu,
+                relayout.wall, relayout.cpu, idle, wakeups);
 }
 
 std::unique_ptr<Screen> loadSDLScreen() {
@@ -147,28 +146,26 @@ std::unique_ptr<Screen> loadSDLScreen() {
     return std::unique_ptr<Screen>(reinterpret_cast<decltype(&makeSDLScreen)>(make)(kSize));
 }
 
-struct Arguments {
-    bool isSDL = false, onlyStart = false, isBare = false;
-};
-
-Arguments parsed(int argc, char** argv) {
-    Arguments arguments;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view word = argv[i];
-        if (word == "--sdl")
-            arguments.isSDL = true;
-        else if (word == "--start")
-            arguments.onlyStart = true;
-        else if (word == "--bare")
-            arguments.isBare = true;
-        else {
-            std::fprintf(stderr,
-                         "probe: unknown option %s\nusage: probe [--sdl] [--start] [--bare]\n",
-                         argv[i]);
-            std::exit(2);
+cxxopts::ParseResult parsed(int argc, char** argv) {
+    cxxopts::Options options("probe", "Measures one panel and prints one JSON object.\n");
+    options.add_options("", {{"sdl", "show it in a desktop window instead of in memory"},
+                             {"start", "stop after the first complete frame"},
+                             {"bare", "show an empty window instead of the panel"},
+                             {"help", "print this text"}});
+    try {
+        auto given = options.parse(argc, argv);
+        if (!given.unmatched().empty())
+            throw cxxopts::exceptions::parsing("unexpected argument '" + given.unmatched()[0] +
+                                               "'");
+        if (given.count("help") > 0) {
+            std::fputs(options.help().c_str(), stdout);
+            std::exit(0);
         }
+        return given;
+    } catch (const cxxopts::exceptions::exception& error) {
+        std::fprintf(stderr, "probe: %s; --help lists the options\n", error.what());
+        std::exit(2);
     }
-    return arguments;
 }
 
 void printFootprint() {
@@ -184,18 +181,18 @@ void printFootprint() {
 int main(int argc, char** argv) {
     const char* const stamp = std::getenv("PEER_T0_NS");
     const double start = stamp ? std::atof(stamp) / 1e6 : clockMilliseconds(CLOCK_MONOTONIC);
-    const Arguments arguments = parsed(argc, argv);
+    const auto options = parsed(argc, argv);
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.probe"));
-    const auto screen = arguments.isSDL ? loadSDLScreen() : makeHeadlessScreen(kSize);
-    std::optional<Stage> stage;
-    if (arguments.isBare)
+    const auto screen = options.count("sdl") > 0 ? loadSDLScreen() : makeHeadlessScreen(kSize);
+    std::optional<PanelHost> host;
+    if (options.count("bare") > 0)
         screen->show();
     else
-        stage.emplace(*screen);
+        host.emplace(*screen);
     std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", TESMAR_VERSION,
                 clockMilliseconds(CLOCK_MONOTONIC) - start);
-    if (stage && !arguments.onlyStart)
-        measure(*stage);
+    if (host && options.count("start") == 0)
+        measure(*host);
     printFootprint();
     return 0;
 }

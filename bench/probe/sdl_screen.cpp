@@ -21,7 +21,7 @@ class SDLScreen : public Screen {
 
     void show() override { host_.turn(0); }
 
-    // The desktop's window stays as it is: what is measured is the panel, not the desktop.
+    // Resizes only the panel's window, not the desktop's: the desktop is not measured.
     void resize(CGSize size) override { host_.window()->setSize(size); }
 
     void settle() override {
@@ -34,7 +34,7 @@ class SDLScreen : public Screen {
         int turns = 0;
         for (const double end = now() + seconds; now() < end; ++turns)
             host_.turn(end - now());
-        return turns - 1; // the last one is the end of the wait
+        return turns - 1; // the last turn ends the wait
     }
 
   private:

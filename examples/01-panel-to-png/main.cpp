@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: 01-panel-to-png OUT.png\n");
         return 2;
     }
-    // Who we are: names the preferences, and lends the library's images to the application.
+    // The application's identifier names its preferences file. The bundle also gives access to the
+    // library's images.
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.example"));
 
     // Size in points, and pixels per point.
@@ -23,7 +24,7 @@ int main(int argc, char** argv) {
     panel->setCCEnabled(true);
     host.window()->presentViewController(panel, true);
 
-    // Time passes only when we say so. After half a second the panel has arrived.
+    // Time passes only in this call. Half a second is enough for the panel's animation.
     host.advance(0.5);
 
     if (!host.writePNG(argv[1], UIColor::colorWithRed(0.10, 0.12, 0.18, 1))) {

@@ -1,8 +1,8 @@
-// The caption panel in a window of its own. What it does to the style is printed.
+// The caption panel in a window of its own. Prints each change of the caption style.
 //
 //     02-panel-in-a-window
 //
-// C brings the panel back, Escape and closing the window mean what they always mean.
+// C opens the panel again; Escape closes it.
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 #include "tesmar/tesmar.h"
 
@@ -14,7 +14,6 @@ using namespace tesmar;
 
 namespace {
 
-// Hears what the viewer does in the panel.
 class Listener : public TESMARViewControllerDelegate {
   public:
     void CCSwitchValueChanged(bool on) override { std::printf("captions: %d\n", on); }
@@ -26,10 +25,10 @@ class Listener : public TESMARViewControllerDelegate {
             std::printf("text: red %g, green %g, blue %g, alpha %g\n", color->red(), color->green(),
                         color->blue(), color->alpha());
     }
-    void CCViewControllerWillDisappear() override { std::printf("the panel leaves\n"); }
+    void CCViewControllerWillDisappear() override { std::printf("the panel closes\n"); }
 };
 
-// Where a player shows its video: dusk, from top to bottom.
+// Stands in for a video: a gradient from top to bottom.
 void drawDusk(const SDLHost::Picture& picture) {
     for (int y = 0; y < picture.height; ++y) {
         const auto shade = static_cast<std::uint32_t>(160 * y / picture.height);
@@ -45,7 +44,7 @@ int run() {
 
     const auto panel = make<TESMARViewController>();
     panel->setDelegate(std::make_shared<Listener>());
-    panel->setRememberChangedStyle(true); // for the next start
+    panel->setRememberChangedStyle(true); // across starts
     panel->setCCEnabled(true);
 
     host.window()->presentViewController(panel, true);

@@ -1,5 +1,5 @@
-// The whole host contract in one loop: events and time in, pixels out. The panel opens, a finger
-// taps a swatch, and after two idle seconds the panel leaves by itself.
+// The whole host contract in one loop: events and time in, pixels out. The panel opens, a tap on a
+// swatch changes the style, and after two idle seconds the panel closes by itself.
 //
 //     03-in-your-own-loop
 #include "tesmar/tesmar.h"
@@ -16,7 +16,7 @@ class Captions : public TESMARViewControllerDelegate {
         caption = NSAttributedString::attributedString("Hello", style); // drawInRect() draws it
         std::printf("captions have a new style\n");
     }
-    void CCViewControllerWillDisappear() override { std::printf("the panel leaves\n"); }
+    void CCViewControllerWillDisappear() override { std::printf("the panel closes\n"); }
     Ref<NSAttributedString> caption;
 };
 
@@ -35,7 +35,7 @@ int main() {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     };
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
-    window->presentViewController(panel, true, [&] { // once it stands, your user's finger
+    window->presentViewController(panel, true, [&] { // when it is open, a viewer taps
         const UIView& swatch = *window->viewWithIdentifier("textColorPicker.4");
         const CGPoint finger = swatch.convertRectTo(swatch.bounds(), nullptr).center();
         window->touch(UITouchPhase::began, 1, finger, now());
@@ -45,7 +45,7 @@ int main() {
         if (window->needsRender())
             for (const PixelRect& r : window->render(pixels.data(), 1280 * 4))
                 std::printf("%.2f s: show %d x %d pixels\n", now(), r.width, r.height);
-        // Here a host waits for its events too: until the deadline, or, with none, for ever.
+        // A real host waits for its events here, until the deadline or, without one, for ever.
         const auto deadline = loop.nextDeadline();
         const double seconds = deadline ? *deadline - now() : 0.1; // this host has no events
         std::this_thread::sleep_for(std::chrono::duration<double>(seconds));

@@ -1,7 +1,7 @@
-// What is seen where no video plays.
+// The picture in place of a video.
 #pragma once
 
 #include <cstdint>
 
-// Fills the picture: 0x00RRGGBB words, `stride` bytes from row to row.
+// Draws a dark gradient of width × height pixels: 0x00RRGGBB words, rows `stride` bytes apart.
 void drawBackdrop(std::uint32_t* pixels, int width, int height, int stride);

@@ -6,15 +6,15 @@ using namespace tesmar;
 
 namespace {
 
-// The largest size that the panel offers for most fonts, in points.
+// Points; the largest size that the panel offers for most fonts.
 constexpr CGFloat kLargestSize = 30;
-// Captions are written for two lines; a narrow picture breaks them once more.
+// Captions are written for two lines; in a narrow picture they need a third.
 constexpr int kLines = 2;
 constexpr int kLinesWhenNarrow = 3;
 constexpr CGFloat kNarrow = 400; // points
-// On a small window the captions may not take all the room from the panel.
+// Of the height: in a small window the panel needs most of it.
 constexpr CGFloat kLargestShare = 0.25;
-// Script faces draw beyond their line boxes, in points.
+// Points; script fonts draw outside their line boxes.
 constexpr CGFloat kOverflow = 24;
 
 } // namespace

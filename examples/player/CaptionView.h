@@ -1,20 +1,20 @@
-// The captions, in the viewer's style, at the foot of the room that they are given.
+// Draws the captions in the viewer's style, at the bottom of the area that they may use.
 #pragma once
 
 #include "tesmar/tesmar.h"
 
 class CaptionView : public tesmar::UIView {
   public:
-    // The room's share at the foot of the picture that captions of any style on offer may need: the
-    // panel stays clear of it, and does not move when the style changes.
+    // The part of `room`, at its bottom, that captions may need in any style that the panel offers.
+    // It does not depend on the style, so that a panel that avoids it never moves. Points.
     static tesmar::CGRect reservedArea(const tesmar::CGRect& room);
 
-    // Lines are separated by "\n". Empty shows nothing.
+    // Lines are separated by "\n". An empty text shows nothing.
     void setText(std::string text);
-    // As the panel gives it.
+    // The panel's dictionary of text attributes.
     void setStyle(const tesmar::Ref<tesmar::NSDictionary>& style);
-    // The text stands at the bottom of `room` (superview's coordinates), broken at its width, and
-    // grows upwards. More than the room can hold loses its end.
+    // The area that the captions may use, in the superview's coordinates. Text is broken at its
+    // width and grows upwards from its bottom; lines beyond its height are cut off at the end.
     void setRoom(tesmar::CGRect room);
 
     bool initWithFrame(tesmar::CGRect frame) override;

@@ -13,8 +13,8 @@ constexpr CGFloat kTimeWidth = 104;
 constexpr CGFloat kCaptionsWidth = 56;
 constexpr CGFloat kGap = 8;
 constexpr CGFloat kTitleSize = 16;
-// A narrower bar does without the time.
-constexpr CGFloat kRoomForTime = 440;
+// A narrower bar hides the time.
+constexpr CGFloat kMinWidthForTime = 440;
 
 Ref<UIButton> button(const char* title, const char* identifier) {
     auto button = UIButton::buttonWithType(UIButtonType::custom);
@@ -25,7 +25,7 @@ Ref<UIButton> button(const char* title, const char* identifier) {
     return button;
 }
 
-std::string clock(double seconds) {
+std::string minutesAndSeconds(double seconds) {
     const auto whole = static_cast<long>(finite(seconds, 0, 1e6, 0));
     char text[32];
     std::snprintf(text, sizeof text, "%ld:%02ld", whole / 60, whole % 60);
@@ -60,14 +60,14 @@ bool ControlsBar::initWithFrame(CGRect frame) {
     play_->addTarget(ref(this), Selector("playTapped"), UIControlEventTouchUpInside);
     seekBar_->addTarget(ref(this), Selector("seeked"), UIControlEventValueChanged);
     captions_->addTarget(ref(this), Selector("captionsTapped"), UIControlEventTouchUpInside);
-    showPlay(Play::impossible);
+    showPlay(Play::unavailable);
     showTime(0, 0);
     return true;
 }
 
 void ControlsBar::layoutSubviews() {
     const CGFloat width = bounds().size.width;
-    const bool showsTime = width >= kRoomForTime;
+    const bool showsTime = width >= kMinWidthForTime;
     const CGFloat captionsX = width - kCaptionsWidth;
     const CGFloat timeX = captionsX - (showsTime ? kTimeWidth + kGap : 0);
     play_->setFrame({kGap, 0, kPlayWidth, kHeight});
@@ -78,7 +78,7 @@ void ControlsBar::layoutSubviews() {
     captions_->setFrame({captionsX, 0, kCaptionsWidth, kHeight});
 }
 
-// --- Showing ------------------------------------------------------------------------------------
+// --- State --------------------------------------------------------------------------------------
 
 void ControlsBar::showPlay(Play play) {
     if (play == shown_)
@@ -87,14 +87,14 @@ void ControlsBar::showPlay(Play play) {
     play_->setTitle(play == Play::playing ? "Pause" : "Play", UIControlStateNormal);
     for (const Ref<UIView>& view :
          {Ref<UIView>(play_), Ref<UIView>(seekBar_), Ref<UIView>(time_)}) {
-        view->setAlpha(play == Play::impossible ? 0.4 : 1);
-        view->setUserInteractionEnabled(play != Play::impossible);
+        view->setAlpha(play == Play::unavailable ? 0.4 : 1);
+        view->setUserInteractionEnabled(play != Play::unavailable);
     }
 }
 
 void ControlsBar::showTime(double time, double duration) {
     seekBar_->setProgress(duration > 0 ? time / duration : 0);
-    time_->setText(clock(time) + " / " + clock(duration));
+    time_->setText(minutesAndSeconds(time) + " / " + minutesAndSeconds(duration));
 }
 
 void ControlsBar::showCaptionsOn(bool on) {

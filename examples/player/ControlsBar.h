@@ -1,4 +1,5 @@
-// Along the foot of the window: play, where we are, and the way to the caption panel.
+// The bar at the bottom of the window: play and pause, position and duration, and the button that
+// opens the caption panel.
 #pragma once
 
 #include "SeekBar.h"
@@ -14,12 +15,12 @@ class ControlsBar : public tesmar::UIView {
   public:
     static constexpr tesmar::CGFloat kHeight = 44;
 
-    // What the viewer asks for.
+    // Called when the viewer uses the controls; may be empty.
     std::function<void()> onPlay;
     std::function<void(double progress)> onSeek; // 0 to 1
     std::function<void()> onCaptions;
 
-    enum class Play { playing, paused, impossible };
+    enum class Play { playing, paused, unavailable };
     void showPlay(Play play);
     // Seconds.
     void showTime(double time, double duration);
@@ -28,7 +29,7 @@ class ControlsBar : public tesmar::UIView {
     bool initWithFrame(tesmar::CGRect frame) override;
     void layoutSubviews() override;
 
-    // Actions of the controls.
+    // Actions of the controls, called through the object runtime.
     void playTapped();
     void seeked();
     void captionsTapped();

@@ -4,20 +4,21 @@ using namespace tesmar;
 
 namespace {
 
-constexpr CGFloat kMargin = 16; // around captions, points
-constexpr CGFloat kRoomForBarAndPanel = 400;
+constexpr CGFloat kMargin = 16;                   // around captions, points
+constexpr CGFloat kMinHeightForBarAndPanel = 400; // points
 constexpr const char* kSampleCaption = "Captions look like this.\nThe panel changes them.";
 
 } // namespace
 
 Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     : window_(std::move(window)), video_(video), remembersStyle_(options.remembersStyle),
-      // From the first frame on, captions wear what the viewer chose last time.
+      // The first captions already have the style that the viewer chose last time.
       style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()) {
     if (options.autoHide)
         panel_->setAutoHideInterval(*options.autoHide);
     panel_->setRememberChangedStyle(remembersStyle_);
-    // The panel owns its delegate, and this player the panel: a delegate that is not owned.
+    // The panel owns its delegate, and this player owns the panel: an owning pointer would be a
+    // cycle.
     panel_->setDelegate({std::shared_ptr<void>(), this});
 
     buildViews();
@@ -53,14 +54,14 @@ void Player::buildViews() {
 void Player::layOut() {
     const CGSize size = window_->frame().size;
     message_->setHidden(isPanelOpen());
-    // On a small screen the bar leaves its place to the panel.
-    controls_->setHidden(isPanelOpen() && size.height < kRoomForBarAndPanel);
+    // In a low window the bar makes room for the panel.
+    controls_->setHidden(isPanelOpen() && size.height < kMinHeightForBarAndPanel);
     const CGFloat bar = controls_->isHidden() ? 0 : ControlsBar::kHeight;
-    const CGFloat foot = size.height - bar;
-    controls_->setFrame({0, foot, size.width, ControlsBar::kHeight});
+    const CGFloat barTop = size.height - bar;
+    controls_->setFrame({0, barTop, size.width, ControlsBar::kHeight});
     message_->setFrame({kMargin, kMargin, std::max(0.0, size.width - 2 * kMargin), 24});
 
-    const CGRect room = CGRectInset(CGRect{0, 0, size.width, std::max(0.0, foot)},
+    const CGRect room = CGRectInset(CGRect{0, 0, size.width, std::max(0.0, barTop)},
                                     {0, kMargin, kMargin / 2, kMargin});
     captions_->setRoom(room);
     window_->setSafeAreaInsets({0, 0, bar, 0});
@@ -74,7 +75,7 @@ void Player::showVideoState() {
         message_->setText(video_ ? "This video cannot be played"
                                  : "No video: start as player FILE");
         captions_->setText(kSampleCaption);
-        controls_->showPlay(ControlsBar::Play::impossible);
+        controls_->showPlay(ControlsBar::Play::unavailable);
         return;
     }
     const Video::State& state = video_->state();
@@ -115,7 +116,7 @@ void Player::togglePanel() {
     }
     panel_->setCCEnabled(captionsAreOn_);
     window_->presentViewController(panel_, true);
-    // An appearing panel shows the remembered style; without remembering, the present one is newer.
+    // A panel that appears shows the stored style, which is out of date unless changes are stored.
     if (!remembersStyle_)
         panel_->setCCStyleAttributes(style_->mutableCopy());
     layOut();

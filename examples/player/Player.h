@@ -1,5 +1,5 @@
-// The player itself, whatever shows it: captions over the picture, a bar of controls, and the
-// caption panel. It owns the captions: whether they are on, and the style that they wear.
+// The player without its window: captions over the picture, a bar of controls, and the caption
+// panel. It owns the captions' state: whether they are on, and their style.
 #pragma once
 
 #include "CaptionView.h"
@@ -11,26 +11,25 @@
 
 class Player : private tesmar::TESMARViewControllerDelegate {
   public:
-    // Fills `window`. `video` outlives the player; null: there is none to play.
+    // Adds its views to `window`. `video` must outlive the player; null when there is no video.
     Player(tesmar::Ref<tesmar::UIWindow> window, Video* video, const Options& options);
     ~Player() override;
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
 
-    // The window has another size.
+    // Call when the window's size has changed.
     void layOut();
-    // The video's state may have changed.
+    // Call when the video's state may have changed.
     void showVideoState();
 
     void togglePanel();
     void togglePause();
     void seekBy(double seconds);
-    // A tap on the bare picture closes the panel, or else pauses.
+    // A tap beside all controls closes an open panel, or else pauses or resumes.
     void tapOnPicture();
 
-    // Whether the panel is there, or on its way in.
+    // True from the call that opens the panel to the one that closes it.
     bool isPanelOpen() const;
-    const tesmar::Ref<tesmar::TESMARViewController>& panel() const { return panel_; }
 
   private:
     void CCSwitchValueChanged(bool on) override;

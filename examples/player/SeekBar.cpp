@@ -1,6 +1,7 @@
 #include "SeekBar.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
 
 using namespace tesmar;
@@ -19,7 +20,7 @@ void SeekBar::setProgress(double progress) {
 
 void SeekBar::show(double progress) {
     progress = finite(progress, 0, 1, 0);
-    // Less than a pixel is not worth a frame.
+    // Half a point is too small a change to redraw for.
     const bool moves = std::abs(progress - progress_) * bounds().size.width >= 0.5;
     if (!moves && progress != 0 && progress != 1)
         return;
@@ -29,11 +30,11 @@ void SeekBar::show(double progress) {
 
 void SeekBar::draw(CGRect) {
     CGContext& context = *UIGraphicsGetCurrentContext();
-    const CGFloat way = std::max(0.0, bounds().size.width - kKnob);
-    const CGFloat knob = kKnob / 2 + way * progress_;
+    const CGFloat length = std::max(0.0, bounds().size.width - kKnob);
+    const CGFloat knob = kKnob / 2 + length * progress_;
     const CGFloat top = bounds().midY() - kLine / 2;
     context.setFillColor(*UIColor::colorWithWhite(1, 0.35));
-    context.fillRoundedRect({kKnob / 2, top, way, kLine}, kLine / 2);
+    context.fillRoundedRect({kKnob / 2, top, length, kLine}, kLine / 2);
     context.setFillColor(*UIColor::whiteColor());
     context.fillRoundedRect({kKnob / 2, top, knob - kKnob / 2, kLine}, kLine / 2);
     context.fillEllipse({knob - kKnob / 2, bounds().midY() - kKnob / 2, kKnob, kKnob});
@@ -55,6 +56,6 @@ void SeekBar::endTracking(UITouch& touch) {
 }
 
 void SeekBar::follow(const UITouch& touch) {
-    const CGFloat way = std::max(1.0, bounds().size.width - kKnob);
-    show((touch.locationIn(*this).x - kKnob / 2) / way);
+    const CGFloat length = std::max(1.0, bounds().size.width - kKnob);
+    show((touch.locationIn(*this).x - kKnob / 2) / length);
 }

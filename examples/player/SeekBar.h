@@ -1,14 +1,13 @@
-// A line along which a finger moves through the video.
+// A slider for the position in the video.
 #pragma once
 
 #include "tesmar/platform/ui/UIControl.h"
 
 class SeekBar : public tesmar::UIControl {
   public:
-    // 0 to 1. While a finger is on the bar, the finger has the word.
+    // 0 to 1; other numbers are clamped. Ignored while a finger is on the bar.
     void setProgress(double progress);
-    // Where the bar stands: where the finger is, or has been last when value-changed comes. That is
-    // sent when the finger lifts.
+    // 0 to 1. Follows the finger; value-changed is sent when the finger lifts.
     double progress() const { return progress_; }
 
     void draw(tesmar::CGRect rect) override;

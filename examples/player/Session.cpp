@@ -2,8 +2,6 @@
 
 #include "BackdropPicture.h"
 
-#include "tesmar/platform/graphics/UIImage.h"
-
 #include <filesystem>
 #include <stdexcept>
 
@@ -11,34 +9,26 @@ using namespace tesmar;
 
 namespace {
 
-constexpr double kPatience = 20;       // seconds, for the video engine
-constexpr double kDefaultAutoHide = 5; // seconds
-constexpr double kCaptionStep = 0.5;   // seconds between looks for a caption
-constexpr int kCaptionLooks = 24;
-constexpr double kPanelArrives = 0.6; // seconds
-constexpr double kDragSeconds = 0.2;  // of each third of a drag
-constexpr double kBetweenTaps = 0.4;  // seconds
+// Seconds.
+constexpr double kVideoTimeout = 20; // for the video engine to show a moment
+constexpr double kDefaultAutoHide = 5;
+constexpr double kCaptionSearchStep = 0.5;
+constexpr double kPanelAnimation = 0.6;
+constexpr double kDragPhase = 0.2; // each of the three parts of a drag
+constexpr double kBetweenTaps = 0.4;
+
+constexpr int kCaptionSearchSteps = 24;
 
 Options withAutoHide(Options options) {
     options.autoHide = options.autoHide.value_or(kDefaultAutoHide);
     return options;
 }
 
-// How far `inner` has to move to lie within `outer`, along one axis.
-CGFloat way(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outerHigh) {
+// The distance by which `inner` has to move to lie within `outer`, along one axis.
+CGFloat distanceInto(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFloat outerHigh) {
     if (innerLow < outerLow)
         return outerLow - innerLow;
     return innerHigh > outerHigh ? std::max(outerHigh - innerHigh, outerLow - innerLow) : 0;
-}
-
-std::uint32_t over(std::uint32_t front, std::uint32_t back) {
-    const std::uint32_t through = 255 - (front >> 24);
-    std::uint32_t pixel = 0xFF000000;
-    for (int shift = 0; shift < 24; shift += 8) {
-        const std::uint32_t below = ((back >> shift & 0xFF) * through + 127) / 255;
-        pixel |= std::min(255u, (front >> shift & 0xFF) + below) << shift;
-    }
-    return pixel;
 }
 
 } // namespace
@@ -66,14 +56,13 @@ void Session::advance(double seconds) {
     videoTime_ += seconds;
 }
 
-// From the present moment on to the next one at which something is said; a silent video stays at
-// the present moment.
+// Moves the video to the current time, or on to the next caption if one follows soon.
 void Session::showVideo() {
     if (!video_)
         return;
-    for (int look = 0; look < kCaptionLooks; ++look) {
-        const double moment = videoTime_ + look * kCaptionStep;
-        if (!video_->showMoment(moment, kPatience) || moment > video_->state().duration)
+    for (int step = 0; step < kCaptionSearchSteps; ++step) {
+        const double moment = videoTime_ + step * kCaptionSearchStep;
+        if (!video_->showMoment(moment, kVideoTimeout) || moment > video_->state().duration)
             break;
         if (!video_->state().caption.empty()) {
             videoTime_ = moment;
@@ -83,37 +72,37 @@ void Session::showVideo() {
     player_->showVideoState();
 }
 
-// --- Fingers ------------------------------------------------------------------------------------
+// --- Touches ------------------------------------------------------------------------------------
 
-// A finger that sets off at once, or it would press what lies below it, and rests before its lift,
-// or it would throw the content.
+// The first move passes the drag threshold at once, so that the finger does not press a control.
+// The finger rests before it lifts, so that the content does not glide on.
 void Session::drag(CGPoint start, CGPoint distance) {
-    const auto hold = [](CGFloat way) {
-        return way == 0 ? 0 : std::copysign(UIScrollView::kDragThreshold, way);
+    const auto threshold = [](CGFloat along) {
+        return along == 0 ? 0 : std::copysign(UIScrollView::kDragThreshold, along);
     };
-    const CGPoint taken = start + CGPoint{hold(distance.x), hold(distance.y)};
+    const CGPoint dragStart = start + CGPoint{threshold(distance.x), threshold(distance.y)};
     host_.touch(UITouchPhase::began, start);
-    host_.touch(UITouchPhase::moved, taken);
-    advance(kDragSeconds);
-    host_.touch(UITouchPhase::moved, taken + distance);
-    advance(kDragSeconds);
-    host_.touch(UITouchPhase::ended, taken + distance);
-    advance(kDragSeconds);
+    host_.touch(UITouchPhase::moved, dragStart);
+    advance(kDragPhase);
+    host_.touch(UITouchPhase::moved, dragStart + distance);
+    advance(kDragPhase);
+    host_.touch(UITouchPhase::ended, dragStart + distance);
+    advance(kDragPhase);
 }
 
 void Session::scrollIntoView(const UIView& view, const CGRect& rect) {
     const UIScrollView* const scroll = UIScrollView::enclosing(view.superview());
     if (!scroll)
         return;
-    const CGRect port = scroll->convertRectTo(scroll->bounds(), nullptr);
+    const CGRect viewport = scroll->convertRectTo(scroll->bounds(), nullptr);
     const CGRect target = view.convertRectTo(rect, nullptr);
-    const CGFloat dx = way(target.minX(), target.maxX(), port.minX(), port.maxX());
-    const CGFloat dy = way(target.minY(), target.maxY(), port.minY(), port.maxY());
-    // One direction at a time, as thumbs do.
+    const CGFloat dx = distanceInto(target.minX(), target.maxX(), viewport.minX(), viewport.maxX());
+    const CGFloat dy = distanceInto(target.minY(), target.maxY(), viewport.minY(), viewport.maxY());
+    // One direction at a time: scrolling locks to the direction of the first move.
     if (dy != 0)
-        drag(port.center(), {0, dy});
+        drag(viewport.center(), {0, dy});
     if (dx != 0)
-        drag(port.center(), {dx, 0});
+        drag(viewport.center(), {dx, 0});
 }
 
 void Session::tap(const std::string& identifier) {
@@ -133,31 +122,27 @@ void Session::tap(const std::string& identifier) {
 
 std::string Session::writePicture(const std::string& name) {
     showVideo();
-    host_.render();
     const int width = host_.pixelWidth();
     const int height = host_.pixelHeight();
-    std::vector<std::uint32_t> picture(host_.pixels().size());
+    std::vector<std::uint32_t> backdrop(host_.pixels().size());
     if (video_ && videoFailure().empty())
-        video_->draw(picture.data(), width, height, width * 4);
+        video_->draw(backdrop.data(), width, height, width * 4);
     else
-        drawBackdrop(picture.data(), width, height, width * 4);
-    std::transform(host_.pixels().begin(), host_.pixels().end(), picture.begin(), picture.begin(),
-                   over);
+        drawBackdrop(backdrop.data(), width, height, width * 4);
 
-    const std::string number = std::to_string(++written_);
-    const std::string path =
-        (std::filesystem::path(directory_) / ("0" + number + "-" + name + ".png")).string();
-    if (!writePNG(path, picture.data(), width, height, width * 4))
+    const std::string file = "0" + std::to_string(++picturesWritten_) + "-" + name + ".png";
+    const std::string path = (std::filesystem::path(directory_) / file).string();
+    if (!host_.writePNG(path, backdrop))
         throw std::runtime_error("cannot write " + path);
     return path;
 }
 
-void Session::play(const std::function<void(const std::string&)>& wrote) {
-    const auto picture = [&](const char* name) { wrote(writePicture(name)); };
+void Session::play(const std::function<void(const std::string&)>& onPicture) {
+    const auto picture = [&](const char* name) { onPicture(writePicture(name)); };
     picture("captions");
 
     tap("captionsButton");
-    advance(kPanelArrives);
+    advance(kPanelAnimation);
     picture("panel");
 
     tap("textColorPicker.5");

@@ -1,5 +1,5 @@
-// A viewer's session with the panel, played without a screen into numbered pictures. The panel
-// lives in virtual time, and the video is brought, frame by frame, to the same moment.
+// A scripted session with the panel, played without a screen into numbered pictures. The player
+// runs in virtual time; for each picture the video is moved to the same moment.
 #pragma once
 
 #include "Player.h"
@@ -13,29 +13,26 @@
 
 class Session {
   public:
-    // Pictures go to the directory options.pictures, which is made where it is missing.
+    // Pictures go to the directory options.pictures, which must be set and is created if missing.
+    // Throws std::filesystem::filesystem_error when that fails.
     explicit Session(const Options& options);
 
-    // Plays the whole session; calls `wrote` with the path of each picture. Throws
-    // std::runtime_error when a picture cannot be written or a control is not to be found.
-    void play(const std::function<void(const std::string&)>& wrote);
-    // Why the video cannot be played; empty when it can, or there is none.
+    // Plays the whole session; calls `onPicture` with the path of each picture that it has written.
+    // Throws std::runtime_error when a picture cannot be written or a control is missing.
+    void play(const std::function<void(const std::string&)>& onPicture);
+    // The reason why the video cannot be played; empty when it can, or there is none.
     std::string videoFailure() const;
 
-    // Parts of the session, for whoever wants another one.
-    void advance(double seconds);
-    // Taps the control of that accessibility identifier, after scrolling it into view; a stepper's
-    // halves are named "….decrement" and "….increment".
-    void tap(const std::string& identifier);
-    // Video, captions and panel as they are now. Answers the path.
-    std::string writePicture(const std::string& name);
-
-    Player& player() { return *player_; }
-
   private:
+    void advance(double seconds);
     void showVideo();
-    void drag(tesmar::CGPoint start, tesmar::CGPoint distance);
+    // Taps the control with that accessibility identifier, or the half of a stepper
+    // ("….decrement", "….increment"), after scrolling it into view.
+    void tap(const std::string& identifier);
     void scrollIntoView(const tesmar::UIView& view, const tesmar::CGRect& rect);
+    void drag(tesmar::CGPoint start, tesmar::CGPoint distance);
+    // Writes the video, the captions and the panel; returns the path.
+    std::string writePicture(const std::string& name);
 
     std::string directory_;
     tesmar::HeadlessHost host_;
@@ -43,5 +40,5 @@ class Session {
     std::unique_ptr<Player> player_;
     double autoHide_;
     double videoTime_ = 0; // seconds
-    int written_ = 0;
+    int picturesWritten_ = 0;
 };

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Names for the answers to what was asked at the beginning.
+// Identify the observed properties in their events.
 enum Property : std::uint64_t {
     timeProperty = 1,
     durationProperty,
@@ -31,14 +31,15 @@ void check(int status, const char* what) {
         throw std::runtime_error(std::string(what) + ": " + mpv_error_string(status));
 }
 
-// There is still a picture this long before the end, in seconds.
-constexpr double kBeforeEnd = 0.2;
+// Seconds before the end at which there is still a frame.
+constexpr double kLastFrameMargin = 0.2;
 
-// Named after the order of the bytes in memory.
+// The engine names formats by the order of bytes in memory.
 constexpr const char* kPixelFormat = std::endian::native == std::endian::little ? "bgr0" : "0rgb";
 
-// A plainer answer than the engine's for the commonest mistakes.
-std::string whyUnreadable(const std::string& path) {
+// The engine's own messages for these errors are vague. Empty when the path can be read or is a
+// URL.
+std::string readError(const std::string& path) {
     if (path.find("://") != std::string::npos)
         return "";
     std::error_code ignored;
@@ -60,7 +61,7 @@ struct Video::Engine {
     void command(std::initializer_list<const char*> words) {
         std::vector<const char*> arguments(words);
         arguments.push_back(nullptr);
-        // What cannot be done now (a seek before the file is open, say) is no loss.
+        // Errors are ignored: a seek before the file is open, for example, does no harm.
         mpv_command_async(mpv, 0, arguments.data());
     }
 
@@ -70,14 +71,14 @@ struct Video::Engine {
     mpv_handle* mpv = mpv_create();
     mpv_render_context* render = nullptr;
     bool frameIsNew = false;
-    bool restarted = false; // the picture of the last seek is there
+    bool seekIsDone = false; // the frame of the last seek is available
 };
 
 Video::Video(Sound sound, std::function<void()> wakeUp)
     : engine_(std::make_unique<Engine>(std::move(wakeUp))) {
     mpv_handle* const mpv = engine_->mpv;
     if (!mpv)
-        throw std::runtime_error("no video engine (is LC_NUMERIC \"C\"?)");
+        throw std::runtime_error("the video engine does not start (is LC_NUMERIC \"C\"?)");
     for (const auto& [name, value] : std::initializer_list<std::pair<const char*, const char*>>{
              {"config", "no"},
              {"terminal", "no"},
@@ -86,9 +87,9 @@ Video::Video(Sound sound, std::function<void()> wakeUp)
              {"ytdl", "no"},
              {"vo", "libmpv"},
              {"hwdec", "no"},
-             {"keep-open", "yes"}, // the last picture stays
+             {"keep-open", "yes"}, // keep the last frame
              {"sid", "1"},
-             {"sub-visibility", "no"}, // its text is all we take
+             {"sub-visibility", "no"}, // captions are drawn by the host
          })
         check(mpv_set_option_string(mpv, name, value), name);
     if (sound == Sound::off)
@@ -116,16 +117,15 @@ Video::Video(Sound sound, std::function<void()> wakeUp)
 Video::~Video() = default;
 
 void Video::play(const std::string& path) {
-    path_ = path;
-    state_.failure = whyUnreadable(path);
+    state_.failure = readError(path);
     if (state_.failure.empty())
         engine_->command({"loadfile", path.c_str()});
 }
 
-// --- News ---------------------------------------------------------------------------------------
+// --- Events -------------------------------------------------------------------------------------
 
 void Video::Engine::property(State& state, std::uint64_t which, const mpv_event_property& value) {
-    // A property that has no value now comes without one.
+    // No value: the property is unavailable now.
     const bool known = value.format != MPV_FORMAT_NONE;
     const auto number = [&] { return known ? *static_cast<double*>(value.data) : 0; };
     const auto flag = [&] { return known && *static_cast<int*>(value.data) != 0; };
@@ -151,18 +151,18 @@ void Video::Engine::property(State& state, std::uint64_t which, const mpv_event_
 }
 
 bool Video::poll() {
-    return waitForNews(0);
+    return handleEvents(0);
 }
 
-bool Video::waitForNews(double patience) {
+bool Video::handleEvents(double timeout) {
     const State before = state_;
-    for (const mpv_event* event = mpv_wait_event(engine_->mpv, patience);
+    for (const mpv_event* event = mpv_wait_event(engine_->mpv, timeout);
          event->event_id != MPV_EVENT_NONE; event = mpv_wait_event(engine_->mpv, 0)) {
         if (event->event_id == MPV_EVENT_PROPERTY_CHANGE)
             engine_->property(state_, event->reply_userdata,
                               *static_cast<mpv_event_property*>(event->data));
         else if (event->event_id == MPV_EVENT_PLAYBACK_RESTART)
-            engine_->restarted = true;
+            engine_->seekIsDone = true;
         else if (event->event_id == MPV_EVENT_END_FILE) {
             const auto& end = *static_cast<mpv_event_end_file*>(event->data);
             if (end.reason == MPV_END_FILE_REASON_ERROR)
@@ -208,7 +208,7 @@ void Video::draw(std::uint32_t* pixels, int width, int height, int stride) {
 void Video::render(std::uint32_t* pixels, int width, int height, int stride, Rendering rendering) {
     int size[] = {width, height};
     std::size_t bytes = static_cast<std::size_t>(stride);
-    int waits = 0; // for the moment at which the frame is due: we draw when told
+    int waits = 0; // draw now, not when the frame is due
     int skips = rendering == Rendering::skipped;
     mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, size},
                                      {MPV_RENDER_PARAM_SW_FORMAT, const_cast<char*>(kPixelFormat)},
@@ -220,31 +220,31 @@ void Video::render(std::uint32_t* pixels, int width, int height, int stride, Ren
     mpv_render_context_render(engine_->render, parameters);
 }
 
-bool Video::showMoment(double seconds, double patience) {
+bool Video::showMoment(double seconds, double timeout) {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::duration<double>(patience);
-    const auto waitFor = [&](const auto& there) {
-        while (!there()) {
+    const auto end = Clock::now() + std::chrono::duration<double>(timeout);
+    const auto waitUntil = [&](const auto& isDone) {
+        while (!isDone()) {
             if (!state_.failure.empty() || Clock::now() > end)
                 return false;
-            waitForNews(0.01);
+            handleEvents(0.01);
         }
         return true;
     };
     set("pause", "yes");
-    if (!waitFor([&] { return state_.duration > 0 && engine_->restarted; }))
+    if (!waitUntil([&] { return state_.duration > 0 && engine_->seekIsDone; }))
         return false;
-    engine_->restarted = engine_->frameIsNew = false;
-    seekTo(std::min(seconds, std::max(0.0, state_.duration - kBeforeEnd)));
-    const auto isThere = [&] {
-        // The engine goes on only when a frame has been taken, also one that nobody will look at.
+    engine_->seekIsDone = engine_->frameIsNew = false;
+    seekTo(std::min(seconds, std::max(0.0, state_.duration - kLastFrameMargin)));
+    const auto frameIsThere = [&] {
+        // The engine continues only after each frame is taken, also one that is never drawn.
         if (mpv_render_context_update(engine_->render) & MPV_RENDER_UPDATE_FRAME) {
             render(nullptr, 0, 0, 0, Rendering::skipped);
             engine_->frameIsNew = true;
         }
-        return engine_->frameIsNew && engine_->restarted;
+        return engine_->frameIsNew && engine_->seekIsDone;
     };
-    if (!waitFor(isThere))
+    if (!waitUntil(frameIsThere))
         return false;
     char* const caption = mpv_get_property_string(engine_->mpv, "sub-text");
     state_.caption = caption ? caption : "";

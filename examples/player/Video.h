@@ -1,7 +1,6 @@
-// A video with its sound and its subtitles' text, played by libmpv. It draws the picture only: the
-// captions are ours.
+// Plays a video with its sound through libmpv. Subtitles are not drawn: their text is in the state.
 //
-// Belongs to one thread, but for the `wakeUp` that it is given.
+// All methods must be called on one thread; only the callback `wakeUp` runs on others.
 #pragma once
 
 #include <cstdint>
@@ -16,50 +15,53 @@ class Video {
 
     struct State {
         double time = 0;     // seconds
-        double duration = 0; // 0 while it is not known
+        double duration = 0; // seconds; 0 while unknown
         bool paused = false;
         bool atEnd = false;
-        std::string caption; // what is being said; lines are separated by "\n"
-        std::string failure; // why it cannot be played; empty while all is well
+        std::string caption; // the current subtitle; lines are separated by "\n"
+        std::string failure; // the reason why the video cannot be played; empty otherwise
         bool operator==(const State&) const = default;
     };
 
-    // `wakeUp` is called from another thread when poll() or hasNewFrame() may have news.
+    // `wakeUp`, which may be empty, is called on other threads when poll() or hasNewFrame() may
+    // return true. Throws std::runtime_error when the video engine does not start.
     Video(Sound sound, std::function<void()> wakeUp);
     ~Video();
     Video(const Video&) = delete;
     Video& operator=(const Video&) = delete;
 
-    // Starts to play the file. What goes wrong shows in the state, later.
+    // Starts to play a file or URL. Errors appear in the state, possibly later.
     void play(const std::string& path);
     const State& state() const { return state_; }
-    // Brings the state up to date; true when it has changed.
+    // Updates the state; returns whether it has changed.
     bool poll();
 
+    // At the end, starts again from the beginning.
     void togglePause();
+    // Seconds, clamped to the video. Ignored until the video is open.
     void seekTo(double seconds);
     void seekBy(double seconds);
 
-    // Whether draw() would show another picture than last time.
+    // Whether a frame has arrived since the last draw().
     bool hasNewFrame();
-    // Draws the frame, with black bars where the shape is another. 0x00RRGGBB words; `stride` bytes
-    // from row to row.
+    // Draws the current frame into width × height pixels, with black bars where the proportions
+    // differ: 0x00RRGGBB words, rows `stride` bytes apart.
     void draw(std::uint32_t* pixels, int width, int height, int stride);
 
-    // Pauses at the exact moment, or at the end, and waits, `patience` seconds at most, until its
-    // picture and its caption are there. False when they do not come.
-    bool showMoment(double seconds, double patience);
+    // Pauses at this moment, clamped to the video's length, and waits until its frame and caption
+    // have arrived. Returns false after `timeout` seconds or a failure.
+    bool showMoment(double seconds, double timeout);
 
   private:
     struct Engine;
 
-    // Handles what has happened, after waiting `patience` seconds at most for something to happen.
-    bool waitForNews(double patience);
+    // Waits up to `timeout` seconds for an event and handles all that are pending. Returns whether
+    // the state has changed.
+    bool handleEvents(double timeout);
     enum class Rendering { drawn, skipped };
     void render(std::uint32_t* pixels, int width, int height, int stride, Rendering rendering);
     void set(const char* property, const std::string& value);
 
     State state_;
-    std::string path_;
     std::unique_ptr<Engine> engine_;
 };

@@ -1,7 +1,7 @@
-// A video player that wears the caption panel.
+// A video player with the caption panel.
 //
-//     player film.mkv                     in a window; --help tells the rest
-//     player --headless pictures film.mkv the same without a screen, into PNG files
+//     player film.mkv                      plays in a window; --help lists the options
+//     player --headless pictures film.mkv  plays a short session into PNG files
 #include "Session.h"
 #include "window_app.h"
 
@@ -20,7 +20,7 @@ constexpr const char* kPicturesWithoutDisplay = "out";
 
 void setUp(const Options& options) {
     std::setlocale(LC_ALL, "");
-    std::setlocale(LC_NUMERIC, "C"); // the video engine insists
+    std::setlocale(LC_NUMERIC, "C"); // the video engine requires it
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.player"));
     if (!options.preferences.empty())
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(options.preferences);
@@ -28,9 +28,9 @@ void setUp(const Options& options) {
         setMotionSetting(MotionSetting::reduced);
 }
 
-// Whether the video could be played, too.
+// Returns whether the video could be played.
 bool playIntoPictures(const Options& options) {
-    // A session without its viewer leaves the viewer's own style alone.
+    // An automatic session must not overwrite the viewer's own style.
     if (options.preferences.empty())
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(*options.pictures +
                                                                    "/preferences.plist");
@@ -60,17 +60,16 @@ bool run(Options options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const auto parsed = parseOptions({argv + 1, argv + argc});
-    if (std::holds_alternative<HelpWanted>(parsed)) {
-        std::fputs(kUsage, stdout);
-        return 0;
-    }
-    if (const auto* wrong = std::get_if<UsageError>(&parsed)) {
-        std::fprintf(stderr, "player: %s\n%s", wrong->message.c_str(), kUsage);
-        return 2;
-    }
     try {
-        return run(std::get<Options>(parsed)) ? 0 : 1;
+        const auto options = parseOptions(argc, argv);
+        if (!options) {
+            std::fputs(usage().c_str(), stdout);
+            return 0;
+        }
+        return run(*options) ? 0 : 1;
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "player: %s; --help lists the options\n", error.what());
+        return 2;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "player: %s\n", error.what());
         return 1;

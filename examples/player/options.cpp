@@ -1,30 +1,36 @@
 #include "options.h"
 
+#include <cxxopts.hpp>
+
 #include <charconv>
-#include <cmath>
 
 using namespace tesmar;
 
-const char* const kUsage =
-    "usage: player [OPTION]... [VIDEO]\n"
-    "Plays a video with captions; the caption panel changes their look.\n"
-    "\n"
-    "  --auto-hide SECONDS  the panel leaves by itself when nobody touches it\n"
-    "  --no-remember        changes of the style are for this session only\n"
-    "  --prefs PATH         keep the style in this file\n"
-    "  --reduced-motion     nothing glides or fades\n"
-    "  --headless DIR       no window: play a short session into pictures in DIR,\n"
-    "                       where its style is kept, too\n"
-    "  --size WxH           of the window, in points (960x540)\n"
-    "  --scale S            pixels per point, 0.5 to 8 (as the display has it)\n"
-    "  --help               this text\n"
-    "\n"
-    "c or the CC button: the panel   space: pause   left, right: 5 seconds   f: full screen\n"
-    "q: quit\n";
-
 namespace {
 
-std::optional<double> number(const std::string& text, double low, double high) {
+cxxopts::Options commandLine() {
+    using Text = std::string;
+    using cxxopts::value;
+    cxxopts::Options line("player",
+                          "Plays a video with captions; the caption panel changes their look.\n");
+    line.custom_help("[OPTION]... [VIDEO]");
+    line.set_width(100);
+    line.add_options(
+        "",
+        {{"auto-hide", "close the panel after this time without a touch", value<Text>(), "SECONDS"},
+         {"no-remember", "keep changes of the style for this session only"},
+         {"prefs", "keep the style in this file", value<Text>(), "PATH"},
+         {"reduced-motion", "do without glides and fades"},
+         {"headless",
+          "open no window: play a short session into pictures in DIR, and keep its style there",
+          value<Text>(), "DIR"},
+         {"size", "size of the window in points (960x540)", value<Text>(), "WxH"},
+         {"scale", "pixels per point, 0.5 to 8 (the display's)", value<Text>(), "S"},
+         {"h,help", "print this text"}});
+    return line;
+}
+
+std::optional<double> numberIn(const std::string& text, double low, double high) {
     double value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
@@ -33,69 +39,68 @@ std::optional<double> number(const std::string& text, double low, double high) {
     return value;
 }
 
-std::optional<CGSize> size(const std::string& text) {
+std::optional<CGSize> parseSize(const std::string& text) {
     const std::size_t by = text.find('x');
     if (by == std::string::npos)
         return std::nullopt;
-    const auto width = number(text.substr(0, by), 100, 16384);
-    const auto height = number(text.substr(by + 1), 100, 16384);
+    const auto width = numberIn(text.substr(0, by), 100, 16384);
+    const auto height = numberIn(text.substr(by + 1), 100, 16384);
     return width && height ? std::optional(CGSize{*width, *height}) : std::nullopt;
 }
 
-// False when the value does not suit the option.
-bool takeValue(Options& options, const std::string& option, const std::string& value) {
-    if (option == "--auto-hide")
-        return (options.autoHide = number(value, 0.1, 86400)).has_value();
-    if (option == "--scale")
-        return (options.scale = number(value, 0.5, 8)).has_value();
-    if (option == "--prefs") {
-        options.preferences = value;
-        return !value.empty();
-    }
-    if (option == "--headless") {
-        options.pictures = value;
-        return !value.empty();
-    }
-    const auto wanted = size(value); // --size
-    if (wanted)
-        options.size = *wanted;
-    return wanted.has_value();
+// The option's value, converted by `parse`, which returns nothing for one that does not fit; unset
+// when the option is not given.
+template <class Parse>
+auto valueOf(const cxxopts::ParseResult& given, const std::string& name, const char* range,
+             Parse parse) {
+    decltype(parse(name)) value;
+    if (given.count(name) == 0)
+        return value;
+    const auto& text = given[name].as<std::string>();
+    value = parse(text);
+    if (!value)
+        throw UsageError("--" + name + " must be " + range + ", not '" + text + "'");
+    return value;
 }
 
-bool takesValue(const std::string& option) {
-    for (const char* known : {"--auto-hide", "--prefs", "--headless", "--size", "--scale"})
-        if (option == known)
-            return true;
-    return false;
+Options optionsFrom(const cxxopts::ParseResult& given) {
+    const auto path = [](const std::string& text) {
+        return text.empty() ? std::nullopt : std::optional(text);
+    };
+    Options options;
+    options.autoHide = valueOf(given, "auto-hide", "from 0.1 to 86400 seconds",
+                               [](const std::string& text) { return numberIn(text, 0.1, 86400); });
+    options.scale = valueOf(given, "scale", "from 0.5 to 8",
+                            [](const std::string& text) { return numberIn(text, 0.5, 8); });
+    options.size =
+        valueOf(given, "size", "WxH, each from 100 to 16384", parseSize).value_or(options.size);
+    options.preferences = valueOf(given, "prefs", "a path", path).value_or("");
+    options.pictures = valueOf(given, "headless", "a directory", path);
+    options.remembersStyle = !given["no-remember"].as<bool>();
+    options.reducedMotion = given["reduced-motion"].as<bool>();
+    const auto& videos = given.unmatched();
+    if (videos.size() > 1)
+        throw UsageError("only one video can be played; '" + videos[1] + "' is too many");
+    if (!videos.empty())
+        options.video = videos[0];
+    return options;
 }
 
 } // namespace
 
-std::variant<Options, UsageError, HelpWanted>
-parseOptions(const std::vector<std::string>& arguments) {
-    Options options;
-    bool onlyNames = false; // after "--"
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        if (onlyNames || argument.size() < 2 || argument[0] != '-') {
-            if (!options.video.empty())
-                return UsageError{"one video at a time, not '" + argument + "' too"};
-            options.video = argument;
-        } else if (argument == "--") {
-            onlyNames = true;
-        } else if (argument == "--help" || argument == "-h") {
-            return HelpWanted{};
-        } else if (argument == "--no-remember") {
-            options.remembersStyle = false;
-        } else if (argument == "--reduced-motion") {
-            options.reducedMotion = true;
-        } else if (!takesValue(argument)) {
-            return UsageError{"unknown option '" + argument + "'"};
-        } else if (++i == arguments.size()) {
-            return UsageError{argument + " needs a value"};
-        } else if (!takeValue(options, argument, arguments[i])) {
-            return UsageError{argument + " cannot be '" + arguments[i] + "'"};
-        }
+std::optional<Options> parseOptions(int argc, const char* const* argv) {
+    try {
+        const cxxopts::ParseResult given = commandLine().parse(argc, argv);
+        if (given.count("help") > 0)
+            return std::nullopt;
+        return optionsFrom(given);
+    } catch (const cxxopts::exceptions::exception& error) {
+        throw UsageError(error.what());
     }
-    return options;
+}
+
+std::string usage() {
+    return commandLine().help() +
+           "\nc or the CC button: the panel   space: pause   left, right: 5 seconds\n"
+           "f: full screen   q: quit\n";
 }

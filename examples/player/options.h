@@ -1,34 +1,34 @@
-// What the player was asked for on its command line.
+// The player's command line.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
 
 #include <optional>
+#include <stdexcept>
 #include <string>
-#include <variant>
-#include <vector>
 
 struct Options {
-    std::string video; // empty: none
-    // Seconds after the last touch at which the panel leaves by itself.
+    std::string video; // a path or URL; empty: no video
+    // Seconds after the last touch until the panel closes by itself; unset: it stays open.
     std::optional<double> autoHide;
     bool remembersStyle = true;
-    std::string preferences; // a path; empty: the usual one
+    std::string preferences; // a path; empty: the default one
     bool reducedMotion = false;
-    // The directory for the pictures of a session without a screen.
+    // The directory for the pictures of a session without a screen; unset: play in a window.
     std::optional<std::string> pictures;
     tesmar::CGSize size{960, 540}; // points
-    std::optional<double> scale;   // pixels per point; nothing: the display's
+    std::optional<double> scale;   // pixels per point; unset: the display's
 };
 
-struct UsageError {
-    std::string message;
+// Its text is one line that names the argument at fault.
+class UsageError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
 };
-struct HelpWanted {};
 
-// `arguments` without the program's name.
-std::variant<Options, UsageError, HelpWanted>
-parseOptions(const std::vector<std::string>& arguments);
+// `argv` begins with the program's name. Returns nothing when the user asks for help. Throws
+// UsageError.
+std::optional<Options> parseOptions(int argc, const char* const* argv);
 
 // What --help prints.
-extern const char* const kUsage;
+std::string usage();

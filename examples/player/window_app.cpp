@@ -12,7 +12,7 @@ using namespace tesmar;
 
 namespace {
 
-constexpr double kSeek = 5; // seconds
+constexpr double kSeekSeconds = 5;
 
 std::string title(const Options& options) {
     return options.video.empty() ? "Player"
@@ -33,8 +33,8 @@ class WindowApp {
         host_.onKey([this](const SDLHost::Key& key) { pressed(key); });
         host_.onTap([this](CGPoint) { player_->tapOnPicture(); });
         host_.onResize([this](CGSize) { player_->layOut(); });
-        host_.onWake([this] { videoHasNews(); });
-        videoHasNews();
+        host_.onWake([this] { updateFromVideo(); });
+        updateFromVideo();
     }
 
     void run() { host_.run(); }
@@ -47,13 +47,13 @@ class WindowApp {
             drawBackdrop(picture.pixels, picture.width, picture.height, picture.stride);
     }
 
-    void videoHasNews() {
+    void updateFromVideo() {
         if (!video_)
             return;
         video_->poll();
         player_->showVideoState();
-        if (!video_->state().failure.empty() && !complained_) {
-            complained_ = true;
+        if (!video_->state().failure.empty() && !hasReportedFailure_) {
+            hasReportedFailure_ = true;
             std::fprintf(stderr, "player: cannot play '%s': %s\n", path_.c_str(),
                          video_->state().failure.c_str());
             host_.setPictureNeedsDisplay();
@@ -64,7 +64,7 @@ class WindowApp {
 
     void pressed(const SDLHost::Key& key) {
         if (key.name == "Left" || key.name == "Right")
-            player_->seekBy(key.name == "Left" ? -kSeek : kSeek);
+            player_->seekBy(key.name == "Left" ? -kSeekSeconds : kSeekSeconds);
         else if (key.repeated)
             return;
         else if (key.name == "C")
@@ -78,9 +78,9 @@ class WindowApp {
     }
 
     SDLHost host_;
-    std::unique_ptr<Video> video_; // wakes the host: it goes first
+    std::unique_ptr<Video> video_; // wakes the host, so it is destroyed before it
     std::string path_;
-    bool complained_ = false;
+    bool hasReportedFailure_ = false;
     std::unique_ptr<Player> player_;
 };
 

@@ -3,5 +3,5 @@
 
 #include "options.h"
 
-// Runs until the viewer quits. Throws SDLHost::NoDisplay where there is none.
+// Returns when the viewer quits. Throws SDLHost::NoDisplay when there is no display.
 void playInWindow(const Options& options);

@@ -1,4 +1,4 @@
-// Loading of the library's views from their interface files.
+// Loads the library's views from their interface files.
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/ui/UINib.h"
 #include "tesmar/platform/ui/UIView.h"

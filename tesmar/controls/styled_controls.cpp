@@ -1,13 +1,14 @@
-// The one look of the panel's steppers and labels.
+// The common look of the panel's steppers and labels.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UILabel.h"
 #include "tesmar/platform/ui/UIStepper.h"
 
 namespace tesmar {
 namespace {
 
-// An image context that ends, whatever is thrown in it.
+// Ends the image context on destruction.
 struct ImageContext {
     explicit ImageContext(CGSize size) { UIGraphicsBeginImageContextWithOptions(size, false, 0); }
     ~ImageContext() { UIGraphicsEndImageContext(); }
@@ -25,7 +26,7 @@ Ref<UIStepper> UIStepper::createStyledStepper() {
     stepper->setIncrementImage(UIImage::imageNamed("stepper-up"), UIControlStateNormal);
     stepper->setDecrementImage(UIImage::imageNamed("stepper-down"), UIControlStateNormal);
 
-    // Invisible borders, and the pipe between the halves in every combination of their states.
+    // No visible borders, and the same divider for every combination of the halves' states.
     const UIControlState states[] = {UIControlStateHighlighted, UIControlStateDisabled,
                                      UIControlStateNormal};
     const auto pipe = UIImage::imageNamed("stepper-pipe");

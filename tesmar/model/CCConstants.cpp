@@ -20,7 +20,7 @@ const std::vector<std::string>& CCConstants::CCFontsNameList() {
 
 const std::map<std::string, std::vector<CGFloat>, std::less<>>& CCConstants::CCFontsSizesDict() {
     static const std::map<std::string, std::vector<CGFloat>, std::less<>> sizes{
-        // A script face: small letters, so larger sizes.
+        // The letters of a script face are small, so it gets larger sizes.
         {"SavoyeLetPlain", {25, 28, 30, 35, 40, 45}},
         {std::string(CCFontDefaultSizesKey()), {15, 18, 20, 23, 26, 30}},
     };

@@ -1,8 +1,7 @@
-// Every fixed value of the caption style: its default, the palette, the fonts and sizes on offer,
+// Every fixed value of the caption style: the default, the palette, the offered fonts and sizes,
 // and all texts of the panel.
 //
-// Each value is built at its first use, once for the life of the process, and never changes. Any
-// thread.
+// Each value is built once, on first use, and never changes. Any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"
@@ -25,21 +24,22 @@ namespace tesmar {
 struct TESMAR_API CCConstants {
     CCConstants() = delete;
 
-    // The key of CCFontsSizesDict whose sizes serve every font without its own.
+    // The key of CCFontsSizesDict for fonts that have no sizes of their own.
     static std::string_view CCFontDefaultSizesKey() { return "Default"; }
-    // The fonts on offer: the system font's family name as it was at the first use, then seven face
-    // names. Always eight, installed or not.
+    // The names of the fonts that the panel may offer: the family name of the system font at the
+    // time of the first use, then seven face names. Always eight, whether installed or not.
     static const std::vector<std::string>& CCFontsNameList();
-    // Point sizes by font name; only fonts with sizes of their own, and CCFontDefaultSizesKey.
+    // Point sizes by font name, for fonts with sizes of their own and CCFontDefaultSizesKey.
     static const std::map<std::string, std::vector<CGFloat>, std::less<>>& CCFontsSizesDict();
-    // White 17-point system text on half-transparent black. Shared: whoever wants to edit it takes
-    // a mutableCopy.
+    // White 17-point system text on half-transparent black. Shared and immutable: make a
+    // mutableCopy to edit it.
     static const Ref<NSDictionary>& CCDefaultStyleAttributes();
-    // Eight opaque colours, for text and background alike; white and black are grey-scale colours.
+    // Eight opaque colours, for both text and background. White and black are grey-scale colours.
     static const std::vector<Ref<UIColor>>& paletteColors();
-    // The font of the panel's small labels; null for good where "HelveticaNeue-Medium" is missing.
+    // The font of the panel's small labels; null if "HelveticaNeue-Medium" was not available at the
+    // first use.
     static const Ref<UIFont>& font();
-    // Where the preferences keep the style.
+    // The preferences key of the saved style.
     static std::string_view CCSessionStyleUserDefaultsKey() {
         return "CCSessionStyleUserDefaultsKey";
     }
@@ -54,7 +54,7 @@ struct TESMAR_API CCConstants {
         static std::string_view ButtonReset() { return "Reset"; }
         static std::string_view LabelTextColorOpacity() { return "OPACITY"; }
         static std::string_view LabelTextBackgroundColorOpacity() { return "OPACITY"; }
-        // What stands for the system font in the list of fonts.
+        // Shown for the system font in the font name picker.
         static std::string_view LabelFontNameDefault() { return "Default"; }
         static std::string_view LabelFont() { return "FONT"; }
         static std::string_view LabelSize() { return "SIZE"; }

@@ -39,7 +39,7 @@ void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attrib
     } else {
         std::string record = NSKeyedArchiver::archivedDataWithRootObject(attributes);
         if (record.empty())
-            return; // too large: better the style before than none
+            return; // too large
         defaults->setObject(NSData::dataWithBytes(std::move(record)), key);
     }
     defaults->synchronize();

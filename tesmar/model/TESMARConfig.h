@@ -1,9 +1,9 @@
-// The caption style that is remembered from one start of the application to the next: one entry of
-// the host's preferences (NSUserDefaults), under CCConstants::CCSessionStyleUserDefaultsKey(),
-// holding a keyed archive of the style dictionary.
+// The caption style that is saved from one start of the application to the next: a keyed archive of
+// the style dictionary, in the host's preferences (NSUserDefaults) under
+// CCConstants::CCSessionStyleUserDefaultsKey().
 //
-// Nothing is kept in memory: every read looks at the preferences, every write goes to them and is
-// flushed at once. Any thread, as long as nobody changes what is being saved.
+// The class caches nothing: every read decodes the entry of the preferences, every write flushes
+// them. Any thread, as long as no other thread modifies the dictionary that is being saved.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"
@@ -14,17 +14,19 @@ class TESMAR_API TESMARConfig : public NSObject {
     TESMAR_CLASS
 
   public:
-    // The stored style, freshly decoded; null when there is none, or when what stands there is no
-    // archive of a dictionary. Entries that decode are not judged: the dictionary may lack keys, or
-    // hold other things under them.
+    // The stored style, decoded into a new dictionary; null when there is none, or when the entry
+    // is not an archive of a dictionary. The result is not validated: keys may be missing, and
+    // values may have other types.
     static Ref<NSDictionary> sessionClosedCaptureStyle();
 
     // Stores the style, or removes the stored one when `attributes` is null. Values without a
-    // coding are left out. A flush that fails goes unreported: the value is kept in memory, and the
+    // coding are left out. A style too large to be read back is not stored; the previous one
+    // remains. A failed flush is not reported: the preferences keep the value in memory, and the
     // next save tries again.
     static void saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes);
 
-    // The stored style, else the shared CCConstants::CCDefaultStyleAttributes() itself; never null.
+    // The stored style, or else CCConstants::CCDefaultStyleAttributes() itself, which is shared.
+    // Never null.
     static Ref<NSDictionary> sessionOrDefaultClosedCaptureStyle();
 };
 

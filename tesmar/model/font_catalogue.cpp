@@ -1,5 +1,4 @@
-// The fonts that the panel offers. These operations of UIFont keep no state: each call asks the
-// fonts and the constants afresh.
+// The operations of UIFont that the panel's font picker uses. They cache nothing.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/text/UIFont.h"
@@ -9,7 +8,7 @@
 namespace tesmar {
 
 std::string UIFont::systemFontFamily() {
-    // The size is only a probe: the family does not depend on it.
+    // Any size: the family does not depend on it.
     return systemFontOfSize(12)->familyName();
 }
 
@@ -20,7 +19,7 @@ std::vector<std::string> UIFont::CCSupportedFonts() {
         for (const auto& face : fontNamesForFamilyName(family))
             if (std::find(candidates.begin(), candidates.end(), face) != candidates.end())
                 supported.push_back(face);
-    // The system font is offered by the name of its family, which no face need bear.
+    // The system font is a candidate by its family name, which need not be the name of a face.
     for (const auto& candidate : candidates)
         if (candidate == systemFontFamily())
             supported.push_back(candidate);

@@ -15,7 +15,7 @@
 namespace tesmar {
 namespace {
 
-// What an opacity of 1 is on the steppers.
+// The value of an opacity stepper for an opacity of 1.
 constexpr double kOpaqueSteps = 10;
 
 } // namespace
@@ -73,7 +73,7 @@ bool TESMARViewController::initWithCoder(NSCoder& coder) {
     return UIViewController::initWithCoder(coder);
 }
 
-// --- What the host sets -------------------------------------------------------------------------
+// --- Properties of the host ---------------------------------------------------------------------
 
 void TESMARViewController::setAutoHideInterval(double interval) {
     assertMainThread("TESMARViewController::setAutoHideInterval");
@@ -85,7 +85,7 @@ void TESMARViewController::setRememberChangedStyle(bool remember) {
     rememberChangedStyle_ = remember;
 }
 
-// What is replaced here is let go last: its destructor may come back.
+// The previous delegate is released last: its destructor may call the panel.
 void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
     assertMainThread("TESMARViewController::setDelegate");
     const auto replaced = std::exchange(delegate_, Ref<TESMARViewControllerDelegate>(delegate));
@@ -97,7 +97,7 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
     assertMainThread("TESMARViewController::setCCStyleAttributes");
     if (!attributes)
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
-    // A copy: what the accessor answers is the member itself.
+    // A copy, since `attributes` may be a reference to the member itself.
     const auto replaced = std::exchange(styleAttributes_, Ref<NSMutableDictionary>(attributes));
     showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
     showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
@@ -105,7 +105,7 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
     fontPicker_->setSelectedFont(as<UIFont>(styleAttributes_->objectForKey(NSFontAttributeName)));
 }
 
-// The picker shows the colour made opaque; its alpha is the stepper's.
+// The picker shows the opaque colour, the stepper its alpha.
 void TESMARViewController::showColor(std::string_view key, ColorPicker& picker,
                                      UIStepper& stepper) {
     const auto color = as<UIColor>(styleAttributes_->objectForKey(key));
@@ -124,7 +124,7 @@ void TESMARViewController::bgColorChanged() {
 
 void TESMARViewController::colorChanged(std::string_view key, const ColorPicker& picker,
                                         const UIStepper& stepper) {
-    const auto kept = ref(this); // a pending dismissal may have been the last to own it
+    const auto self = ref(this); // the pending dismissal may be the only owner
     if (const auto color = picker.selectedColor())
         styleAttributes_->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
                                     key);
@@ -135,7 +135,7 @@ void TESMARViewController::colorChanged(std::string_view key, const ColorPicker&
 }
 
 void TESMARViewController::fontChanged() {
-    const auto kept = ref(this);
+    const auto self = ref(this);
     if (const auto font = fontPicker_->selectedFont())
         styleAttributes_->setObject(font, NSFontAttributeName);
     else
@@ -145,17 +145,17 @@ void TESMARViewController::fontChanged() {
 }
 
 void TESMARViewController::resetButtonTap() {
-    const auto kept = ref(this);
+    const auto self = ref(this);
     setCCStyleAttributes(CCConstants::CCDefaultStyleAttributes()->mutableCopy());
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
 }
 
 void TESMARViewController::didUpdateClosedCaptureStyle() {
-    const auto kept = ref(this);
+    const auto self = ref(this);
     if (rememberChangedStyle_)
         TESMARConfig::saveSessionClosedCaptureStyle(styleAttributes_);
-    // Copies: the delegate may replace itself and the dictionary.
+    // Copies, since the delegate may replace itself and the dictionary.
     if (const auto delegate = delegate_)
         delegate->CCStyleAttributesChanged(Ref<NSDictionary>(styleAttributes_));
 }
@@ -168,14 +168,14 @@ void TESMARViewController::setCCEnabled(bool enabled) {
 }
 
 void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
-    const auto kept = ref(this);
+    const auto self = ref(this);
     printLine(sender.isOn() ? "Switch ON" : "Switch OFF");
     resetAutoHideTimer();
     if (const auto delegate = delegate_)
         delegate->CCSwitchValueChanged(sender.isOn());
 }
 
-// --- Life of the view ---------------------------------------------------------------------------
+// --- View life cycle ----------------------------------------------------------------------------
 
 void TESMARViewController::loadView() {
     UIViewController::loadView();
@@ -208,13 +208,11 @@ void TESMARViewController::didReceiveMemoryWarning() {
 // --- Auto-hide ----------------------------------------------------------------------------------
 
 void TESMARViewController::resetAutoHideTimer() {
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.cancelPreviousPerformRequests(*this);
-    // False for a number that is none, too.
-    if (autoHideInterval_ > 0)
-        loop.performSelectorAfterDelay(ref(this), Selector("selfDismiss"), nullptr,
-                                       autoHideInterval_);
+    if (autoHideInterval_ > 0) // false for NaN
+        loop.performSelectorAfterDelay(self, Selector("selfDismiss"), nullptr, autoHideInterval_);
 }
 
 void TESMARViewController::selfDismiss() {

@@ -1,13 +1,14 @@
-// The caption settings panel: the one class that a host drives.
+// The caption settings panel: the only class of the library that a host drives.
 //
 //     auto panel = make<TESMARViewController>();
-//     panel->setDelegate(host);                 // hears every change
-//     panel->setCCEnabled(captionsAreOn);       // what the switch shows
-//     panel->setRememberChangedStyle(true);     // keep the style for the next start
+//     panel->setDelegate(host);                 // is notified of every change
+//     panel->setCCEnabled(captionsAreOn);       // the state that the switch shows
+//     panel->setRememberChangedStyle(true);     // save the style for the next start
 //     window->presentViewController(panel, true);
 //
-// The viewer turns captions on or off and chooses colours, opacities, font and size; the panel
-// edits one style dictionary (see CCConstants) and tells the delegate. Main thread only.
+// The viewer turns captions on or off and chooses colours, opacities, font and size. The panel
+// edits one style dictionary (see CCConstants) and notifies the delegate. Main thread only: in a
+// build with assertions, a call from another thread is a fatal error.
 #pragma once
 
 #include "tesmar/panel/TESMARViewControllerDelegate.h"
@@ -32,33 +33,35 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
 
     // --- For the host ---------------------------------------------------------------------------
 
-    // Clear, for good: the card below the panel is what makes it legible.
+    // The colour of the root view: always clear. The presentation card behind it makes the panel
+    // legible.
     const Ref<UIColor>& viewBackgroundColor() const { return viewBackgroundColor_; }
 
-    // Seconds after the last interaction at which the panel dismisses itself; -1 at the start. Not
-    // greater than 0, or no number: never. A change counts from the next interaction on.
+    // Seconds from the last interaction until the panel dismisses itself; initially -1. Zero, a
+    // negative value or NaN: never. A new interval applies from the next interaction.
     double autoHideInterval() const { return autoHideInterval_; }
     void setAutoHideInterval(double interval);
 
-    // Whether every change by the user is saved (see TESMARConfig); false at the start.
+    // Whether every change that the viewer makes is saved (see TESMARConfig); initially false.
     bool rememberChangedStyle() const { return rememberChangedStyle_; }
     void setRememberChangedStyle(bool remember);
 
-    // Owned. A host that also owns the panel breaks the cycle by clearing it. The delegate is a C++
-    // object: callers by selector get nothing for one that is no NSObject.
+    // Owned by the panel, initially null. A delegate that owns the panel makes a cycle, which
+    // setting null breaks. The message "delegate" returns nothing unless it is also an NSObject.
     const Ref<TESMARViewControllerDelegate>& delegate() const { return delegate_; }
     void setDelegate(const Ref<TESMARViewControllerDelegate>& delegate);
 
-    // The style being edited; empty at the start, and never null. Each appearance replaces it by
-    // the remembered style, or the default. Assigning it shows it in the controls and tells nobody;
-    // changing it in place does not even show. Values of other types count as missing, and stay.
+    // The style being edited; initially empty, never null (setting null is a fatal error). Each
+    // appearance of the panel replaces it by the saved style, or else the default. Setting it
+    // updates the controls and does not notify the delegate; modifying the dictionary in place does
+    // neither. A value of the wrong type is treated as missing, and left in the dictionary.
     const Ref<NSMutableDictionary>& CCStyleAttributes() const { return styleAttributes_; }
     void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes);
 
-    // Shows the host's captions state; tells nobody.
+    // Sets the captions switch, without animation. Does not notify the delegate.
     virtual void setCCEnabled(bool enabled);
 
-    // --- Life of the view -----------------------------------------------------------------------
+    // --- View life cycle ------------------------------------------------------------------------
 
     void loadView() override;
     void viewWillAppear(bool animated) override;
@@ -67,7 +70,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void didReceiveMemoryWarning() override;
     // Large enough to show all of the controls without scrolling.
     std::optional<CGSize> preferredContentSize() override;
-    // Builds the panel in the root view; called once by loadView.
+    // Builds the panel in the root view. loadView calls it once.
     virtual void setupView();
 
     // --- Actions of the controls ----------------------------------------------------------------
@@ -78,7 +81,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     virtual void bgColorChanged();
     virtual void fontChanged();
 
-    // Dismisses the panel; what the auto-hide timer calls.
+    // Dismisses the panel, animated. The auto-hide timer calls it.
     virtual void selfDismiss();
     void scrollViewWillBeginDragging(UIScrollView& scrollView) override;
     void scrollViewDidEndDragging(UIScrollView& scrollView, bool willDecelerate) override;
@@ -100,7 +103,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     const Ref<UISwitch> CCSwitch_;
     const Ref<ColorPicker> textColorPicker_;
     const Ref<FontPicker> fontPicker_;
-    const Ref<UIStepper> textColorOpacityStepper_; // ten times the opacity
+    const Ref<UIStepper> textColorOpacityStepper_; // its value is ten times the opacity
     const Ref<ColorPicker> backgroundColorPicker_;
     const Ref<UIStepper> backgroundColorOpacityStepper_;
 };

@@ -1,22 +1,22 @@
-// What the host hears from the panel.
+// Notifications from the panel to the host.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"
 
 namespace tesmar {
 
-// All calls come on the main thread, from within the user's action. A listener may do anything in
-// them: change, dismiss or let go of the panel included.
+// Called on the main thread, while the panel handles the viewer's action. An implementation may do
+// anything, including changing, dismissing and releasing the panel.
 class TESMAR_API TESMARViewControllerDelegate {
   public:
     virtual ~TESMARViewControllerDelegate() = default;
 
-    // The user has turned captions on or off. The panel only shows that state; it is the host's.
+    // The viewer has turned captions on or off. The panel does not store that state; the host does.
     virtual void CCSwitchValueChanged(bool on) = 0;
-    // The user has changed the style. `attributes` is the panel's own live dictionary, fit to be
-    // applied to captions as it is: whoever keeps it sees later changes, too.
+    // The viewer has changed the style. `attributes` is the dictionary that the panel goes on
+    // editing, not a copy; NSAttributedString takes it as it is.
     virtual void CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) = 0;
-    // The panel is about to go, for whatever reason.
+    // The panel is about to be dismissed: by the host, the viewer or the auto-hide timer.
     virtual void CCViewControllerWillDisappear() = 0;
 };
 

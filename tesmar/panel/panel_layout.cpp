@@ -1,17 +1,15 @@
-// Where everything on the panel stands. The header row stays; the controls below it scroll.
+// The layout of the panel: a fixed header row, and controls below it that scroll.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/panel/TESMARViewController.h"
-
-#include <map>
 
 namespace tesmar {
 namespace {
 
-using Parts = std::map<std::string, Ref<UIView>>;
+using Parts = UIView::NamedViews;
 
 constexpr CGFloat kCaptionsLabelSize = 24;
 constexpr CGFloat kResetTitleSize = 19;
-constexpr double kMostOpacitySteps = 10;
+constexpr double kMaximumOpacitySteps = 10;
 
 Ref<UIView> createSeparatorView() {
     auto separator = make<UIView>();
@@ -24,25 +22,13 @@ Ref<UIColor> resetColor(CGFloat alpha) {
     return UIColor::colorWithRed(0.694, 0.129, 0.141, alpha);
 }
 
-// The parts bear their names towards tests and tools, too.
+// Tests and tools find the parts by their names.
 void addParts(UIView& to, const Parts& parts) {
     for (const auto& [name, view] : parts) {
         view->setTranslatesAutoresizingMaskIntoConstraints(false);
         view->setAccessibilityIdentifier(name);
         to.addSubview(view);
     }
-}
-
-struct Row {
-    const char* format;
-    NSLayoutFormatOptions options = NSLayoutFormatNone;
-};
-
-void addRows(UIView& to, std::initializer_list<Row> rows, const Parts& parts) {
-    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
-    for (const Row& row : rows)
-        to.addConstraints(
-            NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options, {}, views));
 }
 
 } // namespace
@@ -70,8 +56,7 @@ void TESMARViewController::setupView() {
                       {"topSeparator", createSeparatorView()},
                       {"bottomSeparator", createSeparatorView()}};
     addParts(*view(), parts);
-    addRows(
-        *view(),
+    view()->addConstraintsWithVisualFormats(
         {{"|-20-[CCLabel]-20-[CCSwitch]->=20-[resetButton]-20-|", NSLayoutFormatAlignAllCenterY},
          {"|-20-[containerScrollView]-20-|"},
          {"|-20-[topSeparator]-20-|"},
@@ -92,7 +77,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
 
     const auto textOpacityLabel = UILabel::createStyledLabel();
     textOpacityLabel->setText(std::string(CCConstants::Label::LabelTextColorOpacity()));
-    textColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    textColorOpacityStepper_->setMaximumValue(kMaximumOpacitySteps);
     wire(*textColorOpacityStepper_, UIControlEventValueChanged, "ccColorChanged");
 
     const auto separator = createSeparatorView();
@@ -101,7 +86,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
     const auto backgroundOpacityLabel = UILabel::createStyledLabel();
     backgroundOpacityLabel->setText(
         std::string(CCConstants::Label::LabelTextBackgroundColorOpacity()));
-    backgroundColorOpacityStepper_->setMaximumValue(kMostOpacitySteps);
+    backgroundColorOpacityStepper_->setMaximumValue(kMaximumOpacitySteps);
     wire(*backgroundColorOpacityStepper_, UIControlEventValueChanged, "bgColorChanged");
 
     const Parts parts{{"textColorPicker", textColorPicker_},
@@ -114,19 +99,18 @@ Ref<UIView> TESMARViewController::createScrollView() {
                       {"backgroundColorOpacityStepper", backgroundColorOpacityStepper_}};
     addParts(*scrollView, parts);
     // The separator, pinned to both edges, makes the content 400 points wide. The background
-    // stepper stands left of the content's edge on purpose: its symbol lines up with what is above
-    // it.
-    addRows(*scrollView,
-            {{"|-0-[separator(400)]-0-|"},
-             {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},
-             {"|-0-[fontPicker]-20-[textColorOpacityStepper]-0-|"},
-             {"V:[textColorOpacityLabel]-2-[textColorOpacityStepper]"},
-             {"V:|-15-[textColorPicker]-10-[fontPicker]-10-[separator(1)]-15-"
-              "[backgroundColorPicker]-10-[backgroundColorOpacityLabel]",
-              NSLayoutFormatAlignAllLeft},
-             {"V:[backgroundColorOpacityLabel]-2-[backgroundColorOpacityStepper]-20-|"},
-             {"|-(-15)-[backgroundColorOpacityStepper]"}},
-            parts);
+    // stepper starts left of the content's edge, so that its symbol lines up with the views above.
+    scrollView->addConstraintsWithVisualFormats(
+        {{"|-0-[separator(400)]-0-|"},
+         {"|-0-[fontPicker]-35-[textColorOpacityLabel]", NSLayoutFormatAlignAllTop},
+         {"|-0-[fontPicker]-20-[textColorOpacityStepper]-0-|"},
+         {"V:[textColorOpacityLabel]-2-[textColorOpacityStepper]"},
+         {"V:|-15-[textColorPicker]-10-[fontPicker]-10-[separator(1)]-15-"
+          "[backgroundColorPicker]-10-[backgroundColorOpacityLabel]",
+          NSLayoutFormatAlignAllLeft},
+         {"V:[backgroundColorOpacityLabel]-2-[backgroundColorOpacityStepper]-20-|"},
+         {"|-(-15)-[backgroundColorOpacityStepper]"}},
+        parts);
     return scrollView;
 }
 

@@ -1,12 +1,12 @@
-// Makes the whole library known to the object runtime.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
 
 namespace tesmar {
 
-// Its own entry points see to it; only a host that looks classes up by name before it has made a
-// panel needs to call this. Any thread, any number of times.
+// Registers the library's classes, its class operations on toolkit classes and its resource bundle
+// with the object runtime. Making a TESMARViewController does this; a host calls it only to look
+// classes up by name before that. Any thread, any number of times.
 TESMAR_API void registerTESMAR();
 
 } // namespace tesmar

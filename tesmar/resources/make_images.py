@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Draws the glyph images of this directory, each at one, two and three pixels a point.
+"""Draws the images of this directory, each at one, two and three pixels per point.
 
     tesmar/resources/make_images.py        (Debian: python3-cairo)
 
-Every edge that is upright or level falls on a pixel boundary at every scale.
+Vertical and horizontal edges lie on pixel boundaries at every scale.
 """
 
 import pathlib
@@ -21,9 +21,10 @@ def bar(context, x, y, width, height, colour=BLACK):
     context.fill()
 
 
-# A stepper's half is 47 by 29 points, so only an image of odd size is centred on whole pixels,
-# and only an even glyph has a two-point bar in its middle. Half a point to the right and down is
-# not seen; a blurred edge is.
+# In points. Half of a stepper is 47 by 29 points, so its image must have an odd size to be centred
+# on whole pixels, but a glyph with a two-point bar in its middle must have an even one. The glyph is
+# therefore drawn half a point right of and below the middle, which is not noticeable, whereas a
+# blurred edge is.
 GLYPH = 14
 
 
@@ -41,7 +42,7 @@ def pipe(context, width, height):
 
 
 def chevron(context, width, height, tip, back):
-    """A stroke from the back's top to the tip and to the back's foot."""
+    """Strokes from the top at x = back to the tip and to the bottom at x = back."""
     context.set_source_rgb(*BLACK)
     context.set_line_width(2)
     context.set_line_cap(cairo.LINE_CAP_ROUND)
@@ -60,8 +61,8 @@ def chevron_right(context, width, height):
     chevron(context, width, height, tip=width - 2, back=2)
 
 
-# The stepper's faces stay small: the 15 leftmost points of a stepper may be clipped away.
-IMAGES = {  # file name: width and height in points, and what draws it
+# The stepper's images are small because up to 15 points at its left may be clipped.
+IMAGES = {  # file name: width and height in points, drawing function
     "stepper-up": (15, 15, plus),
     "stepper-down": (15, 15, minus),
     "stepper-pipe": (1, 29, pipe),

@@ -64,13 +64,10 @@ void ColorPicker::setupView() {
     }
 
     setTranslatesAutoresizingMaskIntoConstraints(false);
-    const NSLayoutConstraint::Views views{{"view", ref(this)}};
     const CGFloat height = colorButtonSize_ + titleLabelHeight_ + verticalSpacing_;
-    const NSLayoutConstraint::Metrics metrics{{"height", static_cast<float>(height)},
-                                              {"width", static_cast<float>(width)}};
-    for (const char* format : {"[view(width)]", "V:[view(height)]"})
-        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(format, NSLayoutFormatNone,
-                                                                       metrics, views));
+    addConstraintsWithVisualFormats(
+        {{"[view(width)]"}, {"V:[view(height)]"}}, {{"view", ref(this)}},
+        {{"height", static_cast<float>(height)}, {"width", static_cast<float>(width)}});
 }
 
 void ColorPicker::setSelectedColor(const Ref<UIColor>& color) {

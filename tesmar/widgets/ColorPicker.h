@@ -1,5 +1,5 @@
-// A title above one row of swatches, one for each colour of the palette. The user taps one; the
-// picker sends value-changed. Writing selectedColor sends nothing.
+// A title above one row of swatches, one for each colour of the palette. A tap on a swatch selects
+// its colour and sends UIControlEventValueChanged. Setting selectedColor sends no event.
 #pragma once
 
 #include "tesmar/platform/ui/UILabel.h"
@@ -16,20 +16,20 @@ class TESMAR_API ColorPicker : public UIControl {
   public:
     ColorPicker();
 
-    // The whole picker, with that title.
+    // `title` is UTF-8.
     virtual bool initWithTitle(std::string_view title);
-    // The whole picker, without a title.
+    // Leaves the title empty.
     bool initWithCoder(NSCoder& coder) override;
-    // Not available: a fatal error.
+    // Not supported: a fatal error.
     bool initWithFrame(CGRect frame) override;
 
-    // What was written or tapped last, or null. Every write rewrites which swatches are selected:
-    // those whose colour equals it exactly, colour space and alpha included.
+    // The colour that was set or tapped last, or null. Setting it selects the swatches whose colour
+    // is equal, including colour space and alpha, and deselects all others.
     virtual const Ref<UIColor>& selectedColor() const { return selectedColor_; }
     virtual void setSelectedColor(const Ref<UIColor>& color);
 
-    // In palette order. Writing the list adds no views and wires nothing; the swatches in it must
-    // have a colour.
+    // In palette order. Setting the list neither adds the swatches as subviews nor connects their
+    // actions. A swatch in it that is null or has no colour is a fatal error at the next selection.
     virtual const std::vector<Ref<ColorPickerButton>>& colorButtons() const {
         return colorButtons_;
     }
@@ -37,10 +37,10 @@ class TESMAR_API ColorPicker : public UIControl {
     virtual const Ref<UILabel>& titleLabel() const { return titleLabel_; }
     virtual void setTitleLabel(const Ref<UILabel>& label) { titleLabel_ = label; }
 
-    // The action of every swatch: selects its colour, then tells the targets.
+    // The action of every swatch: selects its colour and sends UIControlEventValueChanged.
     virtual void colorButtonTouched(ColorPickerButton& button);
 
-    // Names the title ("<identifier>.title") and the swatches ("<identifier>.0" …) too.
+    // Also names the title ("<identifier>.title") and the swatches ("<identifier>.0" …).
     void setAccessibilityIdentifier(std::string identifier) override;
 
   private:
@@ -49,7 +49,7 @@ class TESMAR_API ColorPicker : public UIControl {
 
     const CGFloat titleLabelHeight_ = 10;
     const CGFloat verticalSpacing_ = 8;
-    const CGFloat colorButtonSize_ = 50; // and the pitch of the row
+    const CGFloat colorButtonSize_ = 50; // no gaps between them
     Ref<UIColor> selectedColor_;
     std::vector<Ref<ColorPickerButton>> colorButtons_;
     Ref<UILabel> titleLabel_;

@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 
 namespace tesmar {
 namespace {
@@ -66,11 +67,11 @@ void ColorPickerButton::draw(CGRect) {
     if (!fill)
         fatalError("a ColorPickerButton was drawn before it was given a colour");
     CGContextSetFillColorWithColor(*context, *fill);
-    // The fill covers the rim's inner half: half a point of grey stays outside.
+    // The fill covers the inner half of the rim: half a point of grey remains.
     CGContextStrokeEllipseInRect(*context, discRect());
     CGContextFillEllipseInRect(*context, discRect());
 
-    // A finger covers the disc, so what shows the press is a shade over all of it.
+    // A finger covers most of the disc, so the shade that shows the press covers all of it.
     if (isHighlighted()) {
         CGContextSetFillColorWithColor(*context, *pressed);
         CGContextFillEllipseInRect(*context, discRect());

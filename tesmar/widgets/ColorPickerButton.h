@@ -1,5 +1,5 @@
-// A round colour swatch: a disc with a thin grey rim, and a light grey disc behind it while it is
-// selected. Whoever owns it decides when that is; a tap selects nothing by itself.
+// A round colour swatch: a disc with a thin grey rim, on a larger light grey disc while it is
+// selected. A tap does not select the swatch; its owner does.
 #pragma once
 
 #include "tesmar/platform/ui/UIButton.h"
@@ -11,19 +11,18 @@ class TESMAR_API ColorPickerButton : public UIButton {
 
   public:
     bool initWithFrame(CGRect frame) override;
-    // The colour is not part of the record.
+    // The colour is not decoded: it is null afterwards.
     bool initWithCoder(NSCoder& coder) override;
 
-    // Drawn as it is, its alpha included. Null at the start; drawing the swatch without a colour is
-    // a fatal error.
+    // Drawn with its alpha. Initially null; drawing the swatch without a colour is a fatal error.
     virtual const Ref<UIColor>& color() const { return color_; }
-    // Every write redraws, also one of an equal value; likewise for setSelected.
+    // Requests a redraw even if the value does not change; so does setSelected.
     virtual void setColor(const Ref<UIColor>& color);
 
     bool isSelected() const override { return UIButton::isSelected(); }
     void setSelected(bool selected) override;
 
-    // Always paints the whole bounds.
+    // Paints the whole bounds, whatever `rect` is.
     void draw(CGRect rect) override;
 
   private:

@@ -93,7 +93,7 @@ void FontNamePickerView::prevFont() {
 
 void FontNamePickerView::step(long by) {
     selectedIndex_ += by;
-    // The buttons guard the ends: they follow the index also when the label cannot.
+    // The buttons prevent a step past the ends, so update them even if updating the label throws.
     FirstException failure;
     failure.run([&] { updateLabelText(); });
     updateButtonStates();

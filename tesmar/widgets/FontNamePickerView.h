@@ -1,6 +1,6 @@
 // Shows one font name at a time, in its own face, between a button for the previous name and one
-// for the next. Made from the interface file "FontNamePickerView". The user steps; the view sends
-// value-changed. Selecting from code sends nothing.
+// for the next. Made from the interface file "FontNamePickerView". A step of the viewer sends
+// UIControlEventValueChanged; selecting a name from code sends no event.
 #pragma once
 
 #include "tesmar/platform/ui/UIButton.h"
@@ -16,11 +16,12 @@ class TESMAR_API FontNamePickerView : public UIControl {
     TESMAR_CLASS
 
   public:
+    // The name of the interface file.
     static const std::string& nibName();
 
     FontNamePickerView();
 
-    // Outlets: owned by the view hierarchy, null until the interface file connects them.
+    // Outlets: weak references to subviews; null until the interface file connects them.
     Ref<UILabel> fontNameLabel() const { return fontNameLabel_.lock(); }
     void setFontNameLabel(const Ref<UILabel>& label) { fontNameLabel_ = label; }
     Ref<UIButton> prevButton() const { return prevButton_.lock(); }
@@ -28,19 +29,19 @@ class TESMAR_API FontNamePickerView : public UIControl {
     Ref<UIButton> nextButton() const { return nextButton_.lock(); }
     void setNextButton(const Ref<UIButton>& button) { nextButton_ = button; }
 
-    // A missing outlet is a fatal error.
+    // Connects the buttons and shows the selected name. A missing outlet is a fatal error.
     void awakeFromNib() override;
 
-    // Replaces the list; neither the selected place nor the label follows, so the caller selects a
-    // name next.
+    // Replaces the list, which initially holds the system font's family name. Neither the selected
+    // index nor the label changes, so call selectFontName next.
     virtual void updateFonts(const std::vector<std::string>& fontNames);
-    // The name in the selected place; a place outside the list is a fatal error.
+    // The name at the selected index; an index outside the list is a fatal error.
     virtual std::string selectedFontName() const;
-    // The first equal name (canonically equivalent texts are equal); a name that is not in the list
-    // changes nothing.
+    // Selects the first name in the list that equals `name` (see stringsAreEqual). A name that is
+    // not in the list changes nothing.
     virtual void selectFontName(std::string_view name);
-    // One step, then value-changed. A step past an end, which the disabled button prevents, is a
-    // fatal error.
+    // Selects the next or previous name and sends UIControlEventValueChanged. A step past an end,
+    // which the disabled button prevents, is a fatal error.
     virtual void nextFont();
     virtual void prevFont();
 

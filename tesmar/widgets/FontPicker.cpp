@@ -1,19 +1,18 @@
 #include "tesmar/widgets/FontPicker.h"
 
-#include "tesmar/controls/library_bundle.h"
+#include "tesmar/controls/internal/own_bundle.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/widgets/internal/widget_classes.h"
 
 #include <cmath>
 
 namespace tesmar {
 namespace {
 
-constexpr double kLastSize = 5;
-constexpr double kFirstChoice = 2;
+constexpr double kLastSizeIndex = 5;
+constexpr double kInitialSizeIndex = 2;
 
 Ref<UILabel> captionLabel(std::string_view text) {
     auto label = make<UILabel>();
@@ -57,10 +56,9 @@ bool FontPicker::initWithFrame(CGRect) {
 }
 
 void FontPicker::makeControls() {
-    registerWidgetClasses();
-    const auto bundle = NSBundle::bundleWithIdentifier(TESMARBundleIdentifier);
+    registerClass(FontNamePickerView::classObject()); // its interface file names it
     fontNamePicker_ = as<FontNamePickerView>(
-        FontNamePickerView::loadFromTESMARNib(FontNamePickerView::nibName(), bundle));
+        FontNamePickerView::loadFromTESMARNib(FontNamePickerView::nibName(), TESMARBundle()));
     if (!fontNamePicker_)
         fatalError("interface file \"" + FontNamePickerView::nibName() +
                    ".xml\" holds no FontNamePickerView");
@@ -77,14 +75,14 @@ void FontPicker::setupView() {
     fontNamePicker_->updateFonts(UIFont::CCSupportedFonts());
     fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
     sizeStepper_->setMinimumValue(0);
-    sizeStepper_->setMaximumValue(kLastSize);
-    sizeStepper_->setValue(kFirstChoice);
+    sizeStepper_->setMaximumValue(kLastSizeIndex);
+    sizeStepper_->setValue(kInitialSizeIndex);
     sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
 
-    const std::map<std::string, Ref<UIView>> parts{{"fontLabel", fontLabel},
-                                                   {"sizeLabel", sizeLabel},
-                                                   {"fontNamePicker", fontNamePicker_},
-                                                   {"sizeStepper", sizeStepper_}};
+    const NamedViews parts{{"fontLabel", fontLabel},
+                           {"sizeLabel", sizeLabel},
+                           {"fontNamePicker", fontNamePicker_},
+                           {"sizeStepper", sizeStepper_}};
     for (const auto& [name, view] : parts) {
         view->sizeToFit();
         view->setTranslatesAutoresizingMaskIntoConstraints(false);
@@ -92,14 +90,12 @@ void FontPicker::setupView() {
     }
     setTranslatesAutoresizingMaskIntoConstraints(false);
 
-    const NSLayoutConstraint::Views views(parts.begin(), parts.end());
-    const auto add = [&](const char* format, NSLayoutFormatOptions options = NSLayoutFormatNone) {
-        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(format, options, {}, views));
-    };
-    add("|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom);
-    add("[sizeLabel]-53-|");
-    add("V:|-0-[fontLabel]-0-[fontNamePicker]->=0-|", NSLayoutFormatAlignAllLeft);
-    add("V:|-0-[sizeLabel]-2-[sizeStepper]->=0-|");
+    addConstraintsWithVisualFormats(
+        {{"|-0-[fontNamePicker]->=20-[sizeStepper]-0-|", NSLayoutFormatAlignAllBottom},
+         {"[sizeLabel]-53-|"},
+         {"V:|-0-[fontLabel]-0-[fontNamePicker]->=0-|", NSLayoutFormatAlignAllLeft},
+         {"V:|-0-[sizeLabel]-2-[sizeStepper]->=0-|"}},
+        parts);
 
     setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
     layoutIfNeeded();

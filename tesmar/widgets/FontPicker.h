@@ -1,6 +1,6 @@
-// Chooses a font: its name (a FontNamePickerView) and its size (a stepper over the sizes that the
-// catalogue gives for that name), under the labels "FONT" and "SIZE". Sends value-changed once for
-// each step of the user. Writing selectedFont sends nothing.
+// Selects a font: its name (a FontNamePickerView) and its size (a stepper over the sizes that
+// UIFont::fontSizesForFontName returns for the name), with the labels "FONT" and "SIZE". Each step
+// of the viewer sends one UIControlEventValueChanged. Setting selectedFont sends no event.
 #pragma once
 
 #include "tesmar/platform/ui/UIStepper.h"
@@ -12,23 +12,25 @@ class TESMAR_API FontPicker : public UIControl {
     TESMAR_CLASS
 
   public:
-    // Ends with the picker at its own fitting size, at the origin.
+    // The picker gets its fitting size, at the origin.
     bool init() override;
     bool initWithCoder(NSCoder& coder) override;
     // Not supported: a fatal error.
     bool initWithFrame(CGRect frame) override;
 
-    // The font that the two controls describe; null when no face bears the selected name. A size
-    // index outside the name's list is a fatal error.
+    // The font of the selected name and size; null when there is no face of that name. A size index
+    // outside the sizes for that name is a fatal error.
     virtual Ref<UIFont> selectedFont() const;
-    // Selects the face's name, if it is listed, and the smallest offered size that is not below the
-    // font's, else the largest. Null changes nothing.
+    // Selects the font's face name, if it is in the list, and the smallest offered size that is at
+    // least the font's, or else the largest. Null changes nothing.
     virtual void setSelectedFont(const Ref<UIFont>& font);
 
+    // The actions of the two controls: both send UIControlEventValueChanged.
     virtual void fontNameChanged();
     virtual void fontSizeChanged();
 
-    // Names the parts too ("<identifier>.size" …).
+    // Also names the parts: "<identifier>.name", ".prev", ".next", ".size", ".fontLabel" and
+    // ".sizeLabel".
     void setAccessibilityIdentifier(std::string identifier) override;
 
   private:

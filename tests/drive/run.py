@@ -1,19 +1,18 @@
 #!/usr/bin/python3
-"""Runs one script through drive and compares what it prints with what is expected.
+"""Runs one script through drive and compares its output with the expected one.
 
     run.py DRIVE NAME.drive
 
 NAME.expected holds one line for each line of output: a console line as it is, or a JSON object.
-Objects are compared without regard to the order of keys, numbers within 1e-9; an object with the
-key "..." may have further keys. Blank lines and lines that begin with # are for readers. Two lines
-are not output: "exit N", the exit status where it is not 0, and "stderr TEXT", a line there; nothing
-else may be printed there.
+The order of an object's keys does not matter, and numbers may differ by 1e-9; an object with the key
+"..." may have further keys. Blank lines and lines that begin with # are comments. "exit N" gives the
+exit status (0 without it), and "stderr TEXT" a line of standard error, which must have no others.
 
-Three kinds of comment in the script are for this program:
+Three kinds of comment in the script are instructions to this program:
 
-    #: restart            the rest goes to another drive, in the same empty directory
-    #: write FILE JSON    makes a binary property list
-    #: dump FILE          prints one, {"plist": ...}, with bytes as the property list inside them
+    #: restart            run the rest in a new drive process, in the same directory
+    #: write FILE JSON    write a binary property list
+    #: dump FILE          output a property list as {"plist": ...}; an archive as its archiver's name
 """
 
 import itertools
@@ -47,10 +46,8 @@ def parsed(line):
 
 
 def jsonable(value):
-    """A property list's values; one that is an archive shows the names of its root's keys."""
-    if isinstance(value, bytes):
-        return {"archiver": plistlib.loads(value)["$archiver"]}
-    return value
+    """A value of a property list, where bytes are archives."""
+    return {"archiver": plistlib.loads(value)["$archiver"]} if isinstance(value, bytes) else value
 
 
 class Script:
@@ -104,19 +101,15 @@ def main():
         session = Script(drive, pathlib.Path(directory))
         session.run(script.read_text(encoding="utf-8").splitlines())
 
-    faults = 0
-    for expected, actual in itertools.zip_longest(out, session.out):
-        if expected is None or actual is None or not same(parsed(expected), parsed(actual)):
-            print(f"expected  {expected}\n  answer  {actual}")
-            faults += 1
+    problems = [f"expected  {expected}\n printed  {actual}"
+                for expected, actual in itertools.zip_longest(out, session.out)
+                if None in (expected, actual) or not same(parsed(expected), parsed(actual))]
     if err != session.err:
-        print(f"expected on standard error  {err}\n                    printed  {session.err}")
-        faults += 1
+        problems.append(f"expected on standard error  {err}\n                    printed  {session.err}")
     if status != session.status:
-        print(f"expected exit status {status}, not {session.status}")
-        faults += 1
-    return 1 if faults else 0
+        problems.append(f"expected exit status {status}, not {session.status}")
+    sys.exit("\n".join(problems) or 0)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

@@ -1,4 +1,4 @@
-// Any bytes as the PNG of a name: never a crash, never more than the largest image.
+// Loads any bytes as a named image: no crash, and no image larger than the limits.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/graphics/UIImage.h"
 
@@ -18,8 +18,8 @@ std::uint32_t checksum(std::string_view bytes) {
     return ~sum;
 }
 
-// Chunks whose checksum is wrong would be refused unseen.
-void mendChecksums(std::string& png) {
+// Corrects the checksums, because the decoder rejects chunks with a wrong one at once.
+void fixChecksums(std::string& png) {
     const auto byte = [&](std::size_t at) -> std::size_t {
         return static_cast<unsigned char>(png[at]);
     };
@@ -39,7 +39,7 @@ void mendChecksums(std::string& png) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::string bytes(reinterpret_cast<const char*>(data), size);
-    mendChecksums(bytes);
+    fixChecksums(bytes);
     const auto bundle = NSBundle::bundle("fuzz", [&](std::string_view fileName) {
         return fileName == "x@2x.png" ? std::optional(bytes) : std::nullopt;
     });

@@ -1,9 +1,9 @@
-// Any bytes as what a host does to a window with a panel.
+// Plays the input as a host's calls to a window with a panel.
 #include "random_session.h"
 #include "tesmar/tesmar.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    // Nowhere that could be saved to.
+    // A path that cannot be written.
     tesmar::NSUserDefaults::standardUserDefaults()->setPreferencesPath("/dev/null/p.plist");
     std::size_t at = 0;
     tesmar::playRandomSession([&]() -> std::optional<std::uint8_t> {

@@ -1,8 +1,9 @@
-// Any text is a visual format or an error at a place within it, and any formats that parse give
-// finite frames at every size, the same for an engine that has seen other sizes.
+// Every text is a visual format or gives an error with an offset inside it. All formats that parse
+// give finite frames at every size of the root; a reused engine computes the same ones as a new
+// one.
 //
-// Input: a byte of root size, then formats over the boxes a to e (e in a scroll view d), one a
-// line, each after a byte of alignment options.
+// Input: one byte for the width of the root, then lines of one byte for the alignment options and a
+// format with the boxes a to e; e is inside the scroll view d.
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/layout/internal/visual_format.h"
 #include "tests/platform/layout/LayoutBox.h"
@@ -58,10 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     auto boxes = root->children;
     boxes.push_back(scroll->children[0]);
-    LayoutEngine kept;
+    LayoutEngine reused;
     for (const double width : {data[0] * 3.0, 0.0, 480.0}) {
         root->frame = {0, 0, width, 320};
-        kept.layout(*root);
+        reused.layout(*root);
         std::vector<CGRect> frames;
         for (const auto& box : boxes)
             frames.push_back(box->frame);

@@ -1,4 +1,4 @@
-// Apart from whoever uses it, or the compiler sees pairs that do not match.
+// A file of its own: a compiler that sees both sides warns of mismatched pairs.
 #include "failing_new.h"
 
 #include <cstdlib>
@@ -20,8 +20,5 @@ void operator delete(void* memory) noexcept {
     std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }

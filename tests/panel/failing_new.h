@@ -1,9 +1,10 @@
-// Replaces operator new of the whole program by one that fails when it is told to.
+// Replaces operator new of the program by one that counts, and fails on request.
 #pragma once
 
 namespace tesmar {
 
-// How many allocations of this thread are left until one fails; 0: none does.
+// Counts down with every allocation of this thread while it is positive. The allocation that makes
+// it zero fails; further ones succeed.
 extern thread_local long allocationsLeft;
 
 } // namespace tesmar

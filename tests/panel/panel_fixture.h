@@ -1,8 +1,9 @@
-// The panel over a headless window, with preferences of its own.
+// The panel in a headless window, with preferences of its own. An unexpected diagnostic is a
+// failure.
 #pragma once
 
+#include "host_parts.h"
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
-#include "tesmar/tesmar.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -24,9 +25,8 @@ class PanelTest : public testing::Test {
     }
 
     static void tap(HeadlessHost& host, const char* identifier) {
-        UIView* const view = host.window()->viewWithIdentifier(identifier);
-        ASSERT_NE(view, nullptr) << identifier;
-        host.tap(view->convertRectTo(view->bounds(), nullptr).center());
+        ASSERT_TRUE(host.window()->viewWithIdentifier(identifier)) << identifier;
+        host.tap(centerOf(*host.window(), identifier));
     }
 
     const std::filesystem::path directory =

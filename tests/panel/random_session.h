@@ -1,6 +1,5 @@
-// A host gone wild: bytes decide what it does to a window with a panel, in any order, with any
-// numbers, from within any call of the panel's. It ends with the bytes, puts everything away, looks
-// for what is left behind, and uses a new panel in the same window. Throws Unsound (soundness.h).
+// A host that uses a window with a panel at random: bytes decide which operations it calls, with
+// which values, also from within callbacks of the panel.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +8,8 @@
 
 namespace tesmar {
 
-// Answers how many events there were.
+// Plays until `nextByte` returns nothing; then dismisses and releases everything, and uses a new
+// panel in the same window. Throws InvariantViolated (invariants.h). Returns the number of events.
 long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte);
 
 } // namespace tesmar

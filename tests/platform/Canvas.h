@@ -1,4 +1,4 @@
-// Pixels for a test to draw into and look at.
+// Pixels that a test draws into and examines.
 #pragma once
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -27,7 +27,7 @@ struct Canvas {
     std::vector<std::uint32_t> pixels;
 };
 
-// A random cutting of the surface into rectangles.
+// Cuts a rectangle at random into rectangles, which are appended to `pieces`.
 inline void cut(const PixelRect& r, std::mt19937& random, std::vector<PixelRect>& pieces) {
     const bool isWide = r.width >= r.height;
     const int side = isWide ? r.width : r.height;
@@ -48,8 +48,8 @@ inline void cut(const PixelRect& r, std::mt19937& random, std::vector<PixelRect>
     cut(second, random, pieces);
 }
 
-// How many pixels differ between one drawing of everything and the drawings through the pieces of a
-// random cutting.
+// The number of pixels that differ between `draw(CGContext&)` called once and called with each
+// piece of a random cutting as the clip.
 template <class Draw>
 int differencesWhenClipped(const Canvas& background, unsigned seed, const Draw& draw) {
     Canvas whole = background, cutUp = background;
@@ -60,7 +60,7 @@ int differencesWhenClipped(const Canvas& background, unsigned seed, const Draw& 
         CGContext context = whole.context();
         draw(context);
     };
-    if (seed % 2) // either may find the kept shapes of the other
+    if (seed % 2) // each of the two uses the shapes that the other one cached
         drawWhole();
     for (const PixelRect& piece : pieces) {
         CGContext context = cutUp.context();

@@ -10,19 +10,21 @@
 
 namespace tesmar::test {
 
-inline std::size_t liveBytes = 0, peakBytes = 0;
+inline std::size_t liveBytes = 0, peakBytes = 0, allocations = 0;
 
 struct Cost {
     double milliseconds = 0;
     std::size_t bytes = 0; // at the most, at one time
+    std::size_t allocations = 0;
 };
 
 template <class Call>
 Cost measured(Call&& call) {
-    const std::size_t before = peakBytes = liveBytes;
+    const std::size_t before = peakBytes = liveBytes, allocationsBefore = allocations;
     const std::clock_t start = std::clock();
     call();
-    return {1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, peakBytes - before};
+    return {1e3 * static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC, peakBytes - before,
+            allocations - allocationsBefore};
 }
 
 } // namespace tesmar::test
@@ -32,6 +34,7 @@ void* operator new(std::size_t size) {
     if (!memory)
         throw std::bad_alloc();
     using namespace tesmar::test;
+    ++allocations;
     liveBytes += malloc_usable_size(memory);
     peakBytes = std::max(peakBytes, liveBytes);
     return memory;
@@ -39,7 +42,9 @@ void* operator new(std::size_t size) {
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return operator new(size);
 }
-void operator delete(void* memory) noexcept {
+// Inlined, it would look to the compiler as if memory of its own operator new were passed to
+// free().
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     tesmar::test::liveBytes -= malloc_usable_size(memory);
     std::free(memory);
 }

@@ -1,227 +1,162 @@
-// The player's parts without a video: its command line, its captions, and how it wears the panel.
+// The player without a video: its command line, its captions and its use of the panel.
 #include "Player.h"
 #include "options.h"
+#include "player_fixture.h"
 
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <filesystem>
+#include <cstring>
 
 namespace tesmar {
 namespace {
 
-TEST(Options, AreTakenOrRefused) {
-    struct Case {
-        std::vector<std::string> arguments;
-        const char* refusal; // a part of it; null when all is well
+TEST(PlayerOptions, AreAcceptedOrRefused) {
+    const auto parse = [](std::vector<const char*> arguments) {
+        arguments.insert(arguments.begin(), "player");
+        return parseOptions(static_cast<int>(arguments.size()), arguments.data());
     };
-    const Case cases[] = {
-        {{}, nullptr},
-        {{"film.mkv", "--auto-hide", "2.5", "--no-remember", "--size", "320x480", "--scale", "2",
-          "--prefs", "p", "--headless", "d", "--reduced-motion"},
-         nullptr},
-        {{"--", "--film.mkv"}, nullptr},
-        {{"--loud"}, "'--loud'"},
-        {{"-x"}, "'-x'"},
-        {{"--size"}, "--size needs a value"},
-        {{"--size", "320"}, "'320'"},
-        {{"--size", "0x480"}, "'0x480'"},
-        {{"--size", "320x480x2"}, "'320x480x2'"},
-        {{"--auto-hide", "soon"}, "'soon'"},
-        {{"--auto-hide", "nan"}, "'nan'"},
-        {{"--scale", "-1"}, "'-1'"},
-        {{"--prefs", ""}, "--prefs cannot be ''"},
-        {{"one.mkv", "two.mkv"}, "'two.mkv'"},
+    const std::vector<const char*> refused[] = {
+        {"--loud"},
+        {"--size", "320"},
+        {"--size", "0x480"},
+        {"--size", "320x480x2"},
+        {"--auto-hide", "soon"},
+        {"--scale", "-1"},
+        {"--scale", "nan"},
+        {"--prefs", ""},
+        {"one.mkv", "2.mkv"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(testing::PrintToString(c.arguments));
-        const auto parsed = parseOptions(c.arguments);
-        const auto* wrong = std::get_if<UsageError>(&parsed);
-        ASSERT_EQ(wrong != nullptr, c.refusal != nullptr);
-        const std::string said = wrong ? wrong->message : "";
-        EXPECT_NE(said.find(c.refusal ? c.refusal : ""), std::string::npos) << said;
+    for (const auto& arguments : refused) {
+        const char* wrong = arguments.back();
+        wrong += std::strspn(wrong, "-");
+        try {
+            parse(arguments);
+            ADD_FAILURE() << wrong << " was accepted";
+        } catch (const UsageError& error) {
+            EXPECT_NE(std::strstr(error.what(), wrong), nullptr) << error.what();
+        }
     }
-    const auto options = std::get<Options>(parseOptions(cases[1].arguments));
-    EXPECT_EQ(options.video, "film.mkv");
-    EXPECT_EQ(options.autoHide, 2.5);
+    const Options options =
+        *parse({"--auto-hide", "2.5", "--no-remember", "--size", "320x480", "--scale", "2",
+                "--prefs", "p", "--headless", "d", "--reduced-motion", "--", "--film.mkv"});
+    EXPECT_EQ(options.video + options.preferences + *options.pictures, "--film.mkvpd");
     EXPECT_EQ(options.size, (CGSize{320, 480}));
+    EXPECT_EQ(options.autoHide, 2.5);
     EXPECT_EQ(options.scale, 2);
-    EXPECT_FALSE(options.remembersStyle);
-    EXPECT_TRUE(std::holds_alternative<HelpWanted>(parseOptions({"film.mkv", "--help"})));
+    EXPECT_TRUE(!options.remembersStyle && options.reducedMotion);
+    EXPECT_EQ(parse({"film.mkv", "--help"}), std::nullopt);
 }
 
 // --- Captions -----------------------------------------------------------------------------------
 
-Ref<NSDictionary> style(CGFloat size) {
-    return NSDictionary::dictionaryWithEntries(
-        {{std::string(NSForegroundColorAttributeName), UIColor::yellowColor()},
-         {std::string(NSBackgroundColorAttributeName), UIColor::blueColor()},
-         {std::string(NSFontAttributeName), UIFont::systemFontOfSize(size)}});
-}
-
-struct Drawn {
-    int yellow = 0; // pixels
-    int blue = 0;
-    PixelRect box; // around the blue
-};
-
-Drawn draw(const std::string& text, CGFloat size, CGRect room) {
+// The rectangle that the background of the captions covers.
+CGRect drawnBox(const char* text, CGFloat size, CGRect room) {
     HeadlessHost host({300, 200});
     const auto captions = make<CaptionView>();
     host.window()->rootViewController()->view()->addSubview(captions);
-    captions->setStyle(style(size));
+    captions->setStyle(NSDictionary::dictionaryWithEntries(
+        {{std::string(NSBackgroundColorAttributeName), UIColor::blueColor()},
+         {std::string(NSFontAttributeName), UIFont::systemFontOfSize(size)}}));
     captions->setRoom(room);
     captions->setText(text);
     host.render();
-    Drawn drawn{0, 0, {300, 200, 0, 0}};
-    int right = 0, bottom = 0;
-    for (int y = 0; y < 200; ++y)
-        for (int x = 0; x < 300; ++x) {
-            const std::uint32_t pixel = host.pixels()[static_cast<std::size_t>(y * 300 + x)];
-            drawn.yellow += pixel == 0xFFFFFF00;
-            if (pixel != 0xFF0000FF)
-                continue;
-            ++drawn.blue;
-            drawn.box.x = std::min(drawn.box.x, x);
-            drawn.box.y = std::min(drawn.box.y, y);
-            right = std::max(right, x + 1);
-            bottom = std::max(bottom, y + 1);
-        }
-    drawn.box.width = right - drawn.box.x;
-    drawn.box.height = bottom - drawn.box.y;
-    return drawn;
+    CGRect box;
+    for (int i = 0; i < 300 * 200; ++i)
+        if (host.pixels()[static_cast<std::size_t>(i)] == 0xFF0000FF)
+            box = CGRectUnion(box, CGRect(i % 300, i / 300, 1, 1));
+    return box;
 }
 
-TEST(CaptionView, DrawsTheStyleAtTheFootOfTheRoom) {
+TEST(CaptionView, DrawsTheStyleAtTheBottomOfTheRoom) {
     const CGRect room{20, 0, 260, 180};
-    const auto line = [](CGFloat size) { return UIFont::systemFontOfSize(size)->lineHeight(); };
-    struct Case {
+    const struct {
         const char* text;
         CGFloat size;
-        CGFloat height; // of the box
+        int lines;
+    } cases[] = {
+        {"Hello", 30, 1},
+        {"Hello\nthere", 20, 2},
+        {"words enough to need a second line of this room", 20, 2},
     };
-    const Case cases[] = {
-        {"Hello", 15, line(15)},
-        {"Hello", 30, line(30)},
-        {"Hello\nthere", 20, 2 * line(20)},
-        {"words enough to need a second line of this room", 20, 2 * line(20)},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.text);
-        const Drawn drawn = draw(c.text, c.size, room);
-        EXPECT_GT(drawn.yellow, 10);
-        EXPECT_NEAR(drawn.box.height, c.height, 2);
-        EXPECT_NEAR(drawn.box.bottom(), room.maxY(), 1);
-        EXPECT_NEAR(drawn.box.x + drawn.box.width / 2.0, room.midX(), 1.5); // centred
-        EXPECT_LT(drawn.box.width, room.size.width + 1);
+        const CGRect box = drawnBox(c.text, c.size, room);
+        EXPECT_NEAR(box.size.height, c.lines * UIFont::systemFontOfSize(c.size)->lineHeight(), 2);
+        EXPECT_NEAR(box.maxY(), room.maxY(), 1);
+        EXPECT_NEAR(box.midX(), room.midX(), 1.5);
     }
-    EXPECT_EQ(draw("", 20, room).blue, 0);
-    // More than there is room for starts at the top of the room.
-    EXPECT_EQ(draw("a\nb\nc\nd\ne\nf\ng\nh", 30, {20, 40, 260, 140}).box.y, 40);
-}
-
-TEST(CaptionView, ReservesRoomThatLeavesThePanelItsOwn) {
-    for (const CGSize size : {CGSize{320, 480}, CGSize{568, 320}, CGSize{1280, 720}}) {
-        const CGRect room{16, 0, size.width - 32, size.height - 52};
-        const CGRect area = CaptionView::reservedArea(room);
-        EXPECT_EQ(area.maxY(), room.maxY());
-        EXPECT_LE(area.size.height, room.size.height / 4);
-        EXPECT_GE(area.size.height, size.width < 400 ? 90 : 60);
-    }
+    EXPECT_TRUE(drawnBox("", 20, room).isEmpty());
+    // Too many lines start at the top of the room.
+    EXPECT_EQ(drawnBox("a\nb\nc\nd\ne\nf\ng\nh", 30, {20, 40, 260, 140}).minY(), 40);
 }
 
 // --- The player ---------------------------------------------------------------------------------
 
-class PlayerTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        preferences_ = testing::TempDir() + "player-test-preferences.plist";
-        std::filesystem::remove(preferences_);
-        NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.player-test"));
-        NSUserDefaults::standardUserDefaults()->setPreferencesPath(preferences_);
-    }
-    void TearDown() override { std::filesystem::remove(preferences_); }
+struct Visit {
+    explicit Visit(const Options& options = {}) : player(host.window(), nullptr, options) {}
 
-    // A viewer's stay: opens the panel, taps, closes it and leaves.
-    template <class Look>
-    void visit(const Options& options, std::vector<const char*> taps, const Look& look) {
-        HeadlessHost host({800, 600});
-        Player player(host.window(), nullptr, options);
-        const auto tap = [&](const char* identifier) {
-            host.window()->layoutIfNeeded();
-            UIView* const view = host.window()->viewWithIdentifier(identifier);
-            ASSERT_NE(view, nullptr) << identifier;
-            host.tap(view->convertPointTo(view->bounds().center(), nullptr));
-            host.advance(0.5);
-        };
-        tap("captionsButton");
-        EXPECT_TRUE(player.isPanelOpen());
-        for (const char* identifier : taps)
-            tap(identifier);
-        look(host, player);
+    void tap(const char* identifier) {
+        host.window()->layoutIfNeeded();
+        UIView* const view = host.window()->viewWithIdentifier(identifier);
+        ASSERT_NE(view, nullptr) << identifier;
+        host.tap(view->convertPointTo(view->bounds().center(), nullptr));
+        host.advance(0.5);
     }
 
-    static bool shows(HeadlessHost& host, std::uint32_t color) {
-        const UIView* const captions = host.window()->viewWithIdentifier("captions");
-        const CGRect place = captions->convertRectTo(captions->bounds(), nullptr);
+    // Renders first.
+    bool shows(std::uint32_t color) {
         host.render();
-        for (int y = static_cast<int>(place.minY()); y < static_cast<int>(place.maxY()); ++y)
-            for (int x = 0; x < host.pixelWidth(); ++x)
-                if (host.pixels()[static_cast<std::size_t>(y * host.pixelWidth() + x)] == color)
-                    return true;
-        return false;
+        return std::count(host.pixels().begin(), host.pixels().end(), color) > 0;
     }
 
-    std::string preferences_;
+    HeadlessHost host{{800, 600}};
+    Player player;
 };
 
-TEST_F(PlayerTest, CaptionsWearTheStyleNowAndAtTheNextStartWhereItIsRemembered) {
-    for (const bool remembers : {true, false}) {
+using PlayerTest = PlayerFixture;
+
+TEST_F(PlayerTest, CaptionsHaveTheNewStyleAndKeepItForTheNextStartIfRemembered) {
+    constexpr std::uint32_t kRed = 0xFFFF0000;
+    for (const bool remembers : {false, true}) {
         SCOPED_TRACE(remembers);
-        std::filesystem::remove(preferences_);
-        Options options;
-        options.remembersStyle = remembers;
-        const auto color = CCConstants::paletteColors()[5];
-        const auto wanted = static_cast<std::uint32_t>(
-            0xFF000000u | std::lround(color->red() * 255) << 16 |
-            std::lround(color->green() * 255) << 8 | std::lround(color->blue() * 255));
-        visit(options, {"textColorPicker.5"},
-              [&](HeadlessHost& host, Player&) { EXPECT_TRUE(shows(host, wanted)); });
-        HeadlessHost next({800, 600});
-        Player player(next.window(), nullptr, options);
-        EXPECT_EQ(shows(next, wanted), remembers);
+        options_.remembersStyle = remembers;
+        {
+            Visit first(options_);
+            EXPECT_FALSE(first.shows(kRed));
+            for (const char* control : {"captionsButton", "textColorPicker.5", "captionsButton"})
+                first.tap(control);
+            EXPECT_FALSE(first.player.isPanelOpen());
+            EXPECT_TRUE(first.shows(kRed));
+        }
+        EXPECT_EQ(Visit(options_).shows(kRed), remembers);
     }
 }
 
 TEST_F(PlayerTest, OwnsWhetherCaptionsAreOn) {
-    visit({}, {"CCSwitch"}, [](HeadlessHost& host, Player& player) {
-        EXPECT_TRUE(host.window()->viewWithIdentifier("captions")->isHidden());
-        player.togglePanel();
-        host.advance(1);
-        player.togglePanel(); // the panel shows the player's state
-        const auto* captionsSwitch =
-            dynamic_cast<UISwitch*>(host.window()->viewWithIdentifier("CCSwitch"));
-        EXPECT_FALSE(captionsSwitch->isOn());
-    });
+    Visit visit;
+    for (const char* control : {"captionsButton", "CCSwitch", "captionsButton", "captionsButton"})
+        visit.tap(control);
+    UIView& window = *visit.host.window();
+    EXPECT_TRUE(window.viewWithIdentifier("captions")->isHidden());
+    EXPECT_FALSE(dynamic_cast<UISwitch&>(*window.viewWithIdentifier("CCSwitch")).isOn());
 }
 
 TEST_F(PlayerTest, ThePanelStaysClearOfCaptionsAndControls) {
-    visit({}, {}, [](HeadlessHost& host, Player& player) {
-        for (const CGSize size : {CGSize{568, 320}, CGSize{800, 600}, CGSize{1280, 720}}) {
-            host.resize(size, 1);
-            player.layOut();
-            host.render();
-            const CGRect card = host.window()->viewWithIdentifier("card")->frame();
-            for (const char* other : {"captions", "playButton"}) {
-                const UIView* const view = host.window()->viewWithIdentifier(other);
-                const CGRect place = view->convertRectTo(view->bounds(), nullptr);
-                const bool hidden = view->superview()->isHidden(); // as small windows have it
-                EXPECT_TRUE(hidden || CGRectIntersection(card, place).isEmpty()) << other;
-            }
-        }
-    });
+    Visit visit;
+    visit.tap("captionsButton");
+    UIWindow& window = *visit.host.window();
+    for (const CGSize size : {CGSize{320, 480}, {568, 280}, {800, 600}, {1280, 720}}) {
+        visit.host.resize(size, 1);
+        visit.player.layOut();
+        visit.host.render();
+        const CGRect captions = window.captionArea().value();
+        EXPECT_LE(captions.size.height, size.height / 4);
+        EXPECT_GE(captions.size.height, size.width < 400 ? 90 : 60);
+        const CGRect card = window.viewWithIdentifier("card")->frame();
+        EXPECT_TRUE(CGRectIntersection(card, captions).isEmpty()) << size.width;
+        const UIView& bar = *window.viewWithIdentifier("playButton")->superview();
+        EXPECT_TRUE(bar.isHidden() || CGRectIntersection(card, bar.frame()).isEmpty());
+    }
 }
 
 } // namespace

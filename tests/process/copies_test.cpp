@@ -1,4 +1,4 @@
-// Two copies of the library in one process, as two plug-ins of one host bring them along.
+// Two copies of the library in one process: two plug-ins of one host, each with its own.
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
@@ -18,7 +18,7 @@ class Plugin {
         EXPECT_TRUE(library_) << ::dlerror();
     }
     ~Plugin() { ::dlclose(library_); }
-    // Answers a hash of the picture.
+    // Returns a hash of the picture.
     std::size_t tap(const char* identifier) const {
         using Play = std::size_t (*)(const char*, const char*);
         return reinterpret_cast<Play>(::dlsym(library_, "playCopy"))(preferences_.c_str(),
@@ -35,7 +35,7 @@ class Plugin {
     void* library_;
 };
 
-TEST(Copies, DoNotDisturbOneAnother) {
+TEST(Copies, AreIndependent) {
     const auto directory = fs::temp_directory_path() / ("copies-" + std::to_string(::getpid()));
     fs::create_directories(directory);
     const Plugin b(directory / "b.so");
@@ -51,7 +51,7 @@ TEST(Copies, DoNotDisturbOneAnother) {
         EXPECT_EQ(a.tap("fontPicker.next"), b.tap("fontPicker.next"));
         EXPECT_EQ(a.saved(), b.saved());
     }
-    const auto before = b.saved(); // the other has been unloaded
+    const auto before = b.saved(); // the other copy is unloaded now
     EXPECT_NE(before, "");
     b.tap("backgroundColorPicker.1");
     EXPECT_NE(b.saved(), before);

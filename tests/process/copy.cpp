@@ -1,11 +1,11 @@
-// The library with a host around it, behind one function.
+// The library and a host, with one function.
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
-#include "tesmar/tesmar.h"
+#include "tests/panel/host_parts.h"
 
 using namespace tesmar;
 
-// Presents the panel, with its preferences in that file, when there is none yet; taps the control
-// of that name, if any, and lets a second pass. Answers a hash of the picture.
+// The first call presents the panel, with its preferences in the file `preferences`. Taps the
+// control named `tapped`, if there is one, and lets a second pass. Returns a hash of the picture.
 extern "C" TESMAR_API std::size_t playCopy(const char* preferences, const char* tapped) {
     static HeadlessHost host({568, 320}, 2);
     UIWindow& window = *host.window();
@@ -16,8 +16,7 @@ extern "C" TESMAR_API std::size_t playCopy(const char* preferences, const char* 
         panel->setRememberChangedStyle(true);
         window.presentViewController(panel, true);
     }
-    if (UIView* const view = window.viewWithIdentifier(tapped))
-        host.tap(view->convertRectTo(view->bounds(), nullptr).center());
+    host.tap(centerOf(window, tapped));
     host.advance(1);
     host.render();
     return std::hash<std::u32string>()({host.pixels().begin(), host.pixels().end()});

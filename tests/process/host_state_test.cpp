@@ -1,4 +1,4 @@
-// What the library leaves as it was in its host's process, whatever the host has set there.
+// The library changes no process-wide state, and works with whatever settings the host has made.
 #include "tests/panel/panel_fixture.h"
 
 #include <cfenv>
@@ -47,7 +47,7 @@ std::string hostState() {
 
 class HostState : public PanelTest, public testing::WithParamInterface<Setting> {
   protected:
-    // Uses everything; answers what numbers have a part in: a picture, the saved file, a frame.
+    // Uses everything; returns results that depend on numbers: a picture, the saved file, a frame.
     auto session() const {
         HeadlessHost host({568, 320}, 2);
         const auto panel = make<TESMARViewController>();
@@ -65,28 +65,25 @@ class HostState : public PanelTest, public testing::WithParamInterface<Setting> 
         host.advance(1);
         host.render();
 
-        const auto views = UIView::loadFromTESMARNib(
-            "numbers",
-            NSBundle::bundle("numbers", [](std::string_view) -> std::optional<std::string> {
-                return R"(<interface><object class="UIView" id="v"><array key="subviews">
-                    <object class="UIView" id="s" translatesAutoresizingMaskIntoConstraints="false"/>
-                    </array><constraints format="H:|-1.5-[s(2.25)]"/></object></interface>)";
-            }));
-        views->layoutIfNeeded();
-        std::ostringstream saved;
-        saved << std::ifstream(directory / "preferences.plist", std::ios::binary).rdbuf();
-        return std::tuple(picture, saved.str(), views->subviews()[0]->frame().maxX());
+        const auto xml = R"(<interface><object class="UIView"><array key="subviews">
+            <object class="UIView" id="s" translatesAutoresizingMaskIntoConstraints="false"/></array>
+            <constraints format="H:|-1.5-[s(2.25)]"/></object></interface>)";
+        const auto view = UIView::loadFromTESMARNib(
+            "numbers", NSBundle::bundle("numbers", [=](auto) { return std::string(xml); }));
+        view->layoutIfNeeded();
+        const auto saved = NSBundle::bundleWithPath("", directory)->resource("preferences.plist");
+        return std::tuple(picture, saved.value(), view->subviews()[0]->frame().maxX());
     }
 };
 
-TEST_P(HostState, IsAsItWas) {
+TEST_P(HostState, IsUnchanged) {
     const auto [name, locale, rounding, traps] = GetParam();
     const std::string make = "localedef -i de_DE -f UTF-8 " + (directory / "de_DE.UTF-8").string();
     ::setenv("LOCPATH", directory.c_str(), 1);
     if (locale != std::string("C") && std::system((make + " 2>&1").c_str()) != 0)
         GTEST_SKIP() << "no locale with a decimal comma can be made here";
     std::locale::global(std::locale(locale));
-    std::setlocale(LC_COLLATE, "C"); // the order of the fonts is the locale's indeed
+    std::setlocale(LC_COLLATE, "C"); // which rightly decides the order of the fonts
     std::fesetround(rounding);
     ::feenableexcept(traps);
     ::umask(0137);
@@ -94,7 +91,7 @@ TEST_P(HostState, IsAsItWas) {
     const std::string before = hostState();
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const auto there = session();
+    const auto result = session();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Switch ON\nSwitch OFF\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(hostState(), before);
@@ -102,19 +99,24 @@ TEST_P(HostState, IsAsItWas) {
     ::fedisableexcept(FE_ALL_EXCEPT);
     std::fesetround(FE_TONEAREST);
     std::locale::global(std::locale::classic());
-    EXPECT_TRUE(rounding != FE_TONEAREST || session() == there);
-    EXPECT_EQ(std::get<double>(there), 3.75);
+    EXPECT_TRUE(rounding != FE_TONEAREST || session() == result);
+    EXPECT_EQ(std::get<double>(result), 3.75);
 }
 
-TEST_F(PanelTest, NobodyNeedReadItsOutput) {
-    int ends[2];
-    ASSERT_EQ(::pipe(ends), 0);
+TEST_F(PanelTest, SurvivesAStandardOutputThatNothingReads) {
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
     const int output = ::dup(STDOUT_FILENO);
-    ::dup2(ends[1], STDOUT_FILENO);
-    ::close(ends[0]);
-    make<TESMARViewController>()->CCSwitchValueDidChange(*make<UISwitch>()); // would be killed here
+    ::dup2(pipe[1], STDOUT_FILENO);
+    ::close(pipe[0]);
+    make<TESMARViewController>()->CCSwitchValueDidChange(*make<UISwitch>()); // no SIGPIPE
     std::clearerr(stdout);
     ::dup2(output, STDOUT_FILENO);
+}
+
+// Registers no more than it needs; nothing has made a panel in this process.
+TEST_F(PanelTest, AFontPickerWorksWithoutThePanel) {
+    EXPECT_TRUE(make<FontPicker>()->selectedFont());
 }
 
 INSTANTIATE_TEST_SUITE_P(Settings, HostState, testing::ValuesIn(kSettings),

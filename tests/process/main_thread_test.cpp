@@ -1,4 +1,4 @@
-// The user interface belongs to one thread. Builds with assertions say so.
+// In builds with assertions, using the user interface on another thread is a fatal error.
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tesmar/tesmar.h"
 
@@ -9,7 +9,7 @@
 namespace tesmar {
 namespace {
 
-TEST(MainThread, AnotherOneEndsTheProcessWithALine) {
+TEST(MainThread, UseOfTheInterfaceOnAnotherThreadIsFatal) {
 #ifdef NDEBUG
     GTEST_SKIP() << "built without assertions";
 #endif
@@ -21,32 +21,29 @@ TEST(MainThread, AnotherOneEndsTheProcessWithALine) {
     const struct {
         std::string operation;
         std::function<void()> call;
-    } doors[] = {
+    } rows[] = {
         {"UIWindow::touch", [&] { window.touch(UITouchPhase::began, 1, {}, 0); }},
         {"UIWindow::wheel", [&] { window.wheel({}, {}, 0); }},
         {"UIWindow::key", [&] { window.key(UIKey::escape, 0); }},
         {"UIWindow::needsRender", [&] { window.needsRender(); }},
         {"UIWindow::render", [&] { window.render(nullptr, 0); }},
-        {"UIWindow::setSize",
-         [&] {
-             window.setSize({1, 1});
-         }},
+        {"UIWindow::setSize", [&] { window.setSize(CGSize()); }},
         {"UIWindow::presentViewController", [&] { window.presentViewController(panel, false); }},
         {"NSRunLoop::mainRunLoop", [] { NSRunLoop::mainRunLoop(); }},
         {"NSRunLoop::advanceTo", [&] { loop.advanceTo(1); }},
         {"NSRunLoop::schedule", [&] { loop.schedule(1, [] {}); }},
-        {"UIView", [] { make<TESMARViewController>(); }}, // of its first control
+        {"UIView", [] { make<TESMARViewController>(); }}, // its first control
         {"UIView::insertSubview", [&] { control->addSubview(host.window()); }},
         {"UIView::setNeedsDisplay", [&] { control->setHidden(true); }},
         {"UIView::setNeedsLayout", [&] { control->invalidateIntrinsicContentSize(); }},
         {"UIView::layoutIfNeeded", [&] { control->layoutIfNeeded(); }},
-        {"UIControl::addTarget", [&] { control->addTarget(panel, Selector("view"), 1); }},
+        {"UIControl::addTarget", [&] { control->addTarget(panel, Selector("selfDismiss"), 1); }},
         {"UIViewController::dismiss", [&] { panel->dismissViewControllerAnimated(false); }},
         {"TESMARViewController::setCCEnabled", [&] { panel->setCCEnabled(false); }},
     };
-    for (const auto& door : doors)
-        EXPECT_DEATH(std::thread(door.call).join(),
-                     "^tesmar: " + door.operation + ".* off the main thread.*\n$");
+    for (const auto& [operation, call] : rows)
+        EXPECT_DEATH(std::thread(call).join(),
+                     "^tesmar: " + operation + ".* off the main thread.*\n$");
 }
 
 } // namespace

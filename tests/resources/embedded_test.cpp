@@ -13,7 +13,7 @@ struct PixelSize {
     unsigned width, height;
 };
 
-// As a PNG's header has it; nothing for what is no PNG.
+// From the header; std::nullopt if the file is no PNG.
 std::optional<PixelSize> pixelSize(std::string_view fileName) {
     const auto png = embeddedResource(fileName);
     if (!png || png->size() < 24 || png->substr(1, 3) != "PNG")
@@ -27,7 +27,7 @@ std::optional<PixelSize> pixelSize(std::string_view fileName) {
     return PixelSize{number(16), number(20)};
 }
 
-TEST(Embedded, ImagesComeInThreeScalesOfOneSize) {
+TEST(Embedded, ImagesHaveTheSameSizeInPointsAtAllScales) {
     for (const std::string name :
          {"stepper-up", "stepper-down", "stepper-pipe", "chevron-left", "chevron-right"}) {
         const auto points = pixelSize(name + ".png");
@@ -41,7 +41,7 @@ TEST(Embedded, ImagesComeInThreeScalesOfOneSize) {
     }
 }
 
-TEST(Embedded, OnlyExactNamesAreFound) {
+TEST(Embedded, FindsExactNamesOnly) {
     for (std::string_view name :
          {""sv, "."sv, "/"sv, "stepper-up"sv, "Stepper-Up.png"sv, "stepper-up.png/"sv,
           "./stepper-up.png"sv, "../tesmar/stepper-up.png"sv, "stepper-up.png\0"sv, "\xff"sv})

@@ -1,10 +1,11 @@
-// The script language: one line, one command. Knows no panel; docs/drive.md describes it for users.
+// The commands of the script language, one on each line, and their parser. docs/drive.md describes
+// the language.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
-#include "tools/drive/answers.h"
+#include "tools/drive/json_values.h"
 
 #include <optional>
 #include <string>
@@ -14,15 +15,15 @@
 
 namespace tesmar::drive {
 
-// Seconds; further on, frames are too short to move a clock.
-inline constexpr double kLongestSession = 1e9;
+// Seconds of virtual time. Beyond it a frame interval is lost when it is added to a double.
+inline constexpr double kMaxSessionSeconds = 1e9;
 
-// Names a view, or a half of a stepper.
+// The identifier of a view, or of one half of a stepper.
 struct ViewName {
     std::string text;
 };
 
-// --- What a host does ---------------------------------------------------------------------------
+// --- Host actions -------------------------------------------------------------------------------
 
 struct UseWindow {
     CGSize size; // points
@@ -31,12 +32,12 @@ struct UseWindow {
 struct UsePreferences {
     std::string path;
 };
-struct OfferFaces {
+struct RestrictFonts {
     std::vector<std::string> names;
 };
 struct Create {};
 struct SetAutoHideInterval {
-    double seconds; // any, not-a-number included
+    double seconds; // any value, NaN included
 };
 struct SetRememberChangedStyle {
     bool remember;
@@ -60,7 +61,7 @@ struct Send {
     std::vector<std::variant<Json, ViewName>> arguments;
 };
 
-// --- What a viewer does -------------------------------------------------------------------------
+// --- Viewer actions -----------------------------------------------------------------------------
 
 struct PressEscape {};
 struct Advance {
@@ -71,7 +72,7 @@ struct Tap {
 };
 struct Touch {
     UITouchPhase phase;
-    std::variant<CGPoint, ViewName> at; // in the window, points
+    std::variant<CGPoint, ViewName> at; // a point in the window, or the middle of a view
 };
 struct Drag {
     ViewName view;
@@ -82,33 +83,33 @@ struct Reveal {
     ViewName view;
 };
 
-// --- Questions ----------------------------------------------------------------------------------
+// --- Queries ------------------------------------------------------------------------------------
 
-enum class Question { style, stored, sessionOrDefault, fonts, methods, tree, damage, pending };
+enum class Query { style, stored, sessionOrDefault, fonts, methods, tree, damage, pending };
 
-struct Ask {
-    Question question;
+struct RunQuery {
+    Query query;
 };
-struct AskSizes {
+struct QuerySizes {
     std::string fontName;
 };
-struct AskView {
+struct QueryView {
     ViewName view;
 };
 struct TakePicture {
     std::string path;
 };
 
-using Command = std::variant<UseWindow, UsePreferences, OfferFaces, Create, SetAutoHideInterval,
+using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
                              SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present,
                              Dismiss, Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal,
-                             Ask, AskSizes, AskView, TakePicture>;
+                             RunQuery, QuerySizes, QueryView, TakePicture>;
 
-// Nothing for a line that is blank or only a comment; a Fault that shows what is wrong for one that
-// is no command.
+// Parses one line. Returns nothing for a line that is blank or only a comment; throws a Fault that
+// quotes the wrong word for a line that is not a command.
 std::optional<Command> parseCommand(std::string_view line);
 
-// The word of a question, under which it is answered.
-std::string_view wordOf(Question question);
+// The query's command word, which is also the key of its result.
+std::string_view nameOf(Query query);
 
 } // namespace tesmar::drive

@@ -6,12 +6,12 @@ namespace tesmar::drive {
 namespace {
 
 constexpr std::string_view kCard = "card";
-// A smaller rest is a rounding error rather than something to see, in points.
-constexpr CGFloat kLeastVisible = 0.01;
-// As in hit testing.
-constexpr double kLeastAlpha = 0.01;
+// Points. A smaller remainder is a rounding error.
+constexpr CGFloat kMinVisible = 0.01;
+// The limit of hit testing.
+constexpr double kMinAlpha = 0.01;
 
-// The card shows nothing outside itself, though it does not clip: its shadow lies there.
+// The card does not clip, so that its shadow shows, but none of its content lies outside it.
 bool clips(const UIView& view) {
     return view.clipsToBounds() || view.accessibilityIdentifier() == kCard;
 }
@@ -48,24 +48,23 @@ CGRect Place::visibleFrame() const {
         return {};
     CGRect visible = CGRectIntersection(frame(), window->bounds());
     for (const UIView* v = view; v; v = v->superview()) {
-        if (v->isHidden() || v->alpha() < kLeastAlpha)
+        if (v->isHidden() || v->alpha() < kMinAlpha)
             return {};
         if (v != view && clips(*v))
             visible = CGRectIntersection(visible, v->convertRectTo(v->bounds(), nullptr));
     }
-    const bool isThere =
-        visible.size.width >= kLeastVisible && visible.size.height >= kLeastVisible;
-    return isThere ? visible : CGRect{};
+    const bool isVisible = visible.size.width >= kMinVisible && visible.size.height >= kMinVisible;
+    return isVisible ? visible : CGRect{};
 }
 
-Place placeNamed(UIView& root, std::string_view identifier) {
+Place findPlace(UIView& root, std::string_view identifier) {
     if (UIView* const view = root.viewWithIdentifier(identifier))
         return {view};
     const auto [stepper, half] = UIStepper::halfWithIdentifier(root, identifier);
     return {stepper, half};
 }
 
-std::vector<Place> namedPlaces(UIView& root) {
+std::vector<Place> findPlaces(UIView& root) {
     std::vector<Place> places;
     collect(root, places);
     return places;

@@ -1,4 +1,4 @@
-// What an identifier names: a view, or one half of a stepper ("<stepper>.decrement").
+// The target of an identifier: a view, or one half of a stepper ("<stepper>.decrement").
 #pragma once
 
 #include "tesmar/platform/ui/UIStepper.h"
@@ -11,21 +11,21 @@ namespace tesmar::drive {
 
 struct Place {
     UIView* view = nullptr;
-    UIStepperHalf half = UIStepperHalf::none; // of a stepper; none means all of the view
+    UIStepperHalf half = UIStepperHalf::none; // none: the whole view
 
     std::string identifier() const;
     // In the view's own coordinates.
     CGRect bounds() const;
-    // In window coordinates, points, as if nothing clipped it.
+    // In window coordinates, in points, before clipping.
     CGRect frame() const;
-    // What of the frame a viewer can see; empty outside a window.
+    // The part of frame() that is neither clipped nor hidden; empty when the view is in no window.
     CGRect visibleFrame() const;
 };
 
-// The place of that name at or below `root`; its view is null when there is none.
-Place placeNamed(UIView& root, std::string_view identifier);
+// Searches `root` and its descendants; the result's view is null when none has the identifier.
+Place findPlace(UIView& root, std::string_view identifier);
 
-// Every place at or below `root` that has a name, in tree order.
-std::vector<Place> namedPlaces(UIView& root);
+// `root` and its descendants that have an identifier, with the halves of steppers, in tree order.
+std::vector<Place> findPlaces(UIView& root);
 
 } // namespace tesmar::drive

@@ -16,11 +16,12 @@ namespace tesmar::drive {
 namespace {
 
 constexpr CGSize kWindowSize{568, 320};
-constexpr std::int64_t kFinger = 0;
-constexpr std::int64_t kOtherFinger = 1;
+// Touch identifiers: `tap` and `drag` use a finger of their own, beside that of `touch`.
+constexpr std::int64_t kTouchFinger = 0;
+constexpr std::int64_t kGestureFinger = 1;
 
-// What an operation of the panel gets when a script sends it without arguments.
-std::vector<std::variant<Json, ViewName>> usualArguments(std::string_view selector) {
+// The arguments of a selector that a script sends without any.
+std::vector<std::variant<Json, ViewName>> defaultArguments(std::string_view selector) {
     if (selector == "CCSwitchValueDidChange:")
         return {ViewName{"CCSwitch"}};
     if (selector == "scrollViewWillBeginDragging:")
@@ -39,15 +40,15 @@ Session::Session(Output output)
     : output_(std::make_shared<Output>(std::move(output))), host_(kWindowSize) {
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.drive"));
     NSUserDefaults::standardUserDefaults()->setPreferencesPath(home_.path() / "preferences.plist");
-    // A panel may outlive the session in a pending message.
-    report_ = [this, alive = std::weak_ptr(output_)](const char* event, Json fields) {
-        const auto listener = alive.lock();
-        if (!listener)
+    // A pending message may keep the panel alive after the session.
+    report_ = [this, weakOutput = std::weak_ptr(output_)](const char* event, Json fields) {
+        const auto sink = weakOutput.lock();
+        if (!sink)
             return;
         Json line{{"event", event}};
         line.update(fields);
-        line["at"] = measure(host_.now());
-        (*listener)(line);
+        line["at"] = rounded(host_.now());
+        (*sink)(line);
     };
 }
 
@@ -59,13 +60,13 @@ void Session::run(const Command& command) {
     std::visit([this](const auto& c) { perform(c); }, command);
 }
 
-void Session::answer(std::string_view question, Json json) {
+void Session::outputResult(std::string_view key, Json result) {
     Json line;
-    line[std::string(question)] = std::move(json);
+    line[std::string(key)] = std::move(result);
     (*output_)(line);
 }
 
-// --- What a host does ---------------------------------------------------------------------------
+// --- Host actions -------------------------------------------------------------------------------
 
 ReportingPanel& Session::panel() {
     if (!panel_)
@@ -82,14 +83,14 @@ void Session::perform(const UsePreferences& command) {
     NSUserDefaults::standardUserDefaults()->setPreferencesPath(command.path);
 }
 
-void Session::perform(const OfferFaces& command) {
-    if (everCreated_)
+void Session::perform(const RestrictFonts& command) {
+    if (hasCreatedPanel_)
         throw Fault("faces: too late; it must stand before create");
     FontRegistry::restrictTo(command.names);
 }
 
 void Session::perform(const Create&) {
-    everCreated_ = true;
+    hasCreatedPanel_ = true;
     panel_ = make<ReportingPanel>();
     panel_->setReport(report_);
 }
@@ -139,7 +140,7 @@ void Session::perform(const Send& command) {
     if (!panel().respondsToSelector(selector))
         throw Fault("send: the panel publishes no " + command.selector);
     const auto given =
-        command.arguments.empty() ? usualArguments(command.selector) : command.arguments;
+        command.arguments.empty() ? defaultArguments(command.selector) : command.arguments;
     if (given.size() != selector.argumentCount())
         throw Fault("send: " + command.selector + " takes " +
                     std::to_string(selector.argumentCount()) + " arguments, not " +
@@ -153,28 +154,28 @@ void Session::perform(const Send& command) {
     }
     const Value result = performSelector(panel(), selector, arguments);
     if (!std::holds_alternative<std::monostate>(result))
-        answer("send", fromValue(result));
+        outputResult("send", fromValue(result));
 }
 
-// --- What a viewer does -------------------------------------------------------------------------
+// --- Viewer actions -----------------------------------------------------------------------------
 
 Place Session::place(const ViewName& name) {
     host_.window()->layoutIfNeeded();
     Place found;
     if (panel_)
-        found = placeNamed(*panel_->view(), name.text);
+        found = findPlace(*panel_->view(), name.text);
     if (!found.view)
-        found = placeNamed(*host_.window(), name.text);
+        found = findPlace(*host_.window(), name.text);
     if (!found.view)
         throw Fault("no view is named " + name.text + "; tree lists those that there are");
     return found;
 }
 
-CGPoint Session::target(const ViewName& name) {
-    const Place there = place(name);
-    if (!there.view->window())
+CGPoint Session::touchPoint(const ViewName& name) {
+    const Place target = place(name);
+    if (!target.view->window())
         throw Fault(name.text + " is not in the window; present the panel first");
-    const CGRect visible = there.visibleFrame();
+    const CGRect visible = target.visibleFrame();
     if (visible.isEmpty())
         throw Fault("nothing of " + name.text + " is visible; reveal " + name.text +
                     " scrolls it into view");
@@ -186,84 +187,84 @@ void Session::perform(const PressEscape&) {
 }
 
 void Session::perform(const Advance& command) {
-    if (host_.now() + command.seconds > kLongestSession)
-        throw Fault("advance: no session lasts longer than " + text(number(kLongestSession)) +
-                    " seconds");
+    if (host_.now() + command.seconds > kMaxSessionSeconds)
+        throw Fault("advance: no session lasts longer than " +
+                    serialize(number(kMaxSessionSeconds)) + " seconds");
     host_.advance(command.seconds);
 }
 
 void Session::perform(const Tap& command) {
-    host_.tap(target(command.view), kOtherFinger);
+    host_.tap(touchPoint(command.view), kGestureFinger);
 }
 
 void Session::perform(const Touch& command) {
-    const bool lands = command.phase == UITouchPhase::began;
-    if (lands == fingerIsDown_)
-        throw Fault(lands ? "touch down: the finger is down already"
-                          : "touch: the finger is not down");
+    const bool begins = command.phase == UITouchPhase::began;
+    if (begins == fingerIsDown_)
+        throw Fault(begins ? "touch down: the finger is down already"
+                           : "touch: the finger is not down");
     const auto* point = std::get_if<CGPoint>(&command.at);
-    const CGPoint at = point ? *point : target(std::get<ViewName>(command.at));
+    const CGPoint at = point ? *point : touchPoint(std::get<ViewName>(command.at));
     fingerIsDown_ = command.phase != UITouchPhase::ended;
-    host_.touch(command.phase, at, kFinger);
+    host_.touch(command.phase, at, kTouchFinger);
 }
 
 void Session::perform(const Drag& command) {
-    host_.drag(target(command.view), command.distance, command.seconds, kOtherFinger);
+    host_.drag(touchPoint(command.view), command.distance, command.seconds, kGestureFinger);
 }
 
 void Session::perform(const Reveal& command) {
-    const Place there = place(command.view);
-    if (!there.view->window())
+    const Place target = place(command.view);
+    if (!target.view->window())
         throw Fault(command.view.text + " is not in the window; present the panel first");
-    for (auto* scroll = UIScrollView::enclosing(there.view->superview()); scroll;
+    for (auto* scroll = UIScrollView::enclosing(target.view->superview()); scroll;
          scroll = UIScrollView::enclosing(scroll->superview())) {
-        CGRect inContent = there.frame();
+        CGRect inContent = target.frame();
         inContent.origin = scroll->convertPointFrom(inContent.origin, nullptr);
         scroll->scrollRectToVisible(inContent, false);
     }
 }
 
-// --- Questions ----------------------------------------------------------------------------------
+// --- Queries ------------------------------------------------------------------------------------
 
-void Session::perform(const Ask& command) {
-    answer(wordOf(command.question), answerTo(command.question));
+void Session::perform(const RunQuery& command) {
+    outputResult(nameOf(command.query), resultOf(command.query));
 }
 
-Json Session::answerTo(Question question) {
-    switch (question) {
-    case Question::style:
+Json Session::resultOf(Query query) {
+    switch (query) {
+    case Query::style:
         return fromDictionary(panel().CCStyleAttributes());
-    case Question::stored:
+    case Query::stored:
         return fromDictionary(TESMARConfig::sessionClosedCaptureStyle());
-    case Question::sessionOrDefault:
+    case Query::sessionOrDefault:
         return fromDictionary(TESMARConfig::sessionOrDefaultClosedCaptureStyle());
-    case Question::fonts:
+    case Query::fonts:
         return UIFont::CCSupportedFonts();
-    case Question::methods:
+    case Query::methods:
         return TESMARViewController::classObject().publishedSelectors();
-    case Question::tree:
+    case Query::tree:
         return tree();
-    case Question::damage:
+    case Query::damage:
         return damage();
-    case Question::pending:
+    case Query::pending:
         return pending();
     }
     return nullptr;
 }
 
-void Session::perform(const AskSizes& command) {
-    answer("sizes", fromValue(UIFont::fontSizesForFontName(command.fontName)));
+void Session::perform(const QuerySizes& command) {
+    outputResult("sizes", fromValue(UIFont::fontSizesForFontName(command.fontName)));
 }
 
-void Session::perform(const AskView& command) {
-    answer("get", describe(place(command.view)));
+void Session::perform(const QueryView& command) {
+    outputResult("get", describe(place(command.view)));
 }
 
 Json Session::tree() {
     host_.window()->layoutIfNeeded();
-    std::vector<Place> places = namedPlaces(*host_.window());
+    std::vector<Place> places = findPlaces(*host_.window());
     if (panel_ && !panel_->view()->window())
-        for (const Place& p : namedPlaces(*panel_->view()))
+        for (const Place& p : findPlaces(*panel_->view()))
             places.push_back(p);
     Json json = Json::array();
     for (const Place& p : places)
@@ -288,7 +289,7 @@ Json Session::damage() {
 Json Session::pending() {
     const NSRunLoop& loop = NSRunLoop::mainRunLoop();
     const auto deadline = loop.nextDeadline();
-    return deadline ? measure(std::max(0.0, *deadline - loop.now())) : Json(nullptr);
+    return deadline ? rounded(std::max(0.0, *deadline - loop.now())) : Json(nullptr);
 }
 
 void Session::perform(const TakePicture& command) {

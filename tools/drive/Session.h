@@ -1,4 +1,4 @@
-// One run of a script: a headless host, the panel in it, and whoever listens.
+// Runs the commands of one script: owns the headless host, the panel and its delegate.
 #pragma once
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -16,23 +16,24 @@ namespace tesmar::drive {
 
 class Session {
   public:
-    // Takes answers and events, in the order in which things happen.
+    // Called with each result and event, one JSON object each, in the order in which they happen.
     using Output = std::function<void(const Json&)>;
 
-    // A window of 568 × 320 points at scale 1, no panel, and preferences of its own, which go with
-    // the session. One session at a time: the library has one clock and one preferences store.
+    // Starts with a window of 568 × 320 points at scale 1, no panel, and new preferences in a
+    // temporary directory that the destructor deletes. Only one session may exist at a time: the
+    // library has one clock and one preferences store.
     explicit Session(Output output);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    // Throws a Fault when the command can't be carried out; then nothing has changed.
+    // Throws a Fault when the command cannot be run; then nothing has changed.
     void run(const Command& command);
 
   private:
     void perform(const UseWindow& command);
     void perform(const UsePreferences& command);
-    void perform(const OfferFaces& command);
+    void perform(const RestrictFonts& command);
     void perform(const Create& command);
     void perform(const SetAutoHideInterval& command);
     void perform(const SetRememberChangedStyle& command);
@@ -49,31 +50,35 @@ class Session {
     void perform(const Touch& command);
     void perform(const Drag& command);
     void perform(const Reveal& command);
-    void perform(const Ask& command);
-    void perform(const AskSizes& command);
-    void perform(const AskView& command);
+    void perform(const RunQuery& command);
+    void perform(const QuerySizes& command);
+    void perform(const QueryView& command);
     void perform(const TakePicture& command);
 
-    void answer(std::string_view question, Json json);
-    Json answerTo(Question question);
+    // Outputs {key: result}.
+    void outputResult(std::string_view key, Json result);
+    Json resultOf(Query query);
     Json tree();
     Json damage();
     Json pending();
 
+    // Throws a Fault when there is none.
     ReportingPanel& panel();
+    // Throws a Fault when no view has that name.
     Place place(const ViewName& name);
-    // Where a finger goes for that view: the middle of what is visible of it.
-    CGPoint target(const ViewName& name);
+    // The middle of the view's visible part, in the window. Throws a Fault when nothing is visible.
+    CGPoint touchPoint(const ViewName& name);
     void render();
 
-    const std::shared_ptr<Output> output_; // owned here alone: late reports find it gone
+    const std::shared_ptr<Output>
+        output_; // reports hold it weakly: a panel may outlive the session
     HeadlessHost host_;
-    const TemporaryDirectory home_; // of the preferences, unless the script chooses a file
+    const TemporaryDirectory home_; // holds the preferences until the script sets another file
     Report report_;
     Ref<ReportingPanel> panel_; // null before `create` and after `release`
-    bool everCreated_ = false;
+    bool hasCreatedPanel_ = false;
     bool fingerIsDown_ = false;
-    std::vector<PixelRect> repainted_; // since `damage` was last asked
+    std::vector<PixelRect> repainted_; // since the last `damage` query
 };
 
 } // namespace tesmar::drive

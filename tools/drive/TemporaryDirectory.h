@@ -1,4 +1,4 @@
-// A fresh directory that goes, with all that is in it, with its owner.
+// A new, empty directory; the destructor deletes it with its content.
 #pragma once
 
 #include <cstdlib>
@@ -10,6 +10,7 @@ namespace tesmar::drive {
 
 class TemporaryDirectory {
   public:
+    // Throws std::system_error.
     TemporaryDirectory() {
         std::string name =
             (std::filesystem::temp_directory_path() / "tesmar-drive-XXXXXX").string();

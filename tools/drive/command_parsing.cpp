@@ -8,39 +8,40 @@
 namespace tesmar::drive {
 namespace {
 
-constexpr double kMostDragSeconds = 3600;
-constexpr double kMostPoints = 1e6;
-constexpr double kLargestSide = 8192; // points
-constexpr double kMostPixels = 1 << 24;
+constexpr double kMaxDragSeconds = 3600;
+constexpr double kMaxCoordinate = 1e6;  // points
+constexpr double kMaxWindowSide = 8192; // points
+constexpr double kMaxPixels = 1 << 24;
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
 }
 
-// A word that begins as a JSON text, list or object ends where that does.
+// The end of the word at `at`. A JSON string, array or object is one word, blanks included.
 std::size_t endOfWord(std::string_view line, std::size_t at) {
     const bool isJson = std::string_view("\"{[").find(line[at]) != std::string_view::npos;
     int depth = 0;
-    bool inText = false;
+    bool inString = false;
     for (; at < line.size(); ++at) {
         const char c = line[at];
-        if (isBlank(c) && !inText && depth <= 0)
+        if (isBlank(c) && !inString && depth <= 0)
             break;
         if (!isJson)
             continue;
-        if (inText && c == '\\')
+        if (inString && c == '\\')
             ++at;
         else if (c == '"')
-            inText = !inText;
-        else if (!inText && (c == '{' || c == '['))
+            inString = !inString;
+        else if (!inString && (c == '{' || c == '['))
             ++depth;
-        else if (!inText && (c == '}' || c == ']'))
+        else if (!inString && (c == '}' || c == ']'))
             --depth;
     }
     return std::min(at, line.size());
 }
 
-// The words of one line, taken one after the other.
+// The words of one line, read from left to right. In each method, `what` names the expected word
+// for the Fault that is thrown when it is missing or wrong.
 class Words {
   public:
     explicit Words(std::string_view line) {
@@ -66,7 +67,7 @@ class Words {
         return words_[next_++];
     }
 
-    // Quotes keep blanks and other odd characters in a word.
+    // A word in double quotes is a JSON string, which may contain blanks.
     std::string word(const char* what) {
         std::string word = raw(what);
         if (word.front() != '"')
@@ -77,8 +78,8 @@ class Words {
         return json.get<std::string>();
     }
 
-    // Everything that is left; at least one word.
-    std::string words(const char* what) {
+    // The remaining words, at least one, joined by blanks.
+    std::string rest(const char* what) {
         std::string all = word(what);
         while (!atEnd())
             all += ' ' + word(what);
@@ -94,11 +95,11 @@ class Words {
         return value;
     }
 
-    double number(const char* what, double least, double most) {
+    double number(const char* what, double low, double high) {
         const double value = number(what);
-        if (!(value >= least && value <= most))
-            throw Fault(command() + ": " + what + " must be from " + text(drive::number(least)) +
-                        " to " + text(drive::number(most)) + ", not " + words_[next_ - 1]);
+        if (!(value >= low && value <= high))
+            throw Fault(command() + ": " + what + " must be from " + serialize(drive::number(low)) +
+                        " to " + serialize(drive::number(high)) + ", not " + words_[next_ - 1]);
         return value;
     }
 
@@ -110,8 +111,8 @@ class Words {
     }
 
     CGPoint point(const char* x, const char* y) {
-        const double first = number(x, -kMostPoints, kMostPoints);
-        return {first, number(y, -kMostPoints, kMostPoints)};
+        const double first = number(x, -kMaxCoordinate, kMaxCoordinate);
+        return {first, number(y, -kMaxCoordinate, kMaxCoordinate)};
     }
 
     Json json(const char* what) {
@@ -129,7 +130,7 @@ class Words {
         return (c >= '0' && c <= '9') || c == '-' || c == '.';
     }
 
-    void finish() const {
+    void expectEnd() const {
         if (!atEnd())
             throw Fault(command() + ": one word too many: " + words_[next_]);
     }
@@ -141,12 +142,12 @@ class Words {
 
 Command parseWindow(Words& words) {
     UseWindow window;
-    window.size.width = words.number("W", 1, kLargestSide);
-    window.size.height = words.number("H", 1, kLargestSide);
+    window.size.width = words.number("W", 1, kMaxWindowSide);
+    window.size.height = words.number("H", 1, kMaxWindowSide);
     if (!words.atEnd())
         window.scale = words.number("SCALE", 0.1, 16);
-    if (window.size.width * window.size.height * window.scale * window.scale > kMostPixels)
-        throw Fault("window: more than " + text(number(kMostPixels)) + " pixels");
+    if (window.size.width * window.size.height * window.scale * window.scale > kMaxPixels)
+        throw Fault("window: more than " + serialize(number(kMaxPixels)) + " pixels");
     return window;
 }
 
@@ -198,7 +199,7 @@ Command parseTouch(Words& words) {
 
 Command parseDrag(Words& words) {
     Drag drag{{words.word("ID")}, words.point("DX", "DY"), 0};
-    drag.seconds = words.number("SECONDS", 0, kMostDragSeconds);
+    drag.seconds = words.number("SECONDS", 0, kMaxDragSeconds);
     return drag;
 }
 
@@ -209,34 +210,35 @@ Command parseKey(Words& words) {
 }
 
 Command parseFaces(Words& words) {
-    OfferFaces faces;
+    RestrictFonts fonts;
     while (!words.atEnd())
-        faces.names.push_back(words.word("NAME"));
-    return faces;
+        fonts.names.push_back(words.word("NAME"));
+    return fonts;
 }
 
+// A command without arguments.
 template <class C>
 Command bare(Words&) {
     return C{};
 }
 
-template <Question Q>
-Command ask(Words&) {
-    return Ask{Q};
+template <Query Q>
+Command query(Words&) {
+    return RunQuery{Q};
 }
 
-// Command C with a view's name.
+// A command that has only the name of a view.
 template <class C>
-Command onView(Words& words) {
+Command withView(Words& words) {
     return C{ViewName{words.word("ID")}};
 }
 
-using Parse = Command (*)(Words&);
+using Parser = Command (*)(Words&);
 
-const std::map<std::string, Parse, std::less<>>& language() {
-    static const std::map<std::string, Parse, std::less<>> language{
+const std::map<std::string, Parser, std::less<>>& parsers() {
+    static const std::map<std::string, Parser, std::less<>> parsers{
         {"window", parseWindow},
-        {"prefs", [](Words& w) -> Command { return UsePreferences{w.words("PATH")}; }},
+        {"prefs", [](Words& w) -> Command { return UsePreferences{w.rest("PATH")}; }},
         {"faces", parseFaces},
         {"create", bare<Create>},
         {"set", parseSet},
@@ -247,24 +249,24 @@ const std::map<std::string, Parse, std::less<>>& language() {
         {"send", parseSend},
         {"key", parseKey},
         {"advance",
-         [](Words& w) -> Command { return Advance{w.number("SECONDS", 0, kLongestSession)}; }},
-        {"tap", onView<Tap>},
+         [](Words& w) -> Command { return Advance{w.number("SECONDS", 0, kMaxSessionSeconds)}; }},
+        {"tap", withView<Tap>},
         {"touch", parseTouch},
         {"drag", parseDrag},
-        {"reveal", onView<Reveal>},
-        {"style", ask<Question::style>},
-        {"stored", ask<Question::stored>},
-        {"sessionOrDefault", ask<Question::sessionOrDefault>},
-        {"fonts", ask<Question::fonts>},
-        {"sizes", [](Words& w) -> Command { return AskSizes{w.atEnd() ? "" : w.words("NAME")}; }},
-        {"methods", ask<Question::methods>},
-        {"get", onView<AskView>},
-        {"tree", ask<Question::tree>},
-        {"shot", [](Words& w) -> Command { return TakePicture{w.words("PATH")}; }},
-        {"damage", ask<Question::damage>},
-        {"pending", ask<Question::pending>},
+        {"reveal", withView<Reveal>},
+        {"style", query<Query::style>},
+        {"stored", query<Query::stored>},
+        {"sessionOrDefault", query<Query::sessionOrDefault>},
+        {"fonts", query<Query::fonts>},
+        {"sizes", [](Words& w) -> Command { return QuerySizes{w.atEnd() ? "" : w.rest("NAME")}; }},
+        {"methods", query<Query::methods>},
+        {"get", withView<QueryView>},
+        {"tree", query<Query::tree>},
+        {"shot", [](Words& w) -> Command { return TakePicture{w.rest("PATH")}; }},
+        {"damage", query<Query::damage>},
+        {"pending", query<Query::pending>},
     };
-    return language;
+    return parsers;
 }
 
 } // namespace
@@ -274,31 +276,31 @@ std::optional<Command> parseCommand(std::string_view line) {
     if (words.atEnd())
         return std::nullopt;
     const std::string name = words.word("the command");
-    const auto found = language().find(name);
-    if (found == language().end())
+    const auto found = parsers().find(name);
+    if (found == parsers().end())
         throw Fault("unknown command: " + name);
     const Command command = found->second(words);
-    words.finish();
+    words.expectEnd();
     return command;
 }
 
-std::string_view wordOf(Question question) {
-    switch (question) {
-    case Question::style:
+std::string_view nameOf(Query query) {
+    switch (query) {
+    case Query::style:
         return "style";
-    case Question::stored:
+    case Query::stored:
         return "stored";
-    case Question::sessionOrDefault:
+    case Query::sessionOrDefault:
         return "sessionOrDefault";
-    case Question::fonts:
+    case Query::fonts:
         return "fonts";
-    case Question::methods:
+    case Query::methods:
         return "methods";
-    case Question::tree:
+    case Query::tree:
         return "tree";
-    case Question::damage:
+    case Query::damage:
         return "damage";
-    case Question::pending:
+    case Query::pending:
         return "pending";
     }
     return "";

@@ -1,20 +1,21 @@
-// Reports what happens to the panel, as it happens.
+// A panel and a delegate that report their callbacks as JSON.
 #pragma once
 
 #include "tesmar/panel/TESMARViewController.h"
-#include "tools/drive/answers.h"
+#include "tools/drive/json_values.h"
 
 #include <functional>
 
 namespace tesmar::drive {
 
-// Takes an event and what there is to say about it.
+// Called with the event's name and its further fields, a JSON object.
 using Report = std::function<void(const char* event, Json fields)>;
 
-// The panel, reporting its comings and goings. To the object runtime it is a TESMARViewController.
+// A panel that reports when it appears and disappears. The object runtime sees a
+// TESMARViewController.
 class ReportingPanel : public TESMARViewController {
   public:
-    // Before the panel is presented.
+    // Required before the panel is presented.
     void setReport(Report report) { report_ = std::move(report); }
 
     void viewWillAppear(bool animated) override;
@@ -25,7 +26,7 @@ class ReportingPanel : public TESMARViewController {
     Report report_;
 };
 
-// A delegate that reports every call.
+// A delegate that reports each of its calls.
 class ReportingDelegate : public TESMARViewControllerDelegate {
   public:
     ReportingDelegate(Report report, const Ref<ReportingPanel>& panel)

@@ -1,11 +1,11 @@
-// Why a command can't be carried out.
+// A command of the script that cannot be run.
 #pragma once
 
 #include <stdexcept>
 
 namespace tesmar::drive {
 
-// Its text becomes the answer {"error": …}; the script goes on.
+// drive prints its text as {"error": …} and continues with the next line.
 class Fault : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

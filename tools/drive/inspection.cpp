@@ -43,7 +43,7 @@ void describeControl(Json& json, UIControl& control) {
 
 Json describe(const Place& place) {
     Json json{{"id", place.identifier()},
-              {"frame", measures(place.frame())},
+              {"frame", rounded(place.frame())},
               {"visible", !place.visibleFrame().isEmpty()}};
     if (place.half != UIStepperHalf::none) {
         const auto& stepper = dynamic_cast<const UIStepper&>(*place.view);

@@ -1,11 +1,10 @@
-// drive: runs a script against the panel in a headless host. See docs/drive.md.
+// Runs a script against the panel in a headless host. docs/drive.md describes the commands.
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tools/drive/Command.h"
 #include "tools/drive/Session.h"
 #include "tools/drive/fault.h"
 
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -16,9 +15,9 @@ using namespace tesmar::drive;
 
 constexpr int kFailed = 2;
 
-// Through the same stream as the library's own console lines, so that their order stays.
+// Uses the stream of the library's own console lines, so that both stay in order.
 void printLine(const Json& json) {
-    std::puts(text(json).c_str());
+    std::puts(serialize(json).c_str());
     std::fflush(stdout);
 }
 
@@ -37,30 +36,33 @@ int run(std::istream& script) {
     return status;
 }
 
-int usage(std::FILE* stream, int status) {
-    std::fputs("usage: drive [SCRIPT]\n"
-               "Runs the commands of SCRIPT (standard input without one) against the caption\n"
-               "settings panel, and prints what happens. docs/drive.md lists the commands.\n",
-               stream);
-    return status;
-}
+constexpr const char* kUsage =
+    "usage: drive [SCRIPT]\n"
+    "Runs the commands of SCRIPT (standard input without one) against the caption\n"
+    "settings panel, and prints what happens. docs/drive.md lists the commands.\n";
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 2 && std::strcmp(argv[1], "--help") == 0)
-        return usage(stdout, 0);
-    if (argc > 2 || (argc == 2 && argv[1][0] == '-' && argv[1][1] != '\0'))
-        return usage(stderr, kFailed);
+    const std::string script = argc > 1 ? argv[1] : "-";
+    if (script == "--help") {
+        std::fputs(kUsage, stdout);
+        return 0;
+    }
+    const bool isOption = script.size() > 1 && script[0] == '-';
+    if (isOption || argc > 2) {
+        std::fprintf(stderr, "drive: unexpected argument '%s'\n%s", argv[isOption ? 1 : 2], kUsage);
+        return kFailed;
+    }
     tesmar::setDiagnosticHandler([](std::string_view message) {
         std::fprintf(stderr, "drive: %.*s\n", static_cast<int>(message.size()), message.data());
     });
-    if (argc < 2 || std::strcmp(argv[1], "-") == 0)
+    if (script == "-")
         return run(std::cin);
-    std::ifstream script(argv[1]);
-    if (!script) {
-        std::fprintf(stderr, "drive: cannot read %s\n", argv[1]);
+    std::ifstream file(script);
+    if (!file) {
+        std::fprintf(stderr, "drive: cannot read '%s'\n", script.c_str());
         return kFailed;
     }
-    return run(script);
+    return run(file);
 }

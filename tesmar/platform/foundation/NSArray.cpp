@@ -8,8 +8,7 @@
 namespace tesmar {
 
 Class& NSArray::classObject() {
-    static Class type("NSArray", &NSObject::classObject(), allocator<NSArray>(),
-                      {method<&NSArray::count>("count")});
+    static Class type("NSArray", &NSObject::classObject(), allocator<NSArray>());
     return type;
 }
 

@@ -34,10 +34,7 @@ Registry& registry() {
 } // namespace
 
 Class& NSBundle::classObject() {
-    static Class type("NSBundle", &NSObject::classObject(), {},
-                      {method<&NSBundle::bundleIdentifier>("bundleIdentifier")},
-                      {method<&NSBundle::mainBundle>("mainBundle"),
-                       method<&NSBundle::bundleWithIdentifier>("bundleWithIdentifier:")});
+    static Class type("NSBundle", &NSObject::classObject(), {});
     return type;
 }
 

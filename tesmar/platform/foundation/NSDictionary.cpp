@@ -10,19 +10,13 @@
 namespace tesmar {
 
 Class& NSDictionary::classObject() {
-    static Class type("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>(),
-                      {method<&NSDictionary::objectForKey>("objectForKey:"),
-                       method<&NSDictionary::count>("count"),
-                       method<&NSDictionary::allKeys>("allKeys"),
-                       method<&NSDictionary::mutableCopy>("mutableCopy")});
+    static Class type("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>());
     return type;
 }
 
 Class& NSMutableDictionary::classObject() {
     static Class type("NSMutableDictionary", &NSDictionary::classObject(),
-                      allocator<NSMutableDictionary>(),
-                      {method<&NSMutableDictionary::setObject>("setObject:forKey:"),
-                       method<&NSMutableDictionary::removeObjectForKey>("removeObjectForKey:")});
+                      allocator<NSMutableDictionary>());
     return type;
 }
 

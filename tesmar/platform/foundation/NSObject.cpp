@@ -5,9 +5,8 @@
 namespace tesmar {
 
 Class& NSObject::classObject() {
-    static Class type(
-        "NSObject", nullptr, allocator<NSObject>(),
-        {method<&NSObject::init>("init"), method<&NSObject::awakeFromNib>("awakeFromNib")});
+    static Class type("NSObject", nullptr, allocator<NSObject>(),
+                      {method<&NSObject::awakeFromNib>("awakeFromNib")});
     return type;
 }
 
@@ -21,10 +20,6 @@ bool NSObject::initWithCoder(NSCoder&) {
 
 bool NSObject::encodeWithCoder(NSCoder&) const {
     return false;
-}
-
-bool NSObject::isKindOfClass(const Class& type) const {
-    return isa().isSubclassOf(type);
 }
 
 bool NSObject::respondsToSelector(Selector selector) const {

@@ -1,18 +1,16 @@
-// The root of every class, and the one ownership idiom of the tree.
+// The base of every class, and how objects are made and owned.
 //
 // Objects are shared: a Ref owns, a WeakRef does not. They are made in two steps, as in
 //
 //     auto view = make<UIView>();                                  // alloc, then init()
-//     auto disc = makeWith<UIView>(&UIView::initWithFrame, frame);  // alloc, then another
-//     initialiser
+//     auto disc = makeWith<UIView>(&UIView::initWithFrame, frame);  // alloc, then initWithFrame()
 //
-// The first step builds the object with the initial values of its members; the second runs an
-// initialiser while the object is already owned, so that it may hand out weak references to itself
-// (a control can wire its buttons to itself while it is being built). An initialiser answers false
-// to give up, and `make` then answers null.
+// The first step constructs the object; the second runs an initialiser while the object is already
+// owned, so that the initialiser can hand out references to the object (a control makes itself the
+// target of its buttons). An initialiser that fails returns false; `make` then returns null.
 //
 // Back references (targets, delegates of views, outlets, superviews) are weak. Objects are not
-// thread-safe unless their header says so; the user interface belongs to the main thread.
+// thread-safe unless their header says so; user interface objects belong to the main thread.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -44,20 +42,20 @@ class TESMAR_API NSObject : public std::enable_shared_from_this<NSObject> {
     virtual const Class& isa() const;
 
     virtual bool init() { return true; }
-    // Rebuilds the object from a coder (see NSCoder); false when the coder's record does not hold
-    // what the class needs. The base class takes nothing.
+    // Initialises the object from a coder (see NSCoder); false when the coder lacks a value that
+    // the class needs. The base class reads nothing.
     virtual bool initWithCoder(NSCoder& coder);
-    // Writes what initWithCoder reads. A class that overrides this has a coding: archives hold its
-    // objects, and make new ones from bytes of any origin, so initWithCoder must do no more than
-    // fill in a value. False: archives leave the object out.
+    // Writes what initWithCoder reads; false when the object cannot be archived, and the archive
+    // then leaves it out. Only a class that overrides this has a coding. Archives create objects of
+    // such a class from untrusted bytes, so its initWithCoder must only set its own values.
     virtual bool encodeWithCoder(NSCoder& coder) const;
     // Called once on every object of an interface file, after all its outlets are connected.
     virtual void awakeFromNib() {}
 
-    // Equality of value where a class defines one, else identity. Null equals nothing.
+    // Equality by value where a class defines it, else identity. False for null.
     virtual bool isEqual(const NSObject* other) const { return this == other; }
 
-    bool isKindOfClass(const Class& type) const;
+    // Whether the object's class or a superclass publishes the selector.
     bool respondsToSelector(Selector selector) const;
 };
 
@@ -78,19 +76,20 @@ Ref<T> makeWith(Initialiser initialiser, Arguments&&... arguments) {
     return ((*object).*initialiser)(std::forward<Arguments>(arguments)...) ? object : nullptr;
 }
 
-// An owning reference to an object that is known to be owned already (never in a constructor).
+// An owning reference to an object that is already owned, so never one under construction; null
+// for null.
 template <class T>
 Ref<T> ref(T* object) {
     return object ? std::static_pointer_cast<T>(object->shared_from_this()) : nullptr;
 }
 
-// The object as a T, or null when it is of another class.
+// The object as a T; null when it is not one.
 template <class T, class U>
 Ref<T> as(const Ref<U>& object) {
     return std::dynamic_pointer_cast<T>(object);
 }
 
-// Names the class to the object runtime; its table stands in the class's source file.
+// Declares what the object runtime needs of a class; its table is in the class's source file.
 #define TESMAR_CLASS                                                                               \
   public:                                                                                          \
     static ::tesmar::Class& classObject();                                                         \

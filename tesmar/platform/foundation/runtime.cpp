@@ -1,7 +1,9 @@
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "tesmar/platform/foundation/NSArray.h"
+#include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/scalars.h"
 
 #include <array>
 #include <map>
@@ -11,24 +13,41 @@
 namespace tesmar {
 namespace {
 
-struct Registry {
-    std::mutex mutex;
-    std::map<std::string_view, const Class*> classes;
-    std::set<std::string, std::less<>> selectors;
+// The arguments of a message do not match the parameters of its operation.
+struct ArgumentMismatch {
+    std::string problem;
 };
 
-Registry& registry() {
-    // Never destroyed: selectors are compared until the very end of the process.
-    static Registry* instance = new Registry;
+// Neither registry is ever destroyed: messages may be sent until the process ends.
+struct Classes {
+    // The classes that an archive of plain values names.
+    Classes() {
+        for (const Class* type :
+             {&NSObject::classObject(), &NSString::classObject(), &NSNumber::classObject(),
+              &NSData::classObject(), &NSArray::classObject(), &NSDictionary::classObject(),
+              &NSMutableDictionary::classObject()})
+            byName.emplace(type->name(), type);
+    }
+    std::mutex mutex;
+    std::map<std::string_view, const Class*> byName;
+};
+
+Classes& classes() {
+    static auto* const instance = new Classes;
     return *instance;
 }
 
+struct SelectorNames {
+    std::mutex mutex;
+    std::set<std::string, std::less<>> names;
+};
+
 std::string_view interned(std::string_view name) {
-    Registry& r = registry();
-    const std::lock_guard lock(r.mutex);
-    auto found = r.selectors.find(name);
-    if (found == r.selectors.end())
-        found = r.selectors.emplace(name).first;
+    static auto* const known = new SelectorNames;
+    const std::lock_guard lock(known->mutex);
+    auto found = known->names.find(name);
+    if (found == known->names.end())
+        found = known->names.emplace(name).first;
     return *found;
 }
 
@@ -50,7 +69,7 @@ Value invoke(const Method* method, NSObject* self, std::string_view className, S
                    std::to_string(arguments.size()));
     try {
         return method->invoke(self, arguments);
-    } catch (const runtime::ArgumentMismatch& mismatch) {
+    } catch (const ArgumentMismatch& mismatch) {
         fatalError(mismatch.problem);
     }
 }
@@ -63,13 +82,6 @@ Class::Class(std::string_view name, const Class* superclass, Allocator allocator
              std::initializer_list<Method> methods, std::initializer_list<Method> classMethods)
     : name_(name), superclass_(superclass), allocator_(allocator), methods_(methods),
       classMethods_(classMethods) {}
-
-bool Class::isSubclassOf(const Class& other) const {
-    for (const Class* type = this; type; type = type->superclass_)
-        if (type == &other)
-            return true;
-    return false;
-}
 
 std::vector<std::string> Class::publishedSelectors() const {
     std::vector<std::string> names;
@@ -93,41 +105,41 @@ const Method* Class::findClassMethod(Selector selector) const {
 }
 
 void Class::addClassMethods(std::initializer_list<Method> methods) {
-    // A registration that was short of memory comes again from its start.
+    // A registration that ran out of memory is repeated from its start.
     for (const Method& method : methods)
         if (!findIn(classMethods_, method.selector))
             classMethods_.push_back(method);
 }
 
 void registerClass(const Class& type) {
-    Registry& r = registry();
-    const std::lock_guard lock(r.mutex);
-    r.classes.emplace(type.name(), &type);
+    Classes& known = classes();
+    const std::lock_guard lock(known.mutex);
+    known.byName.emplace(type.name(), &type);
 }
 
 const Class* classNamed(std::string_view name) {
-    Registry& r = registry();
-    const std::lock_guard lock(r.mutex);
-    const auto found = r.classes.find(name);
-    return found == r.classes.end() ? nullptr : found->second;
+    Classes& known = classes();
+    const std::lock_guard lock(known.mutex);
+    const auto found = known.byName.find(name);
+    return found == known.byName.end() ? nullptr : found->second;
 }
 
 Value performSelector(NSObject& object, Selector selector, std::span<const Value> arguments) {
-    const auto keptAlive = object.weak_from_this().lock();
+    const auto owner = object.weak_from_this().lock();
     const Class& type = object.isa();
     return invoke(type.findMethod(selector), &object, type.name(), selector, arguments);
 }
 
 bool performSelectorIfItFits(NSObject& object, Selector selector,
                              std::span<const Value> arguments) {
-    const auto keptAlive = object.weak_from_this().lock();
+    const auto owner = object.weak_from_this().lock();
     const Method* method = object.isa().findMethod(selector);
     if (!method || arguments.size() != selector.argumentCount())
         return false;
     try {
         method->invoke(&object, arguments);
         return true;
-    } catch (const runtime::ArgumentMismatch&) {
+    } catch (const ArgumentMismatch&) {
         return false;
     }
 }
@@ -145,9 +157,9 @@ void performAction(NSObject& target, Selector action, const Ref<NSObject>& sende
 namespace runtime {
 
 void valueMismatch(const char* expected, const Value& value) {
-    static constexpr const char* kNames[] = {"nothing",   "a Boolean",         "an integer",
-                                             "a number",  "a string",          "a rectangle",
-                                             "an object", "a list of strings", "a list of numbers"};
+    static constexpr const char* kNames[] = {"nothing",           "a Boolean",        "a number",
+                                             "a string",          "a rectangle",      "an object",
+                                             "a list of strings", "a list of numbers"};
     throw ArgumentMismatch{std::string("a message argument should be ") + expected + " but is " +
                            kNames[value.index()]};
 }

@@ -10,9 +10,13 @@
 //         return type;
 //     }
 //
-// Target-action, delayed messages, interface files and calls from other languages all go through
-// these tables; an operation that is not in its class's table cannot be reached by name. Nothing is
-// registered by static constructors: whoever owns a set of classes registers it with one call.
+// Target-action, delayed messages, the outlets of interface files and calls from other languages go
+// through these tables; an operation that is in no table cannot be reached by name. The table of a
+// toolkit class lists only what these send to it.
+//
+// The classes that archives of plain values consist of (NSString, NSDictionary …) are registered
+// from the start, every other class by an explicit call: static constructors would vanish from a
+// static library.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -50,24 +54,23 @@ class TESMAR_API Class {
 
     std::string_view name() const { return name_; }
     const Class* superclass() const { return superclass_; }
-    bool isSubclassOf(const Class& other) const;
 
-    // The object before any initialiser has run; null for an abstract class.
+    // A new object on which no initialiser has run; null for an abstract class.
     Ref<NSObject> alloc() const { return allocator_.make ? allocator_.make() : nullptr; }
-    // Whether objects of the class write themselves into archives. Of no other class does an
-    // archive, which may come from anywhere, make an object.
+    // Whether objects of the class write themselves into archives. An archive may come from
+    // anywhere, so decoding one makes objects of such classes only.
     bool hasCoding() const { return allocator_.hasCoding; }
 
     // The selectors of this class's own table, in the published order.
     std::vector<std::string> publishedSelectors() const;
-    const std::vector<Method>& methods() const { return methods_; }
-    const std::vector<Method>& classMethods() const { return classMethods_; }
 
-    // These look through the superclasses too; null when nobody publishes the selector.
+    // The operation of this class or its nearest superclass that publishes the selector; null when
+    // none does.
     const Method* findMethod(Selector selector) const;
     const Method* findClassMethod(Selector selector) const;
 
-    // Adds operations that a higher floor defines for this class. Once, while registering.
+    // Adds class operations that a higher layer defines; selectors that the class has already are
+    // skipped. Not thread-safe: call it while registering classes.
     void addClassMethods(std::initializer_list<Method> methods);
 
   private:
@@ -83,18 +86,20 @@ TESMAR_API void registerClass(const Class& type);
 // Null when no class of that name has been registered. Any thread.
 TESMAR_API const Class* classNamed(std::string_view name);
 
-// Sends a message. A selector that the object's class does not publish, or arguments that do not
-// fit it, are fatal errors. The object is kept alive until the call returns.
+// Sends a message and returns its result. A selector that the object's class does not publish, or
+// arguments that do not match its parameters, are fatal errors. The object is kept alive until the
+// call returns.
 TESMAR_API Value performSelector(NSObject& object, Selector selector,
                                  std::span<const Value> arguments = {});
-// The same for what comes from outside. False, and nothing is done, where the class does not
-// publish the selector or the arguments do not fit it.
+// The same for messages that untrusted input names: returns false, without calling anything, when
+// the class does not publish the selector or the arguments do not match its parameters.
 TESMAR_API bool performSelectorIfItFits(NSObject& object, Selector selector,
                                         std::span<const Value> arguments);
+// Calls a class operation; misuse is a fatal error as for performSelector.
 TESMAR_API Value performClassSelector(const Class& type, Selector selector,
                                       std::span<const Value> arguments = {});
 
-// Sends an action message: the selector may take no argument, or the sender.
+// Sends an action message. The selector takes no argument, or one: the sender.
 TESMAR_API void performAction(NSObject& target, Selector action, const Ref<NSObject>& sender);
 
 // A class has a coding when it, or a superclass of it, overrides encodeWithCoder.
@@ -106,7 +111,7 @@ Class::Allocator allocator() {
 
 namespace runtime {
 
-// Parameters that are references to objects come as owned objects and are never nothing.
+// A parameter that is a C++ reference to an object takes an object of its class, never nothing.
 template <class Parameter>
 decltype(auto) argument(const Value& value) {
     using T = std::remove_cvref_t<Parameter>;
@@ -114,14 +119,14 @@ decltype(auto) argument(const Value& value) {
         const auto object = fromValue<Ref<T>>(value);
         if (!object)
             valueMismatch("an object", value);
-        return static_cast<T&>(*object); // the value goes on owning it
+        return static_cast<T&>(*object); // owned by the value
     } else {
         return fromValue<Parameter>(value);
     }
 }
 
 template <class Result, class Call>
-Value answer(Call&& call) {
+Value resultOf(Call&& call) {
     if constexpr (std::is_void_v<Result>) {
         call();
         return {};
@@ -133,13 +138,13 @@ Value answer(Call&& call) {
 template <auto Operation, class Self, class Result, class... Arguments, std::size_t... I>
 Value invokeMember(NSObject* self, std::span<const Value> arguments, std::index_sequence<I...>) {
     auto& object = dynamic_cast<Self&>(*self);
-    return answer<Result>(
+    return resultOf<Result>(
         [&]() -> Result { return (object.*Operation)(argument<Arguments>(arguments[I])...); });
 }
 
 template <auto Operation, class Result, class... Arguments, std::size_t... I>
 Value invokeFree(std::span<const Value> arguments, std::index_sequence<I...>) {
-    return answer<Result>(
+    return resultOf<Result>(
         [&]() -> Result { return Operation(argument<Arguments>(arguments[I])...); });
 }
 
@@ -171,7 +176,7 @@ constexpr auto invokerOf(Result (*)(Arguments...)) {
 
 } // namespace runtime
 
-// A row of a class table: a member function (or, for a class operation, a static one) under its
+// A row of a class table: a member function, or for a class operation a static one, and its
 // selector.
 template <auto Operation>
 Method method(std::string_view selector) {

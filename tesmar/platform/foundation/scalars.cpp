@@ -24,8 +24,8 @@ GText folded(std::string_view text) {
     return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
 }
 
-// Text that glib takes whole: it stops at a zero, and trusts its input to be UTF-8.
-bool isPlainText(std::string_view text) {
+// glib stops at a zero, and expects valid UTF-8.
+bool isAcceptedByGlib(std::string_view text) {
     return text.find('\0') == std::string_view::npos && isValidUtf8(text);
 }
 
@@ -34,13 +34,13 @@ bool isPlainText(std::string_view text) {
 bool stringsAreEqual(std::string_view a, std::string_view b) {
     if (a == b)
         return true;
-    if (!isPlainText(a) || !isPlainText(b))
+    if (!isAcceptedByGlib(a) || !isAcceptedByGlib(b))
         return false;
     return std::string_view(composed(a).get()) == composed(b).get();
 }
 
 bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b) {
-    if (!isPlainText(a) || !isPlainText(b))
+    if (!isAcceptedByGlib(a) || !isAcceptedByGlib(b))
         return a < b;
     return g_utf8_collate(folded(a).get(), folded(b).get()) < 0;
 }
@@ -77,8 +77,7 @@ bool NSString::isEqual(const NSObject* other) const {
 }
 
 Class& NSNumber::classObject() {
-    static Class type("NSNumber", &NSObject::classObject(), allocator<NSNumber>(),
-                      {method<&NSNumber::doubleValue>("doubleValue")});
+    static Class type("NSNumber", &NSObject::classObject(), allocator<NSNumber>());
     return type;
 }
 
@@ -119,7 +118,7 @@ bool NSNumber::isEqual(const NSObject* other) const {
     const auto* number = dynamic_cast<const NSNumber*>(other);
     if (!number)
         return false;
-    // Long integers do not fit into a double.
+    // Compare integers as integers: a double does not hold all of them.
     return std::visit(
         []<class A, class B>(A a, B b) {
             using Both = std::conditional_t<std::is_same_v<A, double> || std::is_same_v<B, double>,

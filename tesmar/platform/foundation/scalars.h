@@ -1,5 +1,5 @@
-// Text, numbers and bytes as objects, for the places that hold any object: dictionaries, lists and
-// archives. Everywhere else the plain C++ types serve. All are immutable.
+// Text, numbers and bytes as objects, for containers that hold any object: dictionaries, lists and
+// archives. Other interfaces take the plain C++ types. All are immutable.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -14,13 +14,13 @@ class TESMAR_API NSString : public NSObject {
     TESMAR_CLASS
 
   public:
-    // UTF-8.
+    // `text` is UTF-8.
     static Ref<NSString> stringWithString(std::string text);
     const std::string& text() const { return text_; }
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
-    // Canonically equivalent texts are equal.
+    // See stringsAreEqual.
     bool isEqual(const NSObject* other) const override;
 
   private:
@@ -39,7 +39,7 @@ class TESMAR_API NSNumber : public NSObject {
 
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
-    // By numeric value, whatever the types.
+    // By numeric value: a Boolean, an integer and a real number may be equal.
     bool isEqual(const NSObject* other) const override;
 
   private:
@@ -50,7 +50,7 @@ class TESMAR_API NSData : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Any bytes, zeros included.
+    // Any bytes, including zeros.
     static Ref<NSData> dataWithBytes(std::string bytes);
     const std::string& bytes() const { return bytes_; }
 
@@ -62,12 +62,13 @@ class TESMAR_API NSData : public NSObject {
     std::string bytes_;
 };
 
-// Equality of text up to canonical equivalence: an accented letter equals the letter followed by
-// its combining accent. Case and spaces count. Texts that are not valid UTF-8 compare byte by byte.
+// Equality up to Unicode canonical equivalence: an accented letter equals the letter followed by a
+// combining accent. Case and spaces are significant. A text that is not valid UTF-8, or contains a
+// zero, is compared byte by byte.
 TESMAR_API bool stringsAreEqual(std::string_view a, std::string_view b);
 
-// Whether `a` stands before `b` in the current locale's case-insensitive order (LC_COLLATE as the
-// host set it).
+// Whether `a` sorts before `b` in the case-insensitive order of the current locale (the host's
+// LC_COLLATE). A text that is not valid UTF-8, or contains a zero, is compared byte by byte.
 TESMAR_API bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b);
 
 } // namespace tesmar

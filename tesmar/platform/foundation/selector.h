@@ -1,4 +1,4 @@
-// The name of an operation in the object runtime, such as "setCCEnabled:".
+// The name of an operation in the object runtime, such as "setEnabled:".
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -8,14 +8,14 @@
 
 namespace tesmar {
 
-// Cheap to copy and compare: equal names share one stored text, kept for the life of the process.
+// Cheap to copy and compare: equal names share one text, which is stored until the process ends.
 // Any thread.
 class TESMAR_API Selector {
   public:
     explicit Selector(std::string_view name);
 
     std::string_view name() const { return name_; }
-    // One argument for each colon.
+    // The number of colons in the name.
     std::size_t argumentCount() const {
         return static_cast<std::size_t>(std::count(name_.begin(), name_.end(), ':'));
     }

@@ -1,10 +1,9 @@
-// An argument or a result of a call by selector.
+// An argument or a result of a message that is sent by selector.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/geometry/geometry.h"
 
-#include <concepts>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,17 +13,14 @@
 
 namespace tesmar {
 
-// Nothing is std::monostate; objects travel as Ref<NSObject>, integers as long long.
-using Value = std::variant<std::monostate, bool, long long, double, std::string, CGRect,
-                           Ref<NSObject>, std::vector<std::string>, std::vector<double>>;
+// std::monostate stands for "nothing". A list of objects is one NSArray.
+using Value = std::variant<std::monostate, bool, double, std::string, CGRect, Ref<NSObject>,
+                           std::vector<std::string>, std::vector<double>>;
 
 namespace runtime {
 
-// Ends the sending of a message whose arguments do not fit; whoever sends it catches this.
-struct ArgumentMismatch {
-    std::string problem;
-};
-// Throws one that names what was expected and what came.
+// Throws the error that performSelector turns into a fatal one and performSelectorIfItFits into
+// false. `expected` names the type that the parameter takes.
 [[noreturn]] TESMAR_API void valueMismatch(const char* expected, const Value& value);
 
 template <class T>
@@ -40,37 +36,28 @@ struct IsRefList : std::false_type {};
 template <class T>
 struct IsRefList<std::vector<Ref<T>>> : std::true_type {};
 
-// Lists of objects travel as one array object.
 TESMAR_API Ref<NSObject> arrayValue(std::vector<Ref<NSObject>> elements);
 TESMAR_API std::vector<Ref<NSObject>> arrayElements(const Ref<NSObject>& array);
 
 } // namespace runtime
 
+// A C++ result as a value. A reference to something that is not an NSObject, such as a delegate
+// that the host implements in C++, becomes nothing.
 template <class T>
 Value toValue(const T& result) {
     using namespace runtime;
     if constexpr (IsRef<T>::value) {
-        // What is no object to the runtime, such as a listener of the host's, is nothing to it.
         auto object = std::dynamic_pointer_cast<NSObject>(result);
         return object ? Value(std::move(object)) : Value();
-    } else if constexpr (IsOptional<T>::value)
-        return result ? toValue(*result) : Value();
-    else if constexpr (IsRefList<T>::value)
+    } else if constexpr (IsRefList<T>::value)
         return arrayValue(std::vector<Ref<NSObject>>(result.begin(), result.end()));
-    else if constexpr (std::is_enum_v<T>)
-        return static_cast<long long>(result);
-    else if constexpr (std::is_same_v<T, bool>)
-        return result;
-    else if constexpr (std::integral<T>)
-        return static_cast<long long>(result);
-    else if constexpr (std::is_convertible_v<T, std::string>)
-        return std::string(result);
     else
         return Value(result);
 }
 
 // The value as a parameter of type T. Numbers and Booleans convert into one another; nothing
-// becomes a null reference or an empty optional; anything else does not fit (see valueMismatch).
+// becomes a null reference or an empty optional; any other difference in type is a mismatch (see
+// valueMismatch). An element of a list that is not of the parameter's class becomes null.
 template <class Parameter>
 auto fromValue(const Value& value) -> std::remove_cvref_t<Parameter> {
     using namespace runtime;
@@ -94,11 +81,9 @@ auto fromValue(const Value& value) -> std::remove_cvref_t<Parameter> {
             result.push_back(
                 std::dynamic_pointer_cast<typename T::value_type::element_type>(element));
         return result;
-    } else if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
+    } else if constexpr (std::is_arithmetic_v<T>) {
         if (const auto* number = std::get_if<double>(&value))
             return static_cast<T>(*number);
-        if (const auto* integer = std::get_if<long long>(&value))
-            return static_cast<T>(*integer);
         if (const auto* boolean = std::get_if<bool>(&value))
             return static_cast<T>(*boolean);
         valueMismatch("a number", value);

@@ -11,15 +11,11 @@
 namespace tesmar {
 namespace {
 
-Paint paintOf(const UIColor& color) {
-    return {color.red(), color.green(), color.blue(), color.alpha()};
-}
-
-// To the nearest pixel, halves upwards. What is a hair's breadth below a half counts as one: sums
-// of fractions come out there.
+// Halves round upwards. Rounds to 1/256 pixel first, because sums of fractions often come out just
+// below a half.
 int nearestPixel(double v) {
-    const double held = std::clamp(v, -kFarthestPixel, kFarthestPixel);
-    return static_cast<int>(std::floor(std::floor(held * 256 + 0.5) / 256 + 0.5));
+    const double clamped = std::clamp(v, -kLargestPixel, kLargestPixel);
+    return static_cast<int>(std::floor(std::floor(clamped * 256 + 0.5) / 256 + 0.5));
 }
 
 PixelRect snappedEdges(double left, double top, double right, double bottom, bool empty) {
@@ -64,12 +60,6 @@ CGContext::~CGContext() = default;
 CGFloat CGContext::scale() const {
     return impl_->scale;
 }
-int CGContext::pixelWidth() const {
-    return impl_->width;
-}
-int CGContext::pixelHeight() const {
-    return impl_->height;
-}
 
 void CGContext::saveGState() {
     impl_->savedStates.push_back(impl_->state);
@@ -80,11 +70,11 @@ void CGContext::restoreGState() {
 }
 
 void CGContext::setFillColor(const UIColor& color) {
-    impl_->state.fill = paintOf(color);
+    impl_->state.fill = Paint::of(color);
 }
 
 void CGContext::setStrokeColor(const UIColor& color) {
-    impl_->state.stroke = paintOf(color);
+    impl_->state.stroke = Paint::of(color);
 }
 
 void CGContext::setRGBFillColor(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha) {
@@ -120,21 +110,8 @@ CGRect CGContext::snapped(const CGRect& r) const {
     return {p.x / s - origin.x, p.y / s - origin.y, p.width / s, p.height / s};
 }
 
-void CGContext::clipToRect(const CGRect& r) {
-    clipToPixels(pixels(r));
-}
-
 void CGContext::clipToPixels(const PixelRect& r) {
     impl_->state.clip = intersection(impl_->state.clip, r);
-}
-
-CGRect CGContext::clipBounds() const {
-    const PixelRect& clip = impl_->state.clip;
-    if (clip.isEmpty())
-        return {};
-    const double s = impl_->scale;
-    const CGPoint origin = impl_->state.origin;
-    return {clip.x / s - origin.x, clip.y / s - origin.y, clip.width / s, clip.height / s};
 }
 
 PixelRect CGContext::clipPixels() const {
@@ -158,17 +135,12 @@ void CGContext::fillRoundedRect(const CGRect& r, CGFloat radius) {
                     impl_->fillPaint());
 }
 
-void CGContext::strokePolyline(std::span<const CGPoint> points, CGFloat width, LineCap cap) {
-    drawPolyline(*impl_, points, finite(width, 0, kLargestCoordinate, 0), cap,
-                 impl_->strokePaint());
-}
-
 void CGContext::drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoint offset,
                            const UIColor& color) {
     tesmar::drawShadow(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),
                        finite(blur, 0, 100, 0),
                        {finite(offset.x, -100, 100, 0), finite(offset.y, -100, 100, 0)},
-                       paintOf(color).withAlpha(impl_->state.alpha));
+                       Paint::of(color).withAlpha(impl_->state.alpha));
 }
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r) {
@@ -183,8 +155,8 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r) {
     }
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 0};
-    impl_->paintKept(key, box, CAIRO_FORMAT_ARGB32, Paint{}.withAlpha(impl_->state.alpha),
-                     [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+    impl_->paintCached(key, box, CAIRO_FORMAT_ARGB32, Paint{}.withAlpha(impl_->state.alpha),
+                       [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
 }
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& tint) {
@@ -194,12 +166,13 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& 
     const UIImage::Impl& picture = image.impl();
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 1};
-    impl_->paintKept(key, box, CAIRO_FORMAT_A8, paintOf(tint).withAlpha(impl_->state.alpha),
-                     [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+    impl_->paintCached(key, box, CAIRO_FORMAT_A8, Paint::of(tint).withAlpha(impl_->state.alpha),
+                       [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
 }
 
-void CGContext::clearRect(const CGRect& r) {
-    clearPixels(pixels(r));
+void CGContext::drawPixels(const void* pixels, int width, int height, int stride) {
+    if (const SurfacePtr source = readOnlySurface(pixels, width, height, stride))
+        impl_->paintPicture(source.get(), 0, 0, {0, 0, width, height}, impl_->state.alpha);
 }
 
 void CGContext::clearPixels(const PixelRect& r) {

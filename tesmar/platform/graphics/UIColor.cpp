@@ -6,7 +6,7 @@
 namespace tesmar {
 namespace {
 
-// The archived numbers of the two colour spaces.
+// The numbers of the colour spaces in archives.
 constexpr long long kArchivedRGB = 2;
 constexpr long long kArchivedGray = 4;
 
@@ -17,19 +17,7 @@ CGFloat component(CGFloat value) {
 } // namespace
 
 Class& UIColor::classObject() {
-    static Class type(
-        "UIColor", &NSObject::classObject(), allocator<UIColor>(),
-        {method<&UIColor::colorWithAlphaComponent>("colorWithAlphaComponent:")},
-        {method<&UIColor::colorWithWhite>("colorWithWhite:alpha:"),
-         method<&UIColor::colorWithRed>("colorWithRed:green:blue:alpha:"),
-         method<&UIColor::whiteColor>("whiteColor"), method<&UIColor::blackColor>("blackColor"),
-         method<&UIColor::grayColor>("grayColor"),
-         method<&UIColor::lightGrayColor>("lightGrayColor"),
-         method<&UIColor::darkGrayColor>("darkGrayColor"),
-         method<&UIColor::clearColor>("clearColor"), method<&UIColor::redColor>("redColor"),
-         method<&UIColor::greenColor>("greenColor"), method<&UIColor::blueColor>("blueColor"),
-         method<&UIColor::cyanColor>("cyanColor"), method<&UIColor::yellowColor>("yellowColor"),
-         method<&UIColor::magentaColor>("magentaColor")});
+    static Class type("UIColor", &NSObject::classObject(), allocator<UIColor>());
     return type;
 }
 
@@ -50,25 +38,25 @@ Ref<UIColor> UIColor::colorWithRed(CGFloat red, CGFloat green, CGFloat blue, CGF
     return create(Space::rgb, {red, green, blue}, alpha);
 }
 
-// Views ask for these at every drawing: one object each, which lives as long as the process does.
-#define CLASS_COLOR(name, color)                                                                   \
+// Views ask for these whenever they draw, so each is one shared object, which is never destroyed.
+#define SHARED_COLOR(name, color)                                                                  \
     Ref<UIColor> UIColor::name() {                                                                 \
         static const auto& shared = *new Ref<UIColor>(color);                                      \
         return shared;                                                                             \
     }
-CLASS_COLOR(whiteColor, colorWithWhite(1, 1))
-CLASS_COLOR(blackColor, colorWithWhite(0, 1))
-CLASS_COLOR(grayColor, colorWithWhite(0.5, 1))
-CLASS_COLOR(lightGrayColor, colorWithWhite(2.0 / 3, 1))
-CLASS_COLOR(darkGrayColor, colorWithWhite(1.0 / 3, 1))
-CLASS_COLOR(clearColor, colorWithWhite(0, 0))
-CLASS_COLOR(redColor, colorWithRed(1, 0, 0, 1))
-CLASS_COLOR(greenColor, colorWithRed(0, 1, 0, 1))
-CLASS_COLOR(blueColor, colorWithRed(0, 0, 1, 1))
-CLASS_COLOR(cyanColor, colorWithRed(0, 1, 1, 1))
-CLASS_COLOR(yellowColor, colorWithRed(1, 1, 0, 1))
-CLASS_COLOR(magentaColor, colorWithRed(1, 0, 1, 1))
-#undef CLASS_COLOR
+SHARED_COLOR(whiteColor, colorWithWhite(1, 1))
+SHARED_COLOR(blackColor, colorWithWhite(0, 1))
+SHARED_COLOR(grayColor, colorWithWhite(0.5, 1))
+SHARED_COLOR(lightGrayColor, colorWithWhite(2.0 / 3, 1))
+SHARED_COLOR(darkGrayColor, colorWithWhite(1.0 / 3, 1))
+SHARED_COLOR(clearColor, colorWithWhite(0, 0))
+SHARED_COLOR(redColor, colorWithRed(1, 0, 0, 1))
+SHARED_COLOR(greenColor, colorWithRed(0, 1, 0, 1))
+SHARED_COLOR(blueColor, colorWithRed(0, 0, 1, 1))
+SHARED_COLOR(cyanColor, colorWithRed(0, 1, 1, 1))
+SHARED_COLOR(yellowColor, colorWithRed(1, 1, 0, 1))
+SHARED_COLOR(magentaColor, colorWithRed(1, 0, 1, 1))
+#undef SHARED_COLOR
 
 Ref<UIColor> UIColor::colorWithAlphaComponent(CGFloat alpha) const {
     return create(space_, components_, alpha);

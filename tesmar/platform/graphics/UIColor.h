@@ -1,4 +1,5 @@
-// A colour: grey-scale or RGB, kept with the space in which it was given. Immutable; any thread.
+// A grey-scale or RGB colour; it remembers in which of the two spaces it was given. Immutable; may
+// be used by any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -14,11 +15,11 @@ class TESMAR_API UIColor : public NSObject {
   public:
     enum class Space { gray, rgb };
 
-    // Components are from 0 to 1: values outside are held within, not-a-number counts as 0.
+    // Components are clamped to 0…1; NaN counts as 0.
     static Ref<UIColor> colorWithWhite(CGFloat white, CGFloat alpha);
     static Ref<UIColor> colorWithRed(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
 
-    // Grey-scale, opaque but for the last.
+    // Grey-scale; all but clearColor are opaque.
     static Ref<UIColor> whiteColor();
     static Ref<UIColor> blackColor();
     static Ref<UIColor> grayColor();      // 0.5
@@ -38,17 +39,17 @@ class TESMAR_API UIColor : public NSObject {
 
     Space space() const { return space_; }
     CGFloat alpha() const { return alpha_; }
-    // In either space; for a grey-scale colour all three are its white level.
+    // 0 to 1. For a grey-scale colour, all three are its white level.
     CGFloat red() const { return components_[0]; }
     CGFloat green() const { return components_[1]; }
     CGFloat blue() const { return components_[2]; }
-    // Of a grey-scale colour; of an RGB one, its luminance.
+    // The white level of a grey-scale colour, the luminance of an RGB one; 0 to 1.
     CGFloat white() const;
 
-    // False for a record that lacks a component.
+    // False if the record lacks a component or its component count; values are clamped as above.
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
-    // Exact: the same space and equal components, alpha included.
+    // True for the same space and exactly equal components, alpha included.
     bool isEqual(const NSObject* other) const override;
 
   private:

@@ -24,38 +24,40 @@ std::atomic<double>& screenScale() {
     return scale;
 }
 
-double heldScale(CGFloat scale) {
+double clampedScale(CGFloat scale) {
     return finite(scale, 0.1, 16, 1);
 }
 
-// The file of the variant that suits the screen, with its scale.
-struct Found {
+struct ImageFile {
     std::string bytes;
     int scale;
 };
-std::optional<Found> bestVariant(std::string_view name, const NSBundle& bundle) {
-    const double wanted = UIImage::mainScreenScale();
-    const auto load = [&](const Variant& variant) -> std::optional<Found> {
+
+// The smallest scale that is not below the screen's, or else the largest.
+std::optional<ImageFile> bestVariant(std::string_view name, const NSBundle& bundle) {
+    const double screen = UIImage::mainScreenScale();
+    const auto load = [&](const Variant& variant) -> std::optional<ImageFile> {
         if (auto bytes = bundle.resource(std::string(name) + variant.suffix))
-            return Found{std::move(*bytes), variant.scale};
+            return ImageFile{std::move(*bytes), variant.scale};
         return std::nullopt;
     };
     for (const Variant& variant : kVariants)
-        if (variant.scale >= wanted)
-            if (auto found = load(variant))
-                return found;
+        if (variant.scale >= screen)
+            if (auto file = load(variant))
+                return file;
     for (auto variant = std::rbegin(kVariants); variant != std::rend(kVariants); ++variant)
-        if (variant->scale < wanted)
-            if (auto found = load(*variant))
-                return found;
+        if (variant->scale < screen)
+            if (auto file = load(*variant))
+                return file;
     return std::nullopt;
 }
 
-Ref<UIImage> missing(std::string_view name, std::string_view why) {
+Ref<UIImage> reportMissing(std::string_view name, std::string_view why) {
     diagnostic("image \"" + std::string(name) + "\" " + std::string(why));
     return nullptr;
 }
 
+// False if there are no bytes, or if writing fails.
 bool writeFile(const std::string& path, const std::optional<std::string>& bytes) {
     if (!bytes)
         return false;
@@ -78,15 +80,14 @@ void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
     const int ownHeight = cairo_image_surface_get_height(surface.get());
     cairo_scale(cr, static_cast<double>(width) / ownWidth, static_cast<double>(height) / ownHeight);
     cairo_set_source_surface(cr, surface.get(), 0, 0);
-    cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD); // no soft outer edge
+    cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD); // the outer edge stays opaque
     if (width == ownWidth && height == ownHeight)
         cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
     cairo_paint(cr);
 }
 
 Class& UIImage::classObject() {
-    static Class type("UIImage", &NSObject::classObject(), {}, {method<&UIImage::scale>("scale")},
-                      {method<&UIImage::imageNamed>("imageNamed:")});
+    static Class type("UIImage", &NSObject::classObject(), {});
     return type;
 }
 
@@ -106,18 +107,18 @@ Ref<UIImage> UIImage::imageNamed(std::string_view name) {
 }
 
 Ref<UIImage> UIImage::imageNamedFrom(std::string_view name, const NSBundle& bundle) {
-    const auto found = bestVariant(name, bundle);
-    if (!found)
-        return missing(name, "is not in bundle \"" + bundle.bundleIdentifier() + "\"");
-    auto image = imageWithPNGData(found->bytes, found->scale);
-    return image ? image : missing(name, "is no PNG file or is too large");
+    const auto file = bestVariant(name, bundle);
+    if (!file)
+        return reportMissing(name, "is not in bundle \"" + bundle.bundleIdentifier() + "\"");
+    auto image = imageWithPNGData(file->bytes, file->scale);
+    return image ? image : reportMissing(name, "is no PNG file or is too large");
 }
 
 Ref<UIImage> UIImage::imageWithPNGData(std::string_view bytes, CGFloat scale) {
     SurfacePtr surface = decodePNG(bytes);
     if (!surface)
         return nullptr;
-    return imageWithImpl(std::make_unique<Impl>(std::move(surface), heldScale(scale)));
+    return imageWithImpl(std::make_unique<Impl>(std::move(surface), clampedScale(scale)));
 }
 
 CGSize UIImage::size() const {
@@ -132,44 +133,29 @@ int UIImage::pixelWidth() const {
 int UIImage::pixelHeight() const {
     return cairo_image_surface_get_height(impl_->surface.get());
 }
-int UIImage::bytesPerRow() const {
-    return cairo_image_surface_get_stride(impl_->surface.get());
-}
-
-const std::uint32_t* UIImage::pixels() const {
-    return reinterpret_cast<const std::uint32_t*>(
-        cairo_image_surface_get_data(impl_->surface.get()));
-}
-
 std::uint32_t UIImage::pixel(int x, int y) const {
     if (x < 0 || y < 0 || x >= pixelWidth() || y >= pixelHeight())
         return 0;
-    return pixels()[static_cast<std::ptrdiff_t>(y) * (bytesPerRow() / 4) + x];
+    cairo_surface_t* const surface = impl_->surface.get();
+    const unsigned char* const row = cairo_image_surface_get_data(surface) +
+                                     std::ptrdiff_t{y} * cairo_image_surface_get_stride(surface);
+    return reinterpret_cast<const std::uint32_t*>(row)[x];
 }
 
 std::optional<std::string> UIImage::PNGData() const {
     return encodePNG(impl_->surface.get());
 }
 
-bool UIImage::writePNG(const std::string& path) const {
-    return writeFile(path, PNGData());
-}
-
 CGFloat UIImage::mainScreenScale() {
     return screenScale();
 }
 void UIImage::setMainScreenScale(CGFloat scale) {
-    screenScale() = heldScale(scale);
+    screenScale() = clampedScale(scale);
 }
 
 bool writePNG(const std::string& path, const void* pixels, int width, int height, int stride) {
-    if (!pixels || width <= 0 || height <= 0 || stride / 4 < width)
-        return false;
-    // Cairo's reading interface takes pixels that it might write to; a PNG is only read from.
-    auto* const data = static_cast<unsigned char*>(const_cast<void*>(pixels));
-    const SurfacePtr surface(
-        cairo_image_surface_create_for_data(data, CAIRO_FORMAT_ARGB32, width, height, stride));
-    return writeFile(path, encodePNG(surface.get()));
+    const SurfacePtr surface = readOnlySurface(pixels, width, height, stride);
+    return surface && writeFile(path, encodePNG(surface.get()));
 }
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-// A picture: premultiplied ARGB pixels with the number of pixels that make a point. Immutable.
+// An image: premultiplied ARGB pixels and a scale in pixels per point. Immutable.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -21,34 +21,31 @@ class TESMAR_API UIImage : public NSObject {
     UIImage(); // no pixels
     ~UIImage() override;
 
-    // No image has more pixels than this each way, nor more than kMaximumPixels in all.
+    // Limits of every image: pixels per side, and pixels in all.
     static constexpr int kMaximumSide = 8192;
     static constexpr int kMaximumPixels = 16 * 1024 * 1024;
 
-    // The PNG of that name in the main bundle. Of "name@3x.png", "name@2x.png" and "name.png" the
-    // one that suits mainScreenScale: the smallest scale that is not below it, else the largest.
-    // Null, with a diagnostic, when there is none or when it is broken or too large.
+    // Loads "name.png", "name@2x.png" or "name@3x.png" from the main bundle: the one with the
+    // smallest scale that is not below mainScreenScale, or else with the largest scale. Null, with
+    // a diagnostic, if none exists or if the chosen one is broken or too large. `imageNamedFrom`
+    // loads from another bundle.
     static Ref<UIImage> imageNamed(std::string_view name);
     static Ref<UIImage> imageNamedFrom(std::string_view name, const NSBundle& bundle);
-    // Null for bytes that are no whole PNG or that are too large. `scale` is held to 0.1…16.
+    // Null if the bytes are no complete PNG, or one that is too large. `scale` is clamped to
+    // 0.1…16.
     static Ref<UIImage> imageWithPNGData(std::string_view bytes, CGFloat scale);
 
-    CGSize size() const; // points
-    CGFloat scale() const;
+    CGSize size() const;   // points
+    CGFloat scale() const; // pixels per point
     int pixelWidth() const;
     int pixelHeight() const;
-    // Premultiplied ARGB; 0 outside.
+    // Premultiplied ARGB; 0 outside the image.
     std::uint32_t pixel(int x, int y) const;
-    // The first row; rows are bytesPerRow() apart. Lives as long as the image.
-    const std::uint32_t* pixels() const;
-    int bytesPerRow() const;
 
-    // Nothing on a failure to encode.
+    // The image as a PNG file; std::nullopt if encoding fails.
     std::optional<std::string> PNGData() const;
-    // False when the file can't be written.
-    bool writePNG(const std::string& path) const;
 
-    // Pixels in a point on the main screen, 1 until the host says otherwise; 0.1 to 16. Main
+    // Pixels per point of the main screen: initially 1, set by the host, clamped to 0.1…16. Any
     // thread.
     static CGFloat mainScreenScale();
     static void setMainScreenScale(CGFloat scale);
@@ -56,7 +53,7 @@ class TESMAR_API UIImage : public NSObject {
     // Added by the caption library
     static Ref<UIImage> emptyImageForBorders();
 
-    // Behind this header: the drawing library's surface.
+    // For the graphics layer: the implementation, which uses the drawing library.
     struct Impl;
     const Impl& impl() const { return *impl_; }
     static Ref<UIImage> imageWithImpl(std::unique_ptr<Impl> impl);
@@ -65,19 +62,8 @@ class TESMAR_API UIImage : public NSObject {
     std::unique_ptr<Impl> impl_;
 };
 
-// Image contexts: a new transparent (or, when opaque, black) picture becomes the current context.
-// `scale` 0 means the main screen's. A size that is empty, not finite or beyond the largest image
-// still opens a context, which draws nothing and gives no image. They nest, and belong to the
-// thread that opened them.
-TESMAR_API void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale);
-// What has been drawn so far, as a new image each time; null when the current context is no image
-// context.
-TESMAR_API Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext();
-// Does nothing when the current context is no image context.
-TESMAR_API void UIGraphicsEndImageContext();
-
-// Writes a premultiplied ARGB buffer (as a CGContext draws it; sizes in pixels, stride in bytes) to
-// a PNG file. False when that fails.
+// Writes pixels in CGContext's format (sizes in pixels, stride in bytes) to a PNG file, which is
+// replaced if it exists. False if the sizes are not possible or the file cannot be written.
 TESMAR_API bool writePNG(const std::string& path, const void* pixels, int width, int height,
                          int stride);
 

@@ -9,10 +9,10 @@
 namespace tesmar {
 namespace {
 
-// Larger factors drown every coordinate in rounding errors.
+// Larger factors would magnify rounding errors beyond every coordinate.
 constexpr double kLargestMultiplier = 1e4;
 
-// In the order of the enumerations.
+// Indexed by the enumerations.
 constexpr const char* kAttributeNames[] = {"?",      "left",    "right",    "top",
                                            "bottom", "leading", "trailing", "width",
                                            "height", "centerX", "centerY",  "lastBaseline"};
@@ -24,7 +24,7 @@ const char* name(NSLayoutAttribute attribute) {
 
 std::string number(double value) {
     char text[32];
-    // Not printf, nor a stream: the host may have set a locale with another decimal sign.
+    // Unlike printf and streams, independent of the decimal sign of the host's locale.
     const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, 6);
     return std::string(text, end.ptr);
 }
@@ -33,14 +33,7 @@ std::string number(double value) {
 
 Class& NSLayoutConstraint::classObject() {
     static Class type("NSLayoutConstraint", &NSObject::classObject(),
-                      allocator<NSLayoutConstraint>(),
-                      {method<&NSLayoutConstraint::priority>("priority"),
-                       method<&NSLayoutConstraint::setPriority>("setPriority:"),
-                       method<&NSLayoutConstraint::multiplier>("multiplier"),
-                       method<&NSLayoutConstraint::constant>("constant"),
-                       method<&NSLayoutConstraint::setConstant>("setConstant:"),
-                       method<&NSLayoutConstraint::isActive>("isActive"),
-                       method<&NSLayoutConstraint::setActive>("setActive:")});
+                      allocator<NSLayoutConstraint>());
     return type;
 }
 
@@ -71,30 +64,30 @@ NSLayoutConstraint::constraintsWithVisualFormat(std::string_view format,
 
 void NSLayoutConstraint::setConstant(CGFloat constant) {
     constant_ = finiteCoordinate(constant);
-    tellItems();
+    notifyItems();
 }
 
 void NSLayoutConstraint::setPriority(UILayoutPriority priority) {
     priority_ = finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityRequired);
-    tellItems();
+    notifyItems();
 }
 
 void NSLayoutConstraint::setActive(bool active) {
     active_ = active;
-    tellItems();
+    notifyItems();
 }
 
 std::string NSLayoutConstraint::description() const {
     const auto first = firstItem();
     const auto second = secondItem();
-    std::string text = (first ? first->layoutName() : "(gone)") + "." + name(firstAttribute_) +
+    std::string text = (first ? first->layoutName() : "(destroyed)") + "." + name(firstAttribute_) +
                        " " + kRelationSigns[static_cast<std::size_t>(relation_)] + " ";
     if (secondAttribute_ == NSLayoutAttribute::notAnAttribute) {
         text += number(constant_);
     } else {
         if (multiplier_ != 1)
             text += number(multiplier_) + " * ";
-        text += (second ? second->layoutName() : "(gone)") + "." + name(secondAttribute_);
+        text += (second ? second->layoutName() : "(destroyed)") + "." + name(secondAttribute_);
         if (constant_ != 0)
             text += (constant_ < 0 ? " - " : " + ") + number(std::abs(constant_));
     }
@@ -102,8 +95,8 @@ std::string NSLayoutConstraint::description() const {
                                                          : " (priority " + number(priority_) + ")");
 }
 
-void NSLayoutConstraint::tellItems() const {
-    // Both items are in one tree, or the constraint has no effect: telling one is enough.
+void NSLayoutConstraint::notifyItems() const {
+    // A constraint has an effect only if both items are in one tree, so notifying one is enough.
     if (const auto item = firstItem())
         item->layoutNeedsUpdate();
 }

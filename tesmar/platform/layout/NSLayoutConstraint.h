@@ -2,15 +2,16 @@
 //
 //     first.attribute  (= | <= | >=)  multiplier * second.attribute + constant
 //
-// It takes effect once it is added to an item that holds both (or is one of them). Priorities run
-// from 0 to 1000, and a higher one wins outright over any number of lower ones. At 1000 the
-// relation is required; where required ones conflict, the one added last gives way, as little as it
-// can.
+// It takes effect once it is added to an item of the same tree, usually the closest common ancestor
+// of the two. Priorities range from 0 (no effect) to 1000 (required). A higher priority wins over
+// any number of lower ones. If required constraints conflict, the one added last is violated, by as
+// little as possible.
 //
-// Leading and trailing follow the reading direction of the first item: where it reads from right to
-// left they mean right and left, and positive constants point to the left.
+// Leading and trailing follow the reading direction of the first item: in right-to-left items they
+// mean right and left, and positive constants point to the left.
 //
-// The items are held weakly: a constraint whose item has died has no effect. Main thread.
+// References to items are weak: a constraint on a destroyed item has no effect. Lengths are points.
+// Main thread only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -47,7 +48,8 @@ inline constexpr UILayoutPriority UILayoutPriorityDefaultHigh = 750;
 inline constexpr UILayoutPriority UILayoutPriorityDefaultLow = 250;
 inline constexpr UILayoutPriority UILayoutPriorityFittingSizeLevel = 50;
 
-// How the views of a visual format line up across its direction. Bits, to be combined with |.
+// How the views of a visual format are aligned, across the format's direction. Bits to combine
+// with |.
 enum NSLayoutFormatOptions : unsigned {
     NSLayoutFormatNone = 0,
     NSLayoutFormatAlignAllLeft = 2,
@@ -71,28 +73,42 @@ class TESMAR_API NSLayoutConstraint : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Names that a format may use as numbers, and as views.
+    // The names that a visual format may use for numbers and for views.
     using Metrics = std::map<std::string, double, std::less<>>;
     using Views = std::map<std::string, std::shared_ptr<LayoutItem>, std::less<>>;
 
-    // `second` is null, with notAnAttribute, where a width or height relates to a number. Numbers
-    // that are not finite count as 0. The priority is required.
+    // `second` is null and `secondAttribute` notAnAttribute for a width or height that is compared
+    // with `constant` alone. The multiplier is clamped to +-10,000, the constant to
+    // +-10,000,000; NaN counts as 0. The new constraint is required.
     static Ref<NSLayoutConstraint>
     constraintWithItem(const std::shared_ptr<LayoutItem>& first, NSLayoutAttribute attribute,
                        NSLayoutRelation relation, const std::shared_ptr<LayoutItem>& second,
                        NSLayoutAttribute secondAttribute, double multiplier, CGFloat constant);
 
-    // The constraints that a visual format (see visual_format.h) stands for, in its reading order,
-    // those of the options last. `|` means the parent that the view next to it has now. A format
-    // that does not parse or has more than 16 KiB, a name that is in neither map, and an option
-    // that aligns along the format's own direction are fatal errors that show the format and the
-    // place.
+    // Returns the constraints that a visual format describes, in reading order, followed by those
+    // of the options. A format is a row or column of views, written as a picture of it:
+    //
+    //     format  =  [ "H:" | "V:" ]  [ "|" gap ]  view  { gap view }  [ gap "|" ]
+    //     gap     =  ""  |  "-"  |  "-" length "-"  |  "-" "(" length { "," length } ")" "-"
+    //     view    =  "[" name [ "(" length { "," length } ")" ] "]"
+    //     length  =  [ "==" | "<=" | ">=" ]  ( number | name )  [ "@" ( number | name ) ]
+    //     number  =  [ "-" ] digits [ "." digits ]
+    //
+    // There are no spaces. The direction is horizontal by default. "|" is the present parent of the
+    // view next to it. An empty gap makes the views touch; "-" alone is the standard space, 8
+    // points between views and 20 to the parent. A name in a length is a metric or, inside a view's
+    // brackets, a view, whose width or height is meant. A priority, 0 to 1000, follows "@". A
+    // negative number in a gap needs parentheses or a relation in front.
+    //
+    // Fatal errors, which show the format and the offset: a format that does not parse or is longer
+    // than 16 KiB, an unknown name, a "|" next to a view without a parent, a priority out of range,
+    // and an option that aligns along the format's own direction.
     static std::vector<Ref<NSLayoutConstraint>>
     constraintsWithVisualFormat(std::string_view format,
                                 NSLayoutFormatOptions options = NSLayoutFormatNone,
                                 const Metrics& metrics = {}, const Views& views = {});
 
-    // Null when there is none or it has died.
+    // Null if there is no such item or it has been destroyed.
     std::shared_ptr<LayoutItem> firstItem() const { return first_.lock(); }
     std::shared_ptr<LayoutItem> secondItem() const { return second_.lock(); }
     NSLayoutAttribute firstAttribute() const { return firstAttribute_; }
@@ -100,13 +116,13 @@ class TESMAR_API NSLayoutConstraint : public NSObject {
     NSLayoutRelation relation() const { return relation_; }
     double multiplier() const { return multiplier_; }
 
-    // Changes of these take effect at the next layout of the items' tree.
+    // The setters below take effect at the next layout of the items' tree.
     CGFloat constant() const { return constant_; }
     void setConstant(CGFloat constant);
-    // Held within 0 to 1000.
+    // Clamped to 0 to 1000; NaN counts as 1000.
     UILayoutPriority priority() const { return priority_; }
     void setPriority(UILayoutPriority priority);
-    // An inactive constraint stays where it was added, without effect. Starts active.
+    // An inactive constraint has no effect until it is active again. Initially active.
     bool isActive() const { return active_; }
     void setActive(bool active);
 
@@ -114,7 +130,7 @@ class TESMAR_API NSLayoutConstraint : public NSObject {
     std::string description() const;
 
   private:
-    void tellItems() const;
+    void notifyItems() const;
 
     std::weak_ptr<LayoutItem> first_;
     std::weak_ptr<LayoutItem> second_;

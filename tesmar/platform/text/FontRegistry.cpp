@@ -1,6 +1,6 @@
 #include "tesmar/platform/text/FontRegistry.h"
 
-#include "tesmar/platform/text/internal/current_catalogue.h"
+#include "tesmar/platform/text/internal/FontCatalogue.h"
 #include "tesmar/platform/text/internal/installed_fonts.h"
 
 #include <iterator>
@@ -13,18 +13,18 @@ struct Registry {
     std::mutex mutex;
     std::vector<FontRegistry::Source> hostFaces;
     std::optional<FontCatalogue::Names> offered;
-    std::shared_ptr<const FontCatalogue> catalogue; // null until it is needed
+    std::shared_ptr<const FontCatalogue> catalogue; // null when out of date
 };
 
 Registry& registry() {
-    // Never destroyed: fonts may be asked for until the very end of the process.
+    // Never destroyed: threads may ask for fonts until the process ends.
     static Registry* instance = new Registry;
     return *instance;
 }
 
 } // namespace
 
-std::shared_ptr<const FontCatalogue> currentCatalogue() {
+std::shared_ptr<const FontCatalogue> FontRegistry::catalogue() {
     Registry& r = registry();
     const std::lock_guard lock(r.mutex);
     if (!r.catalogue)
@@ -33,7 +33,7 @@ std::shared_ptr<const FontCatalogue> currentCatalogue() {
 }
 
 std::optional<FontRegistry::Source> FontRegistry::sourceOf(std::string_view fontName) {
-    const FontFaceRef face = currentCatalogue()->find(fontName);
+    const FontFaceRef face = catalogue()->find(fontName);
     if (!face || face->source.file.empty())
         return std::nullopt;
     return face->source;

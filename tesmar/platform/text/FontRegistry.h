@@ -1,13 +1,14 @@
-// Which faces there are, and the files behind them.
+// The font faces that exist, and the files that draw them. Any thread may use this.
 //
-// A face that is asked for by name is, in this order: a face of a file that the host added, an
-// installed face of that very name, a stand-in from the table in internal/stand_in_fonts.def whose
-// file is installed. Names are compared byte for byte. The system font has a family of its own,
-// which is not listed and whose only face bears the family's name. Any thread.
+// A face is looked up by its name, which is compared byte for byte: first among the files that the
+// host added, then among the installed faces, then in the table of stand-ins,
+// internal/stand_in_fonts.def, whose rows count only if their file is installed. The system font
+// has a family of its own, which is not listed; its only face has the family's name.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,29 +16,35 @@
 
 namespace tesmar {
 
+class FontCatalogue;
+
 class TESMAR_API FontRegistry {
   public:
-    // The name of the system font's family and of its one face.
+    // The name of the system font's family, and of its only face.
     static constexpr std::string_view kSystemFont = ".SystemUI";
 
-    // What stands behind a face, for hosts that draw text with another engine.
+    // The file that draws a face, for hosts that draw text with another engine.
     struct Source {
-        std::string file;   // an absolute path, or as it was given to addFontFile
-        int index = 0;      // of the face in the file
-        std::string family; // the names that the file itself gives
+        std::string file;   // an absolute path, or the path given to addFontFile
+        int index = 0;      // fontconfig's index of the face in the file
+        std::string family; // the names inside the file
         std::string fontName;
     };
-    // Nothing when there is no face of that name.
+    // std::nullopt if no face has that name, or if the machine has no fonts at all.
     static std::optional<Source> sourceOf(std::string_view fontName);
 
-    // Adds the faces of a font file that the host brings along. False when it holds none.
+    // Adds the faces of a font file. False if the file has none or cannot be read.
     static bool addFontFile(const std::string& path);
-    // From now on just these faces, and the system font, are offered; for a name with no file
-    // behind it the system font's stands in. Files added later are offered too.
+    // Limits the faces to these names and the system font, replacing any earlier limit. A name
+    // without a file is drawn by the system font's. The faces of files added later are allowed too.
     static void restrictTo(std::vector<std::string> fontNames);
-    // Forgets the two above and looks at the installed fonts again. Fonts that exist keep their
-    // faces.
+    // Undoes addFontFile and restrictTo, and searches the installed fonts again. UIFont objects
+    // keep their faces.
     static void reset();
+
+    // For the text layer: the faces as they are now. Lists the installed fonts when it is first
+    // called after a change.
+    static std::shared_ptr<const FontCatalogue> catalogue();
 };
 
 } // namespace tesmar

@@ -18,9 +18,7 @@ Ref<T> attribute(const NSDictionary& attributes, std::string_view name) {
 } // namespace
 
 Class& NSAttributedString::classObject() {
-    static Class type("NSAttributedString", &NSObject::classObject(), {},
-                      {method<&NSAttributedString::string>("string"),
-                       method<&NSAttributedString::attributes>("attributes")});
+    static Class type("NSAttributedString", &NSObject::classObject(), {});
     return type;
 }
 
@@ -55,7 +53,7 @@ void NSAttributedString::drawInRect(CGContext& context, const CGRect& rect,
     if (const auto background = attribute<UIColor>(*attributes_, NSBackgroundColorAttributeName)) {
         context.saveGState();
         context.setFillColor(*background);
-        // On whole pixels, or translucent boxes of neighbouring lines would leave a seam.
+        // Snapped to whole pixels: antialiased edges would leave a seam between translucent lines.
         for (const CGRect& line : text.lineBoxes())
             context.fillRect(context.snapped(line.offsetBy(r.origin)));
         context.restoreGState();

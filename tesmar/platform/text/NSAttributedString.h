@@ -1,4 +1,5 @@
-// Text with one set of attributes for all of it. Immutable.
+// Text with one set of attributes for all of it. Immutable, but measuring and drawing use a cached
+// layout: only one thread at a time may use a string.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"
@@ -13,7 +14,7 @@ namespace tesmar {
 
 class CGContext;
 
-// Keys of the attributes: a UIColor, a UIColor and a UIFont.
+// The keys of the attributes. Their values are a UIColor, a UIColor and a UIFont.
 inline constexpr std::string_view NSForegroundColorAttributeName = "NSColor";
 inline constexpr std::string_view NSBackgroundColorAttributeName = "NSBackgroundColor";
 inline constexpr std::string_view NSFontAttributeName = "NSFont";
@@ -22,18 +23,18 @@ class TESMAR_API NSAttributedString : public NSObject {
     TESMAR_CLASS
 
   public:
-    // A value that is missing or of another class counts as black, no background, the 12-point
-    // system font. Null attributes are none. The dictionary is copied.
+    // A value that is missing or of another class counts as black, no background or the 12-point
+    // system font. The dictionary is copied; null counts as empty. Text as for TextLayout::setText.
     static Ref<NSAttributedString> attributedString(std::string text,
                                                     const Ref<NSDictionary>& attributes);
 
     const std::string& string() const { return text_; }
     const Ref<NSDictionary>& attributes() const { return attributes_; }
 
-    // The size of the text, broken into lines at `maxWidth`, in points; not rounded.
+    // In points, with lines broken at `maxWidth` if there is one; not rounded.
     CGSize size(std::optional<CGFloat> maxWidth = std::nullopt) const;
-    // Draws the text from the top of `r`, broken at its width, with the background colour behind
-    // each line. Lines that do not fit the height are drawn nevertheless.
+    // Draws the text from the top of `r`, with lines broken at its width and the background colour
+    // behind each of them. Lines below the bottom of `r` are drawn too.
     void drawInRect(CGContext& context, const CGRect& r,
                     NSTextAlignment alignment = NSTextAlignment::left) const;
 

@@ -22,7 +22,8 @@ CGRect pointsRect(const PangoRectangle& r) {
     return {points(r.x), points(r.y), points(r.width), points(r.height)};
 }
 
-std::string cutAtCharacter(std::string_view text, std::size_t limit) {
+// Cuts off at a character boundary. `limit` is in bytes.
+std::string truncated(std::string_view text, std::size_t limit) {
     if (text.size() <= limit)
         return std::string(text);
     std::size_t end = limit;
@@ -31,6 +32,7 @@ std::string cutAtCharacter(std::string_view text, std::size_t limit) {
     return std::string(text.substr(0, end));
 }
 
+// Replaces invalid UTF-8.
 std::string validText(std::string_view text) {
     gchar* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
     std::string result(valid);
@@ -40,8 +42,9 @@ std::string validText(std::string_view text) {
 
 constexpr std::string_view kLineSeparator = "\u2028";
 
-// The text as one paragraph, over which a number of lines counts: only line separators break it.
-std::string withLineBreaks(const std::string& text, std::string_view lineBreak) {
+// Replaces each LF, CR and CR LF. Pango applies a limit of lines to each paragraph, so the text has
+// to become one paragraph.
+std::string replaceLineBreaks(const std::string& text, std::string_view lineBreak) {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
@@ -54,7 +57,8 @@ std::string withLineBreaks(const std::string& text, std::string_view lineBreak) 
     return result;
 }
 
-std::string withSpacesForSeparators(std::string text, std::size_t from) {
+// Replaces line separators from byte `from` on.
+std::string replaceSeparatorsBySpaces(std::string text, std::size_t from) {
     for (auto at = text.find(kLineSeparator, from); at != std::string::npos;
          at = text.find(kLineSeparator, at))
         text.replace(at, kLineSeparator.size(), 1, ' ');
@@ -65,12 +69,13 @@ void setLayoutText(PangoLayout* layout, const std::string& text) {
     pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
 }
 
-// What follows the start of the last line must stand in that line, cut off by an ellipsis: there a
-// line break would show as a symbol.
+// Replaces the line breaks after the start of the last visible line by spaces: where the line is
+// cut off by an ellipsis, they would show as symbols.
 void joinLinesFrom(PangoLayout* layout, int lastLine) {
     if (const auto* line = pango_layout_get_line_readonly(layout, lastLine))
-        setLayoutText(layout, withSpacesForSeparators(pango_layout_get_text(layout),
-                                                      static_cast<std::size_t>(line->start_index)));
+        setLayoutText(layout,
+                      replaceSeparatorsBySpaces(pango_layout_get_text(layout),
+                                                static_cast<std::size_t>(line->start_index)));
 }
 
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
@@ -83,6 +88,11 @@ PangoAlignment pangoAlignment(NSTextAlignment alignment) {
         break;
     }
     return PANGO_ALIGN_LEFT;
+}
+
+// A number as part of a cache key.
+std::int32_t keyWord(double v) {
+    return std::bit_cast<std::int32_t>(static_cast<float>(v));
 }
 
 std::int32_t nextId() {
@@ -99,29 +109,31 @@ struct TextLayout::Impl {
     int lineCount = 1;
     NSTextAlignment alignment = NSTextAlignment::left;
 
-    // What was shaped from these; null: not yet.
+    // The result of shaping the above; null when out of date.
     ShapedTextRef shaped;
 
     Impl() = default;
-    ~Impl() { forget(); }
+    ~Impl() { invalidate(); }
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
-    void forget() {
+    void invalidate() {
         if (!shaped)
             return;
         const auto lock = lockShaping();
         shaped.reset();
     }
 
+    // Sets a property; invalidates only if it changes.
     template <class T>
     void set(T& member, const T& value) {
         if (member == value)
             return;
-        forget();
+        invalidate();
         member = value;
     }
 
+    // Shapes the text if that is out of date.
     const ShapedText& shape();
     GObjectPtr<PangoLayout> makeLayout(Fallback fallback) const;
     void render(cairo_t* cr, const ShapedText& s, double scale, const PixelRect& box) const;
@@ -140,7 +152,7 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
         setLayoutText(layout.get(), text);
         return layout;
     }
-    setLayoutText(layout.get(), withLineBreaks(text, lineCount == 1 ? " " : kLineSeparator));
+    setLayoutText(layout.get(), replaceLineBreaks(text, lineCount == 1 ? " " : kLineSeparator));
     if (lineCount > 1)
         joinLinesFrom(layout.get(), lineCount - 1);
     if (width) {
@@ -174,15 +186,16 @@ const ShapedText& TextLayout::Impl::shape() {
         s->isColored = hasColoredGlyphs(s->layout.get());
     }
     shaped = std::move(s);
-    ShapedTextCache::shared().keep(request, shaped);
+    ShapedTextCache::shared().insert(request, shaped);
     return *shaped;
 }
 
-// The corner of `box` is the origin of `cr`; pixels of the box count from the layout's own corner.
+// Draws so that the top left corner of `box`, in device pixels relative to the layout's top left
+// corner, is at the origin of `cr`.
 void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
                               const PixelRect& box) const {
     const auto lock = lockShaping();
-    // The first baseline stands on a whole pixel, whatever the scale.
+    // Rounds the first baseline to a whole pixel at every scale.
     const double baseline = s.baseline * scale;
     cairo_translate(cr, -box.x, std::round(baseline) - baseline - box.y);
     cairo_scale(cr, scale, scale);
@@ -197,7 +210,7 @@ TextLayout& TextLayout::operator=(TextLayout&&) noexcept = default;
 void TextLayout::setText(std::string_view text) {
     if (text == impl_->text)
         return;
-    impl_->set(impl_->text, validText(cutAtCharacter(text, kLargestText)));
+    impl_->set(impl_->text, validText(truncated(text, kLargestText)));
 }
 
 const std::string& TextLayout::text() const {
@@ -207,13 +220,14 @@ const std::string& TextLayout::text() const {
 void TextLayout::setFont(const Ref<UIFont>& font) {
     const Ref<UIFont> chosen = font ? font : UIFont::systemFontOfSize(17);
     if (chosen->face() != impl_->font->face() || !chosen->isEqual(impl_->font.get()))
-        impl_->forget();
+        impl_->invalidate();
     impl_->font = chosen;
 }
 
 void TextLayout::setWidth(std::optional<CGFloat> width) {
-    constexpr CGFloat kWidest = 100000; // the shaping library counts in 1024ths
-    impl_->set(impl_->width, width ? std::optional(finite(*width, 0, kWidest, 0)) : std::nullopt);
+    constexpr CGFloat kLargestWidth = 100000; // pango's int counts 1024ths of a point
+    impl_->set(impl_->width,
+               width ? std::optional(finite(*width, 0, kLargestWidth, 0)) : std::nullopt);
 }
 
 void TextLayout::setLineCount(int lines) {
@@ -236,7 +250,7 @@ bool TextLayout::isTruncated() const {
 
 CGRect TextLayout::inkBounds() const {
     const CGRect& ink = impl_->shape().ink;
-    // Soft edges and the way to whole pixels reach a little further.
+    // Antialiased edges and rounding to whole pixels add a little.
     return ink.isEmpty() ? CGRect() : CGRectInset(ink, -1.5, -1.5);
 }
 
@@ -272,21 +286,19 @@ void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) 
                         pixel(shaped.ink.maxY(), 2) - top};
     const PixelRect place{corner.x + box.x, corner.y + box.y, box.width, box.height};
 
-    const auto scaleBits = std::bit_cast<std::int32_t>(static_cast<float>(scale));
     std::array<std::int32_t, 6> key{
-        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, scaleBits, 0, 0, 0};
-    const Paint paint = Paint{color.red(), color.green(), color.blue(), color.alpha()}.withAlpha(
-        painter.state.alpha);
+        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, keyWord(scale), 0, 0, 0};
+    const Paint paint = Paint::of(color).withAlpha(painter.state.alpha);
     if (!shaped.isColored) {
-        painter.paintKept(key, place, CAIRO_FORMAT_A8, paint,
-                          [&](cairo_t* cr) { impl_->render(cr, shaped, scale, box); });
+        painter.paintCached(key, place, CAIRO_FORMAT_A8, paint,
+                            [&](cairo_t* cr) { impl_->render(cr, shaped, scale, box); });
         return;
     }
-    const auto bits = [](double v) { return std::bit_cast<std::int32_t>(static_cast<float>(v)); };
-    key[3] = bits(color.red());
-    key[4] = bits(color.green());
-    key[5] = bits(color.blue());
-    painter.paintKept(key, place, CAIRO_FORMAT_ARGB32, paint, [&](cairo_t* cr) {
+    // Glyphs without colours of their own have the text's colour in the cached picture.
+    key[3] = keyWord(color.red());
+    key[4] = keyWord(color.green());
+    key[5] = keyWord(color.blue());
+    painter.paintCached(key, place, CAIRO_FORMAT_ARGB32, paint, [&](cairo_t* cr) {
         cairo_set_source_rgb(cr, color.red(), color.green(), color.blue());
         impl_->render(cr, shaped, scale, box);
     });

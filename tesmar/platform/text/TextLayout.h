@@ -1,7 +1,9 @@
-// A shaped text, kept for measuring and redrawing. Lengths are points. One thread at a time.
+// Text with one font, broken into lines; shaped once, then measured and drawn many times. All
+// lengths are in points. Only one thread at a time may use a layout; different threads may use
+// different layouts.
 //
-// Layouts do not depend on the scale at which they are drawn. Drawing through clip rectangles gives
-// the same pixels as drawing at once (see CGContext).
+// Measurements do not depend on the scale at which the text is drawn. As with shapes, drawing
+// through several clips produces the same pixels as drawing at once (see CGContext).
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -28,35 +30,38 @@ class TESMAR_API TextLayout {
     TextLayout(TextLayout&&) noexcept;
     TextLayout& operator=(TextLayout&&) noexcept;
 
-    // Setting what is set already costs next to nothing; anything new is shaped when it is next
-    // needed. Text is UTF-8: what is not valid is replaced by U+FFFD, and text beyond
-    // kLargestText bytes is cut off.
+    // Setting a property to the value that it has costs next to nothing; after any other change the
+    // text is shaped again when it is next measured or drawn.
+
+    // UTF-8; initially empty. Invalid bytes are replaced by U+FFFD, and text beyond kLargestText
+    // bytes is cut off between characters.
     static constexpr std::size_t kLargestText = 64 * 1024;
     void setText(std::string_view text);
     const std::string& text() const;
-    // 17-point system font at the start; null means that one.
+    // Initially the 17-point system font; null sets that one.
     void setFont(const Ref<UIFont>& font);
-    // Lines are broken at this width, and aligned in it. None (the start): as wide as the text.
+    // The width at which lines break, and in which they are aligned; clamped to 0…100,000, and NaN
+    // counts as 0. Without one, the initial state, the layout is as wide as its longest line.
     void setWidth(std::optional<CGFloat> width);
-    // At most this many lines; what does not fit the last one ends in an ellipsis. 0: as many as
-    // the text needs. 1 at the start: line breaks in the text are then drawn as spaces.
+    // The largest number of lines; with a width, an ellipsis ends the last one if there is more
+    // text. 0 means no limit. Initially 1, in which case line breaks in the text become spaces.
     void setLineCount(int lines);
     void setAlignment(NSTextAlignment alignment);
 
-    // The text's own width (never beyond setWidth by more than one unbreakable cluster) and the
-    // height of its lines. Not rounded.
+    // The width of the longest line, which exceeds the width that was set only by a character that
+    // cannot be broken, and the height of all lines. Not rounded.
     CGSize size() const;
-    // From the top of the layout to the first line's baseline.
+    // The first line's baseline, measured down from the top.
     CGFloat baseline() const;
-    // Where there is ink, relative to the origin at which the layout is drawn; it may reach beyond
-    // size() on every side. Empty when nothing is to be seen.
+    // The area that draw() may touch, relative to its origin. It may extend beyond size() on every
+    // side. Empty if nothing is visible.
     CGRect inkBounds() const;
-    // The box of each line, relative to the origin.
+    // One box for each line, relative to the origin.
     std::vector<CGRect> lineBoxes() const;
-    // Whether an ellipsis stands in for some of the text.
+    // Whether an ellipsis replaces part of the text.
     bool isTruncated() const;
 
-    // Draws with the top left corner of the layout at `origin`, brought to whole device pixels.
+    // Draws with the top left corner at `origin`, which is rounded to whole device pixels.
     void draw(CGContext& context, CGPoint origin, const UIColor& color) const;
 
   private:

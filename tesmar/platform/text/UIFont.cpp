@@ -2,19 +2,20 @@
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/text/internal/current_catalogue.h"
+#include "tesmar/platform/text/internal/FontCatalogue.h"
 
 namespace tesmar {
 namespace {
 
 constexpr CGFloat kDefaultSize = 17;
 
-bool isSize(CGFloat size) {
+bool isValidSize(CGFloat size) {
     return std::isfinite(size) && size > 0;
 }
 
-CGFloat heldSize(CGFloat size, CGFloat fallback) {
-    return isSize(size) ? std::min(size, UIFont::kLargestSize) : fallback;
+// `fallback` if the size is not valid.
+CGFloat validSize(CGFloat size, CGFloat fallback) {
+    return isValidSize(size) ? std::min(size, UIFont::kLargestSize) : fallback;
 }
 
 FaceMetrics metricsOf(const FontFace& face) {
@@ -25,16 +26,7 @@ FaceMetrics metricsOf(const FontFace& face) {
 } // namespace
 
 Class& UIFont::classObject() {
-    static Class type(
-        "UIFont", &NSObject::classObject(), allocator<UIFont>(),
-        {method<&UIFont::fontName>("fontName"), method<&UIFont::familyName>("familyName"),
-         method<&UIFont::pointSize>("pointSize"), method<&UIFont::ascender>("ascender"),
-         method<&UIFont::descender>("descender"), method<&UIFont::lineHeight>("lineHeight"),
-         method<&UIFont::fontWithSize>("fontWithSize:")},
-        {method<&UIFont::fontWithName>("fontWithName:size:"),
-         method<&UIFont::systemFontOfSize>("systemFontOfSize:"),
-         method<&UIFont::familyNames>("familyNames"),
-         method<&UIFont::fontNamesForFamilyName>("fontNamesForFamilyName:")});
+    static Class type("UIFont", &NSObject::classObject(), allocator<UIFont>());
     return type;
 }
 
@@ -47,31 +39,31 @@ Ref<UIFont> UIFont::create(std::string fontName, CGFloat size, FontFaceRef face)
 }
 
 Ref<UIFont> UIFont::fontWithName(std::string_view fontName, CGFloat size) {
-    if (!isSize(size))
+    if (!isValidSize(size))
         return nullptr;
-    const FontFaceRef face = currentCatalogue()->find(fontName);
+    const FontFaceRef face = FontRegistry::catalogue()->find(fontName);
     return face ? create(face->name, std::min(size, kLargestSize), face) : nullptr;
 }
 
 Ref<UIFont> UIFont::systemFontOfSize(CGFloat size) {
-    const FontFaceRef face = currentCatalogue()->systemFace();
-    return create(face->name, heldSize(size, kDefaultSize), face);
+    const FontFaceRef face = FontRegistry::catalogue()->systemFace();
+    return create(face->name, validSize(size, kDefaultSize), face);
 }
 
 Ref<UIFont> UIFont::fontWithSize(CGFloat size) const {
-    return create(fontName_, heldSize(size, pointSize_), face_);
+    return create(fontName_, validSize(size, pointSize_), face_);
 }
 
 std::vector<std::string> UIFont::familyNames() {
-    return currentCatalogue()->familyNames();
+    return FontRegistry::catalogue()->familyNames();
 }
 
 std::vector<std::string> UIFont::fontNamesForFamilyName(std::string_view familyName) {
-    return currentCatalogue()->facesOfFamily(familyName);
+    return FontRegistry::catalogue()->facesOfFamily(familyName);
 }
 
 bool UIFont::init() {
-    face_ = currentCatalogue()->systemFace();
+    face_ = FontRegistry::catalogue()->systemFace();
     fontName_ = face_->name;
     pointSize_ = kDefaultSize;
     return true;
@@ -96,9 +88,9 @@ CGFloat UIFont::lineHeight() const {
 bool UIFont::initWithCoder(NSCoder& coder) {
     const auto name = coder.decodeString("UIFontName");
     const auto size = coder.decodeDouble("UIFontPointSize");
-    if (!name || name->empty() || !size || !isSize(*size))
+    if (!name || name->empty() || !size || !isValidSize(*size))
         return false;
-    const auto catalogue = currentCatalogue();
+    const auto catalogue = FontRegistry::catalogue();
     const FontFaceRef face = catalogue->find(*name);
     fontName_ = *name;
     pointSize_ = std::min(*size, kLargestSize);

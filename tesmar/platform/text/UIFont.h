@@ -1,4 +1,4 @@
-// A face at a size. Immutable; any thread.
+// A font face at a size. Immutable; may be used by any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -17,38 +17,39 @@ class TESMAR_API UIFont : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Sizes in points above this count as this.
+    // In points; larger sizes are reduced to this.
     static constexpr CGFloat kLargestSize = 1000;
 
-    // Null when no face bears exactly that name, or when the size is not finite and above zero.
+    // Null if no face has exactly that name, or if the size is not finite and positive.
     static Ref<UIFont> fontWithName(std::string_view fontName, CGFloat size);
-    // Never null: a size that is not finite or not above zero counts as 17.
+    // Never null; a size that is not finite and positive counts as 17.
     static Ref<UIFont> systemFontOfSize(CGFloat size);
-    // The same face at another size; sizes as in systemFontOfSize, with this font's size for 17.
+    // The same face at another size; if that is not finite and positive, at this font's size.
     Ref<UIFont> fontWithSize(CGFloat size) const;
 
-    // Every family but the system font's, and the names of a family's faces (none for a family that
-    // does not exist), in ascending byte order. A face is listed under one family only.
+    // All families except the system font's; and the names of a family's faces, none for an unknown
+    // family. Both are in ascending byte order. Each face belongs to one family.
     static std::vector<std::string> familyNames();
     static std::vector<std::string> fontNamesForFamilyName(std::string_view familyName);
 
     const std::string& fontName() const { return fontName_; }
-    // The family under which the face is listed; the font's own name when the face is missing.
+    // The family that lists the face; the font's own name if the face is missing.
     std::string familyName() const;
     CGFloat pointSize() const { return pointSize_; }
 
-    // Points, by the face's own tables. The descender is negative.
+    // In points, from the face's own tables. The descender is negative, and the line height is the
+    // ascender minus the descender.
     CGFloat ascender() const;
     CGFloat descender() const;
     CGFloat lineHeight() const;
 
     // The 17-point system font.
     bool init() override;
-    // A font whose face is not here keeps its name and size, and draws with the system font. False
-    // for an empty name or a size that is not finite and above zero.
+    // A font whose face is missing keeps its name and size, and is drawn by the system font. False
+    // if the name is empty, or if the size is not finite and positive.
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
-    // The same face name and size.
+    // True for the same face name and size.
     bool isEqual(const NSObject* other) const override;
 
     // Added by the caption library
@@ -56,7 +57,7 @@ class TESMAR_API UIFont : public NSObject {
     static std::string systemFontFamily();
     static std::vector<CGFloat> fontSizesForFontName(std::string_view name);
 
-    // For the text floor: the face that draws.
+    // For the text layer: the face that draws.
     const std::shared_ptr<const FontFace>& face() const { return face_; }
 
   private:

@@ -3,6 +3,7 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 
 #include <algorithm>
 
@@ -23,18 +24,7 @@ T forState(const std::map<unsigned, T>& values, unsigned state) {
 } // namespace
 
 Class& UIButton::classObject() {
-    static Class type("UIButton", &UIControl::classObject(), allocator<UIButton>(),
-                      {method<&UIButton::buttonType>("buttonType"),
-                       method<&UIButton::setTitle>("setTitle:forState:"),
-                       method<&UIButton::titleForState>("titleForState:"),
-                       method<&UIButton::setTitleColor>("setTitleColor:forState:"),
-                       method<&UIButton::titleColorForState>("titleColorForState:"),
-                       method<&UIButton::setImage>("setImage:forState:"),
-                       method<&UIButton::imageForState>("imageForState:"),
-                       method<&UIButton::tintColor>("tintColor"),
-                       method<&UIButton::setTintColor>("setTintColor:"),
-                       method<&UIButton::titleLabel>("titleLabel")},
-                      {method<&UIButton::buttonWithType>("buttonWithType:")});
+    static Class type("UIButton", &UIControl::classObject(), allocator<UIButton>());
     return type;
 }
 

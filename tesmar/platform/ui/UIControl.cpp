@@ -18,14 +18,7 @@ constexpr double kFlash = 0.1;
 } // namespace
 
 Class& UIControl::classObject() {
-    static Class type(
-        "UIControl", &UIView::classObject(), allocator<UIControl>(),
-        {method<&UIControl::isEnabled>("isEnabled"), method<&UIControl::setEnabled>("setEnabled:"),
-         method<&UIControl::isSelected>("isSelected"),
-         method<&UIControl::setSelected>("setSelected:"),
-         method<&UIControl::isHighlighted>("isHighlighted"),
-         method<&UIControl::setHighlighted>("setHighlighted:"), method<&UIControl::state>("state"),
-         method<&UIControl::sendActionsForControlEvents>("sendActionsForControlEvents:")});
+    static Class type("UIControl", &UIView::classObject(), allocator<UIControl>());
     return type;
 }
 

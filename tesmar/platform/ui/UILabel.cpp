@@ -3,6 +3,7 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 
 #include <cmath>
 
@@ -14,13 +15,7 @@ constexpr CGFloat kDefaultSize = 17;
 } // namespace
 
 Class& UILabel::classObject() {
-    static Class type("UILabel", &UIView::classObject(), allocator<UILabel>(),
-                      {method<&UILabel::text>("text"), method<&UILabel::setText>("setText:"),
-                       method<&UILabel::font>("font"), method<&UILabel::setFont>("setFont:"),
-                       method<&UILabel::textColor>("textColor"),
-                       method<&UILabel::setTextColor>("setTextColor:"),
-                       method<&UILabel::textAlignment>("textAlignment"),
-                       method<&UILabel::setTextAlignment>("setTextAlignment:")});
+    static Class type("UILabel", &UIView::classObject(), allocator<UILabel>());
     return type;
 }
 

@@ -78,8 +78,7 @@ void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
 } // namespace
 
 Class& UINib::classObject() {
-    static Class type("UINib", &NSObject::classObject(), {}, {},
-                      {method<&UINib::nibWithNibName>("nibWithNibName:bundle:")});
+    static Class type("UINib", &NSObject::classObject(), {});
     return type;
 }
 

@@ -9,17 +9,7 @@
 namespace tesmar {
 
 Class& UIScrollView::classObject() {
-    static Class type(
-        "UIScrollView", &UIView::classObject(), allocator<UIScrollView>(),
-        {method<&UIScrollView::isScrollEnabled>("isScrollEnabled"),
-         method<&UIScrollView::setScrollEnabled>("setScrollEnabled:"),
-         method<&UIScrollView::showsVerticalScrollIndicator>("showsVerticalScrollIndicator"),
-         method<&UIScrollView::setShowsVerticalScrollIndicator>("setShowsVerticalScrollIndicator:"),
-         method<&UIScrollView::showsHorizontalScrollIndicator>("showsHorizontalScrollIndicator"),
-         method<&UIScrollView::setShowsHorizontalScrollIndicator>(
-             "setShowsHorizontalScrollIndicator:"),
-         method<&UIScrollView::isDragging>("isDragging"),
-         method<&UIScrollView::isDecelerating>("isDecelerating")});
+    static Class type("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());
     return type;
 }
 

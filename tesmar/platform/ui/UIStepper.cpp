@@ -28,33 +28,7 @@ double finiteValue(double value) {
 } // namespace
 
 Class& UIStepper::classObject() {
-    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>(),
-                      {method<&UIStepper::value>("value"),
-                       method<&UIStepper::setValue>("setValue:"),
-                       method<&UIStepper::minimumValue>("minimumValue"),
-                       method<&UIStepper::setMinimumValue>("setMinimumValue:"),
-                       method<&UIStepper::maximumValue>("maximumValue"),
-                       method<&UIStepper::setMaximumValue>("setMaximumValue:"),
-                       method<&UIStepper::stepValue>("stepValue"),
-                       method<&UIStepper::setStepValue>("setStepValue:"),
-                       method<&UIStepper::wraps>("wraps"),
-                       method<&UIStepper::setWraps>("setWraps:"),
-                       method<&UIStepper::autorepeat>("autorepeat"),
-                       method<&UIStepper::setAutorepeat>("setAutorepeat:"),
-                       method<&UIStepper::isContinuous>("isContinuous"),
-                       method<&UIStepper::setContinuous>("setContinuous:"),
-                       method<&UIStepper::tintColor>("tintColor"),
-                       method<&UIStepper::setTintColor>("setTintColor:"),
-                       method<&UIStepper::incrementImageForState>("incrementImageForState:"),
-                       method<&UIStepper::setIncrementImage>("setIncrementImage:forState:"),
-                       method<&UIStepper::decrementImageForState>("decrementImageForState:"),
-                       method<&UIStepper::setDecrementImage>("setDecrementImage:forState:"),
-                       method<&UIStepper::backgroundImageForState>("backgroundImageForState:"),
-                       method<&UIStepper::setBackgroundImage>("setBackgroundImage:forState:"),
-                       method<&UIStepper::dividerImageForStates>(
-                           "dividerImageForLeftSegmentState:rightSegmentState:"),
-                       method<&UIStepper::setDividerImage>(
-                           "setDividerImage:forLeftSegmentState:rightSegmentState:")});
+    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>());
     return type;
 }
 

@@ -1,5 +1,6 @@
 // The look of steppers: their images, and symbols and a border in place of missing ones.
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIStepper.h"
 
 namespace tesmar {

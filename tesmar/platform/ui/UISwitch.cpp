@@ -3,6 +3,7 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/Transition.h"
 
@@ -25,13 +26,7 @@ void setMixedFillColor(CGContext& context, const UIColor& a, const UIColor& b, d
 } // namespace
 
 Class& UISwitch::classObject() {
-    static Class type(
-        "UISwitch", &UIControl::classObject(), allocator<UISwitch>(),
-        {method<&UISwitch::isOn>("isOn"),
-         method<static_cast<void (UISwitch::*)(bool)>(&UISwitch::setOn)>("setOn:"),
-         method<static_cast<void (UISwitch::*)(bool, bool)>(&UISwitch::setOn)>("setOn:animated:"),
-         method<&UISwitch::onTintColor>("onTintColor"),
-         method<&UISwitch::setOnTintColor>("setOnTintColor:")});
+    static Class type("UISwitch", &UIControl::classObject(), allocator<UISwitch>());
     return type;
 }
 

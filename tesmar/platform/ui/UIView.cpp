@@ -13,20 +13,7 @@
 namespace tesmar {
 
 Class& UIView::classObject() {
-    static Class type(
-        "UIView", &NSObject::classObject(), allocator<UIView>(),
-        {method<&UIView::initWithFrame>("initWithFrame:"), method<&UIView::frame>("frame"),
-         method<&UIView::setFrame>("setFrame:"), method<&UIView::bounds>("bounds"),
-         method<&UIView::addSubview>("addSubview:"),
-         method<&UIView::removeFromSuperview>("removeFromSuperview"),
-         method<&UIView::backgroundColor>("backgroundColor"),
-         method<&UIView::setBackgroundColor>("setBackgroundColor:"),
-         method<&UIView::alpha>("alpha"), method<&UIView::setAlpha>("setAlpha:"),
-         method<&UIView::isHidden>("isHidden"), method<&UIView::setHidden>("setHidden:"),
-         method<&UIView::setNeedsDisplay>("setNeedsDisplay"), method<&UIView::draw>("drawRect:"),
-         method<&UIView::setNeedsLayout>("setNeedsLayout"),
-         method<&UIView::layoutIfNeeded>("layoutIfNeeded"),
-         method<&UIView::sizeToFit>("sizeToFit")});
+    static Class type("UIView", &NSObject::classObject(), allocator<UIView>());
     return type;
 }
 
@@ -64,8 +51,8 @@ bool UIView::initWithCoder(NSCoder& coder) {
         coder.decodeBool("userInteractionEnabled").value_or(userInteractionEnabled_);
     backgroundColor_ = as<UIColor>(coder.decodeObject("backgroundColor"));
     identifier_ = coder.decodeString("accessibilityIdentifier").value_or("");
-    framesAreGiven_ =
-        coder.decodeBool("translatesAutoresizingMaskIntoConstraints").value_or(framesAreGiven_);
+    translatesMask_ =
+        coder.decodeBool("translatesAutoresizingMaskIntoConstraints").value_or(translatesMask_);
     for (const auto& object : coder.decodeObjects("subviews"))
         if (const auto view = as<UIView>(object))
             addSubview(view);

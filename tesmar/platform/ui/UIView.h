@@ -9,6 +9,8 @@
 #include "tesmar/platform/layout/NSLayoutConstraint.h"
 
 #include <functional>
+#include <initializer_list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -23,10 +25,9 @@ class NSBundle;
 class UITouch;
 class UIWindow;
 
-// "No wish" along an axis of an intrinsic size.
+// Stands for "no preference" in an intrinsic size.
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
 inline constexpr CGSize UILayoutFittingCompressedSize{0, 0};
-inline constexpr CGSize UILayoutFittingExpandedSize{10000, 10000};
 
 class TESMAR_API UIView : public NSObject, public LayoutItem {
     TESMAR_CLASS
@@ -126,37 +127,49 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Layout ---------------------------------------------------------------------------------
 
-    // True (the start): the view keeps its frame. False: constraints decide it.
-    bool translatesAutoresizingMaskIntoConstraints() const { return framesAreGiven_; }
+    // True (the default): the frame is what setFrame() sets, and constraints treat it as fixed.
+    // False: constraints determine the frame.
+    bool translatesAutoresizingMaskIntoConstraints() const { return translatesMask_; }
     void setTranslatesAutoresizingMaskIntoConstraints(bool translates);
-    // The constraint must concern this view or views below it.
+    // The items of a constraint must be this view or its descendants. Null is ignored.
     void addConstraint(const Ref<NSLayoutConstraint>& constraint);
     void addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
-    void removeConstraint(const Ref<NSLayoutConstraint>& constraint);
-    const std::vector<Ref<NSLayoutConstraint>>& constraints() const { return constraints_; }
+    using NamedViews = std::map<std::string, Ref<UIView>>;
+    struct FormatRow {
+        std::string_view format;
+        NSLayoutFormatOptions options = NSLayoutFormatNone;
+    };
+    // Adds the constraints of NSLayoutConstraint::constraintsWithVisualFormat() for each row, in
+    // order. Errors in a format are fatal.
+    void addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
+                                         const NamedViews& views,
+                                         const NSLayoutConstraint::Metrics& metrics = {});
 
-    // The size that the content wants; UIViewNoIntrinsicMetric where it has no wish.
+    // The preferred size of the content, in points; UIViewNoIntrinsicMetric for a width or height
+    // without a preference.
     virtual CGSize intrinsicContentSize() const;
     void invalidateIntrinsicContentSize();
-    // How often constraints or contents below this view, where a layout begins, have changed.
+    // Counts the changes of constraints and intrinsic sizes in this view and its descendants. Only
+    // layout roots count: the topmost view and the views of controllers.
     std::uint64_t layoutChanges() const { return layoutChanges_; }
+    // How strongly the view resists becoming larger than its intrinsic size, clamped to 0 to 1000.
+    // Initially 250; NaN counts as 250.
     double contentHuggingPriority(LayoutAxis axis) const;
     void setContentHuggingPriority(double priority, LayoutAxis axis);
-    double contentCompressionResistancePriority(LayoutAxis axis) const;
-    void setContentCompressionResistancePriority(double priority, LayoutAxis axis);
 
-    // The smallest (or, for a large target, the largest) size that the constraints allow.
+    // The size closest to `target`, in points, that constraints and content allow: the smallest for
+    // UILayoutFittingCompressedSize. Changes no frames.
     CGSize systemLayoutSizeFittingSize(CGSize target);
-    // The size that suits the content best; the intrinsic size, and the present one where the
-    // content has no wish.
-    virtual CGSize sizeThatFits(CGSize size) const;
+    // Sets the size to the intrinsic size and keeps the origin. A width or height without a
+    // preference does not change.
     void sizeToFit();
 
     void setNeedsLayout();
-    // Brings every frame up to date, from the root of the view's layout down: the topmost view, or
-    // a controller's.
+    // Updates all frames below the root of the view's layout, which is the closest controller's
+    // view above it or the topmost view.
     void layoutIfNeeded();
-    // Called when the view's size or its layout needs have changed, after constraints are solved.
+    // Called after the constraints have been solved, if the view's size has changed or
+    // setNeedsLayout() was called.
     virtual void layoutSubviews() {}
 
     // --- Added by the caption library -----------------------------------------------------------
@@ -174,11 +187,15 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     const std::vector<std::shared_ptr<NSLayoutConstraint>>& layoutConstraints() const override {
         return constraints_;
     }
-    bool layoutFrameIsGiven() const override { return framesAreGiven_; }
+    bool layoutFrameIsFixed() const override { return translatesAutoresizingMaskIntoConstraints(); }
     CGRect layoutFrame() const override { return frame_; }
     std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override;
-    double layoutHuggingPriority(LayoutAxis axis) const override;
-    double layoutCompressionPriority(LayoutAxis axis) const override;
+    double layoutHuggingPriority(LayoutAxis axis) const override {
+        return contentHuggingPriority(axis);
+    }
+    double layoutCompressionPriority(LayoutAxis) const override {
+        return UILayoutPriorityDefaultHigh;
+    }
     std::optional<CGFloat> layoutBaselineBelowCenter() const override { return std::nullopt; }
     bool layoutEdgesAreContent() const override { return false; }
     bool layoutIsRightToLeft() const override { return false; }
@@ -196,7 +213,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     virtual void didMoveToWindow() {}
     // Like draw, but above the subviews.
     virtual void drawOverlay(CGRect /*rect*/) {}
-    // True: what stands inside lays itself out on its own, and no constraint reaches across.
+    // True: each subview is the root of a layout of its own, and no constraint may refer to views
+    // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
     // Paints the view with everything in it. `superOrigin` is the origin of the superview's
     // coordinates on the surface.
@@ -232,12 +250,11 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool userInteractionEnabled_ = true;
     std::string identifier_;
 
-    bool framesAreGiven_ = true;
+    bool translatesMask_ = true;
     bool needsLayout_ = true;
     std::uint64_t layoutChanges_ = 0;
     bool treeNeedsLayout_ = true; // of a layout root
-    double hugging_[2] = {250, 250};
-    double compression_[2] = {750, 750};
+    double hugging_[2] = {UILayoutPriorityDefaultLow, UILayoutPriorityDefaultLow}; // by axis
     std::vector<Ref<NSLayoutConstraint>> constraints_;
     std::unique_ptr<LayoutEngine> engine_; // of a layout root
 };

@@ -11,21 +11,8 @@
 namespace tesmar {
 
 Class& UIViewController::classObject() {
-    static Class type(
-        "UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
-        {method<&UIViewController::initWithNibName>("initWithNibName:bundle:"),
-         method<&UIViewController::view>("view"), method<&UIViewController::setView>("setView:"),
-         method<&UIViewController::isViewLoaded>("isViewLoaded"),
-         method<&UIViewController::loadView>("loadView"),
-         method<&UIViewController::viewDidLoad>("viewDidLoad"),
-         method<&UIViewController::viewWillAppear>("viewWillAppear:"),
-         method<&UIViewController::viewDidAppear>("viewDidAppear:"),
-         method<&UIViewController::viewWillDisappear>("viewWillDisappear:"),
-         method<&UIViewController::viewDidDisappear>("viewDidDisappear:"),
-         method<&UIViewController::didReceiveMemoryWarning>("didReceiveMemoryWarning"),
-         method<&UIViewController::presentedViewController>("presentedViewController"),
-         method<&UIViewController::presentingViewController>("presentingViewController"),
-         method<&UIViewController::isBeingDismissed>("isBeingDismissed")});
+    static Class type("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
+                      {method<&UIViewController::setView>("setView:")});
     return type;
 }
 

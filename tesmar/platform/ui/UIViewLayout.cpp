@@ -1,17 +1,17 @@
-// How views find their places: constraints, sizes that content wants, and the layout pass.
+// Layout of views: constraints, intrinsic sizes, and the layout pass.
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace tesmar {
 namespace {
 
-// A layoutSubviews that keeps asking for another pass must not hang the host.
-constexpr int kMostPasses = 8;
+// Keeps a layoutSubviews() that always requests another pass from hanging the host.
+constexpr int kMaxPasses = 8;
 
 std::size_t index(LayoutAxis axis) {
     return axis == LayoutAxis::horizontal ? 0 : 1;
@@ -20,9 +20,9 @@ std::size_t index(LayoutAxis axis) {
 } // namespace
 
 void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
-    if (translates == framesAreGiven_)
+    if (translates == translatesMask_)
         return;
-    framesAreGiven_ = translates;
+    translatesMask_ = translates;
     layoutNeedsUpdate();
 }
 
@@ -38,9 +38,13 @@ void UIView::addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constrai
         addConstraint(constraint);
 }
 
-void UIView::removeConstraint(const Ref<NSLayoutConstraint>& constraint) {
-    std::erase(constraints_, constraint);
-    layoutNeedsUpdate();
+void UIView::addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
+                                             const NamedViews& views,
+                                             const NSLayoutConstraint::Metrics& metrics) {
+    const NSLayoutConstraint::Views items(views.begin(), views.end());
+    for (const FormatRow& row : rows)
+        addConstraints(NSLayoutConstraint::constraintsWithVisualFormat(row.format, row.options,
+                                                                       metrics, items));
 }
 
 CGSize UIView::intrinsicContentSize() const {
@@ -56,16 +60,8 @@ double UIView::contentHuggingPriority(LayoutAxis axis) const {
 }
 
 void UIView::setContentHuggingPriority(double priority, LayoutAxis axis) {
-    hugging_[index(axis)] = finite(priority, 0, 1000, 250);
-    layoutNeedsUpdate();
-}
-
-double UIView::contentCompressionResistancePriority(LayoutAxis axis) const {
-    return compression_[index(axis)];
-}
-
-void UIView::setContentCompressionResistancePriority(double priority, LayoutAxis axis) {
-    compression_[index(axis)] = finite(priority, 0, 1000, 750);
+    hugging_[index(axis)] =
+        finite(priority, 0, UILayoutPriorityRequired, UILayoutPriorityDefaultLow);
     layoutNeedsUpdate();
 }
 
@@ -77,14 +73,6 @@ std::optional<CGFloat> UIView::layoutIntrinsicExtent(LayoutAxis axis) const {
     return finite(extent, 0, kLargestCoordinate, 0);
 }
 
-double UIView::layoutHuggingPriority(LayoutAxis axis) const {
-    return contentHuggingPriority(axis);
-}
-
-double UIView::layoutCompressionPriority(LayoutAxis axis) const {
-    return contentCompressionResistancePriority(axis);
-}
-
 std::string UIView::layoutName() const {
     const std::string name(isa().name());
     return identifier_.empty() ? name : name + " \"" + identifier_ + "\"";
@@ -94,14 +82,13 @@ CGSize UIView::systemLayoutSizeFittingSize(CGSize target) {
     return LayoutEngine::fittingSize(*this, target);
 }
 
-CGSize UIView::sizeThatFits(CGSize) const {
-    const CGSize wish = intrinsicContentSize();
-    return {wish.width == UIViewNoIntrinsicMetric ? frame_.size.width : wish.width,
-            wish.height == UIViewNoIntrinsicMetric ? frame_.size.height : wish.height};
-}
-
 void UIView::sizeToFit() {
-    setFrame({frame_.origin, sizeThatFits(frame_.size)});
+    CGSize size = intrinsicContentSize();
+    if (size.width == UIViewNoIntrinsicMetric)
+        size.width = frame_.size.width;
+    if (size.height == UIViewNoIntrinsicMetric)
+        size.height = frame_.size.height;
+    setFrame({frame_.origin, size});
 }
 
 UIView& UIView::layoutRoot() {
@@ -133,19 +120,19 @@ void UIView::setLayoutFrame(const CGRect& frame) {
 
 void UIView::layoutIfNeeded() {
     assertMainThread("UIView::layoutIfNeeded");
-    const auto kept = ref(this);
+    const auto self = ref(this); // a callback may release this view
     layoutRoot().layoutTree();
 }
 
 void UIView::layoutTree() {
-    const auto kept = weak_from_this().lock();
+    const auto self = weak_from_this().lock();
     if (subviewsAreLayoutRoots()) {
         layoutOwnSubviews();
         for (std::size_t i = 0; i < subviews_.size(); ++i)
             Ref<UIView>(subviews_[i])->layoutTree();
         return;
     }
-    for (int pass = 0; treeNeedsLayout_ && pass < kMostPasses; ++pass) {
+    for (int pass = 0; treeNeedsLayout_ && pass < kMaxPasses; ++pass) {
         treeNeedsLayout_ = false;
         try {
             if (!engine_)

@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/internal/DamageRegion.h"
@@ -74,9 +75,7 @@ class RootController : public UIViewController {
 } // namespace
 
 Class& UIWindow::classObject() {
-    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>(),
-                      {method<&UIWindow::rootViewController>("rootViewController"),
-                       method<&UIWindow::scale>("scale")});
+    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>());
     return type;
 }
 
@@ -272,7 +271,7 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     context->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
                       scale_);
     DamageRegion painted;
-    if (context->pixelWidth() > 0) {
+    if (!context->clipPixels().isEmpty()) {
         // Damage that is reported during painting belongs to the next frame.
         std::swap(painted, *damage_);
         try {

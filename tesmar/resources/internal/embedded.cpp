@@ -9,12 +9,12 @@ extern "C" {
 namespace tesmar {
 
 std::optional<std::string> embeddedResource(std::string_view fileName) {
-    // What is no single path element would be resolved as one, or be cut at its NUL.
+    // GIO would resolve path separators, and end the name at a NUL.
     if (fileName.find_first_of(std::string_view("/\0", 2)) != std::string_view::npos)
         return std::nullopt;
 
-    // Once, guarded: the getter registers the data at its first call, and threads that come there
-    // together crash in it. Naming it is also what keeps the data in a static archive.
+    // The getter registers the data at its first call, which is not thread-safe; the initialiser of
+    // a static is. The call also makes a linker take the data from a static library.
     static GResource* const resource = tesmar_get_resource();
     const std::string path = "/tesmar/" + std::string(fileName);
     GBytes* bytes =

@@ -7,8 +7,8 @@
 
 namespace tesmar {
 
-// Answers the bytes of the embedded file of that name ("stepper-up@2x.png"), or nothing when there
-// is none. Names are exact; one with a path separator is never found. Any thread.
+// A copy of the embedded file with exactly that name, such as "stepper-up@2x.png"; std::nullopt if
+// there is none. Names with a path separator are never found. Any thread.
 std::optional<std::string> embeddedResource(std::string_view fileName);
 
 } // namespace tesmar

@@ -1,11 +1,12 @@
 // A program outside the tree: it sees installed headers and what the library exports.
-#include <tesmar/platform/foundation/NSBundle.h>
+#include <tesmar/tesmar.h>
 
 #include <cstdio>
 
 int main() {
-    const auto bundle = tesmar::NSBundle::bundle("com.example.consumer", {});
-    const bool works = bundle->bundleIdentifier() == "com.example.consumer";
-    std::puts(works ? "works" : "does not work");
+    tesmar::NSBundle::setMainBundle(tesmar::TESMARHostBundle("com.example.consumer"));
+    const auto panel = tesmar::make<tesmar::TESMARViewController>();
+    const bool works = panel->CCStyleAttributes() != nullptr;
+    std::puts(works ? "works with TESMAR " TESMAR_VERSION : "does not work");
     return works ? 0 : 1;
 }

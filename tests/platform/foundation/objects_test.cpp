@@ -1,7 +1,6 @@
 // The object runtime, dictionaries and scalars.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"
@@ -31,7 +30,7 @@ class Base : public NSObject {
         owner->reset();
         ++level_;
     }
-    static long long sum(long long a, long long b) { return a + b; }
+    static double sum(double a, double b) { return a + b; }
     Ref<NSObject>* owner = nullptr;
 
   private:
@@ -69,17 +68,15 @@ Value send(const Ref<NSObject>& object, const char* selector, Arguments&&... arg
 TEST(Runtime, MessagesReachTheOverridingOperationWithConvertedArguments) {
     const Ref<NSObject> object = make<Derived>();
     EXPECT_EQ(std::get<std::string>(send(object, "greet:loud:", "Ann"s, true)), "derived Ann");
-    EXPECT_EQ(std::get<std::string>(send(make<Base>(), "greet:loud:", "Ann"s, 1LL)), "Ann!");
-    send(object, "setLevel:", 3LL);
+    EXPECT_EQ(std::get<std::string>(send(make<Base>(), "greet:loud:", "Ann"s, 1.0)), "Ann!");
+    send(object, "setLevel:", 3.0);
     EXPECT_EQ(std::get<double>(send(object, "level")), 3.0);
     EXPECT_TRUE(std::holds_alternative<std::monostate>(send(object, "twin:", Value())));
     EXPECT_EQ(std::get<Ref<NSObject>>(send(object, "twin:", object)), object);
-    const std::array<Value, 2> numbers{2LL, 40.0};
-    EXPECT_EQ(std::get<long long>(
+    const std::array<Value, 2> numbers{true, 41.0};
+    EXPECT_EQ(std::get<double>(
                   performClassSelector(Derived::classObject(), Selector("sum:with:"), numbers)),
               42);
-    EXPECT_TRUE(object->isKindOfClass(Base::classObject()));
-    EXPECT_FALSE(make<Base>()->isKindOfClass(Derived::classObject()));
     EXPECT_FALSE(object->respondsToSelector(Selector("hidden")));
     EXPECT_EQ(Selector("a:b"), Selector("a:"s + "b"));
 }
@@ -108,10 +105,9 @@ TEST(Runtime, ClassesAreFoundByNameOnceRegistered) {
     EXPECT_FALSE(classNamed("Derived"));
     registerClass(Derived::classObject());
     EXPECT_TRUE(as<Derived>(classNamed("Derived")->alloc()));
-    registerFoundationClasses();
-    registerFoundationClasses();
     EXPECT_EQ(classNamed("NSDictionary"), &NSDictionary::classObject());
-    EXPECT_FALSE(classNamed("NSBundle")->alloc());
+    registerClass(NSBundle::classObject());
+    EXPECT_FALSE(classNamed("NSBundle")->alloc()); // abstract
 }
 
 TEST(Dictionary, CopiesShareValuesButNotEntries) {

@@ -15,33 +15,29 @@ namespace {
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
-TEST(UIColor, EqualityIsExactAndKnowsTheSpace) {
+TEST(UIColor, IsEqualToTheSameColorInTheSameSpaceOnly) {
     const auto white = UIColor::whiteColor();
-    EXPECT_TRUE(white->isEqual(UIColor::colorWithWhite(1, 1).get()));
-    EXPECT_FALSE(white->isEqual(UIColor::colorWithRed(1, 1, 1, 1).get()));
-    EXPECT_FALSE(white->isEqual(white->colorWithAlphaComponent(0.999).get()));
-    EXPECT_TRUE(
-        white->isEqual(white->colorWithAlphaComponent(0.3)->colorWithAlphaComponent(1).get()));
-    EXPECT_TRUE(UIColor::cyanColor()->isEqual(UIColor::colorWithRed(0, 1, 1, 1).get()));
-    EXPECT_TRUE(UIColor::clearColor()->isEqual(UIColor::colorWithWhite(kNaN, -kInfinity).get()));
+    const auto equals = [](const auto& a, const auto& b) { return a->isEqual(b.get()); };
+    EXPECT_TRUE(equals(white, UIColor::colorWithWhite(1, 1)));
+    EXPECT_FALSE(equals(white, UIColor::colorWithRed(1, 1, 1, 1)));
+    EXPECT_FALSE(equals(white, white->colorWithAlphaComponent(0.999)));
+    EXPECT_TRUE(equals(white, white->colorWithAlphaComponent(0)->colorWithAlphaComponent(1)));
+    EXPECT_TRUE(equals(UIColor::cyanColor(), UIColor::colorWithRed(0, 1, 1, 1)));
+    EXPECT_TRUE(equals(UIColor::clearColor(), UIColor::colorWithWhite(kNaN, -kInfinity)));
     EXPECT_FALSE(white->isEqual(nullptr));
-}
-
-TEST(UIColor, KeepsItsValueInAnArchive) {
     registerClass(UIColor::classObject());
     for (const auto& color :
-         {UIColor::colorWithWhite(0.831, 0.1), UIColor::colorWithRed(0.1, 1.0 / 3, 0.9, 0.7)}) {
-        const auto back = NSKeyedUnarchiver::unarchiveObjectWithData(
-            NSKeyedArchiver::archivedDataWithRootObject(color));
-        EXPECT_TRUE(color->isEqual(back.get()));
-    }
+         {UIColor::colorWithWhite(0.831, 0.1), UIColor::colorWithRed(0.1, 1.0 / 3, 0.9, 0.7)})
+        EXPECT_TRUE(color->isEqual(NSKeyedUnarchiver::unarchiveObjectWithData(
+                                       NSKeyedArchiver::archivedDataWithRootObject(color))
+                                       .get()));
 }
 
-TEST(UIColor, DecodesOnlyWholeRecordsAndClampsThem) {
+TEST(UIColor, DecodesOnlyCompleteRecordsAndClampsThem) {
     const std::string count = "UIColorComponentCount";
     const struct {
         RecordCoder::Record record;
-        Ref<UIColor> expected; // null: refused
+        Ref<UIColor> expected; // null: not decoded
     } rows[] = {
         {{{count, 2.0}, {"UIWhite", 3.0}, {"UIAlpha", -1.0}}, UIColor::colorWithWhite(1, 0)},
         {{{count, 4.0}, {"UIRed", kNaN}, {"UIGreen", kInfinity}, {"UIBlue", .5}, {"UIAlpha", 1.0}},

@@ -4,11 +4,15 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <limits>
+#include <unistd.h>
 #include <vector>
 
 namespace tesmar {
@@ -36,12 +40,12 @@ class UIImageTest : public testing::Test {
     std::vector<std::string> diagnostics;
 };
 
-TEST_F(UIImageTest, TheVariantSuitsTheScreen) {
+TEST_F(UIImageTest, ChoosesTheFileForTheScreensScale) {
     const std::vector<std::string> all = {"i.png", "i@2x.png", "i@3x.png"};
     const struct {
         double screen;
         std::vector<std::string> files;
-        double expectedScale; // 0: none
+        double expectedScale; // 0: no image
     } rows[] = {{1, all, 1},          {1.5, all, 2},
                 {3, all, 3},          {4, all, 3},
                 {1, {"i@3x.png"}, 3}, {2, {"i.png", "i@3x.png"}, 3},
@@ -49,10 +53,9 @@ TEST_F(UIImageTest, TheVariantSuitsTheScreen) {
                 {1, {"other.png"}, 0}};
     for (const auto& row : rows) {
         diagnostics.clear();
-        const auto bundle =
-            NSBundle::bundle("b", [&](std::string_view name) -> std::optional<std::string> {
-                return std::ranges::count(row.files, name) ? square(6)->PNGData() : std::nullopt;
-            });
+        const auto bundle = NSBundle::bundle("b", [&](std::string_view name) {
+            return std::ranges::count(row.files, name) ? square(6)->PNGData() : std::nullopt;
+        });
         UIImage::setMainScreenScale(row.screen);
         const auto image = UIImage::imageNamedFrom("i", *bundle);
         EXPECT_EQ(image ? 6 / image->size().width : 0, row.expectedScale) << row.screen;
@@ -60,45 +63,40 @@ TEST_F(UIImageTest, TheVariantSuitsTheScreen) {
     }
 }
 
-TEST_F(UIImageTest, HostileFilesAreRefused) {
+std::string emptyPNG(int width, int height) {
+    const std::string path = testing::TempDir() + "tesmar_empty" + std::to_string(getpid());
+    const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
+    EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
     const std::string good = *square(8)->PNGData();
-    const auto withSize = [&good](std::uint32_t width, std::uint32_t height) {
-        std::string bytes = good;
-        for (std::size_t i = 0; i < 4; ++i) {
-            bytes[16 + i] = static_cast<char>(width >> (24 - 8 * i));
-            bytes[20 + i] = static_cast<char>(height >> (24 - 8 * i));
-        }
-        return bytes;
-    };
     std::string flipped = good;
-    flipped[good.size() - 20] ^= 0x55; // in the pixels' chunk, the last but one
-    const std::string rows[] = {
-        "",
-        std::string(4096, 'x'),
-        flipped,
-        good.substr(0, 8),
-        good.substr(0, 33),
-        good.substr(0, good.size() - 12),
-        withSize(8193, 1),
-        withSize(1, 8193),
-        withSize(8192, 8192), // too many in all
-        withSize(0, 8),
-        withSize(0xffffffff, 0xffffffff),
-        withSize(9, 9), // more than its data
-    };
+    flipped[good.size() - 20] ^= 0x55; // in the chunk of the pixels, the last but one
+    const std::string rows[] = {"",
+                                std::string(4096, 'x'),
+                                flipped,
+                                good.substr(0, 8),
+                                good.substr(0, 33),
+                                good.substr(0, good.size() - 12),
+                                emptyPNG(8193, 1),
+                                emptyPNG(1, 8193)};
     for (const std::string& bytes : rows) {
         diagnostics.clear();
         const auto bundle = NSBundle::bundle("b", [&bytes](std::string_view) { return bytes; });
         EXPECT_EQ(UIImage::imageNamedFrom("i", *bundle), nullptr) << bytes.size();
         EXPECT_EQ(diagnostics.size(), 1u);
     }
+    EXPECT_TRUE(UIImage::imageWithPNGData(emptyPNG(8192, 1), 1));
     const auto back = UIImage::imageWithPNGData(good + "trailing", 1);
     ASSERT_TRUE(back);
     EXPECT_EQ(back->pixel(3, 3), 0x80800000u);
     EXPECT_EQ(back->pixel(4, 4) | back->pixel(-1, 99), 0u);
 }
 
-TEST_F(UIImageTest, ImageContextsHaveTheSizeThatWasAskedFor) {
+TEST_F(UIImageTest, ImageContextsHaveTheRequestedSize) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     UIImage::setMainScreenScale(2);
     const struct {
@@ -114,13 +112,13 @@ TEST_F(UIImageTest, ImageContextsHaveTheSizeThatWasAskedFor) {
         UIGraphicsGetCurrentContext()->fillRect({0, 0, 5, 5});
         EXPECT_EQ(image ? image->pixelWidth() : 0, row.expectedPixels);
         if (image) {
-            EXPECT_EQ(image->pixel(0, 0), 0xff000000); // taken before the red
+            EXPECT_EQ(image->pixel(0, 0), 0xff000000); // a copy made before the red
             EXPECT_EQ(UIGraphicsGetImageFromCurrentImageContext()->pixel(0, 0), 0xffff0000);
         }
-        UIGraphicsPopContext(); // an image context has its own end
+        UIGraphicsPopContext(); // has no effect on an image context
         EXPECT_NE(UIGraphicsGetCurrentContext(), nullptr);
         UIGraphicsEndImageContext();
-        UIGraphicsEndImageContext(); // one too many
+        UIGraphicsEndImageContext(); // has no effect on an empty stack
         EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);
     }
 }
@@ -137,7 +135,7 @@ TEST_F(UIImageTest, DrawingScalesAndTints) {
     UIGraphicsEndImageContext();
     EXPECT_EQ(drawn->pixel(1, 1), image->pixel(1, 1));
     EXPECT_EQ(drawn->pixel(2, 2), 0u);
-    EXPECT_EQ(drawn->pixel(8, 0), image->pixel(0, 0)); // no soft outer edge
+    EXPECT_EQ(drawn->pixel(8, 0), image->pixel(0, 0)); // the outer edge stays opaque
     EXPECT_EQ(drawn->pixel(14, 6), 0u);
     EXPECT_EQ(drawn->pixel(17, 1), 0x80008000u);
 }

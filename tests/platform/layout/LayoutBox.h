@@ -1,4 +1,4 @@
-// The plainest item that can be laid out; tests, fuzz targets and benchmarks set its fields.
+// The simplest layout item: tests, fuzz targets and benchmarks set its fields.
 #pragma once
 
 #include "tesmar/platform/layout/LayoutItem.h"
@@ -12,7 +12,7 @@ namespace tesmar {
 struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     explicit LayoutBox(std::string boxName) : name(std::move(boxName)) {}
 
-    // Adds a new box below this one.
+    // Adds a new child.
     std::shared_ptr<LayoutBox> add(const std::string& childName) {
         children.push_back(std::make_shared<LayoutBox>(childName));
         children.back()->parent = weak_from_this();
@@ -31,7 +31,7 @@ struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     const std::vector<Ref<NSLayoutConstraint>>& layoutConstraints() const override {
         return constraints;
     }
-    bool layoutFrameIsGiven() const override { return frameIsGiven; }
+    bool layoutFrameIsFixed() const override { return frameIsFixed; }
     CGRect layoutFrame() const override { return frame; }
     std::optional<CGFloat> layoutIntrinsicExtent(LayoutAxis axis) const override {
         return intrinsic[static_cast<std::size_t>(axis)];
@@ -45,20 +45,16 @@ struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     void setLayoutFrame(const CGRect& newFrame) override {
         frame = newFrame;
         ++frameWrites;
-        if (onFrame)
-            onFrame();
+        onFrame();
     }
     void setLayoutContentSize(CGSize size) override { contentSize = size; }
-    void layoutNeedsUpdate() override {
-        if (onNeedsUpdate)
-            onNeedsUpdate();
-    }
+    void layoutNeedsUpdate() override { onNeedsUpdate(); }
 
     std::string name;
     std::weak_ptr<LayoutBox> parent;
     std::vector<std::shared_ptr<LayoutBox>> children;
     std::vector<Ref<NSLayoutConstraint>> constraints;
-    bool frameIsGiven = false;
+    bool frameIsFixed = false;
     CGRect frame;
     std::optional<CGFloat> intrinsic[2];
     double hugging = 250;
@@ -68,8 +64,8 @@ struct LayoutBox : LayoutItem, std::enable_shared_from_this<LayoutBox> {
     bool isRightToLeft = false;
     CGSize contentSize;
     int frameWrites = 0;
-    std::function<void()> onFrame;
-    std::function<void()> onNeedsUpdate;
+    std::function<void()> onFrame = [] {};
+    std::function<void()> onNeedsUpdate = [] {};
 };
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-// What formats stand for, and where those that stand for nothing go wrong.
+// Which constraints a visual format describes, and where a wrong one is reported.
 #include "tesmar/platform/layout/internal/visual_format.h"
 #include "tests/platform/layout/LayoutBox.h"
 
@@ -7,114 +7,91 @@
 namespace tesmar {
 namespace {
 
-struct Names {
-    Names() {
+class VisualFormatTest : public ::testing::Test {
+  protected:
+    VisualFormatTest() {
         for (const char* name : {"a", "b", "c"})
             views[name] = root->add(name);
-        views["orphan"] = orphan;
+        views["orphan"] = std::make_shared<LayoutBox>("orphan");
     }
-    std::shared_ptr<LayoutBox> root = std::make_shared<LayoutBox>("root");
-    std::shared_ptr<LayoutBox> orphan = std::make_shared<LayoutBox>("orphan");
-    NSLayoutConstraint::Views views;
-    NSLayoutConstraint::Metrics metrics{{"wide", 120.5}, {"high", 750}, {"over", 2000}};
-};
+    auto read(std::string_view format, unsigned options) const {
+        return constraintsFromVisualFormat(format, static_cast<NSLayoutFormatOptions>(options),
+                                           {{"wide", 120.5}, {"high", 750}, {"over", 2000}}, views);
+    }
 
-std::string constraintsOf(std::string_view format, unsigned options) {
-    const Names names;
-    std::string text;
-    for (const auto& constraint : NSLayoutConstraint::constraintsWithVisualFormat(
-             format, static_cast<NSLayoutFormatOptions>(options), names.metrics, names.views))
-        text += constraint->description() + "; ";
-    return text;
-}
+    std::shared_ptr<LayoutBox> root = std::make_shared<LayoutBox>("root");
+    NSLayoutConstraint::Views views;
+};
+using VisualFormatDeathTest = VisualFormatTest;
 
 // clang-format off
-TEST(VisualFormat, StandsForConstraints) {
+TEST_F(VisualFormatTest, DescribesConstraints) {
     const struct {
         const char* format;
         unsigned options;
-        const char* constraints;
+        const char* constraints; // required unless they say otherwise
     } cases[] = {
-        {"[a]", 0, ""},
-        {"|[a]|", 0, "a.leading = root.leading (required); root.trailing = a.trailing (required); "},
-        {"H:|-[a]-[b]", 0,
-         "a.leading = root.leading + 20 (required); b.leading = a.trailing + 8 (required); "},
-        {"V:[a]-7.5-[b]-|", 0,
-         "b.top = a.bottom + 7.5 (required); root.bottom = b.bottom + 20 (required); "},
-        {"V:[a]->=0-|", 0, "root.bottom >= a.bottom (required); "},
-        {"|-(-15)-[a]", 0, "a.leading = root.leading - 15 (required); "},
-        {"[a]->=-5.25-[b]", 0, "b.leading >= a.trailing - 5.25 (required); "},
+        {"|[a]|", 0, "a.leading = root.leading; root.trailing = a.trailing; "},
+        {"H:|-[a]-[b]", 0, "a.leading = root.leading + 20; b.leading = a.trailing + 8; "},
+        {"V:[a]-7.5-[b]-|", 0, "b.top = a.bottom + 7.5; root.bottom = b.bottom + 20; "},
+        {"V:[a(wide)]->=0-|", 0, "a.height = 120.5; root.bottom >= a.bottom; "},
+        {"|-(-15)-[a]->=-5.25-[b]", 0,
+         "a.leading = root.leading - 15; b.leading >= a.trailing - 5.25; "},
         {"[a]-(>=20@750,<=40)-[b]", 0,
-         "b.leading >= a.trailing + 20 (priority 750); b.leading <= a.trailing + 40 (required); "},
+         "b.leading >= a.trailing + 20 (priority 750); b.leading <= a.trailing + 40; "},
         {"[a]->=wide@high-[b]", 0, "b.leading >= a.trailing + 120.5 (priority 750); "},
-        {"V:[a(wide)]", 0, "a.height = 120.5 (required); "},
-        {"[a(==b,>=50)]", 0, "a.width = b.width (required); a.width >= 50 (required); "},
-        {"[a(==120@700.5)][b(<=a@high)]", 0,
-         "a.width = 120 (priority 700.5); b.leading = a.trailing (required); "
-         "b.width <= a.width (priority 750); "},
-        {"[a]-2-[b]-3-[c]", NSLayoutFormatAlignAllCenterY | NSLayoutFormatAlignAllTop,
-         "b.leading = a.trailing + 2 (required); c.leading = b.trailing + 3 (required); "
-         "b.top = a.top (required); c.top = b.top (required); "
-         "b.centerY = a.centerY (required); c.centerY = b.centerY (required); "},
-        {"V:|[a][b]|", 2 | 4 | 32 | 64 | 512,
-         "a.top = root.top (required); b.top = a.bottom (required); "
-         "root.bottom = b.bottom (required); b.left = a.left (required); "
-         "b.right = a.right (required); b.leading = a.leading (required); "
-         "b.trailing = a.trailing (required); b.centerX = a.centerX (required); "},
-        {"[a][b]", 16 | 2048,
-         "b.leading = a.trailing (required); b.bottom = a.bottom (required); "
-         "b.lastBaseline = a.lastBaseline (required); "},
+        {"[a(==b,>=50)]", 0, "a.width = b.width; a.width >= 50; "},
+        {"[a(==1@700.5)][b(<=a@high)]", 0,
+         "a.width = 1 (priority 700.5); b.leading = a.trailing; b.width <= a.width (priority 750); "},
+        {"[a]-2-[b]-3-[c]", 8,
+         "b.leading = a.trailing + 2; c.leading = b.trailing + 3; b.top = a.top; c.top = b.top; "},
+        {"[a][b]", 16 | 1024 | 2048, "b.leading = a.trailing; b.bottom = a.bottom; "
+         "b.centerY = a.centerY; b.lastBaseline = a.lastBaseline; "},
+        {"V:[a][b]", 2 | 4 | 32 | 64 | 512, "b.top = a.bottom; b.left = a.left; b.right = a.right; "
+         "b.leading = a.leading; b.trailing = a.trailing; b.centerX = a.centerX; "},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(constraintsOf(c.format, c.options), c.constraints) << c.format;
+    for (const auto& c : cases) {
+        std::string text;
+        const auto result = read(c.format, c.options);
+        ASSERT_EQ(result.index(), 0u) << c.format;
+        for (const auto& constraint : std::get<0>(result))
+            text += constraint->description() + "; ";
+        for (std::size_t at; (at = text.find(" (required)")) != text.npos;)
+            text.erase(at, 11);
+        EXPECT_EQ(text, c.constraints) << c.format;
+    }
 }
 
-TEST(VisualFormat, ErrorsPointAtThePlace) {
+TEST_F(VisualFormatTest, ReportsTheOffsetOfAnError) {
+    const std::string tooLong(kMaxVisualFormatLength + 1, '[');
     const struct {
         const char* format;
         std::size_t offset;
+        unsigned options = 0;
     } cases[] = {
         {"", 0}, {"H:", 2}, {"|", 1}, {"||", 1}, {"a", 0}, {"X:[a]", 0}, {"[]", 1}, {"[1a]", 1},
         {"[a", 2}, {"[a]]", 3}, {"[a] [b]", 3}, {"[a]-", 4}, {"[a]--[b]", 4}, {"[a]--5-[b]", 4},
         {"[a]-5[b]", 5}, {"[a]-(5-[b]", 6}, {"[a]-()-[b]", 5}, {"[a]-(5,)-[b]", 7},
         {"[a]-=5-[b]", 4}, {"[a]->5-[b]", 4}, {"[a()]", 3}, {"[a(5@)]", 5}, {"[a(.)]", 3},
         {"[a(1.2.3)]", 3}, {"[a(1e3)]", 4}, {"[a(inf)]", 3}, {"[a(99999999999)]", 3},
-        {"|[a]|[b]", 5}, {"[nobody]", 1}, {"[a(==nobody)]", 5}, {"[a(==1@nothing)]", 7},
-        {"[a]-b-[c]", 4}, // a view is no distance
+        {"|[a]|[b]", 5}, {"[unknown]", 1}, {"[a(==unknown)]", 5}, {"[a(==1@unknown)]", 7},
+        {"[a]-b-[c]", 4}, // a view is not a distance
         {"[a(1@over)]", 5}, {"[a(1@-1)]", 5}, {"|[orphan]", 2}, {"[orphan]-|", 1},
+        {"[a]-[b]", 0, NSLayoutFormatAlignAllLeft}, {"V:[a]-[b]", 0, NSLayoutFormatAlignAllCenterY},
+        {tooLong.c_str(), kMaxVisualFormatLength},
     };
-    const Names names;
     for (const auto& c : cases) {
-        const auto result =
-            constraintsFromVisualFormat(c.format, NSLayoutFormatNone, names.metrics, names.views);
-        const auto* error = std::get_if<VisualFormatError>(&result);
-        ASSERT_TRUE(error) << c.format;
-        EXPECT_EQ(error->offset, c.offset) << describe(*error, c.format);
+        const auto result = read(c.format, c.options);
+        ASSERT_EQ(result.index(), 1u) << c.format;
+        const auto& error = std::get<VisualFormatError>(result);
+        EXPECT_EQ(error.offset, c.offset) << describe(error, c.format);
     }
 }
 // clang-format on
 
-TEST(VisualFormat, TakesHostileLengthsInItsStride) {
-    const Names names;
-    for (const char* piece : {"[", "(", "-", "|", "[a]", "[a(", "1", "==", "[a]-(1,"}) {
-        std::string format = "|-";
-        while (format.size() <= kLongestVisualFormat)
-            format += piece;
-        const std::string fits = format.substr(0, kLongestVisualFormat);
-        constraintsFromVisualFormat(fits, NSLayoutFormatNone, names.metrics, names.views);
-        const auto result =
-            constraintsFromVisualFormat(format, NSLayoutFormatNone, names.metrics, names.views);
-        EXPECT_EQ(std::get<VisualFormatError>(result).offset, kLongestVisualFormat);
-    }
-}
-
-TEST(VisualFormatDeathTest, MisuseEndsTheProcessAndShowsThePlace) {
-    EXPECT_DEATH(
-        constraintsOf("|-20-[nobody]", 0),
-        "^tesmar: .*no view is named \"nobody\".*offset 6: \"\\|-20-\\[ >>>nobody\\]\"\n$");
-    EXPECT_DEATH(constraintsOf("[a(tall)]", 0), "no metric and no view is named \"tall\"");
-    EXPECT_DEATH(constraintsOf("[a]-[b]", NSLayoutFormatAlignAllLeft), "along the format");
-    EXPECT_DEATH(constraintsOf("V:[a]-[b]", NSLayoutFormatAlignAllCenterY), "along the format");
+TEST_F(VisualFormatDeathTest, AnErrorIsFatalAndItsMessageShowsThePlace) {
+    EXPECT_DEATH(NSLayoutConstraint::constraintsWithVisualFormat("|-\n[x]", {}, {}, views),
+                 "^tesmar: .*expected a number or a name.*offset 2: \"\\|- >>>\\?\\[x\\]\"\n$");
 }
 
 } // namespace

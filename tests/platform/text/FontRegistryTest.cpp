@@ -2,20 +2,33 @@
 
 #include "tesmar/platform/text/TextLayout.h"
 #include "tesmar/platform/text/UIFont.h"
-#include "tests/platform/text/test_fonts.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <tuple>
 #include <unistd.h>
 
 namespace tesmar {
 namespace {
 
+using namespace std::literals;
 using Names = std::vector<std::string>;
+
+void useConfiguration(const std::string& path) {
+    setenv("FONTCONFIG_FILE", path.c_str(), 1);
+    FontRegistry::reset();
+}
+
+// Limits all tests of this program to the fonts that the project's set-up installs.
+class TestFonts : public testing::Environment {
+    void SetUp() override { useConfiguration(TESMAR_TEST_FONTS); }
+};
+const auto* const environment = testing::AddGlobalTestEnvironment(new TestFonts);
 
 // Every listed face, with the families that list it.
 std::map<std::string, Names> listedFaces() {
@@ -26,126 +39,111 @@ std::map<std::string, Names> listedFaces() {
     return faces;
 }
 
-std::string fileBehind(std::string_view fontName) {
+std::string fileOf(std::string_view fontName) {
     const auto source = FontRegistry::sourceOf(fontName);
     return source ? std::filesystem::path(source->file).filename().string() : "";
 }
 
 class FontRegistryTest : public testing::Test {
   protected:
-    ~FontRegistryTest() override { FontRegistry::reset(); }
+    FontRegistryTest() { std::filesystem::create_directory(directory_); }
+    ~FontRegistryTest() override {
+        std::filesystem::remove_all(directory_);
+        useConfiguration(TESMAR_TEST_FONTS);
+    }
+
+    // Until the end of the test, only the fonts of these directories are installed.
+    void install(std::initializer_list<std::string> directories) {
+        std::ofstream file(directory_ + "/fonts.conf");
+        file << "<fontconfig><cachedir prefix=\"xdg\">fontconfig</cachedir>";
+        for (const auto& directory : directories)
+            file << "<dir>" << directory << "</dir>";
+        file << "</fontconfig>" << std::flush;
+        useConfiguration(directory_ + "/fonts.conf");
+    }
+
+    const std::string directory_ = testing::TempDir() + "tesmar_fonts" + std::to_string(getpid());
 };
 
-TEST_F(FontRegistryTest, StandInsStandBehindTheNames) {
-    const struct {
-        const char* name;
-        const char* family;
-        const char* file;
-    } rows[] = {
+TEST_F(FontRegistryTest, StandInsDrawNamesThatAreNotInstalled) {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {".SystemUI", ".SystemUI", "Inter-Regular.otf"},
-        {"HelveticaNeue", "Helvetica Neue", "NimbusSans-Regular.otf"},
         {"HelveticaNeue-Light", "Helvetica Neue", "Inter-Light.otf"},
-        {"HelveticaNeue-Medium", "Helvetica Neue", "Inter-Medium.otf"},
-        {"Courier", "Courier", "NimbusMonoPS-Regular.otf"},
-        {"Menlo-Regular", "Menlo", "DejaVuSansMono.ttf"},
-        {"TrebuchetMS", "Trebuchet MS", "Cabin-Regular.otf"},
         {"Avenir", "Avenir", "Manrope-Medium.ttf"},
-        {"SavoyeLetPlain", "Savoye LET", "DancingScript-Regular.otf"},
-        {"Copperplate", "Copperplate", "IrianisADFStyleStd-Regular.otf"},
-        {"Inter-Bold", "Inter", "Inter-Bold.otf"}, // installed under its own name
+        {"Inter-Bold", "Inter", "Inter-Bold.otf"}, // installed
     };
-    for (const auto& row : rows) {
-        const auto font = UIFont::fontWithName(row.name, 17);
-        ASSERT_TRUE(font) << row.name;
-        EXPECT_EQ(font->fontName(), row.name);
-        EXPECT_EQ(font->familyName(), row.family);
-        EXPECT_EQ(fileBehind(row.name), row.file);
+    for (const auto& [name, family, file] : rows) {
+        const auto font = UIFont::fontWithName(name, 17);
+        ASSERT_TRUE(font) << name;
+        EXPECT_EQ(font->fontName(), name);
+        EXPECT_EQ(font->familyName(), family);
+        EXPECT_EQ(fileOf(name), file);
     }
     EXPECT_EQ(FontRegistry::sourceOf("Avenir")->fontName, "Manrope-Medium");
     EXPECT_EQ(FontRegistry::sourceOf("Avenir")->family, "Manrope");
-}
-
-TEST_F(FontRegistryTest, NamesAreComparedByteForByte) {
     for (const char* name : {"helveticaneue", "Helvetica Neue", "HelveticaNeue ", "HELVETICANEUE",
-                             "HelveticaNeue-Regular", "Menlo", "savoyeletplain", ".systemui",
-                             "SystemUI", "Inter", "Inter Regular", ""}) {
-        EXPECT_EQ(UIFont::fontWithName(name, 17), nullptr) << name;
-        EXPECT_FALSE(FontRegistry::sourceOf(name)) << name;
-    }
+                             "HelveticaNeue-Regular", "Menlo", ".systemui", "Inter Regular", ""})
+        EXPECT_TRUE(!UIFont::fontWithName(name, 17) && !FontRegistry::sourceOf(name)) << name;
 }
 
-TEST_F(FontRegistryTest, EveryFaceIsListedOnceAndTheSystemFontNever) {
+TEST_F(FontRegistryTest, ListsEveryFaceOnceButNotTheSystemFont) {
     const auto faces = listedFaces();
     EXPECT_GT(faces.size(), 100u);
-    for (const auto& [face, families] : faces) {
-        ASSERT_EQ(families.size(), 1u) << face;
-        EXPECT_EQ(UIFont::fontWithName(face, 12)->familyName(), families[0]);
-    }
+    for (const auto& [face, families] : faces)
+        EXPECT_EQ(families, Names{UIFont::fontWithName(face, 12)->familyName()}) << face;
     EXPECT_FALSE(faces.contains(".SystemUI"));
     EXPECT_EQ(UIFont::fontNamesForFamilyName(".SystemUI"), Names{".SystemUI"});
     EXPECT_EQ(UIFont::fontNamesForFamilyName("Helvetica Neue"),
               (Names{"HelveticaNeue", "HelveticaNeue-Light", "HelveticaNeue-Medium"}));
 }
 
-TEST_F(FontRegistryTest, ARealFaceWinsOverAStandIn) {
-    // A font whose PostScript name is made HelveticaNeue: no table changes its size.
-    std::ifstream source("/usr/share/fonts/opentype/cabin/Cabin-Regular.otf", std::ios::binary);
-    std::string bytes(std::istreambuf_iterator<char>(source), {});
-    const std::string from = "Cabin-Regular", to = "HelveticaNeue";
+// Replaces text of the same size: no table of a font file changes its size.
+void replaceAll(std::string& bytes, const std::string& from, const std::string& to) {
     for (auto at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at))
         bytes.replace(at, from.size(), to);
-    const auto wide = [](const std::string& text) {
-        std::string result;
-        for (const char c : text)
-            result += {'\0', c};
-        return result;
-    };
-    bytes.replace(bytes.find(wide(from)), 2 * from.size(), wide(to));
-    const auto directory =
-        std::filesystem::temp_directory_path() / ("tesmar_real_font_" + std::to_string(getpid()));
-    std::filesystem::create_directory(directory);
-    std::ofstream(directory / "face.otf", std::ios::binary) << bytes;
-    {
-        const InstalledFonts installed{directory, "/usr/share/fonts/opentype/urw-base35"};
-        EXPECT_EQ(fileBehind("HelveticaNeue"), "face.otf");
-        EXPECT_EQ(listedFaces().at("HelveticaNeue"), Names{"Cabin"}); // where the file says
-    }
-    EXPECT_EQ(fileBehind("HelveticaNeue"), "NimbusSans-Regular.otf");
-    EXPECT_TRUE(FontRegistry::addFontFile(directory / "face.otf"));
-    EXPECT_EQ(fileBehind("HelveticaNeue"), "face.otf");
-    std::filesystem::remove_all(directory);
 }
 
-TEST_F(FontRegistryTest, AMissingPackageTakesItsNameAway) {
-    const InstalledFonts installed{"/usr/share/fonts/truetype/dejavu"};
-    EXPECT_NE(UIFont::fontWithName("Menlo-Regular", 17), nullptr);
-    EXPECT_EQ(UIFont::fontWithName("HelveticaNeue", 17), nullptr);
-    EXPECT_EQ(UIFont::fontWithName("SavoyeLetPlain", 17), nullptr);
-    EXPECT_EQ(fileBehind(".SystemUI"), "DejaVuSans.ttf");
+TEST_F(FontRegistryTest, InstalledAndAddedFacesPrecedeStandIns) {
+    std::ifstream source("/usr/share/fonts/opentype/cabin/Cabin-Regular.otf", std::ios::binary);
+    std::string bytes(std::istreambuf_iterator<char>(source), {});
+    replaceAll(bytes, "Cabin-Regular", "HelveticaNeue");
+    replaceAll(bytes, "C\0a\0b\0i\0n\0-\0R\0e\0g\0u\0l\0a\0r"s, // the PostScript name in UTF-16
+               "H\0e\0l\0v\0e\0t\0i\0c\0a\0N\0e\0u\0e"s);
+    std::ofstream(directory_ + "/face.otf", std::ios::binary) << bytes;
+    install({directory_, "/usr/share/fonts/opentype/urw-base35"});
+    EXPECT_EQ(fileOf("HelveticaNeue"), "face.otf");
+    EXPECT_EQ(listedFaces().at("HelveticaNeue"), Names{"Cabin"}); // the file's own family
+    install({"/usr/share/fonts/opentype/urw-base35"});
+    EXPECT_EQ(fileOf("HelveticaNeue"), "NimbusSans-Regular.otf");
+    EXPECT_TRUE(FontRegistry::addFontFile(directory_ + "/face.otf"));
+    EXPECT_EQ(fileOf("HelveticaNeue"), "face.otf");
 }
 
-TEST_F(FontRegistryTest, AMachineWithoutFontsMeasuresNothing) {
-    const InstalledFonts none{"/nowhere"};
+TEST_F(FontRegistryTest, MissingFontFilesLeaveNoNames) {
+    install({"/usr/share/fonts/truetype/dejavu"});
+    EXPECT_TRUE(UIFont::fontWithName("Menlo-Regular", 17));
+    EXPECT_FALSE(UIFont::fontWithName("HelveticaNeue", 17));
+    EXPECT_EQ(fileOf(".SystemUI"), "DejaVuSans.ttf");
+    install({});
     EXPECT_TRUE(UIFont::familyNames().empty());
     EXPECT_FALSE(FontRegistry::sourceOf(".SystemUI"));
-    const auto font = UIFont::systemFontOfSize(17);
-    EXPECT_EQ(font->fontName(), ".SystemUI");
-    EXPECT_EQ(font->lineHeight(), 0);
+    EXPECT_EQ(UIFont::systemFontOfSize(17)->fontName(), ".SystemUI");
+    EXPECT_EQ(UIFont::systemFontOfSize(17)->lineHeight(), 0);
     TextLayout layout;
     layout.setText("text");
     EXPECT_EQ(layout.size(), CGSize());
     EXPECT_TRUE(layout.lineBoxes().empty());
 }
 
-TEST_F(FontRegistryTest, ARestrictionOffersJustItsNames) {
+TEST_F(FontRegistryTest, ARestrictionLeavesOnlyItsNamesAndAddedFiles) {
     FontRegistry::restrictTo({"Courier", "HelveticaNeue", "Corporate-Bold"});
-    EXPECT_EQ(listedFaces(),
-              (std::map<std::string, Names>{{"Courier", {"Courier"}},
-                                            {"HelveticaNeue", {"Helvetica Neue"}},
-                                            {"Corporate-Bold", {"Corporate-Bold"}}}));
+    const std::map<std::string, Names> expected{{"Courier", {"Courier"}},
+                                                {"HelveticaNeue", {"Helvetica Neue"}},
+                                                {"Corporate-Bold", {"Corporate-Bold"}}};
+    EXPECT_EQ(listedFaces(), expected);
     EXPECT_EQ(UIFont::fontWithName("Menlo-Regular", 12), nullptr);
-    EXPECT_EQ(fileBehind("Courier"), "NimbusMonoPS-Regular.otf");
-    EXPECT_EQ(fileBehind("Corporate-Bold"), fileBehind(".SystemUI"));
+    EXPECT_EQ(fileOf("Courier"), "NimbusMonoPS-Regular.otf");
+    EXPECT_EQ(fileOf("Corporate-Bold"), fileOf(".SystemUI"));
     EXPECT_TRUE(FontRegistry::addFontFile("/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf"));
     EXPECT_TRUE(listedFaces().contains("DejaVuSerif"));
     for (const char* path : {"", "/etc/passwd", "/usr/share/fonts",

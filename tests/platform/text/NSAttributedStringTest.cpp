@@ -10,41 +10,42 @@
 namespace tesmar {
 namespace {
 
-std::vector<std::uint32_t> drawing(const std::string& text, NSDictionary::Entries attributes) {
+Ref<NSAttributedString> styled(const char* text, NSDictionary::Entries attributes) {
+    return NSAttributedString::attributedString(
+        text, NSDictionary::dictionaryWithEntries(std::move(attributes)));
+}
+
+std::vector<std::uint32_t> drawing(const char* text, NSDictionary::Entries attributes) {
     Canvas canvas(200, 100, 1, 0xffffffff);
     CGContext context = canvas.context();
-    NSAttributedString::attributedString(text,
-                                         NSDictionary::dictionaryWithEntries(std::move(attributes)))
-        ->drawInRect(context, {10, 10, 180, 80});
+    styled(text, std::move(attributes))->drawInRect(context, {10, 10, 180, 80});
     return canvas.pixels;
 }
 
-TEST(NSAttributedString, ValuesOfAnotherClassCountAsAbsent) {
+TEST(NSAttributedString, ValuesOfAnotherClassCountAsMissing) {
     const auto text = NSString::stringWithString("red");
     const auto plain = drawing("caption", {});
-    EXPECT_EQ(plain, drawing("caption", {{"NSColor", text}, {"NSBackgroundColor", text}}));
-    EXPECT_EQ(plain, drawing("caption", {{"NSFont", text}}));
+    EXPECT_EQ(plain, drawing("caption",
+                             {{"NSColor", text}, {"NSBackgroundColor", text}, {"NSFont", text}}));
     EXPECT_EQ(plain, drawing("caption", {{"NSColor", UIColor::blackColor()},
                                          {"NSFont", UIFont::systemFontOfSize(12)}}));
     EXPECT_NE(plain, drawing("caption", {{"NSColor", UIColor::redColor()}}));
 }
 
-TEST(NSAttributedString, TheBackgroundStandsBehindEachLine) {
+TEST(NSAttributedString, DrawsTheBackgroundBehindEachLineWithoutASeam) {
     const auto pixels =
         drawing("a long first line\nb", {{"NSColor", UIColor::clearColor()},
                                          {"NSBackgroundColor", UIColor::colorWithWhite(0, 0.5)},
                                          {"NSFont", UIFont::systemFontOfSize(17)}});
-    const auto string = NSAttributedString::attributedString(
-        "a long first line",
-        NSDictionary::dictionaryWithEntries({{"NSFont", UIFont::systemFontOfSize(17)}}));
+    const auto string = styled("a long first line", {{"NSFont", UIFont::systemFontOfSize(17)}});
     const double line = string->size().width * string->size().height;
     double covered = 0;
     for (const std::uint32_t pixel : pixels) {
-        EXPECT_TRUE(pixel == 0xffffffff || pixel == 0xff7f7f7f) << std::hex << pixel; // no seam
+        EXPECT_TRUE(pixel == 0xffffffff || pixel == 0xff7f7f7f) << std::hex << pixel;
         covered += pixel != 0xffffffff;
     }
     EXPECT_GT(covered, line);
-    EXPECT_LT(covered, line * 1.2); // little of the second
+    EXPECT_LT(covered, line * 1.2); // the second line is short
     EXPECT_LE(string->size(60).width, 60);
     EXPECT_NEAR(string->size(60).height, 3 * string->size().height, 0.01);
 }

@@ -78,9 +78,9 @@ TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
         {"<interface><object class='UIView' id='a'><constraints format='|[b]'/></object>"
          "</interface>",
          "b"},
-        {"<interface><object class='UIButton' id='a'><outlet property='enabled' destination='a'/>"
-         "</object></interface>",
-         "no outlet \"enabled\" for a UIButton"},
+        {"<interface><object class='UIViewController' id='a'>"
+         "<outlet property='view' destination='a'/></object></interface>",
+         "no outlet \"view\" for a UIViewController"},
         {"<interface><object class='UIView' id='a'>" + rules + "</object></interface>",
          "too many constraints"},
         {"<interface>" + deep + "</interface>", "too deep"}};

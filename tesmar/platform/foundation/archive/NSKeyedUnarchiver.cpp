@@ -5,7 +5,6 @@
 #include "tesmar/platform/foundation/archive/internal/keyed_archive_format.h"
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 #include "tesmar/platform/foundation/archive/internal/utf.h"
-#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>
@@ -292,7 +291,6 @@ std::nullptr_t Unarchiver::fail() {
 } // namespace
 
 Ref<NSObject> NSKeyedUnarchiver::unarchiveObjectWithData(std::string_view bytes) {
-    registerFoundationClasses();
     const auto archive = readPropertyList(bytes, kArchiveLimits);
     return archive ? Unarchiver(*archive).unarchive() : nullptr;
 }

@@ -61,12 +61,7 @@ struct NSUserDefaults::State {
 };
 
 Class& NSUserDefaults::classObject() {
-    static Class type("NSUserDefaults", &NSObject::classObject(), {},
-                      {method<&NSUserDefaults::objectForKey>("objectForKey:"),
-                       method<&NSUserDefaults::setObject>("setObject:forKey:"),
-                       method<&NSUserDefaults::removeObjectForKey>("removeObjectForKey:"),
-                       method<&NSUserDefaults::synchronize>("synchronize")},
-                      {method<&NSUserDefaults::standardUserDefaults>("standardUserDefaults")});
+    static Class type("NSUserDefaults", &NSObject::classObject(), {});
     return type;
 }
 

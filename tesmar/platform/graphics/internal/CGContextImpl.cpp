@@ -1,11 +1,13 @@
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 
+#include "tesmar/platform/graphics/UIColor.h"
+
 #include <utility>
 
 namespace tesmar {
 namespace {
 
-constexpr int kLargestSide = 32767; // what cairo's pixel surfaces can hold
+constexpr int kLargestSide = 32767; // cairo's limit for image surfaces
 
 bool isPossible(const void* pixels, int width, int height, int stride) {
     return pixels && width > 0 && height > 0 && width <= kLargestSide && height <= kLargestSide &&
@@ -20,9 +22,9 @@ void addRectangle(cairo_t* cr, const PixelRect& r) {
     cairo_rectangle(cr, r.x, r.y, r.width, r.height);
 }
 
-// Narrows cairo's own clip to whole pixels for one operation, where that is needed at all.
+// Runs one operation within cairo's own clip, unless all that it draws is visible.
 template <class Operation>
-void clipped(cairo_t* cr, const PixelRect& drawn, const PixelRect& visible, Operation operation) {
+void withClip(cairo_t* cr, const PixelRect& drawn, const PixelRect& visible, Operation operation) {
     if (drawn == visible) {
         operation();
         return;
@@ -39,20 +41,31 @@ PixelRect extent(cairo_surface_t* surface, int x, int y) {
 
 } // namespace
 
+Paint Paint::of(const UIColor& color) {
+    return {color.red(), color.green(), color.blue(), color.alpha()};
+}
+
 SurfacePtr emptySurface(cairo_format_t format, int width, int height) {
     SurfacePtr surface(cairo_image_surface_create(format, width, height));
     return cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS ? std::move(surface)
                                                                        : nullptr;
 }
 
+SurfacePtr readOnlySurface(const void* pixels, int width, int height, int stride) {
+    if (!isPossible(pixels, width, height, stride))
+        return nullptr;
+    auto* const data = static_cast<unsigned char*>(const_cast<void*>(pixels));
+    return SurfacePtr(
+        cairo_image_surface_create_for_data(data, CAIRO_FORMAT_ARGB32, width, height, stride));
+}
+
 void CGContext::Impl::begin(void* pixels, int w, int h, int stride, CGFloat pixelsPerPoint) {
     end();
     const bool possible = isPossible(pixels, w, h, stride);
-    width = possible ? w : 0;
-    height = possible ? h : 0;
     scale = finite(pixelsPerPoint, 0.1, 16, 1);
     state = {};
-    state.clip = {0, 0, width, height};
+    if (possible)
+        state.clip = {0, 0, w, h};
     surface_ = possible ? cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
                                                               CAIRO_FORMAT_ARGB32, w, h, stride)
                         : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0);
@@ -66,14 +79,14 @@ void CGContext::Impl::end() {
         endLayer();
     savedStates.clear();
     cairo_destroy(std::exchange(cairo_, nullptr));
-    // The pixels outlive this object, but nothing of cairo's may look at them any more.
+    // Cairo must not touch the pixels from here on: the caller may free them.
     cairo_surface_finish(surface_);
     cairo_surface_destroy(std::exchange(surface_, nullptr));
 }
 
 void CGContext::Impl::restoreState() {
-    const std::size_t kept = layers_.empty() ? 0 : layers_.back().firstState;
-    if (savedStates.size() <= kept)
+    const std::size_t firstState = layers_.empty() ? 0 : layers_.back().firstState;
+    if (savedStates.size() <= firstState)
         return;
     state = savedStates.back();
     savedStates.pop_back();
@@ -107,7 +120,7 @@ void CGContext::Impl::paintMask(cairo_surface_t* mask, int x, int y, const Pixel
     if (visible.isEmpty() || paint.alpha <= 0)
         return;
     cairo_t* cr = cairo();
-    clipped(cr, drawn, visible, [&] {
+    withClip(cr, drawn, visible, [&] {
         setSource(cr, paint);
         cairo_mask_surface(cr, mask, x, y);
     });
@@ -120,26 +133,26 @@ void CGContext::Impl::paintPicture(cairo_surface_t* picture, int x, int y, const
     if (visible.isEmpty() || alpha <= 0)
         return;
     cairo_t* cr = cairo();
-    // Paint covers the whole clip: cairo's must be exactly the visible part.
+    // cairo_paint fills cairo's whole clip, so that has to be exactly the visible part.
     addRectangle(cr, visible);
     cairo_clip(cr);
     cairo_set_source_surface(cr, picture, x, y);
     cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
     cairo_paint_with_alpha(cr, alpha);
     cairo_reset_clip(cr);
-    setSource(cr, {}); // lets the picture go
+    setSource(cr, {}); // releases the picture
 }
 
 void CGContext::Impl::beginLayer(double alpha) {
     const double opacity = state.alpha * finite(alpha, 0, 1, 0);
-    layers_.reserve(layers_.size() + 1); // or cairo's part of the layer would be left over
+    layers_.reserve(layers_.size() + 1); // push_back must not throw: it would leak the surface
     savedStates.push_back(state);
     state.alpha = 1;
     if (opacity <= 0)
         state.clip = {};
     Layer layer{nullptr, nullptr, state.clip, opacity, savedStates.size()};
     SurfacePtr surface = emptySurface(CAIRO_FORMAT_ARGB32, layer.box.width, layer.box.height);
-    if (!surface) { // memory is short: the layer shows nothing
+    if (!surface) { // allocation failed: the layer stays empty
         state.clip = layer.box = {};
         surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0));
     }

@@ -1,4 +1,4 @@
-// The painter behind CGContext: cairo, in device pixels. Private to the graphics and text floors.
+// The implementation of CGContext with cairo, in device pixels. Also used by the text layer.
 #pragma once
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -11,19 +11,22 @@
 
 namespace tesmar {
 
+// A colour that is not premultiplied; components are from 0 to 1.
 struct Paint {
     double red = 0;
     double green = 0;
     double blue = 0;
     double alpha = 1;
+    static Paint of(const UIColor& color);
+    // With the alpha multiplied by `factor`.
     Paint withAlpha(double factor) const { return {red, green, blue, alpha * factor}; }
 };
 
-// First word of the key of a kept surface.
-enum class SurfaceKind : std::int32_t { ellipse, ring, roundedRect, shadow, polyline, image, text };
+// The first word of a cached surface's key.
+enum class SurfaceKind : std::int32_t { ellipse, ring, roundedRect, shadow, image, text };
 
-// No edge of anything lies further out, in device pixels; within it cairo's own numbers are exact.
-inline constexpr double kFarthestPixel = 1 << 22;
+// Coordinates in device pixels are clamped to ±this; cairo's fixed-point numbers are exact there.
+inline constexpr double kLargestPixel = 1 << 22;
 
 class CGContext::Impl {
   public:
@@ -41,48 +44,48 @@ class CGContext::Impl {
     Impl(const Impl&) = delete;
     Impl& operator=(const Impl&) = delete;
 
-    // From the initial state, on these pixels instead of those before.
+    // Ends drawing into the previous pixels, and starts in the initial state on these.
     void begin(void* pixels, int width, int height, int stride, CGFloat scale);
 
-    // A point of the current coordinates in device pixels.
+    // A point of the current coordinate system, in device pixels.
     CGPoint device(CGPoint p) const {
-        const auto place = [this](double v) {
-            return std::clamp(finiteCoordinate(v) * scale, -kFarthestPixel, kFarthestPixel);
+        const auto inPixels = [this](double v) {
+            return std::clamp(finiteCoordinate(v) * scale, -kLargestPixel, kLargestPixel);
         };
-        return {place(p.x + state.origin.x), place(p.y + state.origin.y)};
+        return {inPixels(p.x + state.origin.x), inPixels(p.y + state.origin.y)};
     }
 
     Paint fillPaint() const { return state.fill.withAlpha(state.alpha); }
     Paint strokePaint() const { return state.stroke.withAlpha(state.alpha); }
 
-    // Never beyond the start of the innermost layer.
+    // Does not pop states that were saved before the innermost layer began.
     void restoreState();
 
     void fillPixels(const PixelRect& r, const Paint& paint);
     void clearPixels(const PixelRect& r);
-    // An A8 surface, in the paint's colour.
+    // Paints through an A8 surface whose top left corner is at (x, y).
     void paintMask(cairo_surface_t* mask, int x, int y, const PixelRect& within,
                    const Paint& paint);
-    // An ARGB32 surface, with its own colours.
+    // Paints an ARGB32 surface whose top left corner is at (x, y).
     void paintPicture(cairo_surface_t* picture, int x, int y, const PixelRect& within,
                       double alpha);
 
-    // Paints what `render(cairo_t*)` draws into `box`, whose top left corner is its origin, and
-    // keeps it under `shape`. It is rendered in tiles laid from that corner, each of them whole,
-    // so that neither the clip nor the size of the shape changes any pixel.
+    // Paints what `render(cairo_t*)` draws into `box`, with the box's top left corner as origin,
+    // and caches it under the key `shape`. It is rendered in tiles that start at that corner, each
+    // of them whole, so that no pixel depends on the clip. An A8 format takes its colour from
+    // `paint`, an ARGB32 one only its alpha.
     template <class Render>
-    void paintKept(std::span<const std::int32_t> shape, const PixelRect& box, cairo_format_t format,
-                   const Paint& paint, const Render& render);
+    void paintCached(std::span<const std::int32_t> shape, const PixelRect& box,
+                     cairo_format_t format, const Paint& paint, const Render& render);
 
+    // Of the innermost layer.
     cairo_t* cairo() const { return layers_.empty() ? cairo_ : layers_.back().cairo; }
 
     void beginLayer(double alpha);
-    // With the states that were saved within it and not restored.
+    // Also drops the states saved inside the layer.
     void endLayer();
 
-    int width = 0;
-    int height = 0;
-    double scale = 1;
+    double scale = 1; // device pixels per point
     State state;
     std::vector<State> savedStates;
 
@@ -92,7 +95,7 @@ class CGContext::Impl {
         cairo_t* cairo;
         PixelRect box;
         double alpha;
-        std::size_t firstState; // of savedStates, that belongs to the inside
+        std::size_t firstState; // index in savedStates of the first one saved inside the layer
     };
 
     void end();
@@ -102,16 +105,22 @@ class CGContext::Impl {
     std::vector<Layer> layers_;
 };
 
+// Cached shapes are cut into tiles of this many pixels a side.
 inline constexpr int kTileSide = 1024;
 
 struct CairoDeleter {
     void operator()(cairo_t* cr) const { cairo_destroy(cr); }
 };
 
-// A new surface with nothing on it; null when memory is short.
+// A new transparent surface; null if the allocation failed.
 SurfacePtr emptySurface(cairo_format_t format, int width, int height);
 
-// Runs `render` on a new surface with the origin moved by (-x, -y); null when memory is short.
+// An ARGB32 surface over pixels in CGContext's format, only for reading them. The pixels must
+// outlive it. Null for null pixels or sizes that CGContext does not take.
+SurfacePtr readOnlySurface(const void* pixels, int width, int height, int stride);
+
+// Runs `render(cairo_t*)` on a new surface, with the origin at (-x, -y); null if the allocation
+// failed.
 template <class Render>
 SurfacePtr renderedSurface(cairo_format_t format, int width, int height, double x, double y,
                            const Render& render) {
@@ -128,8 +137,8 @@ SurfacePtr renderedSurface(cairo_format_t format, int width, int height, double 
 }
 
 template <class Render>
-void CGContext::Impl::paintKept(std::span<const std::int32_t> shape, const PixelRect& box,
-                                cairo_format_t format, const Paint& paint, const Render& render) {
+void CGContext::Impl::paintCached(std::span<const std::int32_t> shape, const PixelRect& box,
+                                  cairo_format_t format, const Paint& paint, const Render& render) {
     const PixelRect visible = intersection(box, state.clip);
     if (visible.isEmpty())
         return;
@@ -143,10 +152,11 @@ void CGContext::Impl::paintKept(std::span<const std::int32_t> shape, const Pixel
             const SurfaceKey key{shape, tx, ty};
             cairo_surface_t* surface = cache.find(key);
             if (!surface) {
-                SurfacePtr fresh = renderedSurface(format, tile.width, tile.height, x, y, render);
-                if (!fresh)
+                SurfacePtr rendered =
+                    renderedSurface(format, tile.width, tile.height, x, y, render);
+                if (!rendered)
                     return;
-                surface = cache.insert(key, std::move(fresh));
+                surface = cache.insert(key, std::move(rendered));
             }
             if (format == CAIRO_FORMAT_A8)
                 paintMask(surface, tile.x, tile.y, tile, paint);

@@ -10,7 +10,7 @@ SurfaceCache& SurfaceCache::ofThisThread() {
 }
 
 std::size_t SurfaceCache::Hash::operator()(const SurfaceKey& key) const {
-    std::uint64_t hash = 14695981039346656037u; // FNV-1a, by words
+    std::uint64_t hash = 14695981039346656037u; // FNV-1a over words instead of bytes
     const auto add = [&hash](std::int32_t word) {
         hash = (hash ^ static_cast<std::uint32_t>(word)) * 1099511628211u;
     };
@@ -40,7 +40,7 @@ cairo_surface_t* SurfaceCache::insert(const SurfaceKey& key, SurfacePtr surface)
     try {
         index_.insert(entries_.begin());
     } catch (...) {
-        entries_.pop_front(); // nobody would find it
+        entries_.pop_front(); // it is not in the index
         throw;
     }
     bytes_ += bytes;

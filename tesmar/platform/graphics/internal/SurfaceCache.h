@@ -1,7 +1,5 @@
-// Rendered shapes and pictures, kept for painting again. Private to the floor; one cache a thread.
+// A cache of rendered shapes and images, one for each thread.
 #pragma once
-
-#include "tesmar/platform/foundation/export.h"
 
 #include <cairo.h>
 
@@ -19,8 +17,8 @@ struct SurfaceDeleter {
 };
 using SurfacePtr = std::unique_ptr<cairo_surface_t, SurfaceDeleter>;
 
-// Everything that the pixels depend on: the shape, its size, its place within a pixel; and which
-// tile of the shape.
+// `shape` lists everything that the pixels depend on: the kind of shape, its size and its position
+// within a pixel. Large shapes are cached in tiles.
 struct SurfaceKey {
     std::span<const std::int32_t> shape;
     std::int32_t tileX = 0;
@@ -33,9 +31,11 @@ class SurfaceCache {
 
     static SurfaceCache& ofThisThread();
 
-    // Null when there is none. Valid until the next insert. Finding allocates nothing.
+    // Null if there is none. Owned by the cache, and valid until the next insert. Allocates
+    // nothing.
     cairo_surface_t* find(const SurfaceKey& key);
-    // Lets the longest unused surfaces go when there is too much; never the new one.
+    // Evicts the least recently used surfaces when the capacity is exceeded, but never the new one,
+    // which is returned as find() does.
     cairo_surface_t* insert(const SurfaceKey& key, SurfacePtr surface);
 
   private:
@@ -47,7 +47,7 @@ class SurfaceCache {
         std::size_t bytes;
         SurfaceKey key() const { return {shape, tileX, tileY}; }
     };
-    using Entries = std::list<Entry>; // the last used first
+    using Entries = std::list<Entry>; // most recently used first
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(const SurfaceKey& key) const;

@@ -1,4 +1,4 @@
-// The pixels behind UIImage. Private to the graphics floor.
+// The implementation of UIImage: a cairo surface.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"
@@ -9,12 +9,12 @@ namespace tesmar {
 struct UIImage::Impl {
     Impl(SurfacePtr pixels, double pixelsPerPoint);
 
-    // Draws the picture over `width` by `height` units from the origin.
+    // Draws the image, scaled to `width` by `height` user-space units, at the origin.
     void render(cairo_t* cr, int width, int height) const;
 
-    SurfacePtr surface; // ARGB32, never drawn into again
-    double scale;
-    std::int32_t id; // its own, for keys of kept surfaces
+    SurfacePtr surface; // ARGB32; its pixels do not change
+    double scale;       // pixels per point
+    std::int32_t id;    // unique, for keys of cached surfaces
 };
 
 } // namespace tesmar

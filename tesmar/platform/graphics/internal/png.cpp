@@ -8,7 +8,8 @@
 namespace tesmar {
 namespace {
 
-// A PNG starts with its signature and the IHDR chunk: length, type, width, height.
+// A PNG starts with its signature and the IHDR chunk, which has a length, a type, the width and the
+// height.
 constexpr std::string_view kStart("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
 constexpr std::size_t kHeaderSize = kStart.size() + 8;
 
@@ -28,10 +29,11 @@ bool hasBoundedSize(std::string_view bytes) {
            height <= UIImage::kMaximumSide && width * height <= UIImage::kMaximumPixels;
 }
 
-// The chunks that make the picture. All the others, texts and profiles, are kept from the decoder:
-// it would unpack them, a thousand times what they take in the file, and nobody looks at them.
+// The PNG without the chunks that do not affect its pixels, such as texts and profiles: the decoder
+// would decompress them, up to a thousand times their size in the file, for nothing.
 std::string pictureChunks(std::string_view bytes) {
-    constexpr std::size_t kSignatureSize = 8, kChunkFrame = 12; // length, type and checksum
+    constexpr std::size_t kSignatureSize = 8,
+                          kChunkFrame = 12; // bytes of length, type and checksum
     constexpr char kAncillary = 0x20;
     std::string chunks(bytes.substr(0, kSignatureSize));
     bytes.remove_prefix(kSignatureSize);
@@ -46,7 +48,7 @@ std::string pictureChunks(std::string_view bytes) {
     return chunks;
 }
 
-cairo_status_t readSome(void* closure, unsigned char* data, unsigned int length) {
+cairo_status_t readBytes(void* closure, unsigned char* data, unsigned int length) {
     auto& rest = *static_cast<std::string_view*>(closure);
     if (rest.size() < length)
         return CAIRO_STATUS_READ_ERROR;
@@ -55,7 +57,7 @@ cairo_status_t readSome(void* closure, unsigned char* data, unsigned int length)
     return CAIRO_STATUS_SUCCESS;
 }
 
-cairo_status_t writeSome(void* closure, const unsigned char* data, unsigned int length) {
+cairo_status_t writeBytes(void* closure, const unsigned char* data, unsigned int length) {
     static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
     return CAIRO_STATUS_SUCCESS;
 }
@@ -67,12 +69,12 @@ SurfacePtr decodePNG(std::string_view bytes) {
         return nullptr;
     const std::string chunks = pictureChunks(bytes);
     std::string_view rest = chunks;
-    SurfacePtr decoded(cairo_image_surface_create_from_png_stream(readSome, &rest));
+    SurfacePtr decoded(cairo_image_surface_create_from_png_stream(readBytes, &rest));
     if (cairo_surface_status(decoded.get()) != CAIRO_STATUS_SUCCESS)
         return nullptr;
     if (cairo_image_surface_get_format(decoded.get()) == CAIRO_FORMAT_ARGB32)
         return decoded;
-    // Opaque and deep pictures come in formats of their own.
+    // Cairo decodes opaque images and those with 16 bits per channel to other formats.
     return renderedSurface(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(decoded.get()),
                            cairo_image_surface_get_height(decoded.get()), 0, 0, [&](cairo_t* cr) {
                                cairo_set_source_surface(cr, decoded.get(), 0, 0);
@@ -82,7 +84,7 @@ SurfacePtr decodePNG(std::string_view bytes) {
 
 std::optional<std::string> encodePNG(cairo_surface_t* surface) {
     std::string bytes;
-    if (cairo_surface_write_to_png_stream(surface, writeSome, &bytes) != CAIRO_STATUS_SUCCESS)
+    if (cairo_surface_write_to_png_stream(surface, writeBytes, &bytes) != CAIRO_STATUS_SUCCESS)
         return std::nullopt;
     return bytes;
 }

@@ -1,4 +1,4 @@
-// PNG in and out of pixel surfaces. Private to the floor.
+// Decodes and encodes PNG. Also used by the text layer, for the pictures in fonts.
 #pragma once
 
 #include "tesmar/platform/graphics/internal/SurfaceCache.h"
@@ -9,10 +9,11 @@
 
 namespace tesmar {
 
-// An ARGB32 surface; null for bytes that are no whole PNG, or that declare more pixels than an
-// image may have (before any memory is taken for them).
+// An ARGB32 surface. Null for anything but a complete PNG, and for a size beyond
+// UIImage::kMaximumSide and kMaximumPixels, which is refused before memory is allocated for it.
 SurfacePtr decodePNG(std::string_view bytes);
 
+// `surface` is ARGB32. std::nullopt if encoding fails.
 std::optional<std::string> encodePNG(cairo_surface_t* surface);
 
 } // namespace tesmar

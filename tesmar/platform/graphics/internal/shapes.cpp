@@ -8,61 +8,61 @@
 namespace tesmar {
 namespace {
 
-constexpr int kParts = 16; // of a pixel
+constexpr int kSubpixels = 16; // per device pixel, in each direction
 
-int parts(double pixels) {
-    return static_cast<int>(std::floor(pixels * kParts + 0.5));
-}
-
-int floorPixel(int p) {
-    return (p >= 0 ? p : p - (kParts - 1)) / kParts;
-}
-int ceilPixel(int p) {
-    return floorPixel(p + kParts - 1);
-}
-double inPixels(int p) {
-    return static_cast<double>(p) / kParts;
+int toSubpixels(double pixels) {
+    return static_cast<int>(std::floor(pixels * kSubpixels + 0.5));
 }
 
-// A rectangle in sixteenths of a device pixel.
-struct PartsRect {
+int floorPixel(int subpixels) {
+    return (subpixels >= 0 ? subpixels : subpixels - (kSubpixels - 1)) / kSubpixels;
+}
+int ceilPixel(int subpixels) {
+    return floorPixel(subpixels + kSubpixels - 1);
+}
+double toPixels(int subpixels) {
+    return static_cast<double>(subpixels) / kSubpixels;
+}
+
+struct SubpixelRect {
     int left, top, right, bottom;
 
     PixelRect pixels() const {
         const int x = floorPixel(left), y = floorPixel(top);
         return {x, y, ceilPixel(right) - x, ceilPixel(bottom) - y};
     }
-    PartsRect movedBy(int dx, int dy) const {
+    SubpixelRect movedBy(int dx, int dy) const {
         return {left + dx, top + dy, right + dx, bottom + dy};
     }
-    PartsRect grownBy(int d) const { return {left - d, top - d, right + d, bottom + d}; }
+    SubpixelRect grownBy(int d) const { return {left - d, top - d, right + d, bottom + d}; }
     bool isEmpty() const { return right <= left || bottom <= top; }
 };
 
-PartsRect partsOf(const CGContext::Impl& painter, const CGRect& r) {
+SubpixelRect subpixelRect(const CGContext::Impl& painter, const CGRect& r) {
     const CGPoint topLeft = painter.device(r.origin);
     const CGPoint bottomRight = painter.device({r.maxX(), r.maxY()});
-    return {parts(topLeft.x), parts(topLeft.y), parts(bottomRight.x), parts(bottomRight.y)};
+    return {toSubpixels(topLeft.x), toSubpixels(topLeft.y), toSubpixels(bottomRight.x),
+            toSubpixels(bottomRight.y)};
 }
 
-// The same rectangle as seen from the corner of `box`.
-PartsRect within(const PixelRect& box, const PartsRect& r) {
-    return r.movedBy(-box.x * kParts, -box.y * kParts);
+// The same rectangle relative to the top left corner of `box`.
+SubpixelRect relativeTo(const PixelRect& box, const SubpixelRect& r) {
+    return r.movedBy(-box.x * kSubpixels, -box.y * kSubpixels);
 }
 
-void ellipsePath(cairo_t* cr, const PartsRect& r) {
+void ellipsePath(cairo_t* cr, const SubpixelRect& r) {
     cairo_matrix_t matrix;
     cairo_get_matrix(cr, &matrix);
-    cairo_translate(cr, inPixels(r.left + r.right) / 2, inPixels(r.top + r.bottom) / 2);
-    cairo_scale(cr, inPixels(r.right - r.left) / 2, inPixels(r.bottom - r.top) / 2);
+    cairo_translate(cr, toPixels(r.left + r.right) / 2, toPixels(r.top + r.bottom) / 2);
+    cairo_scale(cr, toPixels(r.right - r.left) / 2, toPixels(r.bottom - r.top) / 2);
     cairo_arc(cr, 0, 0, 1, 0, 2 * std::numbers::pi);
     cairo_close_path(cr);
     cairo_set_matrix(cr, &matrix);
 }
 
-void roundedRectPath(cairo_t* cr, const PartsRect& r, double radius) {
-    const double left = inPixels(r.left), top = inPixels(r.top);
-    const double right = inPixels(r.right), bottom = inPixels(r.bottom);
+void roundedRectPath(cairo_t* cr, const SubpixelRect& r, double radius) {
+    const double left = toPixels(r.left), top = toPixels(r.top);
+    const double right = toPixels(r.right), bottom = toPixels(r.bottom);
     constexpr double quarter = std::numbers::pi / 2;
     cairo_new_sub_path(cr);
     cairo_arc(cr, right - radius, top + radius, radius, -quarter, 0);
@@ -72,16 +72,16 @@ void roundedRectPath(cairo_t* cr, const PartsRect& r, double radius) {
     cairo_close_path(cr);
 }
 
-double heldRadius(const PartsRect& r, double radius) {
-    return std::min({radius, inPixels(r.right - r.left) / 2, inPixels(r.bottom - r.top) / 2});
+double clampedRadius(const SubpixelRect& r, double radius) {
+    return std::min({radius, toPixels(r.right - r.left) / 2, toPixels(r.bottom - r.top) / 2});
 }
 
-// A large box whose mask is the same all along its middle is rendered small, with a middle of one
-// pixel, and painted stretched.
+// One direction of a large box whose mask does not change along its middle: the mask is rendered
+// with a middle of one pixel, which is stretched when it is painted. Lengths are device pixels.
 struct Stretch {
-    int margin;     // pixels at both ends that are not stretched
+    int margin;     // at each end, not stretched
     int length;     // of the box
-    int maskLength; // of the mask: the same, or two margins and the one pixel between
+    int maskLength; // of the mask: at most two margins and one pixel between them
 
     Stretch(int marginPixels, int boxLength)
         : margin(marginPixels), length(boxLength),
@@ -89,8 +89,8 @@ struct Stretch {
     int removed() const { return length - maskLength; }
 
     struct Segment {
-        int mask;   // where it starts in the mask
-        int box;    // where it starts in the box
+        int mask;   // start in the mask
+        int box;    // start in the box
         int length; // in the box
         bool isStretched;
     };
@@ -107,26 +107,28 @@ unsigned char coverage(cairo_surface_t* mask, int x, int y) {
     return cairo_image_surface_get_data(mask)[y * cairo_image_surface_get_stride(mask) + x];
 }
 
-// Fills a rectangle whose mask varies in one direction at most, one run of equal coverage at a
-// time.
+// Fills a stretched part of the box, whose mask varies in at most one direction: one rectangle for
+// each run of equal coverage.
 void fillRuns(CGContext::Impl& painter, cairo_surface_t* mask, const Stretch::Segment& x,
               const Stretch::Segment& y, const PixelRect& box, const Paint& paint) {
     const auto along = [&](int i) {
         return coverage(mask, x.isStretched ? x.mask : x.mask + i,
                         y.isStretched ? y.mask : y.mask + i);
     };
-    const bool isDownwards = x.isStretched;
-    const int count = x.isStretched && y.isStretched ? 1 : isDownwards ? y.length : x.length;
+    const bool variesDownwards = x.isStretched;
+    const int count = x.isStretched && y.isStretched ? 1 : variesDownwards ? y.length : x.length;
     for (int start = 0, end; start < count; start = end) {
         for (end = start + 1; end < count && along(end) == along(start);)
             ++end;
-        const Paint part = paint.withAlpha(along(start) / 255.0);
+        const Paint covered = paint.withAlpha(along(start) / 255.0);
         if (count == 1 && y.isStretched)
-            painter.fillPixels({box.x + x.box, box.y + y.box, x.length, y.length}, part);
-        else if (isDownwards)
-            painter.fillPixels({box.x + x.box, box.y + y.box + start, x.length, end - start}, part);
+            painter.fillPixels({box.x + x.box, box.y + y.box, x.length, y.length}, covered);
+        else if (variesDownwards)
+            painter.fillPixels({box.x + x.box, box.y + y.box + start, x.length, end - start},
+                               covered);
         else
-            painter.fillPixels({box.x + x.box + start, box.y + y.box, end - start, y.length}, part);
+            painter.fillPixels({box.x + x.box + start, box.y + y.box, end - start, y.length},
+                               covered);
     }
 }
 
@@ -145,87 +147,89 @@ void paintStretched(CGContext::Impl& painter, cairo_surface_t* mask, const Stret
     }
 }
 
-// The mask of the smallest box that can be stretched: as kept, or as `render()` makes it.
+// The A8 surface cached under `shape`, made by `render()` if there is none. Null if that fails.
 template <class Render>
-cairo_surface_t* keptMask(std::span<const std::int32_t> shape, const Render& render) {
+cairo_surface_t* cachedMask(std::span<const std::int32_t> shape, const Render& render) {
     SurfaceCache& cache = SurfaceCache::ofThisThread();
-    if (cairo_surface_t* kept = cache.find({shape}))
-        return kept;
-    SurfacePtr fresh = render();
-    return fresh ? cache.insert({shape}, std::move(fresh)) : nullptr;
+    if (cairo_surface_t* cached = cache.find({shape}))
+        return cached;
+    SurfacePtr rendered = render();
+    return rendered ? cache.insert({shape}, std::move(rendered)) : nullptr;
 }
 
-PartsRect shortened(const PartsRect& r, const Stretch& across, const Stretch& down) {
-    return {r.left, r.top, r.right - across.removed() * kParts, r.bottom - down.removed() * kParts};
+SubpixelRect shortened(const SubpixelRect& r, const Stretch& across, const Stretch& down) {
+    return {r.left, r.top, r.right - across.removed() * kSubpixels,
+            r.bottom - down.removed() * kSubpixels};
 }
 
-constexpr std::int32_t word(SurfaceKind kind) {
+constexpr std::int32_t keyWord(SurfaceKind kind) {
     return static_cast<std::int32_t>(kind);
 }
 
 } // namespace
 
 void drawEllipse(CGContext::Impl& painter, const CGRect& rect, const Paint& paint) {
-    const PartsRect place = partsOf(painter, rect);
+    const SubpixelRect place = subpixelRect(painter, rect);
     if (place.isEmpty())
         return;
     const PixelRect box = place.pixels();
-    const PartsRect r = within(box, place);
-    const std::array key{word(SurfaceKind::ellipse), r.left, r.top, r.right, r.bottom};
-    painter.paintKept(key, box, CAIRO_FORMAT_A8, paint, [&](cairo_t* cr) {
+    const SubpixelRect r = relativeTo(box, place);
+    const std::array key{keyWord(SurfaceKind::ellipse), r.left, r.top, r.right, r.bottom};
+    painter.paintCached(key, box, CAIRO_FORMAT_A8, paint, [&](cairo_t* cr) {
         ellipsePath(cr, r);
         cairo_fill(cr);
     });
 }
 
 void drawRing(CGContext::Impl& painter, const CGRect& rect, double lineWidth, const Paint& paint) {
-    const PartsRect place = partsOf(painter, rect);
-    const int width = parts(std::min(lineWidth * painter.scale, kFarthestPixel));
+    const SubpixelRect place = subpixelRect(painter, rect);
+    const int width = toSubpixels(std::min(lineWidth * painter.scale, kLargestPixel));
     if (place.isEmpty() || width <= 0)
         return;
     const PixelRect box = place.grownBy((width + 1) / 2).pixels();
-    const PartsRect r = within(box, place);
-    const std::array key{word(SurfaceKind::ring), r.left, r.top, r.right, r.bottom, width};
-    painter.paintKept(key, box, CAIRO_FORMAT_A8, paint, [&](cairo_t* cr) {
+    const SubpixelRect r = relativeTo(box, place);
+    const std::array key{keyWord(SurfaceKind::ring), r.left, r.top, r.right, r.bottom, width};
+    painter.paintCached(key, box, CAIRO_FORMAT_A8, paint, [&](cairo_t* cr) {
         ellipsePath(cr, r);
-        cairo_set_line_width(cr, inPixels(width));
+        cairo_set_line_width(cr, toPixels(width));
         cairo_stroke(cr);
     });
 }
 
 void drawRoundedRect(CGContext::Impl& painter, const CGRect& rect, double radius,
                      const Paint& paint) {
-    const PartsRect place = partsOf(painter, rect);
+    const SubpixelRect place = subpixelRect(painter, rect);
     if (place.isEmpty())
         return;
     const PixelRect box = place.pixels();
-    const PartsRect r = within(box, place);
-    const int roundness = parts(heldRadius(r, std::min(radius * painter.scale, kFarthestPixel)));
-    const bool fillsItsPixels = r.left == 0 && r.top == 0 && r.right == box.width * kParts &&
-                                r.bottom == box.height * kParts;
-    if (roundness == 0 && fillsItsPixels) {
+    const SubpixelRect r = relativeTo(box, place);
+    const int cornerRadius =
+        toSubpixels(clampedRadius(r, std::min(radius * painter.scale, kLargestPixel)));
+    const bool coversWholePixels = r.left == 0 && r.top == 0 && r.right == box.width * kSubpixels &&
+                                   r.bottom == box.height * kSubpixels;
+    if (cornerRadius == 0 && coversWholePixels) {
         painter.fillPixels(box, paint);
         return;
     }
-    const int margin = ceilPixel(roundness) + 2;
-    const auto render = [roundness](const PartsRect& shape) {
-        return [shape, roundness](cairo_t* cr) {
-            roundedRectPath(cr, shape, inPixels(roundness));
+    const int margin = ceilPixel(cornerRadius) + 2;
+    const auto render = [cornerRadius](const SubpixelRect& shape) {
+        return [shape, cornerRadius](cairo_t* cr) {
+            roundedRectPath(cr, shape, toPixels(cornerRadius));
             cairo_fill(cr);
         };
     };
-    constexpr int kSmall = 128; // painted in one go sooner than in nine parts
+    constexpr int kSmall = 128; // device pixels; below, one mask is faster than nine parts
     if ((box.width <= kSmall && box.height <= kSmall) || margin > kTileSide / 2) {
         const std::array key{
-            word(SurfaceKind::roundedRect), r.left, r.top, r.right, r.bottom, roundness};
-        painter.paintKept(key, box, CAIRO_FORMAT_A8, paint, render(r));
+            keyWord(SurfaceKind::roundedRect), r.left, r.top, r.right, r.bottom, cornerRadius};
+        painter.paintCached(key, box, CAIRO_FORMAT_A8, paint, render(r));
         return;
     }
     const Stretch across(margin, box.width), down(margin, box.height);
-    const PartsRect s = shortened(r, across, down);
+    const SubpixelRect s = shortened(r, across, down);
     const std::array key{
-        word(SurfaceKind::roundedRect), s.left, s.top, s.right, s.bottom, roundness};
-    cairo_surface_t* mask = keptMask(key, [&] {
+        keyWord(SurfaceKind::roundedRect), s.left, s.top, s.right, s.bottom, cornerRadius};
+    cairo_surface_t* mask = cachedMask(key, [&] {
         return renderedSurface(CAIRO_FORMAT_A8, across.maskLength, down.maskLength, 0, 0,
                                render(s));
     });
@@ -233,69 +237,46 @@ void drawRoundedRect(CGContext::Impl& painter, const CGRect& rect, double radius
         paintStretched(painter, mask, across, down, box, paint);
 }
 
-void drawPolyline(CGContext::Impl& painter, std::span<const CGPoint> points, double lineWidth,
-                  LineCap cap, const Paint& paint) {
-    const int width = parts(std::min(lineWidth * painter.scale, kFarthestPixel));
-    if (points.size() < 2 || width <= 0)
-        return;
-    static thread_local std::vector<std::int32_t> key; // kept for its memory
-    key.assign({word(SurfaceKind::polyline), width, static_cast<std::int32_t>(cap)});
-    const std::size_t first = key.size();
-    PartsRect reach{};
-    for (const CGPoint& point : points) {
-        const CGPoint p = painter.device({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-        const int x = parts(p.x), y = parts(p.y);
-        reach = key.size() == first
-                    ? PartsRect{x, y, x, y}
-                    : PartsRect{std::min(reach.left, x), std::min(reach.top, y),
-                                std::max(reach.right, x), std::max(reach.bottom, y)};
-        key.insert(key.end(), {x, y});
-    }
-    const PixelRect box = reach.grownBy((width + 1) / 2 + kParts).pixels();
-    for (std::size_t i = first; i < key.size(); i += 2) {
-        key[i] -= box.x * kParts;
-        key[i + 1] -= box.y * kParts;
-    }
-    painter.paintKept(key, box, CAIRO_FORMAT_A8, paint, [&](cairo_t* cr) {
-        for (std::size_t i = first; i < key.size(); i += 2)
-            cairo_line_to(cr, inPixels(key[i]), inPixels(key[i + 1]));
-        cairo_set_line_width(cr, inPixels(width));
-        cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
-        cairo_set_line_cap(cr, cap == LineCap::round ? CAIRO_LINE_CAP_ROUND : CAIRO_LINE_CAP_BUTT);
-        cairo_stroke(cr);
-    });
-}
-
 void drawShadow(CGContext::Impl& painter, const CGRect& rect, double radius, double blur,
                 CGPoint offset, const Paint& paint) {
-    const PartsRect place = partsOf(painter, rect);
+    const SubpixelRect place = subpixelRect(painter, rect);
     if (place.isEmpty() || paint.alpha <= 0)
         return;
-    // Three box blurs of this radius reach three times as far, and look like a Gaussian one.
+    // Three box blurs in a row reach three times as far as one, and are close to a Gaussian blur.
     const int blurRadius = static_cast<int>(blur * painter.scale / 3);
     const int reach = 3 * blurRadius;
-    const int dx = parts(offset.x * painter.scale), dy = parts(offset.y * painter.scale);
-    constexpr double kRoundest = 512; // pixels; no mask is larger than it need be
-    const int roundness = parts(heldRadius(place, std::min(radius * painter.scale, kRoundest)));
+    const int dx = toSubpixels(offset.x * painter.scale),
+              dy = toSubpixels(offset.y * painter.scale);
+    constexpr double kLargestRadius = 512; // pixels; limits the size of the mask
+    const int cornerRadius =
+        toSubpixels(clampedRadius(place, std::min(radius * painter.scale, kLargestRadius)));
 
-    const PartsRect thrown = place.movedBy(dx, dy).grownBy(reach * kParts);
+    const SubpixelRect shadowRect = place.movedBy(dx, dy).grownBy(reach * kSubpixels);
     const PixelRect box =
-        PartsRect{std::min(place.left, thrown.left), std::min(place.top, thrown.top),
-                  std::max(place.right, thrown.right), std::max(place.bottom, thrown.bottom)}
+        SubpixelRect{std::min(place.left, shadowRect.left), std::min(place.top, shadowRect.top),
+                     std::max(place.right, shadowRect.right),
+                     std::max(place.bottom, shadowRect.bottom)}
             .pixels();
     const int margin =
-        ceilPixel(roundness) + 2 * reach + ceilPixel(std::max(std::abs(dx), std::abs(dy))) + 3;
+        ceilPixel(cornerRadius) + 2 * reach + ceilPixel(std::max(std::abs(dx), std::abs(dy))) + 3;
     const Stretch across(margin, box.width), down(margin, box.height);
-    const PartsRect s = shortened(within(box, place), across, down);
-    const std::array key{
-        word(SurfaceKind::shadow), s.left, s.top, s.right, s.bottom, roundness, dx, dy, blurRadius};
-    cairo_surface_t* mask = keptMask(key, [&] {
+    const SubpixelRect s = shortened(relativeTo(box, place), across, down);
+    const std::array key{keyWord(SurfaceKind::shadow),
+                         s.left,
+                         s.top,
+                         s.right,
+                         s.bottom,
+                         cornerRadius,
+                         dx,
+                         dy,
+                         blurRadius};
+    cairo_surface_t* mask = cachedMask(key, [&] {
         const auto shadow = [&](cairo_t* cr) {
-            roundedRectPath(cr, s.movedBy(dx, dy), inPixels(roundness));
+            roundedRectPath(cr, s.movedBy(dx, dy), toPixels(cornerRadius));
             cairo_fill(cr);
             boxBlur(cairo_get_target(cr), blurRadius);
             cairo_set_operator(cr, CAIRO_OPERATOR_DEST_OUT);
-            roundedRectPath(cr, s, inPixels(roundness));
+            roundedRectPath(cr, s, toPixels(cornerRadius));
             cairo_fill(cr);
         };
         return renderedSurface(CAIRO_FORMAT_A8, across.maskLength, down.maskLength, 0, 0, shadow);

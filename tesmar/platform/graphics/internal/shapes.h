@@ -1,7 +1,8 @@
-// Antialiased shapes, painted through coverage masks that are rendered once. Private to the floor.
+// Antialiased shapes, painted through cached coverage masks.
 //
-// Places and sizes count in sixteenths of a device pixel: fine enough not to be seen, coarse enough
-// that a mask is found again. Rectangles are finite and in points of the painter's coordinates.
+// Positions and sizes are rounded to sixteenths of a device pixel: too fine for the eye, but coarse
+// enough for masks to be found in the cache. Rectangles must be finite, and are in points of the
+// context's current coordinates; other lengths are in points too.
 #pragma once
 
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
@@ -11,8 +12,6 @@ namespace tesmar {
 void drawEllipse(CGContext::Impl& painter, const CGRect& r, const Paint& paint);
 void drawRing(CGContext::Impl& painter, const CGRect& r, double lineWidth, const Paint& paint);
 void drawRoundedRect(CGContext::Impl& painter, const CGRect& r, double radius, const Paint& paint);
-void drawPolyline(CGContext::Impl& painter, std::span<const CGPoint> points, double width,
-                  LineCap cap, const Paint& paint);
 void drawShadow(CGContext::Impl& painter, const CGRect& r, double radius, double blur,
                 CGPoint offset, const Paint& paint);
 

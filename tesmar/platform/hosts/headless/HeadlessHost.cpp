@@ -81,22 +81,30 @@ std::span<const PixelRect> HeadlessHost::render() {
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
     render();
-    std::vector<std::uint32_t> picture = pixels_;
+    std::vector<std::uint32_t> picture(pixels_.size());
     if (backdrop) {
-        const auto channel = [](double v) { return static_cast<std::uint32_t>(v * 255 + 0.5); };
-        const std::uint32_t below[3] = {channel(backdrop->blue()), channel(backdrop->green()),
-                                        channel(backdrop->red())};
-        for (std::uint32_t& pixel : picture) {
-            const std::uint32_t through = 255 - (pixel >> 24);
-            std::uint32_t shown = 0xFF000000;
-            for (int i = 0; i < 3; ++i) {
-                const std::uint32_t own = (pixel >> (8 * i)) & 0xFF;
-                shown |= std::min(255u, own + below[i] * through / 255) << (8 * i);
-            }
-            pixel = shown;
-        }
+        CGContext context(picture.data(), width_, height_, width_ * 4, 1);
+        context.setFillColor(*backdrop->colorWithAlphaComponent(1));
+        context.fillRect({0, 0, static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)});
     }
-    return tesmar::writePNG(path, picture.data(), width_, height_, width_ * 4);
+    return writeOver(path, std::move(picture));
+}
+
+bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32_t> backdrop) {
+    render();
+    if (backdrop.size() != pixels_.size())
+        return false;
+    std::vector<std::uint32_t> picture(backdrop.begin(), backdrop.end());
+    for (std::uint32_t& pixel : picture)
+        pixel |= 0xFF000000; // a backdrop is opaque
+    return writeOver(path, std::move(picture));
+}
+
+bool HeadlessHost::writeOver(const std::string& path, std::vector<std::uint32_t> picture) const {
+    const int stride = width_ * 4;
+    CGContext(picture.data(), width_, height_, stride, 1)
+        .drawPixels(pixels_.data(), width_, height_, stride);
+    return tesmar::writePNG(path, picture.data(), width_, height_, stride);
 }
 
 } // namespace tesmar

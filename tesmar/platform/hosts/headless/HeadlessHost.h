@@ -5,6 +5,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -47,12 +48,17 @@ class TESMAR_API HeadlessHost {
     const std::vector<std::uint32_t>& pixels() const { return pixels_; }
     int pixelWidth() const { return width_; }
     int pixelHeight() const { return height_; }
-    // Renders, and writes the picture over `backdrop` (transparent when null). False when the file
-    // cannot be written.
+    // Renders, and writes the picture over an opaque `backdrop` (null: transparent). Returns false
+    // when the file cannot be written.
     bool writePNG(const std::string& path, const Ref<UIColor>& backdrop = nullptr);
+    // The same over an opaque picture, laid out like pixels(). Also returns false when it has
+    // another number of pixels.
+    bool writePNG(const std::string& path, std::span<const std::uint32_t> backdrop);
 
   private:
     void allocate();
+    // Over `picture`, which has as many pixels.
+    bool writeOver(const std::string& path, std::vector<std::uint32_t> picture) const;
 
     Ref<UIWindow> window_;
     std::vector<std::uint32_t> pixels_;

@@ -12,50 +12,51 @@
 namespace tesmar {
 namespace {
 
-// An item whose setter keeps changing the system must not hang the host.
-constexpr int kMostPasses = 4;
+// Keeps an item whose setter always changes the system from hanging the host.
+constexpr int kMaxPasses = 4;
 
 } // namespace
 
-// Apart from the engine, so that a pass can end in peace when an item's setter destroys the engine.
+// Separate from the engine, so that a pass survives an item's setter that destroys the engine.
 struct LayoutEngine::State {
     LayoutSystem system;
-    LayoutItem* root = nullptr; // whose tree has been read
-    bool isCurrent = false;     // what has been read is still so
+    LayoutItem* root = nullptr; // of the tree that `system` was read from
+    bool isCurrent = false;     // `system` still describes the tree
     bool isInPass = false;
-    bool passIsAsked = false; // from within a pass
-    bool engineIsGone = false;
+    bool isPassRequested = false; // by a layout() during a pass
+    bool isEngineDestroyed = false;
     std::vector<std::optional<CGSize>> contentSizes; // by node, as last set
 
-    std::vector<bool> conflictIsTold; // since the last reading
-    std::set<std::string> told;       // since the last reading
-    std::set<std::string> toldLastReading;
+    // Since the tree was last read.
+    std::vector<bool> isConflictReported; // by conflict
+    std::set<std::string> reported;
+    // Between the two last times that the tree was read.
+    std::set<std::string> reportedBefore;
 
     void readIfNeeded(LayoutItem& item);
-    void place();
-    void passUntilSettled(LayoutItem& item);
-    void tell();
-    void tell(const std::string& message);
+    void applyFrames();
+    void layoutUntilStable(LayoutItem& item);
+    void report();
 };
 
 void LayoutEngine::State::readIfNeeded(LayoutItem& item) {
-    if (isCurrent && root == &item && !system.givenFramesHaveChanged())
+    if (isCurrent && root == &item && !system.fixedFramesHaveChanged())
         return;
     isCurrent = false;
     system.read(item);
     root = &item;
     isCurrent = true;
-    toldLastReading = std::exchange(told, {});
-    conflictIsTold.clear();
+    reportedBefore = std::exchange(reported, {});
+    isConflictReported.clear();
     contentSizes.assign(system.nodes().size(), std::nullopt);
 }
 
-void LayoutEngine::State::place() {
+void LayoutEngine::State::applyFrames() {
     const auto& nodes = system.nodes();
-    // The setters are other people's code: after each of them the tree may be another.
+    // Each setter may invalidate the system, after which the nodes' items may be dangling.
     for (std::size_t i = 1; i < nodes.size() && isCurrent; ++i) {
         const LayoutSystem::Node& node = nodes[i];
-        if (!node.frameIsGiven) {
+        if (!node.frameIsFixed) {
             const CGRect frame = system.frame(node);
             if (frame != node.item->layoutFrame())
                 node.item->setLayoutFrame(frame);
@@ -67,32 +68,32 @@ void LayoutEngine::State::place() {
     }
 }
 
-void LayoutEngine::State::passUntilSettled(LayoutItem& item) {
-    for (int pass = 0; pass < kMostPasses && !engineIsGone; ++pass) {
-        passIsAsked = false;
+void LayoutEngine::State::layoutUntilStable(LayoutItem& item) {
+    for (int pass = 0; pass < kMaxPasses && !isEngineDestroyed; ++pass) {
+        isPassRequested = false;
         readIfNeeded(item);
         system.solve(finiteRect(item.layoutFrame()).size);
-        place();
-        if (isCurrent && !passIsAsked && !system.givenFramesHaveChanged())
+        applyFrames();
+        if (isCurrent && !isPassRequested && !system.fixedFramesHaveChanged())
             break;
     }
 }
 
-void LayoutEngine::State::tell() {
+void LayoutEngine::State::report() {
     if (!diagnosticsWanted())
         return;
     std::vector<std::string> messages;
-    if (told.empty())
-        messages = system.complaints();
+    if (reported.empty())
+        messages = system.ignoredConstraints();
     for (const int conflict : system.conflicts()) {
-        if (conflictIsTold.size() <= static_cast<std::size_t>(conflict))
-            conflictIsTold.resize(static_cast<std::size_t>(conflict) + 1);
-        if (!conflictIsTold[conflict])
+        if (isConflictReported.size() <= static_cast<std::size_t>(conflict))
+            isConflictReported.resize(static_cast<std::size_t>(conflict) + 1);
+        if (!isConflictReported[conflict])
             messages.push_back(system.describeConflict(conflict));
-        conflictIsTold[conflict] = true;
+        isConflictReported[conflict] = true;
     }
     for (const std::string& message : messages) {
-        if (told.insert(message).second && !toldLastReading.contains(message))
+        if (reported.insert(message).second && !reportedBefore.contains(message))
             diagnostic(message);
     }
 }
@@ -101,7 +102,7 @@ LayoutEngine::LayoutEngine() : state_(std::make_shared<State>()) {}
 
 LayoutEngine::~LayoutEngine() {
     state_->isCurrent = false;
-    state_->engineIsGone = true;
+    state_->isEngineDestroyed = true;
 }
 
 void LayoutEngine::invalidate() {
@@ -111,26 +112,25 @@ void LayoutEngine::invalidate() {
 void LayoutEngine::layout(LayoutItem& root) {
     const std::shared_ptr<State> state = state_;
     if (state->isInPass) {
-        state->passIsAsked = true;
+        state->isPassRequested = true;
         return;
     }
     state->isInPass = true;
     try {
-        state->passUntilSettled(root);
+        state->layoutUntilStable(root);
     } catch (...) {
         state->isInPass = false;
-        state->isCurrent = false; // how far it came is not known
+        state->isCurrent = false; // the system may be incomplete
         throw;
     }
     state->isInPass = false;
     if (state->isCurrent)
-        state->tell();
+        state->report();
 }
 
-CGSize LayoutEngine::fittingSize(LayoutItem& root, CGSize target, UILayoutPriority horizontal,
-                                 UILayoutPriority vertical) {
+CGSize LayoutEngine::fittingSize(LayoutItem& root, CGSize target) {
     LayoutSystem system;
-    system.read(root, LayoutSystem::Fitting{target, {horizontal, vertical}});
+    system.readForFitting(root, target);
     system.solve({});
     return system.rootSize();
 }

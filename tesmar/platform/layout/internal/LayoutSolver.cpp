@@ -9,32 +9,35 @@ namespace tesmar {
 namespace {
 
 constexpr double kRequired = 1000;
+// The tag of a residual that no single constraint causes.
+constexpr int kNoTag = -1;
 
-// Sums and products of exact numbers come out exact to this many units in a point, with a dust of
-// rounding that would keep equal edges from comparing equal.
-constexpr double kUnitsInAPoint = 4096;
-constexpr double kDust = 1e-9;
-// A double of this size has no bits for less than a unit: adding it rounds.
-constexpr double kRounder = 0x1.8p52 / kUnitsInAPoint;
+// Edges that should be equal can differ by rounding errors. Values within kSnapTolerance of a
+// multiple of 1/kStepsPerPoint are rounded to it, so that they compare equal.
+constexpr double kStepsPerPoint = 4096;
+constexpr double kSnapTolerance = 1e-9;
+// A double of this magnitude has no bits below one step, so adding and subtracting it rounds.
+constexpr double kRoundingOffset = 0x1.8p52 / kStepsPerPoint;
 
-double withoutDust(double value) {
-    const double rounded = (value + kRounder) - kRounder;
-    return std::abs(value - rounded) <= kDust * std::max(1.0, std::abs(value)) ? rounded : value;
+double withoutRoundingErrors(double value) {
+    const double rounded = (value + kRoundingOffset) - kRoundingOffset;
+    const double tolerance = kSnapTolerance * std::max(1.0, std::abs(value));
+    return std::abs(value - rounded) <= tolerance ? rounded : value;
 }
 
-// Brings the terms from `begin` on into ascending order, each variable once.
+// Sorts the terms from `begin` on by variable and adds up those of the same variable.
 void normalise(std::vector<Term>& terms, std::size_t begin) {
     std::sort(terms.begin() + static_cast<std::ptrdiff_t>(begin), terms.end(),
               [](const Term& a, const Term& b) { return a.variable < b.variable; });
-    std::size_t kept = begin;
+    std::size_t end = begin;
     for (std::size_t i = begin; i < terms.size();) {
         Term sum = terms[i++];
         for (; i < terms.size() && terms[i].variable == sum.variable; ++i)
             sum.coefficient += terms[i].coefficient;
         if (std::abs(sum.coefficient) > kCoefficientTolerance)
-            terms[kept++] = sum;
+            terms[end++] = sum;
     }
-    terms.resize(kept);
+    terms.resize(end);
 }
 
 } // namespace
@@ -44,9 +47,9 @@ void LayoutSolver::clear() {
     terms_.clear();
     required_.clear();
     optional_.clear();
-    smallest_.clear();
-    nearZero_.clear();
-    constantChecks_.clear();
+    preferSmallest_.clear();
+    preferNearZero_.clear();
+    constantRelations_.clear();
     built_ = false;
 }
 
@@ -68,51 +71,54 @@ void LayoutSolver::addConstraint(const LinearExpression& expression, Relation re
     if (priority < kRequired)
         optional_.push_back(constraint);
     else if (terms_.size() == begin)
-        constantChecks_.push_back({expression.constant, relation, tag});
+        constantRelations_.push_back({expression.constant, relation, tag});
     else
         required_.push_back(constraint);
 }
 
 void LayoutSolver::solve(const Parameters& parameters) {
     parameters_ = parameters;
-    if (!built_ || !tableau_.holdsFor(parameters) ||
-        (order_ == Order::sparsestFirst &&
-         !std::all_of(checks_.begin(), checks_.end(), [&](const Check& c) { return holds(c); })))
+    if (!built_ || !tableau_.isFeasibleFor(parameters) ||
+        (order_ == Order::sparsestFirst && !allSatisfied(residuals_)))
         build();
     evaluate();
 }
 
-// A required relation that nothing ties any more must hold as it is.
-bool LayoutSolver::holds(const Check& check) const {
-    const double value = check.value.at(parameters_);
+bool LayoutSolver::isSatisfied(const Residual& residual) const {
+    const double value = residual.value.at(parameters_);
     return value >= -kFeasibilityTolerance &&
-           (check.relation == Relation::notNegative || value <= kFeasibilityTolerance);
+           (residual.relation == Relation::notNegative || value <= kFeasibilityTolerance);
+}
+
+bool LayoutSolver::allSatisfied(const std::vector<Residual>& residuals) const {
+    return std::all_of(residuals.begin(), residuals.end(),
+                       [this](const Residual& residual) { return isSatisfied(residual); });
 }
 
 void LayoutSolver::build() {
-    built_ = false; // until all of it is
-    // Where all required relations can hold together their order makes no difference to the answer,
-    // only to the work. Where they cannot, the order decides which gives way.
+    built_ = false; // in case one of the steps throws
+    // If all required relations can be satisfied, their order matters only for speed. Otherwise the
+    // order decides which of them is violated.
     if (!solveRequired(Order::sparsestFirst))
         solveRequired(Order::asAdded);
     solvePriorities();
-    grantWishes();
-    tableau_.finish();
+    applyTieBreaks();
+    tableau_.compileEvaluation();
     built_ = true;
 }
 
-// Answers whether all hold.
+// Returns whether all required relations are satisfied.
 bool LayoutSolver::solveRequired(Order order) {
     order_ = order;
-    checks_.clear();
+    residuals_.clear();
     tableau_.reset(parameters_, variables_.size());
     for (const Tableau::Domain domain : variables_)
         tableau_.addVariable(domain);
     if (order == Order::asAdded) {
         for (const Constraint& constraint : required_) {
             addRequired(constraint);
-            if (const Affine lack = tableau_.minimise(); !lack.isZero())
-                checks_.push_back({lack, Relation::equal, constraint.tag});
+            if (const Affine violation = tableau_.minimise(); !violation.isZero())
+                residuals_.push_back({violation, Relation::equal, constraint.tag});
         }
         return false;
     }
@@ -128,8 +134,8 @@ bool LayoutSolver::solveRequired(Order order) {
     });
     for (const Constraint* constraint : sorted)
         addRequired(*constraint);
-    checks_.push_back({tableau_.minimise(), Relation::equal, -1});
-    return std::all_of(checks_.begin(), checks_.end(), [&](const Check& c) { return holds(c); });
+    residuals_.push_back({tableau_.minimise(), Relation::equal, kNoTag});
+    return allSatisfied(residuals_);
 }
 
 std::optional<Affine> LayoutSolver::addToTableau(const Constraint& constraint,
@@ -143,8 +149,8 @@ std::optional<Affine> LayoutSolver::addToTableau(const Constraint& constraint,
 }
 
 void LayoutSolver::addRequired(const Constraint& constraint) {
-    if (const auto rest = addToTableau(constraint, Tableau::Strength::hard))
-        checks_.push_back({*rest, constraint.relation, constraint.tag});
+    if (const auto residual = addToTableau(constraint, Tableau::Strength::hard))
+        residuals_.push_back({*residual, constraint.relation, constraint.tag});
 }
 
 void LayoutSolver::solvePriorities() {
@@ -158,17 +164,17 @@ void LayoutSolver::solvePriorities() {
     }
 }
 
-void LayoutSolver::grantWishes() {
-    const std::vector<bool> known = tableau_.determined();
-    for (const Variable extent : smallest_) {
-        if (!known[extent]) {
-            tableau_.charge(extent);
+void LayoutSolver::applyTieBreaks() {
+    const std::vector<bool> sized = tableau_.determinedVariables();
+    for (const Variable extent : preferSmallest_) {
+        if (!sized[extent]) {
+            tableau_.addToObjective(extent);
             tableau_.minimise();
         }
     }
-    const std::vector<bool> placed = tableau_.determined();
+    const std::vector<bool> placed = tableau_.determinedVariables();
     expression_.clear();
-    for (const Variable variable : nearZero_) {
+    for (const Variable variable : preferNearZero_) {
         if (!placed[variable]) {
             expression_.terms.assign(1, {variable, 1});
             tableau_.addEquality(expression_, Tableau::Strength::soft);
@@ -180,12 +186,13 @@ void LayoutSolver::grantWishes() {
 void LayoutSolver::evaluate() {
     tableau_.evaluate(parameters_, values_);
     for (std::size_t i = 0; i < variables_.size(); ++i)
-        values_[i] = withoutDust(finite(values_[i], -kLargestCoordinate, kLargestCoordinate, 0));
+        values_[i] =
+            withoutRoundingErrors(finite(values_[i], -kLargestCoordinate, kLargestCoordinate, 0));
     conflicts_.clear();
-    for (const auto* checks : {&constantChecks_, &checks_}) {
-        for (const Check& check : *checks) {
-            if (check.tag >= 0 && !holds(check))
-                conflicts_.push_back(check.tag);
+    for (const auto* residuals : {&constantRelations_, &residuals_}) {
+        for (const Residual& residual : *residuals) {
+            if (residual.tag != kNoTag && !isSatisfied(residual))
+                conflicts_.push_back(residual.tag);
         }
     }
     std::sort(conflicts_.begin(), conflicts_.end());

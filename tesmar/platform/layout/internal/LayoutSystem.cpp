@@ -19,7 +19,7 @@ double along(LayoutAxis axis, CGSize size) {
     return axis == LayoutAxis::horizontal ? size.width : size.height;
 }
 
-bool followsReading(NSLayoutAttribute attribute) {
+bool followsReadingDirection(NSLayoutAttribute attribute) {
     return attribute == NSLayoutAttribute::leading || attribute == NSLayoutAttribute::trailing;
 }
 
@@ -29,61 +29,63 @@ bool isExtent(NSLayoutAttribute attribute) {
 
 } // namespace
 
-void LayoutSystem::read(LayoutItem& root, const std::optional<Fitting>& fitting) {
+void LayoutSystem::read(LayoutItem& root) {
+    clear();
+    addNode(root, -1, RootSize::parameter);
+    addRelations();
+}
+
+void LayoutSystem::readForFitting(LayoutItem& root, CGSize target) {
+    clear();
+    addNode(root, -1, RootSize::variable);
+    addFitting(target);
+    addRelations();
+}
+
+void LayoutSystem::clear() {
     solver_.clear();
     nodes_.clear();
     nodeByItem_.clear();
     sources_.clear();
-    complaints_.clear();
-    addNode(root, -1, fitting.has_value());
-    if (fitting)
-        addFitting(*fitting);
-    for (const Node& node : nodes_) {
-        for (const auto& constraint : node.item->layoutConstraints())
-            addConstraint(constraint);
-    }
-    for (std::size_t i = 0; i < nodes_.size(); ++i)
-        addContentWishes(static_cast<int>(i));
-    for (const Node& node : nodes_) {
-        for (const auto* variables : {&node.extent, &node.contentExtent}) {
-            for (const Variable variable : *variables) {
-                if (variable >= 0)
-                    solver_.wishSmallest(variable);
-            }
-        }
-        for (const Variable variable : node.position) {
-            if (variable >= 0)
-                solver_.wishNearZero(variable);
-        }
-    }
+    ignoredConstraints_.clear();
 }
 
-void LayoutSystem::addNode(LayoutItem& item, int parent, bool sizeIsUnknown) {
+void LayoutSystem::addNode(LayoutItem& item, int parent, RootSize rootSize) {
     const int self = static_cast<int>(nodes_.size());
+    const bool isRoot = parent < 0;
     nodeByItem_.emplace(&item, self);
-    Node node{&item, parent, parent < 0 ? 0 : nodes_[parent].depth + 1,
-              parent < 0 || item.layoutFrameIsGiven()};
-    if (node.frameIsGiven)
-        node.givenFrame = finiteRect(item.layoutFrame());
+    Node node{&item, parent, isRoot ? 0 : nodes_[parent].depth + 1,
+              isRoot || item.layoutFrameIsFixed()};
+    if (node.frameIsFixed)
+        node.fixedFrame = finiteRect(item.layoutFrame());
     else
         node.position = {solver_.addVariable(), solver_.addVariable()};
-    if (!node.frameIsGiven || sizeIsUnknown)
+    if (!node.frameIsFixed || (isRoot && rootSize == RootSize::variable))
         node.extent = {solver_.addExtent(), solver_.addExtent()};
     if (item.layoutEdgesAreContent())
         node.contentExtent = {solver_.addExtent(), solver_.addExtent()};
     nodes_.push_back(node);
     for (std::size_t i = 0; i < item.layoutChildCount(); ++i)
-        addNode(item.layoutChild(i), self, false);
+        addNode(item.layoutChild(i), self, rootSize);
 }
 
-void LayoutSystem::addFitting(const Fitting& fitting) {
+void LayoutSystem::addRelations() {
+    for (const Node& node : nodes_) {
+        for (const auto& constraint : node.item->layoutConstraints())
+            addConstraint(constraint);
+    }
+    for (std::size_t i = 0; i < nodes_.size(); ++i)
+        addIntrinsicSize(static_cast<int>(i));
+    addTieBreaks();
+}
+
+void LayoutSystem::addFitting(CGSize target) {
     for (const LayoutAxis axis : kAxes) {
         expression_.clear();
         addExtent(axis, 0, 1);
-        expression_.constant.constant -=
-            finite(along(axis, fitting.target), 0, kLargestCoordinate, 0);
+        expression_.constant.constant -= finite(along(axis, target), 0, kLargestCoordinate, 0);
         solver_.addConstraint(expression_, LayoutSolver::Relation::equal,
-                              fitting.priority[index(axis)], static_cast<int>(sources_.size()));
+                              UILayoutPriorityFittingSizeLevel, static_cast<int>(sources_.size()));
     }
     sources_.push_back({nullptr, 0});
 }
@@ -91,22 +93,24 @@ void LayoutSystem::addFitting(const Fitting& fitting) {
 void LayoutSystem::addConstraint(const Ref<NSLayoutConstraint>& constraint) {
     if (!constraint->isActive())
         return;
-    if (const char* reason = whyUnusable(*constraint)) {
-        complaints_.push_back("layout: ignoring " + constraint->description() + ": " + reason);
+    if (const char* reason = reasonToIgnore(*constraint)) {
+        ignoredConstraints_.push_back("layout: ignoring " + constraint->description() + ": " +
+                                      reason);
         return;
     }
     const NSLayoutAttribute attribute = constraint->firstAttribute();
     const NSLayoutAttribute secondAttribute = constraint->secondAttribute();
     const auto firstItem = constraint->firstItem();
-    const int first = nodeOf(firstItem.get());
+    const int first = indexOf(firstItem.get());
     int second = first;
     if (secondAttribute != NSLayoutAttribute::notAnAttribute)
-        second = nodeOf(constraint->secondItem().get());
+        second = indexOf(constraint->secondItem().get());
     const int space = closestCommonAncestor(first, second);
-    const bool isMirrored = (followsReading(attribute) || followsReading(secondAttribute)) &&
-                            firstItem->layoutIsRightToLeft();
+    const bool isMirrored =
+        (followsReadingDirection(attribute) || followsReadingDirection(secondAttribute)) &&
+        firstItem->layoutIsRightToLeft();
 
-    // first - multiplier * second - constant, the other way round for "at most".
+    // first - multiplier * second - constant, negated for lessThanOrEqual.
     const double sign = constraint->relation() == NSLayoutRelation::lessThanOrEqual ? -1 : 1;
     expression_.clear();
     addSide(attribute, {first, space, first != second, isMirrored}, sign);
@@ -122,34 +126,34 @@ void LayoutSystem::addConstraint(const Ref<NSLayoutConstraint>& constraint) {
     sources_.push_back({constraint, first});
 }
 
-// Null when the constraint can be used.
-const char* LayoutSystem::whyUnusable(const NSLayoutConstraint& constraint) const {
+// Null if the constraint can be used.
+const char* LayoutSystem::reasonToIgnore(const NSLayoutConstraint& constraint) const {
     const auto first = constraint.firstItem();
     const auto second = constraint.secondItem();
     const bool isBinary = constraint.secondAttribute() != NSLayoutAttribute::notAnAttribute;
     if (!first || (isBinary && !second))
-        return "an item of it has died";
-    if (nodeOf(first.get()) < 0 || (isBinary && nodeOf(second.get()) < 0))
-        return "an item of it is not in the tree";
+        return "one of its items was destroyed";
+    if (indexOf(first.get()) < 0 || (isBinary && indexOf(second.get()) < 0))
+        return "one of its items is not in the tree";
     if (constraint.firstAttribute() == NSLayoutAttribute::notAnAttribute)
-        return "it constrains no attribute";
+        return "it has no first attribute";
     if (!isBinary && !isExtent(constraint.firstAttribute()))
-        return "a position needs a second item to relate to";
+        return "a position must relate to a second item";
     return nullptr;
 }
 
-// Hugging and compression resistance.
-void LayoutSystem::addContentWishes(int self) {
+// Adds hugging and compression resistance.
+void LayoutSystem::addIntrinsicSize(int self) {
     const Node& node = nodes_[self];
     for (const LayoutAxis axis : kAxes) {
         if (node.extent[index(axis)] < 0)
             continue;
-        const auto wish = node.item->layoutIntrinsicExtent(axis);
-        if (!wish)
+        const auto preferred = node.item->layoutIntrinsicExtent(axis);
+        if (!preferred)
             continue;
         expression_.clear();
         addExtent(axis, self, 1);
-        expression_.constant.constant -= finite(*wish, 0, kLargestCoordinate, 0);
+        expression_.constant.constant -= finite(*preferred, 0, kLargestCoordinate, 0);
         const int source = static_cast<int>(sources_.size());
         solver_.addConstraint(expression_, LayoutSolver::Relation::notNegative,
                               node.item->layoutCompressionPriority(axis), source);
@@ -160,7 +164,22 @@ void LayoutSystem::addContentWishes(int self) {
     }
 }
 
-int LayoutSystem::nodeOf(const LayoutItem* item) const {
+void LayoutSystem::addTieBreaks() {
+    for (const Node& node : nodes_) {
+        for (const auto* variables : {&node.extent, &node.contentExtent}) {
+            for (const Variable variable : *variables) {
+                if (variable >= 0)
+                    solver_.preferSmallest(variable);
+            }
+        }
+        for (const Variable variable : node.position) {
+            if (variable >= 0)
+                solver_.preferNearZero(variable);
+        }
+    }
+}
+
+int LayoutSystem::indexOf(const LayoutItem* item) const {
     const auto found = nodeByItem_.find(item);
     return found == nodeByItem_.end() ? -1 : found->second;
 }
@@ -175,7 +194,7 @@ int LayoutSystem::closestCommonAncestor(int a, int b) const {
 
 void LayoutSystem::addSide(NSLayoutAttribute attribute, const Side& side, double factor) {
     using enum NSLayoutAttribute;
-    // Fractions of the way from the left or top edge to the opposite one.
+    // The fractions go from 0, the left or top edge, to 1, the opposite edge.
     switch (attribute) {
     case notAnAttribute:
         return;
@@ -218,15 +237,15 @@ void LayoutSystem::addEdge(LayoutAxis axis, double fraction, const Side& side, d
             addExtent(axis, side.space, f);
     };
     if (side.isMirrored && axis == LayoutAxis::horizontal) {
-        // Measured from the right edge of the space, leftwards.
+        // The distance from the right edge of the space.
         addSpaceExtent(factor);
         factor = -factor;
     }
     for (int node = side.node; node != side.space; node = nodes_[node].parent) {
         Node& step = nodes_[node];
-        if (step.frameIsGiven) {
-            expression_.constant.constant += factor * along(axis, step.givenFrame.origin);
-            step.givenFrameMatters = true;
+        if (step.frameIsFixed) {
+            expression_.constant.constant += factor * along(axis, step.fixedFrame.origin);
+            step.fixedFrameIsUsed = true;
         } else {
             addVariable(step.position[index(axis)], factor);
         }
@@ -246,8 +265,8 @@ void LayoutSystem::addExtent(LayoutAxis axis, int self, double factor) {
     } else if (self == 0) {
         expression_.constant.slopes[index(axis)] += factor;
     } else {
-        expression_.constant.constant += factor * along(axis, node.givenFrame.size);
-        node.givenFrameMatters = true;
+        expression_.constant.constant += factor * along(axis, node.fixedFrame.size);
+        node.fixedFrameIsUsed = true;
     }
 }
 
@@ -274,9 +293,9 @@ CGSize LayoutSystem::rootSize() const {
     return {solver_.value(extent[0]), solver_.value(extent[1])};
 }
 
-bool LayoutSystem::givenFramesHaveChanged() const {
+bool LayoutSystem::fixedFramesHaveChanged() const {
     for (const Node& node : nodes_) {
-        if (node.givenFrameMatters && finiteRect(node.item->layoutFrame()) != node.givenFrame)
+        if (node.fixedFrameIsUsed && finiteRect(node.item->layoutFrame()) != node.fixedFrame)
             return true;
     }
     return false;

@@ -1,5 +1,5 @@
-// A tree of items and its constraints as a system of numbers: reads the tree into a solver, and
-// says where the solution puts each item.
+// Translates a tree of items and its constraints into numbers: reads the tree into a solver, and
+// returns where the solution puts each item. Lengths are points.
 #pragma once
 
 #include "tesmar/platform/layout/LayoutItem.h"
@@ -17,72 +17,71 @@ namespace tesmar {
 
 class LayoutSystem {
   public:
-    // A pull of the root's own size towards a target, where that size is not given.
-    struct Fitting {
-        CGSize target;
-        std::array<UILayoutPriority, 2> priority; // along each axis
-    };
-
     struct Node {
         LayoutItem* item;
         int parent; // -1 for the root
         int depth;
-        bool frameIsGiven;
+        bool frameIsFixed;
         bool contentIsConstrained = false;
-        bool givenFrameMatters = false; // a constraint refers to it
-        CGRect givenFrame{};
-        // Along each axis; -1 where the value is given.
+        bool fixedFrameIsUsed = false; // by a constraint
+        CGRect fixedFrame{};
+        // Along each axis; -1 if the value is fixed.
         std::array<Variable, 2> position{-1, -1};
         std::array<Variable, 2> extent{-1, -1};
         std::array<Variable, 2> contentExtent{-1, -1}; // of items whose edges are content
     };
 
-    // Reads the tree afresh. With a Fitting the root's size is unknown, else solve() is told it.
-    void read(LayoutItem& root, const std::optional<Fitting>& fitting = {});
+    // Reads the tree. The root's size is a parameter of solve().
+    void read(LayoutItem& root);
+    // Reads the tree with the root's size as a variable, which should be close to `target`. The
+    // parameter of solve() is ignored.
+    void readForFitting(LayoutItem& root, CGSize target);
     void solve(CGSize rootSize) { solver_.solve({rootSize.width, rootSize.height}); }
 
-    // In tree order, the root first. The items are those that were there at the last read().
+    // In tree order, the root first, as of the last reading.
     const std::vector<Node>& nodes() const { return nodes_; }
-    // Of a node whose frame is not given.
+    // Only for a node whose frame is not fixed.
     CGRect frame(const Node& node) const;
-    // Of a node whose content is constrained.
+    // Only for a node whose content is constrained.
     CGSize contentSize(const Node& node) const;
-    // Where it was not given.
+    // Only after readForFitting().
     CGSize rootSize() const;
 
-    // Whether a given frame that constraints refer to is another now than when it was read.
-    bool givenFramesHaveChanged() const;
+    // Whether a fixed frame that constraints refer to has changed since the last reading.
+    bool fixedFramesHaveChanged() const;
 
-    // The required relations that give way in this solution, as numbers that stay the same until
-    // the next read().
+    // The required relations that the present solution violates. Their numbers stay the same until
+    // the next reading.
     std::span<const int> conflicts() const { return solver_.conflicts(); }
     std::string describeConflict(int conflict) const;
-    // What was wrong with constraints that were left out.
-    const std::vector<std::string>& complaints() const { return complaints_; }
+    // One message for each constraint that could not be used.
+    const std::vector<std::string>& ignoredConstraints() const { return ignoredConstraints_; }
 
   private:
-    // Where a required relation comes from: a constraint, or (null) an item's content.
+    // The origin of a relation: a constraint, or, if that is null, the content size of a node.
     struct Source {
         Ref<NSLayoutConstraint> constraint;
         int node;
     };
-    // One side of a relation. Positions are in the coordinates of `space`, mirrored where the
-    // relation reads from right to left; of the space itself, the edges of the content may be
-    // meant.
+    // One side of a relation, as positions in the coordinate system of the node `space`.
     struct Side {
         int node;
         int space;
-        bool edgesAreContent;
-        bool isMirrored;
+        bool edgesAreContent; // if node == space: the edges of its content, not of its frame
+        bool isMirrored;      // x grows from the right edge of the space to the left
     };
+    enum class RootSize { parameter, variable };
 
-    void addNode(LayoutItem& item, int parent, bool sizeIsUnknown);
+    void clear();
+    void addNode(LayoutItem& item, int parent, RootSize rootSize);
+    void addRelations();
     void addConstraint(const Ref<NSLayoutConstraint>& constraint);
-    const char* whyUnusable(const NSLayoutConstraint& constraint) const;
-    void addFitting(const Fitting& fitting);
-    void addContentWishes(int node);
+    const char* reasonToIgnore(const NSLayoutConstraint& constraint) const;
+    void addFitting(CGSize target);
+    void addIntrinsicSize(int node);
+    void addTieBreaks();
 
-    int nodeOf(const LayoutItem* item) const;
+    int indexOf(const LayoutItem* item) const;
     int closestCommonAncestor(int a, int b) const;
 
     // These add to expression_.
@@ -96,8 +95,8 @@ class LayoutSystem {
     std::vector<Node> nodes_;
     std::unordered_map<const LayoutItem*, int> nodeByItem_;
     std::vector<Source> sources_; // by conflict number
-    std::vector<std::string> complaints_;
-    LinearExpression expression_;
+    std::vector<std::string> ignoredConstraints_;
+    LinearExpression expression_; // of the relation that is being added
 };
 
 } // namespace tesmar

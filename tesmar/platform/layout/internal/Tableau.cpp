@@ -1,4 +1,5 @@
-// Taking relations in, expanding definitions and evaluating; the simplex method is in simplex.cpp.
+// Adding relations, expanding definitions and evaluating; TableauSimplex.cpp has the simplex
+// method.
 #include "tesmar/platform/layout/internal/Tableau.h"
 
 #include <algorithm>
@@ -8,12 +9,12 @@
 namespace tesmar {
 namespace {
 
-// Definitions up to this length are put into those that refer to them.
-constexpr std::size_t kShort = 4;
-// How many unknowns are tried when a relation is solved for one that is not negative.
-constexpr std::size_t kMostCandidates = 8;
+// Rows with up to this many terms are inlined into definitions that refer to their owners.
+constexpr std::size_t kMaxInlinedTerms = 4;
+// How many variables makeFeasibleVariableBasic() tries.
+constexpr std::size_t kMaxCandidates = 8;
 
-// expression = 0 solved for one of its variables.
+// Returns expression = 0 solved for one of its variables.
 LinearExpression solvedFor(Variable variable, LinearExpression expression) {
     const auto term = std::find_if(expression.terms.begin(), expression.terms.end(),
                                    [&](const Term& t) { return t.variable == variable; });
@@ -27,66 +28,62 @@ LinearExpression solvedFor(Variable variable, LinearExpression expression) {
 
 void Tableau::reset(const Parameters& parameters, std::size_t expectedVariables) {
     parameters_ = parameters;
-    unknowns_.clear();
+    variables_.clear();
     rows_.clear();
     columns_.clear();
-    costs_.clear();
-    charged_.clear();
-    cost_ = {};
-    // The scratch too: what threw in the middle has not put it to rest.
+    reducedCosts_.clear();
+    objectiveVariables_.clear();
+    objectiveConstant_ = {};
+    // Also the scratch memory: an exception may have left something in it.
     sums_.clear();
-    summed_.clear();
-    summedOrder_.clear();
-    visited_.clear();
-    order_.clear();
+    isSummed_.clear();
+    summedVariables_.clear();
+    isVisited_.clear();
+    dependencyOrder_.clear();
     path_.clear();
-    rowsWithFrozen_.clear();
-    steps_.clear();
-    stepTerms_.clear();
-    unknowns_.reserve(expectedVariables);
+    rowsWithFixedTerms_.clear();
+    evaluationSteps_.clear();
+    evaluationTerms_.clear();
+    variables_.reserve(expectedVariables);
     rows_.reserve(expectedVariables);
     columns_.reserve(expectedVariables);
-    costs_.reserve(expectedVariables);
+    reducedCosts_.reserve(expectedVariables);
     sums_.reserve(expectedVariables);
 }
 
 Variable Tableau::addVariable(Domain domain) {
-    unknowns_.push_back({domain == Domain::free ? Role::undefined : Role::nonbasic});
+    variables_.push_back({domain == Domain::free ? Role::free : Role::nonbasic});
     columns_.emplace_back();
-    costs_.push_back(0);
+    reducedCosts_.push_back(0);
     sums_.push_back(0);
-    summed_.push_back(0);
-    visited_.push_back(0);
-    return static_cast<Variable>(unknowns_.size()) - 1;
+    isSummed_.push_back(0);
+    isVisited_.push_back(0);
+    return static_cast<Variable>(variables_.size()) - 1;
 }
 
-Variable Tableau::addError() {
+Variable Tableau::addErrorVariable() {
     const Variable error = addVariable(Domain::notNegative);
-    addCost(error, 1);
+    addReducedCost(error, 1);
     return error;
 }
 
 std::optional<Affine> Tableau::addEquality(const LinearExpression& expression, Strength strength) {
     LinearExpression relation = expression;
-    Variable unknown = freshVariable(relation);
-    if (unknown < 0) {
-        relation = expanded(expression);
-        if (relation.terms.empty())
-            return relation.constant;
-        unknown = undefinedVariable(relation);
-    }
+    const Variable freeVariable = findFreeVariable(relation);
+    if (relation.terms.empty())
+        return relation.constant;
     const std::size_t eligible = relation.terms.size();
     if (strength == Strength::soft) {
-        relation.terms.push_back({addError(), -1});
-        relation.terms.push_back({addError(), 1});
+        relation.terms.push_back({addErrorVariable(), -1});
+        relation.terms.push_back({addErrorVariable(), 1});
     }
-    if (unknown >= 0) {
-        define(unknown, std::move(relation));
-    } else if (!eliminate(relation, eligible)) {
-        // It cannot hold with the others as they stand: what it lacks becomes an error to minimise.
+    if (freeVariable >= 0) {
+        define(freeVariable, std::move(relation));
+    } else if (!makeFeasibleVariableBasic(relation, eligible)) {
+        // The present solution violates the relation: an error variable takes up the difference.
         const double sign = relation.constant.at(parameters_) >= 0 ? -1 : 1;
         if (strength == Strength::hard)
-            relation.terms.push_back({addError(), sign});
+            relation.terms.push_back({addErrorVariable(), sign});
         const Variable error =
             relation.terms[sign < 0 ? eligible : relation.terms.size() - 1].variable;
         makeBasic(error, solvedFor(error, std::move(relation)));
@@ -97,50 +94,55 @@ std::optional<Affine> Tableau::addEquality(const LinearExpression& expression, S
 std::optional<Affine> Tableau::addInequality(const LinearExpression& expression,
                                              Strength strength) {
     LinearExpression relation = expression;
-    Variable unknown = freshVariable(relation);
-    if (unknown < 0) {
-        relation = expanded(expression);
-        if (relation.terms.empty())
-            return relation.constant;
-        unknown = undefinedVariable(relation);
-    }
+    const Variable freeVariable = findFreeVariable(relation);
+    if (relation.terms.empty())
+        return relation.constant;
     const std::size_t eligible = relation.terms.size();
     const Variable surplus = addVariable(Domain::notNegative);
     relation.terms.push_back({surplus, -1});
     if (strength == Strength::soft)
-        relation.terms.push_back({addError(), 1});
-    if (unknown >= 0) {
-        define(unknown, std::move(relation));
+        relation.terms.push_back({addErrorVariable(), 1});
+    if (freeVariable >= 0) {
+        define(freeVariable, std::move(relation));
     } else if (relation.constant.at(parameters_) >= -kFeasibilityTolerance) {
         makeBasic(surplus, solvedFor(surplus, std::move(relation)));
-    } else if (!eliminate(relation, eligible)) {
+    } else if (!makeFeasibleVariableBasic(relation, eligible)) {
         if (strength == Strength::hard)
-            relation.terms.push_back({addError(), 1});
+            relation.terms.push_back({addErrorVariable(), 1});
         const Variable error = relation.terms.back().variable;
         makeBasic(error, solvedFor(error, std::move(relation)));
     }
     return std::nullopt;
 }
 
-// The newest undefined variable that no definition mentions: it can be defined by the relation as
-// it stands, without expanding anything.
-Variable Tableau::freshVariable(const LinearExpression& expression) const {
+// Returns the free variable that the relation should define, or -1 if it has none. Expands the
+// relation, unless it can define the variable as it is.
+Variable Tableau::findFreeVariable(LinearExpression& relation) {
+    const Variable unreferenced = unreferencedFreeVariable(relation);
+    if (unreferenced >= 0)
+        return unreferenced;
+    relation = expanded(relation);
+    return largestFreeVariable(relation);
+}
+
+// Returns the newest free variable that no definition refers to, or -1. The relation can define it
+// without being expanded: no cycle of definitions can arise.
+Variable Tableau::unreferencedFreeVariable(const LinearExpression& expression) const {
     for (auto term = expression.terms.rbegin(); term != expression.terms.rend(); ++term) {
-        const Unknown& unknown = unknowns_[term->variable];
-        if (unknown.role == Role::undefined && !unknown.mentioned &&
+        const VariableState& state = variables_[term->variable];
+        if (state.role == Role::free && !state.isReferenced &&
             std::abs(term->coefficient) >= kPivotTolerance)
             return term->variable;
     }
     return -1;
 }
 
-// The undefined variable with the largest coefficient, the newest of several.
-Variable Tableau::undefinedVariable(const LinearExpression& expression) const {
+// Returns the free variable with the largest coefficient, the newest of several, or -1.
+Variable Tableau::largestFreeVariable(const LinearExpression& expression) const {
     Variable best = -1;
     double largest = 0;
     for (const Term& term : expression.terms) {
-        if (unknowns_[term.variable].role == Role::undefined &&
-            std::abs(term.coefficient) >= largest) {
+        if (variables_[term.variable].role == Role::free && std::abs(term.coefficient) >= largest) {
             best = term.variable;
             largest = std::abs(term.coefficient);
         }
@@ -149,18 +151,18 @@ Variable Tableau::undefinedVariable(const LinearExpression& expression) const {
 }
 
 void Tableau::define(Variable variable, LinearExpression relation) {
-    Unknown& unknown = unknowns_[variable];
-    LinearExpression expression = shortened(solvedFor(variable, std::move(relation)));
+    VariableState& state = variables_[variable];
+    LinearExpression expression = withShortRowsInlined(solvedFor(variable, std::move(relation)));
     for (const Term& term : expression.terms)
-        unknowns_[term.variable].mentioned = true;
-    unknown.role = Role::defined;
-    unknown.row = static_cast<int>(rows_.size());
+        variables_[term.variable].isReferenced = true;
+    state.role = Role::defined;
+    state.row = static_cast<int>(rows_.size());
     rows_.push_back({.owner = variable, .expression = std::move(expression)});
 }
 
-// Solves "relation = 0" for one of its first `eligible` variables, if some can take the value that
-// the relation asks for without making another negative. Of those, the one in the fewest rows.
-bool Tableau::eliminate(const LinearExpression& relation, std::size_t eligible) {
+// Makes one of the first `eligible` variables basic, with relation = 0 as its row, if the solution
+// stays feasible, and returns whether one was found. Prefers variables that are in few rows.
+bool Tableau::makeFeasibleVariableBasic(const LinearExpression& relation, std::size_t eligible) {
     const double constant = relation.constant.at(parameters_);
     std::vector<std::pair<std::size_t, Term>> candidates;
     for (std::size_t i = 0; i < eligible; ++i) {
@@ -169,7 +171,7 @@ bool Tableau::eliminate(const LinearExpression& relation, std::size_t eligible) 
             -constant / term.coefficient >= -kFeasibilityTolerance)
             candidates.emplace_back(columns_[term.variable].size(), term);
     }
-    const std::size_t tried = std::min(candidates.size(), kMostCandidates);
+    const std::size_t tried = std::min(candidates.size(), kMaxCandidates);
     std::partial_sort(candidates.begin(), candidates.begin() + static_cast<std::ptrdiff_t>(tried),
                       candidates.end(), [](const auto& a, const auto& b) {
                           return a.first != b.first ? a.first < b.first
@@ -177,7 +179,7 @@ bool Tableau::eliminate(const LinearExpression& relation, std::size_t eligible) 
                       });
     for (std::size_t i = 0; i < tried; ++i) {
         const Term& term = candidates[i].second;
-        if (canRise(term.variable, -constant / term.coefficient)) {
+        if (canIncreaseTo(term.variable, -constant / term.coefficient)) {
             makeBasic(term.variable, solvedFor(term.variable, relation));
             return true;
         }
@@ -185,8 +187,8 @@ bool Tableau::eliminate(const LinearExpression& relation, std::size_t eligible) 
     return false;
 }
 
-// Whether a nonbasic variable may take the value `amount` instead of 0, all else being equal.
-bool Tableau::canRise(Variable variable, double amount) const {
+// Whether the solution stays feasible if a nonbasic variable takes the value `amount` instead of 0.
+bool Tableau::canIncreaseTo(Variable variable, double amount) const {
     for (const int row : columns_[variable]) {
         const double after = value(row) + amount * coefficient(variable, row);
         if (!(after >= -kFeasibilityTolerance) && after < value(row))
@@ -195,24 +197,24 @@ bool Tableau::canRise(Variable variable, double amount) const {
     return true;
 }
 
-// Gives a nonbasic variable its own row.
+// Makes a nonbasic variable basic, with a new row.
 void Tableau::makeBasic(Variable variable, LinearExpression expression) {
     substitute(variable, expression);
     const int row = static_cast<int>(rows_.size());
-    Unknown& unknown = unknowns_[variable];
-    unknown.role = Role::basic;
-    unknown.row = row;
+    variables_[variable].role = Role::basic;
+    variables_[variable].row = row;
     for (const Term& term : expression.terms)
         columns_[term.variable].push_back(row);
     rows_.push_back({.owner = variable, .expression = std::move(expression)});
 }
 
-void Tableau::visit(Variable variable) {
+// Appends to dependencyOrder_ the variable, if it has a row, and all owners that it depends on.
+void Tableau::collectDependencies(Variable variable) {
     const auto enter = [this](Variable v) {
-        if (unknowns_[v].row >= 0 && !std::exchange(visited_[v], 1))
+        if (variables_[v].row >= 0 && !std::exchange(isVisited_[v], 1))
             path_.emplace_back(v, 0);
     };
-    // Depth first, without recursion: chains of definitions are as long as rows of boxes.
+    // Depth first, without recursion: a chain of definitions can be as long as a row of views.
     enter(variable);
     while (!path_.empty()) {
         auto& [current, next] = path_.back();
@@ -220,69 +222,72 @@ void Tableau::visit(Variable variable) {
         if (next < row.expression.terms.size()) {
             enter(row.expression.terms[next++].variable);
         } else {
-            order_.push_back(current);
+            dependencyOrder_.push_back(current);
             path_.pop_back();
         }
     }
 }
 
-void Tableau::visitAll() {
+void Tableau::collectAllDependencies() {
     for (const Row& row : rows_)
-        visit(row.owner);
+        collectDependencies(row.owner);
 }
 
-void Tableau::clearVisits() {
-    for (const Variable variable : order_)
-        visited_[variable] = 0;
-    order_.clear();
+void Tableau::clearDependencies() {
+    for (const Variable variable : dependencyOrder_)
+        isVisited_[variable] = 0;
+    dependencyOrder_.clear();
 }
 
 void Tableau::addToSum(Variable variable, double coefficient) {
     sums_[variable] += coefficient;
-    if (!std::exchange(summed_[variable], 1))
-        summedOrder_.push_back(variable);
+    if (!std::exchange(isSummed_[variable], 1))
+        summedVariables_.push_back(variable);
 }
 
-// Takes what has been added up and is still unknown, in ascending order of variables.
-void Tableau::takeSum(std::vector<Term>& terms) {
-    std::sort(summedOrder_.begin(), summedOrder_.end());
-    for (const Variable variable : summedOrder_) {
+// Moves the sums of addToSum() into `terms`, in ascending order of variables, without zeros and
+// fixed variables.
+void Tableau::moveSumTo(std::vector<Term>& terms) {
+    std::sort(summedVariables_.begin(), summedVariables_.end());
+    for (const Variable variable : summedVariables_) {
         const double sum = std::exchange(sums_[variable], 0);
-        summed_[variable] = 0;
-        if (std::abs(sum) > kCoefficientTolerance && unknowns_[variable].role != Role::frozen)
+        isSummed_[variable] = 0;
+        if (std::abs(sum) > kCoefficientTolerance && variables_[variable].role != Role::fixed)
             terms.push_back({variable, sum});
     }
-    summedOrder_.clear();
+    summedVariables_.clear();
 }
 
-// In terms of undefined and nonbasic variables alone.
+// Returns the expression in terms of free and nonbasic variables only.
 LinearExpression Tableau::expanded(const LinearExpression& expression) {
     LinearExpression result;
     result.constant = expression.constant;
     for (const Term& term : expression.terms) {
         addToSum(term.variable, term.coefficient);
-        visit(term.variable);
+        collectDependencies(term.variable);
     }
-    for (auto variable = order_.rbegin(); variable != order_.rend(); ++variable) {
+    for (auto variable = dependencyOrder_.rbegin(); variable != dependencyOrder_.rend();
+         ++variable) {
         const double factor = std::exchange(sums_[*variable], 0);
         const LinearExpression& row = rowOf(*variable).expression;
         for (const Term& term : row.terms)
             addToSum(term.variable, factor * term.coefficient);
         result.constant.add(row.constant, factor);
     }
-    clearVisits();
-    takeSum(result.terms);
+    clearDependencies();
+    moveSumTo(result.terms);
     return result;
 }
 
-// With short rows put in for their owners; the expression as it is if that makes it long.
-LinearExpression Tableau::shortened(LinearExpression expression) {
+// Replaces owners of short rows by their rows. Returns the expression unchanged if that would make
+// it long.
+LinearExpression Tableau::withShortRowsInlined(LinearExpression expression) {
     LinearExpression result;
     result.constant = expression.constant;
     for (const Term& term : expression.terms) {
-        const int row = unknowns_[term.variable].row;
+        const int row = variables_[term.variable].row;
         const LinearExpression* inner = row < 0 ? nullptr : &rows_[row].expression;
-        if (!inner || inner->terms.size() > kShort) {
+        if (!inner || inner->terms.size() > kMaxInlinedTerms) {
             addToSum(term.variable, term.coefficient);
             continue;
         }
@@ -290,54 +295,54 @@ LinearExpression Tableau::shortened(LinearExpression expression) {
             addToSum(innerTerm.variable, term.coefficient * innerTerm.coefficient);
         result.constant.add(inner->constant, term.coefficient);
     }
-    takeSum(result.terms);
-    return result.terms.size() <= 2 * kShort ? result : std::move(expression);
+    moveSumTo(result.terms);
+    return result.terms.size() <= 2 * kMaxInlinedTerms ? result : std::move(expression);
 }
 
-std::vector<bool> Tableau::determined() {
-    std::vector<bool> result(unknowns_.size());
-    for (std::size_t i = 0; i < unknowns_.size(); ++i)
-        result[i] = unknowns_[i].role == Role::frozen;
-    visitAll();
-    for (const Variable variable : order_) {
+std::vector<bool> Tableau::determinedVariables() {
+    std::vector<bool> result(variables_.size());
+    for (std::size_t i = 0; i < variables_.size(); ++i)
+        result[i] = variables_[i].role == Role::fixed;
+    collectAllDependencies();
+    for (const Variable variable : dependencyOrder_) {
         const auto& terms = rowOf(variable).expression.terms;
         result[variable] = std::all_of(terms.begin(), terms.end(),
                                        [&](const Term& term) { return result[term.variable]; });
     }
-    clearVisits();
+    clearDependencies();
     return result;
 }
 
-void Tableau::finish() {
-    steps_.clear();
-    stepTerms_.clear();
-    visitAll();
-    steps_.reserve(order_.size());
-    for (const Variable variable : order_) {
+void Tableau::compileEvaluation() {
+    evaluationSteps_.clear();
+    evaluationTerms_.clear();
+    collectAllDependencies();
+    evaluationSteps_.reserve(dependencyOrder_.size());
+    for (const Variable variable : dependencyOrder_) {
         const Row& row = rowOf(variable);
         for (const Term& term : row.expression.terms) {
-            if (unknowns_[term.variable].row >= 0)
-                stepTerms_.push_back(term);
+            if (variables_[term.variable].row >= 0)
+                evaluationTerms_.push_back(term);
         }
-        steps_.push_back({variable, stepTerms_.size(), row.expression.constant});
+        evaluationSteps_.push_back({variable, evaluationTerms_.size(), row.expression.constant});
     }
-    clearVisits();
+    clearDependencies();
 }
 
-bool Tableau::holdsFor(const Parameters& parameters) const {
+bool Tableau::isFeasibleFor(const Parameters& parameters) const {
     return std::all_of(rows_.begin(), rows_.end(), [&](const Row& row) {
-        return unknowns_[row.owner].role != Role::basic ||
+        return variables_[row.owner].role != Role::basic ||
                row.expression.constant.at(parameters) >= -kFeasibilityTolerance;
     });
 }
 
 void Tableau::evaluate(const Parameters& parameters, std::vector<double>& values) const {
-    values.assign(unknowns_.size(), 0);
+    values.assign(variables_.size(), 0);
     std::size_t at = 0;
-    for (const Step& step : steps_) {
+    for (const EvaluationStep& step : evaluationSteps_) {
         double value = step.constant.at(parameters);
         for (; at < step.termsEnd; ++at)
-            value += stepTerms_[at].coefficient * values[stepTerms_[at].variable];
+            value += evaluationTerms_[at].coefficient * values[evaluationTerms_[at].variable];
         values[step.variable] = value;
     }
 }

@@ -1,17 +1,34 @@
-// A set of linear relations in solved form, and the minimisation of linear costs over it.
+// A system of linear relations in solved form, and the simplex method, which minimises a linear
+// objective over it. See LayoutSolver.h for how the layout uses it.
 //
-// Every unknown has one of these roles:
-//   undefined   free, and in no relation that would tie it yet
-//   defined     free, and set once and for all to an expression of others (expressions may refer to
-//               one another, never in a circle, and are expanded only when needed: that keeps long
-//               chains of boxes sparse)
-//   nonbasic    not negative, and 0 in the present solution
-//   basic       not negative, and the owner of a row: an expression of nonbasic unknowns only
-//   frozen      not negative, and 0 for good, since anything else would cost
+// The tableau is a list of rows. A row expresses one variable, its owner, by others:
 //
-// Rows hold for all values of the parameters; the present solution (all nonbasic unknowns at 0) is
-// one as long as no basic unknown is negative. Whether it costs the least depends on no parameter:
-// that is why a new parameter needs only an evaluation.
+//     owner = constant + coefficient * variable + ...
+//
+// Each variable has one role:
+//
+//     free      may have any value, and no relation determines it yet
+//     defined   may have any value, and owns a row that never changes its owner. Such a definition
+//               may refer to other defined variables, never in a cycle; it is expanded only where
+//               needed, which keeps long chains of boxes sparse.
+//     nonbasic  not negative, owns no row, and is 0 in the present solution
+//     basic     not negative, and owns a row of nonbasic variables only
+//     fixed     not negative, and 0 for good: another value would increase an objective that was
+//               minimised before
+//
+// Since nonbasic variables are 0, the constant of a basic variable's row is its value. The solution
+// is feasible if no such value is negative. A pivot exchanges a nonbasic (entering) variable for a
+// basic (leaving) one: the row is solved for the entering variable. The objective is an expression
+// of nonbasic variables, too; its coefficients are the reduced costs. As long as one of them is
+// negative, letting that variable enter improves the objective; when none is, the solution is
+// optimal.
+//
+// An inequality becomes an equation by a surplus variable: expression - surplus = 0. A relation
+// that may be violated contains an error variable, the amount by which it is, which the next
+// minimise() makes as small as possible.
+//
+// Constants are functions of parameters. Reduced costs do not depend on them: a solution that is
+// optimal for some parameters is optimal for all parameters for which it is feasible.
 #pragma once
 
 #include "tesmar/platform/layout/internal/linear.h"
@@ -24,109 +41,117 @@ namespace tesmar {
 class Tableau {
   public:
     enum class Domain : std::uint8_t { free, notNegative };
-    // Whether a relation may be off: a hard one only when it cannot hold here, a soft one whenever
-    // that is worth it. Being off is charged to the next minimise().
+    // A hard relation gets an error variable only if the present solution cannot be adapted to
+    // satisfy it, a soft relation always.
     enum class Strength : std::uint8_t { hard, soft };
 
-    // Forgets everything. Solutions are looked for under `parameters`; about `expectedVariables`
-    // will be added.
+    // Removes everything. The simplex method will work for `parameters`. `expectedVariables` only
+    // reserves memory.
     void reset(const Parameters& parameters, std::size_t expectedVariables);
 
     Variable addVariable(Domain domain);
 
-    // expression = 0, and expression >= 0. Where nothing in the expression can move any more the
-    // relation is left out and the expression's value answered: it holds or it does not.
+    // Adds expression = 0 or expression >= 0. If every variable of the expression is determined by
+    // earlier relations, adds nothing and returns the expression's value, which may or may not
+    // satisfy the relation.
     std::optional<Affine> addEquality(const LinearExpression& expression, Strength strength);
     std::optional<Affine> addInequality(const LinearExpression& expression, Strength strength);
 
-    // Adds a variable that is not negative to the cost of the next minimise().
-    void charge(Variable variable);
-    // Makes the charged cost as small as possible and keeps it so from now on. Answers what it is.
+    // Adds a variable that must not be negative to the objective of the next minimise().
+    void addToObjective(Variable variable);
+    // Minimises the sum of the error variables and of addToObjective() since the last call, fixes
+    // all variables that could increase it later, and returns the minimum.
     Affine minimise();
 
-    // For every variable whether nothing is left to decide about it.
-    std::vector<bool> determined();
+    // For every variable, whether no later minimise() can change its value.
+    std::vector<bool> determinedVariables();
 
-    // After the last minimise(), before evaluate().
-    void finish();
-    // Whether the present solution is one for these parameters, too.
-    bool holdsFor(const Parameters& parameters) const;
-    // The value of every variable; those that nothing decided are 0. Allocates nothing once
+    // Prepares evaluate(); call it after the last minimise().
+    void compileEvaluation();
+    // Whether the present solution is feasible for these parameters too.
+    bool isFeasibleFor(const Parameters& parameters) const;
+    // Computes the value of every variable; undetermined ones are 0. Allocates nothing once
     // `values` is large enough.
     void evaluate(const Parameters& parameters, std::vector<double>& values) const;
 
   private:
-    enum class Role : std::uint8_t { undefined, defined, nonbasic, basic, frozen };
-    struct Unknown {
+    enum class Role : std::uint8_t { free, defined, nonbasic, basic, fixed };
+    struct VariableState {
         Role role;
-        bool mentioned = false; // in a definition
-        int row = -1;           // of a defined or basic one
+        bool isReferenced = false; // by a definition
+        int row = -1;              // of a defined or basic variable
     };
     struct Row {
         Variable owner;
         LinearExpression expression;
-        bool holdsFrozen = false;
+        bool hasFixedTerms = false;
     };
-    struct Step { // of an evaluation: a row without the terms that are 0
+    // One row in the order of evaluation, without the terms that are 0.
+    struct EvaluationStep {
         Variable variable;
-        std::size_t termsEnd;
+        std::size_t termsEnd; // in evaluationTerms_; they begin where the last step's end
         Affine constant;
     };
+    // Which variables a pivot exchanges. largestCoefficient converges fastest but can cycle in
+    // degenerate systems; lowestIndex (Bland's rule) cannot.
+    enum class PivotRule { largestCoefficient, lowestIndex };
 
-    // Taking relations in.
-    Variable addError();
-    Variable freshVariable(const LinearExpression& expression) const;
-    Variable undefinedVariable(const LinearExpression& expression) const;
+    // Adding relations.
+    Variable addErrorVariable();
+    Variable findFreeVariable(LinearExpression& relation);
+    Variable unreferencedFreeVariable(const LinearExpression& expression) const;
+    Variable largestFreeVariable(const LinearExpression& expression) const;
     void define(Variable variable, LinearExpression relation);
-    bool eliminate(const LinearExpression& relation, std::size_t eligible);
-    bool canRise(Variable variable, double amount) const;
+    bool makeFeasibleVariableBasic(const LinearExpression& relation, std::size_t eligible);
+    bool canIncreaseTo(Variable variable, double amount) const;
     void makeBasic(Variable variable, LinearExpression expression);
 
     // Expanding definitions.
-    void visit(Variable variable);
-    void visitAll();
-    void clearVisits();
+    void collectDependencies(Variable variable);
+    void collectAllDependencies();
+    void clearDependencies();
     void addToSum(Variable variable, double coefficient);
-    void takeSum(std::vector<Term>& terms);
+    void moveSumTo(std::vector<Term>& terms);
     LinearExpression expanded(const LinearExpression& expression);
-    LinearExpression shortened(LinearExpression expression);
+    LinearExpression withShortRowsInlined(LinearExpression expression);
 
     // The simplex method.
-    const Row& rowOf(Variable variable) const { return rows_[unknowns_[variable].row]; }
+    const Row& rowOf(Variable variable) const { return rows_[variables_[variable].row]; }
     double value(int row) const { return rows_[row].expression.constant.at(parameters_); }
     double coefficient(Variable variable, int row) const;
     void addScaled(LinearExpression& target, const LinearExpression& source, double factor,
                    int row);
     void substitute(Variable variable, const LinearExpression& replacement);
     void pivot(Variable entering, int row);
-    Variable enteringVariable(bool cautious) const;
-    int leavingRow(Variable entering, bool cautious) const;
-    void addCost(Variable variable, double coefficient);
-    void freeze(Variable variable);
-    void dropFrozenTerms();
+    Variable enteringVariable(PivotRule rule) const;
+    int leavingRow(Variable entering, PivotRule rule) const;
+    void addReducedCost(Variable variable, double cost);
+    void fixAtZero(Variable variable);
+    void removeFixedTerms();
 
     Parameters parameters_{};
-    std::vector<Unknown> unknowns_;
+    std::vector<VariableState> variables_;
     std::vector<Row> rows_;
-    // For each nonbasic variable the rows of the basic ones that hold it, and maybe others.
+    // For each nonbasic variable the rows of basic variables that contain it. May also list rows
+    // that no longer do.
     std::vector<std::vector<int>> columns_;
 
-    std::vector<double> costs_;     // by variable
-    std::vector<Variable> charged_; // all that have a cost; may repeat
-    Affine cost_;
+    std::vector<double> reducedCosts_;         // by variable
+    std::vector<Variable> objectiveVariables_; // all with a reduced cost; may have duplicates
+    Affine objectiveConstant_;
 
-    // Scratch, in its resting state (zeros, empty) between uses.
+    // Scratch memory, zero or empty between uses.
     std::vector<double> sums_; // by variable
-    std::vector<std::uint8_t> summed_;
-    std::vector<Variable> summedOrder_;
-    std::vector<std::uint8_t> visited_; // by variable
-    std::vector<Variable> order_;       // visited ones with rows, those referred to first
+    std::vector<std::uint8_t> isSummed_;
+    std::vector<Variable> summedVariables_;
+    std::vector<std::uint8_t> isVisited_;   // by variable
+    std::vector<Variable> dependencyOrder_; // visited owners; each after those it refers to
     std::vector<std::pair<Variable, std::size_t>> path_;
     std::vector<Term> merged_;
-    std::vector<int> rowsWithFrozen_;
+    std::vector<int> rowsWithFixedTerms_;
 
-    std::vector<Step> steps_;
-    std::vector<Term> stepTerms_;
+    std::vector<EvaluationStep> evaluationSteps_;
+    std::vector<Term> evaluationTerms_;
 };
 
 } // namespace tesmar

@@ -1,4 +1,5 @@
-// The simplex method of the tableau: primal, since the present solution is always a valid one.
+// The primal simplex method: the present solution is feasible at all times, and each pivot keeps it
+// so while the objective decreases.
 #include "tesmar/platform/layout/internal/Tableau.h"
 
 #include <algorithm>
@@ -23,62 +24,64 @@ double Tableau::coefficient(Variable variable, int row) const {
     return term == terms.end() ? 0 : term->coefficient;
 }
 
-void Tableau::charge(Variable variable) {
-    if (unknowns_[variable].role == Role::nonbasic) {
-        addCost(variable, 1);
-    } else if (unknowns_[variable].role == Role::basic) {
+void Tableau::addToObjective(Variable variable) {
+    if (variables_[variable].role == Role::nonbasic) {
+        addReducedCost(variable, 1);
+    } else if (variables_[variable].role == Role::basic) {
         const LinearExpression& expression = rowOf(variable).expression;
         for (const Term& term : expression.terms)
-            addCost(term.variable, term.coefficient);
-        cost_.add(expression.constant, 1);
+            addReducedCost(term.variable, term.coefficient);
+        objectiveConstant_.add(expression.constant, 1);
     }
 }
 
 Affine Tableau::minimise() {
-    // The largest saving first; should that go in circles, the rule that cannot. The bound is for
-    // rounding errors alone.
-    const std::size_t mostPivots = 64 + 8 * (rows_.size() + charged_.size());
-    for (std::size_t pivots = 0; pivots < mostPivots; ++pivots) {
-        const bool cautious = pivots > mostPivots / 2;
-        const Variable entering = enteringVariable(cautious);
+    // After half of the pivots the fast rule is probably cycling, and Bland's rule takes over. The
+    // limit only guards against rounding errors.
+    const std::size_t maxPivots = 64 + 8 * (rows_.size() + objectiveVariables_.size());
+    for (std::size_t pivots = 0; pivots < maxPivots; ++pivots) {
+        const PivotRule rule =
+            pivots > maxPivots / 2 ? PivotRule::lowestIndex : PivotRule::largestCoefficient;
+        const Variable entering = enteringVariable(rule);
         if (entering < 0)
             break;
-        const int row = leavingRow(entering, cautious);
+        const int row = leavingRow(entering, rule);
         if (row >= 0) {
             pivot(entering, row);
-        } else { // costs have a least value: only rounding says otherwise
-            freeze(entering);
-            dropFrozenTerms();
+        } else { // the objective has a minimum, so this is a rounding error
+            fixAtZero(entering);
+            removeFixedTerms();
         }
     }
-    for (const Variable variable : charged_) {
-        if (std::abs(std::exchange(costs_[variable], 0)) > kCostTolerance &&
-            unknowns_[variable].role == Role::nonbasic)
-            freeze(variable);
+    for (const Variable variable : objectiveVariables_) {
+        if (std::abs(std::exchange(reducedCosts_[variable], 0)) > kReducedCostTolerance &&
+            variables_[variable].role == Role::nonbasic)
+            fixAtZero(variable);
     }
-    dropFrozenTerms();
-    charged_.clear();
-    return std::exchange(cost_, {});
+    removeFixedTerms();
+    objectiveVariables_.clear();
+    return std::exchange(objectiveConstant_, {});
 }
 
-// The nonbasic variable whose rise saves the most (or, cautiously, the oldest that saves anything).
-Variable Tableau::enteringVariable(bool cautious) const {
+// Returns a nonbasic variable with a negative reduced cost, or -1 if the solution is optimal.
+Variable Tableau::enteringVariable(PivotRule rule) const {
     Variable best = -1;
-    double lowest = -kCostTolerance;
-    for (const Variable variable : charged_) {
-        if (!(costs_[variable] < -kCostTolerance))
+    double lowest = -kReducedCostTolerance;
+    for (const Variable variable : objectiveVariables_) {
+        if (!(reducedCosts_[variable] < -kReducedCostTolerance))
             continue;
-        if (cautious ? best < 0 || variable < best : costs_[variable] < lowest) {
+        if (rule == PivotRule::lowestIndex ? best < 0 || variable < best
+                                           : reducedCosts_[variable] < lowest) {
             best = variable;
-            lowest = costs_[variable];
+            lowest = reducedCosts_[variable];
         }
     }
     return best;
 }
 
-// The row whose owner reaches 0 first as `entering` rises; of several, the one with the largest
-// coefficient (or, cautiously, with the oldest owner). -1 when there is none.
-int Tableau::leavingRow(Variable entering, bool cautious) const {
+// The ratio test: returns the row whose owner reaches 0 first as `entering` increases, or -1 if
+// none does. The rule breaks ties.
+int Tableau::leavingRow(Variable entering, PivotRule rule) const {
     int best = -1;
     double nearest = std::numeric_limits<double>::infinity();
     double steepest = 0;
@@ -88,8 +91,9 @@ int Tableau::leavingRow(Variable entering, bool cautious) const {
             continue;
         const double limit = std::max(value(row), 0.0) / slope;
         const bool ties = limit == nearest;
-        const bool winsTie =
-            cautious ? best >= 0 && rows_[row].owner < rows_[best].owner : slope > steepest;
+        const bool winsTie = rule == PivotRule::lowestIndex
+                                 ? best >= 0 && rows_[row].owner < rows_[best].owner
+                                 : slope > steepest;
         if (limit < nearest || (ties && winsTie)) {
             best = row;
             nearest = limit;
@@ -99,7 +103,7 @@ int Tableau::leavingRow(Variable entering, bool cautious) const {
     return best;
 }
 
-// The entering variable takes over the row; its owner becomes 0.
+// The entering variable takes over the row and becomes basic; the row's owner becomes nonbasic.
 void Tableau::pivot(Variable entering, int row) {
     const Variable leaving = std::exchange(rows_[row].owner, entering);
     // leaving = expression  becomes  entering = replacement
@@ -112,16 +116,16 @@ void Tableau::pivot(Variable entering, int row) {
                                         [](const Term& t, Variable v) { return t.variable < v; });
     replacement.terms.insert(place, {leaving, 1 / coefficient});
 
-    unknowns_[leaving].role = Role::nonbasic;
-    unknowns_[leaving].row = -1;
-    unknowns_[entering].role = Role::basic;
-    unknowns_[entering].row = row;
+    variables_[leaving].role = Role::nonbasic;
+    variables_[leaving].row = -1;
+    variables_[entering].role = Role::basic;
+    variables_[entering].row = row;
     columns_[leaving].assign(1, row);
     substitute(entering, replacement);
     rows_[row].expression = std::move(replacement);
 }
 
-// Puts `replacement` in for a nonbasic variable everywhere.
+// Replaces a nonbasic variable in all rows and in the objective.
 void Tableau::substitute(Variable variable, const LinearExpression& replacement) {
     for (const int row : std::exchange(columns_[variable], {})) {
         LinearExpression& expression = rows_[row].expression;
@@ -132,14 +136,14 @@ void Tableau::substitute(Variable variable, const LinearExpression& replacement)
         expression.terms.erase(term);
         addScaled(expression, replacement, factor, row);
     }
-    if (const double cost = std::exchange(costs_[variable], 0); cost != 0) {
+    if (const double cost = std::exchange(reducedCosts_[variable], 0); cost != 0) {
         for (const Term& term : replacement.terms)
-            addCost(term.variable, cost * term.coefficient);
-        cost_.add(replacement.constant, cost);
+            addReducedCost(term.variable, cost * term.coefficient);
+        objectiveConstant_.add(replacement.constant, cost);
     }
 }
 
-// target += factor * source, for the expression of `row`.
+// target += factor * source, where target is the expression of `row`.
 void Tableau::addScaled(LinearExpression& target, const LinearExpression& source, double factor,
                         int row) {
     target.constant.add(source.constant, factor);
@@ -162,30 +166,30 @@ void Tableau::addScaled(LinearExpression& target, const LinearExpression& source
     target.terms.assign(merged_.begin(), merged_.end());
 }
 
-void Tableau::addCost(Variable variable, double coefficient) {
-    if (costs_[variable] == 0)
-        charged_.push_back(variable);
-    costs_[variable] += coefficient;
+void Tableau::addReducedCost(Variable variable, double coefficient) {
+    if (reducedCosts_[variable] == 0)
+        objectiveVariables_.push_back(variable);
+    reducedCosts_[variable] += coefficient;
 }
 
-// From now on the (nonbasic) variable is 0. Rows keep it until dropFrozenTerms().
-void Tableau::freeze(Variable variable) {
-    unknowns_[variable].role = Role::frozen;
-    costs_[variable] = 0;
+// Fixes a nonbasic variable. Rows still contain it until removeFixedTerms().
+void Tableau::fixAtZero(Variable variable) {
+    variables_[variable].role = Role::fixed;
+    reducedCosts_[variable] = 0;
     for (const int row : std::exchange(columns_[variable], {})) {
-        if (!std::exchange(rows_[row].holdsFrozen, true))
-            rowsWithFrozen_.push_back(row);
+        if (!std::exchange(rows_[row].hasFixedTerms, true))
+            rowsWithFixedTerms_.push_back(row);
     }
 }
 
-void Tableau::dropFrozenTerms() {
-    for (const int row : rowsWithFrozen_) {
-        rows_[row].holdsFrozen = false;
+void Tableau::removeFixedTerms() {
+    for (const int row : rowsWithFixedTerms_) {
+        rows_[row].hasFixedTerms = false;
         std::erase_if(rows_[row].expression.terms, [&](const Term& term) {
-            return unknowns_[term.variable].role == Role::frozen;
+            return variables_[term.variable].role == Role::fixed;
         });
     }
-    rowsWithFrozen_.clear();
+    rowsWithFixedTerms_.clear();
 }
 
 } // namespace tesmar

@@ -1,6 +1,6 @@
-// The numbers that the layout solver works with: linear expressions over unknowns, whose constant
-// parts depend in turn on the two parameters (the root's width and height), so that a change of a
-// parameter needs no new solution.
+// The numbers of the layout solver: linear expressions of variables. Their constants are in turn
+// linear functions of two parameters, the root's width and height, so that a solution can be
+// evaluated for another root size without solving again.
 #pragma once
 
 #include <array>
@@ -9,14 +9,14 @@
 
 namespace tesmar {
 
-// A coefficient this small is the dust of a cancellation.
+// A smaller coefficient is a rounding error of terms that cancel out, and counts as 0.
 inline constexpr double kCoefficientTolerance = 1e-10;
-// A relation holds, and a size is not negative, when it is off by no more than this (in points).
+// A relation may be violated, and a size may be negative, by up to this many points.
 inline constexpr double kFeasibilityTolerance = 1e-7;
-// Solving for an unknown with a smaller coefficient than this would magnify rounding errors.
+// Dividing by a smaller coefficient would magnify rounding errors too much.
 inline constexpr double kPivotTolerance = 1e-6;
-// A saving of less than this for each point is none.
-inline constexpr double kCostTolerance = 1e-9;
+// A reduced cost below this counts as 0: it saves too little for each point to be worth a pivot.
+inline constexpr double kReducedCostTolerance = 1e-9;
 
 using Parameters = std::array<double, 2>;
 
@@ -39,6 +39,7 @@ struct Affine {
     }
 };
 
+// The index of a variable.
 using Variable = int;
 
 struct Term {
@@ -46,6 +47,7 @@ struct Term {
     double coefficient;
 };
 
+// The sum of the terms and the constant.
 struct LinearExpression {
     std::vector<Term> terms; // in ascending order of variables, each at most once
     Affine constant;

@@ -2,171 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <optional>
+#include <utility>
 
 namespace tesmar {
 namespace {
 
+// In points.
 constexpr double kStandardSpaceToSibling = 8;
 constexpr double kStandardSpaceToSuperview = 20;
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isNameStart(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
-
-// Throughout, an error unwinds as an exception of this file's own: the grammar then reads as the
-// grammar does.
-class Parser {
-  public:
-    explicit Parser(std::string_view text) : text_(text) {}
-
-    VisualFormat format() {
-        if (text_.size() > kLongestVisualFormat) {
-            at_ = kLongestVisualFormat;
-            fail("longer than " + std::to_string(kLongestVisualFormat) + " bytes");
-        }
-        VisualFormat result;
-        if (take("V:"))
-            result.axis = LayoutAxis::vertical;
-        else
-            take("H:");
-        if (take("|"))
-            result.gapFromSuperview = gap();
-        result.views.push_back(view());
-        while (at_ < text_.size()) {
-            VisualFormatGap next = gap();
-            if (take("|")) {
-                result.gapToSuperview = std::move(next);
-                break;
-            }
-            result.gaps.push_back(std::move(next));
-            result.views.push_back(view());
-        }
-        if (at_ < text_.size())
-            fail("nothing may follow the superview");
-        return result;
-    }
-
-  private:
-    [[noreturn]] void fail(std::string reason) const {
-        throw VisualFormatError{at_, std::move(reason)};
-    }
-
-    char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
-
-    bool take(std::string_view token) {
-        if (text_.substr(at_, token.size()) != token)
-            return false;
-        at_ += token.size();
-        return true;
-    }
-
-    void expect(std::string_view token) {
-        if (!take(token))
-            fail("expected '" + std::string(token) + "'");
-    }
-
-    VisualFormatGap gap() {
-        VisualFormatGap result;
-        if (!take("-"))
-            return result;
-        if (peek() == '[' || peek() == '|') {
-            result.isStandard = true;
-            return result;
-        }
-        if (peek() == '(')
-            result.lengths = lengthsInParentheses();
-        else
-            result.lengths.push_back(length(NegativeNumber::afterRelationOnly));
-        expect("-");
-        return result;
-    }
-
-    VisualFormatView view() {
-        expect("[");
-        VisualFormatView result;
-        result.offset = at_;
-        result.name = name("a view's name");
-        if (peek() == '(')
-            result.extents = lengthsInParentheses();
-        expect("]");
-        return result;
-    }
-
-    std::vector<VisualFormatLength> lengthsInParentheses() {
-        std::vector<VisualFormatLength> result;
-        expect("(");
-        do
-            result.push_back(length(NegativeNumber::allowed));
-        while (take(","));
-        expect(")");
-        return result;
-    }
-
-    enum class NegativeNumber { allowed, afterRelationOnly };
-
-    VisualFormatLength length(NegativeNumber negative) {
-        VisualFormatLength result;
-        const std::size_t start = at_;
-        if (take("<="))
-            result.relation = NSLayoutRelation::lessThanOrEqual;
-        else if (take(">="))
-            result.relation = NSLayoutRelation::greaterThanOrEqual;
-        else
-            take("==");
-        if (peek() == '-' && negative == NegativeNumber::afterRelationOnly && at_ == start)
-            fail("a negative number needs parentheses");
-        result.operand = operand();
-        if (take("@"))
-            result.priority = operand();
-        return result;
-    }
-
-    VisualFormatOperand operand() {
-        VisualFormatOperand result;
-        result.offset = at_;
-        if (isDigit(peek()) || peek() == '-' || peek() == '.')
-            result.number = number();
-        else
-            result.name = name("a number or a name");
-        return result;
-    }
-
-    double number() {
-        const std::size_t start = at_;
-        std::size_t end = at_ + (peek() == '-' ? 1 : 0);
-        while (end < text_.size() && (isDigit(text_[end]) || text_[end] == '.'))
-            ++end;
-        // Not strtod: the host may have set a locale with another decimal sign.
-        double value = 0;
-        const auto [stop, error] = std::from_chars(text_.data() + start, text_.data() + end, value,
-                                                   std::chars_format::fixed);
-        if (error == std::errc::result_out_of_range || std::abs(value) > kLargestCoordinate)
-            fail("a number beyond every screen");
-        if (error != std::errc() || stop != text_.data() + end)
-            fail("expected a number");
-        at_ = end;
-        return value;
-    }
-
-    std::string_view name(const char* what) {
-        const std::size_t start = at_;
-        if (!isNameStart(peek()))
-            fail(std::string("expected ") + what);
-        while (isNameStart(peek()) || isDigit(peek()))
-            ++at_;
-        return text_.substr(start, at_ - start);
-    }
-
-    std::string_view text_;
-    std::size_t at_ = 0;
-};
-
-// Turns a parsed format into constraints by looking its names up.
+// Builds the constraints of one format. Throws VisualFormatError, like the parser.
 class Builder {
   public:
     Builder(const VisualFormat& format, const NSLayoutConstraint::Metrics& metrics,
@@ -217,7 +63,7 @@ class Builder {
         return parent;
     }
 
-    // Nothing when the name is no metric.
+    // Returns nullopt for a name that is not a metric.
     std::optional<double> numberOf(const VisualFormatOperand& operand) const {
         if (operand.name.empty())
             return operand.number;
@@ -239,7 +85,8 @@ class Builder {
             return UILayoutPriorityRequired;
         const double priority = requireNumber(*length.priority);
         if (priority < 0 || priority > UILayoutPriorityRequired)
-            throw VisualFormatError{length.priority->offset, "a priority is between 0 and 1000"};
+            throw VisualFormatError{length.priority->offset,
+                                    "a priority must be between 0 and 1000"};
         return priority;
     }
 
@@ -251,7 +98,7 @@ class Builder {
         constraints_.back()->setPriority(priority);
     }
 
-    // `after` stands behind `before`, by the gap's lengths.
+    // Adds constraints that place `after` behind `before`, by the gap's lengths.
     void addGap(const VisualFormatGap& gap, const std::shared_ptr<LayoutItem>& after,
                 NSLayoutAttribute afterEdge, const std::shared_ptr<LayoutItem>& before,
                 NSLayoutAttribute beforeEdge, double standardSpace) {
@@ -322,20 +169,12 @@ class Builder {
 
 } // namespace
 
-std::variant<VisualFormat, VisualFormatError> parseVisualFormat(std::string_view format) {
-    try {
-        return Parser(format).format();
-    } catch (const VisualFormatError& error) {
-        return error;
-    }
-}
-
 std::variant<std::vector<Ref<NSLayoutConstraint>>, VisualFormatError>
 constraintsFromVisualFormat(std::string_view format, NSLayoutFormatOptions options,
                             const NSLayoutConstraint::Metrics& metrics,
                             const NSLayoutConstraint::Views& views) {
     try {
-        const VisualFormat parsed = Parser(format).format();
+        const VisualFormat parsed = parseVisualFormat(format);
         return Builder(parsed, metrics, views).build(options);
     } catch (const VisualFormatError& error) {
         return error;
@@ -345,7 +184,7 @@ constraintsFromVisualFormat(std::string_view format, NSLayoutFormatOptions optio
 std::string describe(const VisualFormatError& error, std::string_view format) {
     const std::size_t offset = std::min(error.offset, format.size());
     std::string text(format);
-    // One line, whatever the format holds.
+    // Keeps the message on one line.
     std::replace_if(
         text.begin(), text.end(), [](unsigned char c) { return c < ' '; }, '?');
     return "visual format: " + error.reason + ", at offset " + std::to_string(offset) + ": \"" +

@@ -58,7 +58,7 @@ void FontCatalogue::addStandIns(const Sources& real) {
 void FontCatalogue::chooseSystemFace(const Sources& real) {
     FontRegistry::Source source;
     if (!real.empty())
-        source = real.begin()->second; // any face is better than none
+        source = real.begin()->second; // if no stand-in is installed
     for (const StandIn& row : kStandIns) {
         const auto found = isSystemFont(row.name) ? real.find(row.drawnBy) : real.end();
         if (found != real.end()) {

@@ -1,5 +1,4 @@
-// The faces that can be asked for, at one moment. Never changes once built; any thread. Private to
-// the floor.
+// The faces that exist at one moment. Immutable; may be used by any thread.
 #pragma once
 
 #include "tesmar/platform/text/internal/FontFace.h"
@@ -16,18 +15,20 @@ class FontCatalogue {
   public:
     using Names = std::set<std::string, std::less<>>;
 
-    // `hostFaces` come before installed ones. `offered`: just these names, whatever draws them.
-    // Costs about a millisecond for 500 installed faces, and far more once on a machine whose font
-    // caches are missing.
+    // `hostFaces` take precedence over installed ones. With `offered`, exactly those names exist;
+    // the system font draws the ones that have no file. Takes about a millisecond for 500 installed
+    // faces, but much longer once on a machine without font caches.
     FontCatalogue(const std::vector<FontRegistry::Source>& hostFaces,
                   const std::optional<Names>& offered);
 
-    // Null when there is none of exactly that name.
+    // Null if no face has exactly that name.
     FontFaceRef find(std::string_view name) const;
-    // Never null. Its source has no file on a machine without any font.
+    // Never null. On a machine without fonts its source has no file.
     const FontFaceRef& systemFace() const { return systemFace_; }
 
+    // In ascending byte order, without the system font's.
     std::vector<std::string> familyNames() const;
+    // In ascending byte order; empty for an unknown family.
     std::vector<std::string> facesOfFamily(std::string_view family) const;
 
   private:

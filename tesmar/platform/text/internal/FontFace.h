@@ -1,4 +1,4 @@
-// One face: what it is called and the file that draws it. Private to the floor.
+// A font face: its names, the file that draws it, and what is needed to shape text with it.
 #pragma once
 
 #include "tesmar/platform/text/FontRegistry.h"
@@ -10,17 +10,16 @@
 
 namespace tesmar {
 
-// Shared by all fonts of the face; any thread.
+// Shared by all fonts of the face; may be used by any thread.
 struct FontFace {
     FontFace(std::string faceName, std::string familyName, FontRegistry::Source drawnBy)
         : name(std::move(faceName)), family(std::move(familyName)), source(std::move(drawnBy)) {}
 
     std::string name;
-    std::string family; // under which it is listed
+    std::string family; // the one that lists the face; the file may name another
     FontRegistry::Source source;
 
-    // Guarded by the shaping lock; filled when first needed.
-    mutable Shaper shaper;
+    mutable Shaper shaper; // guarded by the shaping lock
 };
 
 using FontFaceRef = std::shared_ptr<const FontFace>;

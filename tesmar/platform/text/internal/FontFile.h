@@ -1,5 +1,5 @@
-// One face of a font file, opened when it is first needed and then kept. Lengths are the font's own
-// units, unitsPerEm() to its size. Private to the floor; used under the shaping lock.
+// One face of a font file, loaded when it is first needed and then kept in memory. Lengths are in
+// the font's own units, of which unitsPerEm() make up the font size. Guarded by the shaping lock.
 #pragma once
 
 #include <fontconfig/fontconfig.h>
@@ -13,20 +13,23 @@ namespace tesmar {
 
 class FontFile {
   public:
-    // `index` is fontconfig's: the face's place in the file, and a variable font's named instance.
+    // `index` is fontconfig's: the number of the face in the file, and above bit 15 the named
+    // instance of a variable font.
     FontFile(std::string path, int index) : path_(std::move(path)), index_(index) {}
-    // With the characters that it is known to have, so that asking for them does not open it.
+    // `characters` are those that the face is known to have: coverage() then need not load the
+    // file. The set is shared, not copied.
     FontFile(std::string path, int index, FcCharSet* characters);
     ~FontFile();
     FontFile(const FontFile&) = delete;
     FontFile& operator=(const FontFile&) = delete;
 
-    // A font without glyphs when the file can't be read.
+    // Owned by this object. If the file cannot be read, a font without glyphs.
     hb_font_t* font();
     unsigned unitsPerEm();
     hb_font_extents_t extents();
-    // Whether some of its glyphs have colours of their own.
+    // Whether some of its glyphs have colours of their own, as emoji do.
     bool isColored();
+    // The characters of the face; owned by this object.
     PangoCoverage* coverage();
 
   private:

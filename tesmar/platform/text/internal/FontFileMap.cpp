@@ -10,7 +10,7 @@
 namespace tesmar {
 namespace {
 
-// A C++ value within a glib object: made when the object is made, destroyed when it goes.
+// A GObject with a C++ value as its last member, constructed and destroyed with the object.
 template <class Base, class Value>
 struct Instance {
     Base base;
@@ -19,8 +19,9 @@ struct Instance {
     static Value& of(gpointer object) { return static_cast<Instance*>(object)->value; }
 };
 
-// The name is unique in the process, where another copy of this library may have made its own, or
-// one that stood at the same address and was unloaded.
+// Registers a subclass of `parent` with that value. Type names must be unique in the process, and
+// another copy of this library may have registered its own: even a copy that was unloaded from the
+// same address. So the name gets an address and, if need be, further characters.
 template <class Base, class BaseClass, class Value>
 GType makeType(GType parent, const char* name, void (*fillIn)(BaseClass*)) {
     using Object = Instance<Base, Value>;
@@ -53,12 +54,12 @@ int pangoUnits(double points) {
     return static_cast<int>(std::lround(points * PANGO_SCALE));
 }
 
-// ---- A font: a file in a size ----
+// ---- Font: a file at a size ----
 
 struct FontValue {
     FontFileRef file;
     double points = 0;
-    PangoFontMap* map = nullptr; // outlives its fonts: contexts, which own it, outlive layouts
+    PangoFontMap* map = nullptr; // not owned: a layout owns its context, which owns the map
 
     int length(double fontUnits) const {
         return pangoUnits(fontUnits * points / file->unitsPerEm());
@@ -77,7 +78,7 @@ PangoFontDescription* describe(PangoFont* font) {
 PangoFontMetrics* fontMetrics(PangoFont* font, PangoLanguage*) {
     const FontValue& value = FontObject::of(font);
     const hb_font_extents_t extents = value.file->extents();
-    // No font's: the public way to a new record.
+    // Pango has no other public function that allocates a record.
     PangoFontMetrics* const metrics = pango_font_get_metrics(nullptr, nullptr);
     metrics->ascent = value.length(extents.ascender);
     metrics->descent = value.length(-extents.descender);
@@ -87,16 +88,11 @@ PangoFontMetrics* fontMetrics(PangoFont* font, PangoLanguage*) {
     return metrics;
 }
 
-// A character that no font has is shown as the font's own sign for that.
-hb_codepoint_t glyphOf(PangoGlyph glyph) {
-    return glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : glyph;
-}
-
 void glyphExtents(PangoFont* font, PangoGlyph pangoGlyph, PangoRectangle* ink,
                   PangoRectangle* logical) {
     const FontValue& value = FontObject::of(font);
     const bool isEmpty = pangoGlyph == PANGO_GLYPH_EMPTY;
-    const hb_codepoint_t glyph = glyphOf(pangoGlyph);
+    const hb_codepoint_t glyph = glyphIndex(pangoGlyph);
     if (ink) {
         hb_glyph_extents_t extents{};
         if (!isEmpty)
@@ -137,15 +133,15 @@ GObjectPtr<PangoFont> makeFont(FontFileRef file, double points, PangoFontMap* ma
     return font;
 }
 
-// ---- A set: the face, then what follows it ----
+// ---- Font set: the face, then its fallback fonts ----
 
 struct SetValue {
     FontFileRef face;
-    const std::vector<FontFileRef>* fallback = nullptr; // kept for good; null for none
+    const std::vector<FontFileRef>* fallback = nullptr; // never destroyed; null for none
     double points = 0;
     PangoFontMap* map = nullptr;
     PangoLanguage* language = nullptr;
-    std::vector<GObjectPtr<PangoFont>> fonts; // those that were asked for
+    std::vector<GObjectPtr<PangoFont>> fonts; // made so far
 
     // Null after the last one.
     PangoFont* font(std::size_t i) {
@@ -180,7 +176,7 @@ void fillInSet(PangoFontsetClass* type) {
     type->get_language = [](PangoFontset* set) { return SetObject::of(set).language; };
 }
 
-// ---- The map ----
+// ---- Font map ----
 
 struct MapValue {
     FontFileRef face;
@@ -239,6 +235,10 @@ FontFile& fileOf(PangoFont* font) {
 
 double pointSizeOf(PangoFont* font) {
     return FontObject::of(font).points;
+}
+
+hb_codepoint_t glyphIndex(PangoGlyph glyph) {
+    return glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : glyph;
 }
 
 } // namespace tesmar

@@ -18,10 +18,10 @@ ShapedTextRef ShapedTextCache::find(const ShapingRequest& request) {
     return entries_.back().text;
 }
 
-void ShapedTextCache::keep(const ShapingRequest& request, const ShapedTextRef& text) {
-    if (request.text.size() > kLongestText)
+void ShapedTextCache::insert(const ShapingRequest& request, const ShapedTextRef& text) {
+    if (request.text.size() > kLongestCachedText)
         return;
-    if (entries_.size() == kMostTexts)
+    if (entries_.size() == kCapacity)
         entries_.erase(entries_.begin());
     entries_.push_back({request, text});
 }

@@ -1,5 +1,5 @@
-// A text after shaping, and the last of them kept: panels come and go with the same words on them.
-// Private to the floor; everything here is guarded by the shaping lock.
+// Shaped text, and a cache of it: panels show the same words again and again. Guarded by the
+// shaping lock.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
@@ -15,19 +15,20 @@
 
 namespace tesmar {
 
+// Lengths are in points.
 struct ShapedText {
-    GObjectPtr<PangoLayout> layout; // null when there is no font to shape with
-    std::int32_t id = 0;            // names its kept pixels
+    GObjectPtr<PangoLayout> layout; // null on a machine without fonts
+    std::int32_t id = 0;            // unique, for keys of cached surfaces
     CGSize size;
-    double baseline = 0;
-    CGRect ink;
+    double baseline = 0; // of the first line, from the top
+    CGRect ink;          // relative to the top left corner
     bool isTruncated = false;
-    bool isColored = false;
+    bool isColored = false; // some of its fonts have coloured glyphs
 };
 
 using ShapedTextRef = std::shared_ptr<const ShapedText>;
 
-// All that shaping depends on.
+// Everything that shaping depends on; see TextLayout.
 struct ShapingRequest {
     std::string text;
     FontFaceRef face;
@@ -41,22 +42,23 @@ struct ShapingRequest {
 
 class ShapedTextCache {
   public:
-    static constexpr std::size_t kMostTexts = 64;
-    static constexpr std::size_t kLongestText = 128; // bytes; longer ones hardly come twice
+    static constexpr std::size_t kCapacity = 64;           // texts
+    static constexpr std::size_t kLongestCachedText = 128; // bytes; longer ones rarely repeat
 
-    // Never destroyed: threads may shape until the very end of the process.
+    // Never destroyed: threads may shape text until the process ends.
     static ShapedTextCache& shared();
 
-    // Null when it is not kept.
+    // Null if it is not cached.
     ShapedTextRef find(const ShapingRequest& request);
-    void keep(const ShapingRequest& request, const ShapedTextRef& text);
+    // Evicts the least recently used text when the cache is full.
+    void insert(const ShapingRequest& request, const ShapedTextRef& text);
 
   private:
     struct Entry {
         ShapingRequest request;
         ShapedTextRef text;
     };
-    std::vector<Entry> entries_; // used last, kept last
+    std::vector<Entry> entries_; // most recently used last
 };
 
 } // namespace tesmar

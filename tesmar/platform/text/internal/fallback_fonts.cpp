@@ -13,15 +13,15 @@ const FcChar8* chars(const std::string& text) {
     return reinterpret_cast<const FcChar8*>(text.c_str());
 }
 
-// All installed fonts with the machine's own rules for choosing among them. Never the process's
-// current configuration, which others may share.
-FcConfig* configurationOfEverything() {
+// All installed fonts and the machine's own rules for choosing among them. Separate from
+// fontconfig's current configuration, which belongs to the whole process.
+FcConfig* fullConfiguration() {
     static FcConfig* const config = FcInitLoadConfigAndFonts();
     return config;
 }
 
-FcFontSetPtr sorted(const std::string& family, const std::string& language) {
-    FcConfig* const config = configurationOfEverything();
+FcFontSetPtr sortedFonts(const std::string& family, const std::string& language) {
+    FcConfig* const config = fullConfiguration();
     const FcPatternPtr wanted(FcPatternCreate());
     FcPatternAddString(wanted.get(), FC_FAMILY, chars(family));
     if (!language.empty())
@@ -45,7 +45,7 @@ FontFileRef fontFile(FcPattern* pattern) {
         return nullptr;
     const std::string_view kind = reinterpret_cast<const char*>(format);
     if (kind != "TrueType" && kind != "CFF")
-        return nullptr; // no shaping with others
+        return nullptr; // other formats cannot be shaped
     return std::make_shared<FontFile>(reinterpret_cast<const char*>(path), index, characters);
 }
 
@@ -53,11 +53,11 @@ FontFileRef fontFile(FcPattern* pattern) {
 
 const std::vector<FontFileRef>& fallbackFonts(const std::string& family,
                                               const std::string& language) {
-    static auto* const known =
+    static auto* const cache =
         new std::map<std::pair<std::string, std::string>, std::vector<FontFileRef>>;
-    const auto [entry, isNew] = known->try_emplace({family, language});
+    const auto [entry, isNew] = cache->try_emplace({family, language});
     if (isNew)
-        if (const FcFontSetPtr fonts = sorted(family, language))
+        if (const FcFontSetPtr fonts = sortedFonts(family, language))
             for (int i = 0; i < fonts->nfont; ++i)
                 if (FontFileRef file = fontFile(fonts->fonts[i]))
                     entry->second.push_back(std::move(file));

@@ -1,5 +1,4 @@
-// The installed fonts that are tried for characters which a face lacks. Private to the floor; used
-// under the shaping lock.
+// The installed fonts to try for characters that a face lacks. Guarded by the shaping lock.
 #pragma once
 
 #include "tesmar/platform/text/internal/FontFile.h"
@@ -9,9 +8,9 @@
 
 namespace tesmar {
 
-// Best first, by the machine's own rules. The family says what kind is wanted ("emoji"); the
-// language, which may be empty, what they are for. Kept for good: the first call costs the reading
-// of all font caches and rules.
+// The best font first, by the machine's own fontconfig rules. `family` names the kind of font, such
+// as "sans-serif" or "emoji"; `language` is the language of the text, or empty if unknown. The
+// result is never destroyed. The first call reads all font caches and rules, which is slow.
 const std::vector<FontFileRef>& fallbackFonts(const std::string& family,
                                               const std::string& language);
 

@@ -1,4 +1,4 @@
-// Owners of fontconfig's objects. Private to the floor.
+// Owning pointers to fontconfig objects.
 #pragma once
 
 #include <fontconfig/fontconfig.h>

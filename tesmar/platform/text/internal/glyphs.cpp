@@ -1,10 +1,10 @@
 #include "tesmar/platform/text/internal/glyphs.h"
 
+#include "tesmar/platform/graphics/internal/png.h"
 #include "tesmar/platform/text/internal/FontFileMap.h"
 
 #include <hb-ot.h>
 
-#include <cstring>
 #include <vector>
 
 namespace tesmar {
@@ -14,8 +14,8 @@ cairo_t* path(void* data) {
     return static_cast<cairo_t*>(data);
 }
 
-// Outlines become the path of a cairo_t whose unit is the font's.
-hb_draw_funcs_t* makeOutlineToPath() {
+// Functions that append an outline, in font units, to the path of a cairo_t.
+hb_draw_funcs_t* makePathFunctions() {
     hb_draw_funcs_t* const f = hb_draw_funcs_create();
     using State = hb_draw_state_t*;
     hb_draw_funcs_set_move_to_func(
@@ -38,15 +38,15 @@ hb_draw_funcs_t* makeOutlineToPath() {
 }
 
 void addOutline(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
-    static hb_draw_funcs_t* const outlineToPath = makeOutlineToPath();
+    static hb_draw_funcs_t* const pathFunctions = makePathFunctions();
 #if HB_VERSION_ATLEAST(7, 0, 0)
-    hb_font_draw_glyph(font, glyph, outlineToPath, cr);
+    hb_font_draw_glyph(font, glyph, pathFunctions, cr);
 #else
-    hb_font_get_glyph_shape(font, glyph, outlineToPath, cr);
+    hb_font_get_glyph_shape(font, glyph, pathFunctions, cr);
 #endif
 }
 
-// False for a glyph that has no layers.
+// False if the glyph has no colour layers.
 bool drawLayers(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
     hb_face_t* const face = hb_font_get_face(font);
     std::vector<hb_ot_color_layer_t> layers(
@@ -70,46 +70,25 @@ bool drawLayers(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
     return !layers.empty();
 }
 
-struct Bytes {
-    const char* next;
-    std::size_t left;
-};
-
-cairo_status_t readBytes(void* closure, unsigned char* to, unsigned count) {
-    auto& bytes = *static_cast<Bytes*>(closure);
-    if (bytes.left < count)
-        return CAIRO_STATUS_READ_ERROR;
-    std::memcpy(to, bytes.next, count);
-    bytes.next += count;
-    bytes.left -= count;
-    return CAIRO_STATUS_SUCCESS;
-}
-
-// False for a glyph that has no picture.
+// False if the glyph has no picture. One that cannot be decoded draws nothing.
 bool drawPicture(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
     hb_blob_t* const png = hb_ot_color_glyph_reference_png(font, glyph);
     unsigned length = 0;
     const char* const data = hb_blob_get_data(png, &length);
     hb_glyph_extents_t box{};
     const bool exists = length > 0 && hb_font_get_glyph_extents(font, glyph, &box);
-    if (exists) {
-        Bytes bytes{data, length};
-        cairo_surface_t* const image =
-            cairo_image_surface_create_from_png_stream(readBytes, &bytes);
-        const int width = cairo_image_surface_get_width(image);
-        const int height = cairo_image_surface_get_height(image);
-        if (width > 0 && height > 0) {
-            cairo_save(cr);
-            cairo_translate(cr, box.x_bearing, box.y_bearing);
-            cairo_scale(cr, static_cast<double>(box.width) / width,
-                        static_cast<double>(box.height) / height);
-            cairo_set_source_surface(cr, image, 0, 0);
-            cairo_paint(cr);
-            cairo_restore(cr);
-        }
-        cairo_surface_destroy(image);
-    }
+    const SurfacePtr picture = exists ? decodePNG({data, length}) : nullptr;
     hb_blob_destroy(png);
+    if (picture) {
+        cairo_save(cr);
+        cairo_translate(cr, box.x_bearing, box.y_bearing);
+        cairo_scale(
+            cr, static_cast<double>(box.width) / cairo_image_surface_get_width(picture.get()),
+            static_cast<double>(box.height) / cairo_image_surface_get_height(picture.get()));
+        cairo_set_source_surface(cr, picture.get(), 0, 0);
+        cairo_paint(cr);
+        cairo_restore(cr);
+    }
     return exists;
 }
 
@@ -120,12 +99,12 @@ void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) 
     const bool isColored = file.isColored();
     for (int i = 0; i < run.glyphs->num_glyphs; ++i) {
         const PangoGlyphInfo& info = run.glyphs->glyphs[i];
-        const hb_codepoint_t glyph = info.glyph & PANGO_GLYPH_UNKNOWN_FLAG ? 0 : info.glyph;
+        const hb_codepoint_t glyph = glyphIndex(info.glyph);
         if (info.glyph != PANGO_GLYPH_EMPTY) {
             cairo_save(cr);
             cairo_translate(cr, x + pango_units_to_double(info.geometry.x_offset),
                             baseline + pango_units_to_double(info.geometry.y_offset));
-            cairo_scale(cr, unit, -unit); // a font counts upwards
+            cairo_scale(cr, unit, -unit); // in fonts, y grows upwards
             if (!isColored ||
                 (!drawLayers(cr, file.font(), glyph) && !drawPicture(cr, file.font(), glyph)))
                 addOutline(cr, file.font(), glyph);
@@ -133,7 +112,7 @@ void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) 
         }
         x += pango_units_to_double(info.geometry.width);
     }
-    // At once: glyphs that touch have no seam between them.
+    // One fill for the whole run, or glyphs that touch would have a seam between them.
     cairo_fill(cr);
 }
 
@@ -152,7 +131,7 @@ void drawGlyphs(cairo_t* cr, PangoLayout* layout) {
     do {
         const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
         if (!run)
-            continue; // the end of a line
+            continue; // at the end of a line
         PangoRectangle box;
         pango_layout_iter_get_run_extents(iterator, nullptr, &box);
         drawRun(cr, *run, pango_units_to_double(box.x),

@@ -1,6 +1,5 @@
-// Draws laid out text by its glyphs' outlines: these stand, unlike the drawing library's own
-// glyphs, where they belong to within a fraction of a pixel. Private to the floor; used under the
-// shaping lock.
+// Draws laid out text by filling the outlines of its glyphs. The drawing library's own text
+// functions would move each glyph to a coarser position. Guarded by the shaping lock.
 #pragma once
 
 #include <cairo.h>
@@ -8,10 +7,11 @@
 
 namespace tesmar {
 
-// Whether a glyph has colours of its own, as emoji do.
+// Whether a font of the layout has glyphs with colours of their own, as emoji do.
 bool hasColoredGlyphs(PangoLayout* layout);
 
-// In the current source, but for glyphs that have colours of their own.
+// Draws in points, from the layout's top left corner at the origin. Uses the current source, except
+// for glyphs with colours of their own.
 void drawGlyphs(cairo_t* cr, PangoLayout* layout);
 
 } // namespace tesmar

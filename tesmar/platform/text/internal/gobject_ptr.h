@@ -1,4 +1,4 @@
-// Owners of glib's objects. Private to the floor.
+// An owning pointer to a GObject.
 #pragma once
 
 #include <glib-object.h>

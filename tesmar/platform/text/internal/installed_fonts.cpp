@@ -26,8 +26,8 @@ bool flag(const FcPattern* pattern, const char* property) {
     return FcPatternGetBool(pattern, property, 0, &value) == FcResultMatch && value == FcTrue;
 }
 
-// Old Type 1 files can't be shaped, and bitmap fonts can't be scaled. The pattern that stands for
-// all of a variable font is no face; its named instances are.
+// Type 1 fonts cannot be shaped, and bitmap fonts cannot be scaled. Of a variable font only the
+// named instances are faces, not the pattern for the whole font.
 bool canBeShaped(const FcPattern* pattern) {
     const std::string format = text(pattern, FC_FONTFORMAT);
     return flag(pattern, FC_SCALABLE) && !flag(pattern, FC_VARIABLE) &&
@@ -35,7 +35,7 @@ bool canBeShaped(const FcPattern* pattern) {
 }
 
 std::vector<FontRegistry::Source> facesOf(const FcFontSet* fonts) {
-    // A face may be installed twice: the file that comes first in byte order counts.
+    // If a face is installed twice, the file whose path is first in byte order wins.
     std::unordered_map<std::string, FontRegistry::Source> faces;
     for (int i = 0; fonts && i < fonts->nfont; ++i) {
         const FcPattern* const pattern = fonts->fonts[i];
@@ -55,29 +55,30 @@ std::vector<FontRegistry::Source> facesOf(const FcFontSet* fonts) {
     return result;
 }
 
-// The main configuration without the rules that it includes: these cost several times what reading
-// the font caches does, and only matching (not listing) needs them. Empty when there is none.
-std::string directoriesOnly(FcConfig* config) {
+// Fontconfig's main configuration file without its includes: the included rules take several times
+// as long to load as the font caches, and are needed for matching fonts, not for listing them.
+// Empty if the file cannot be read.
+std::string configurationWithoutIncludes(FcConfig* config) {
     FcChar8* const path = FcConfigGetFilename(config, nullptr);
     if (!path)
         return {};
-    constexpr std::size_t kLongestRules = 1 << 20;
-    std::string rules =
-        readRegularFile(reinterpret_cast<const char*>(path), kLongestRules).value_or("");
+    constexpr std::size_t kLargestFile = 1 << 20; // bytes
+    std::string configuration =
+        readRegularFile(reinterpret_cast<const char*>(path), kLargestFile).value_or("");
     FcStrFree(path);
     constexpr std::string_view kStart = "<include", kEnd = "</include>";
-    for (std::size_t start; (start = rules.find(kStart)) != std::string::npos;) {
-        const std::size_t end = rules.find(kEnd, start);
+    for (std::size_t start; (start = configuration.find(kStart)) != std::string::npos;) {
+        const std::size_t end = configuration.find(kEnd, start);
         if (end == std::string::npos)
             return {};
-        rules.erase(start, end + kEnd.size() - start);
+        configuration.erase(start, end + kEnd.size() - start);
     }
-    return rules;
+    return configuration;
 }
 
 FcConfigPtr configurationForListing() {
     FcConfigPtr config(FcConfigCreate());
-    const std::string rules = directoriesOnly(config.get());
+    const std::string rules = configurationWithoutIncludes(config.get());
     const auto* const bytes = reinterpret_cast<const FcChar8*>(rules.c_str());
     if (!rules.empty() && FcConfigParseAndLoadFromMemory(config.get(), bytes, FcFalse) &&
         FcConfigBuildFonts(config.get()))

@@ -1,4 +1,4 @@
-// The machine's fonts, as fontconfig knows them. Private to the floor.
+// The fonts installed on the machine, as fontconfig lists them.
 #pragma once
 
 #include "tesmar/platform/text/FontRegistry.h"
@@ -8,10 +8,10 @@
 
 namespace tesmar {
 
-// Every installed face that can be shaped, each name once, in no order.
+// Every installed face that can be shaped, without duplicate names, in no particular order.
 std::vector<FontRegistry::Source> installedFaces();
 
-// Those of one font file; empty when it holds none.
+// The same for one font file; empty if it has no faces or cannot be read.
 std::vector<FontRegistry::Source> facesInFile(const std::string& path);
 
 } // namespace tesmar

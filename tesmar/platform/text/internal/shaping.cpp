@@ -12,7 +12,7 @@ GObjectPtr<PangoContext> makeContext(FontFileRef file, Fallback fallback) {
     return context;
 }
 
-// The family tells what kind of fallback suits.
+// The family selects the kind of fallback fonts.
 void setFont(PangoLayout* layout, double points) {
     PangoFontDescription* const description = pango_font_description_new();
     pango_font_description_set_family_static(description, "sans-serif");
@@ -21,7 +21,7 @@ void setFont(PangoLayout* layout, double points) {
     pango_font_description_free(description);
 }
 
-// Takes every character for the face's own, without listing what it has.
+// Makes pango use the face for every character, without determining its coverage.
 void forbidFallback(PangoLayout* layout) {
     PangoAttrList* const attributes = pango_attr_list_new();
     pango_attr_list_insert(attributes, pango_attr_fallback_new(FALSE));
@@ -32,13 +32,13 @@ void forbidFallback(PangoLayout* layout) {
 } // namespace
 
 std::unique_lock<std::recursive_mutex> lockShaping() {
-    static auto* const mutex = new std::recursive_mutex; // outlives every font
+    static auto* const mutex = new std::recursive_mutex; // never destroyed
     return std::unique_lock(*mutex);
 }
 
 Shaper::~Shaper() {
     const auto lock = lockShaping();
-    alone_.reset();
+    withoutFallback_.reset();
     withFallback_.reset();
     file_.reset();
 }
@@ -53,7 +53,8 @@ GObjectPtr<PangoLayout> Shaper::makeLayout(const FontFace& face, double pointSiz
                                            Fallback fallback) {
     if (face.source.file.empty())
         return nullptr;
-    GObjectPtr<PangoContext>& context = fallback == Fallback::none ? alone_ : withFallback_;
+    GObjectPtr<PangoContext>& context =
+        fallback == Fallback::none ? withoutFallback_ : withFallback_;
     if (!context)
         context = makeContext(file(face), fallback);
     GObjectPtr<PangoLayout> layout(pango_layout_new(context.get()));

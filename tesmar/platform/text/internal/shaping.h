@@ -1,8 +1,8 @@
-// What a face keeps for shaping, with pango. Private to the floor.
+// Shaping with pango: the objects that each face needs for it, and the lock for all of them.
 //
-// A face is first shaped with alone, which needs none of the machine's other fonts; only a text
-// with characters that it lacks brings these in. Pango's objects are for one thread at a time: all
-// of them are used, and let go, under one lock.
+// Text is first shaped with the face alone, which needs none of the machine's other fonts; they are
+// loaded only for a text with characters that the face lacks. Pango's objects are not thread-safe,
+// so all of them are used and released under one lock.
 #pragma once
 
 #include "tesmar/platform/text/internal/FontFileMap.h"
@@ -13,15 +13,17 @@ namespace tesmar {
 
 struct FontFace;
 
+// The shaping lock. Recursive: releasing a font while it is held may lock it again.
 std::unique_lock<std::recursive_mutex> lockShaping();
 
-// Heights by a face's own tables, as parts of its size.
+// From the face's own tables, as fractions of the font size.
 struct FaceMetrics {
     double ascender = 0;
     double descender = 0; // negative
 };
 
-// Under the lock.
+// The pango objects of one face, made when they are first needed. Guarded by the shaping lock. The
+// face passed in must always be the same.
 class Shaper {
   public:
     Shaper() = default;
@@ -29,15 +31,16 @@ class Shaper {
     Shaper(const Shaper&) = delete;
     Shaper& operator=(const Shaper&) = delete;
 
-    // A new layout without text, in points. Null for a face without a file.
+    // A new layout without text, which counts in points. Null for a face without a file.
     GObjectPtr<PangoLayout> makeLayout(const FontFace& face, double pointSize, Fallback fallback);
+    // Zero for a face without a file.
     FaceMetrics metrics(const FontFace& face);
 
   private:
     const FontFileRef& file(const FontFace& face);
 
     FontFileRef file_;
-    GObjectPtr<PangoContext> alone_;
+    GObjectPtr<PangoContext> withoutFallback_;
     GObjectPtr<PangoContext> withFallback_;
 };
 

@@ -1,6 +1,7 @@
 #include "tesmar/platform/ui/internal/CardView.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>

@@ -1,6 +1,5 @@
 #include "tesmar/platform/ui/internal/platform_classes.h"
 
-#include "tesmar/platform/foundation/internal/foundation_classes.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIImage.h"
@@ -20,7 +19,6 @@ namespace tesmar {
 void registerPlatformClasses() {
     static std::once_flag once;
     std::call_once(once, [] {
-        registerFoundationClasses();
         for (const Class* type :
              {&UIColor::classObject(), &UIImage::classObject(), &UIFont::classObject(),
               &NSAttributedString::classObject(), &NSLayoutConstraint::classObject(),

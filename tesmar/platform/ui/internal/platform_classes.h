@@ -1,10 +1,9 @@
-// Makes the toolkit's classes known to the object runtime.
 #pragma once
 
 namespace tesmar {
 
-// Must have been called before classes are looked up by name: by interface files, archives or other
-// languages. Any thread, any number of times.
+// Registers the toolkit's classes with the object runtime, so that interface files and archives can
+// name them. Any thread, any number of times.
 void registerPlatformClasses();
 
 } // namespace tesmar

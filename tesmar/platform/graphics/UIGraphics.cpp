@@ -1,14 +1,14 @@
-// The stack of contexts that a thread draws into, image contexts among them.
-#include "tesmar/platform/graphics/UIColor.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
+
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 #include "tesmar/platform/graphics/internal/UIImageImpl.h"
 
 namespace tesmar {
 namespace {
 
-// A picture that is being drawn. Without a surface it takes what is drawn and gives nothing.
-struct Canvas {
-    Canvas(SurfacePtr pixels, double scale)
+// Without a surface, drawing has no effect and there is no image.
+struct ImageContext {
+    ImageContext(SurfacePtr pixels, double scale)
         : surface(std::move(pixels)),
           context(surface ? cairo_image_surface_get_data(surface.get()) : nullptr,
                   surface ? cairo_image_surface_get_width(surface.get()) : 0,
@@ -18,22 +18,22 @@ struct Canvas {
     CGContext context;
 };
 
-struct Current {
+struct StackEntry {
     CGContext* context;
-    std::unique_ptr<Canvas> canvas; // of an image context
+    std::unique_ptr<ImageContext> image; // null for a context that was pushed
 };
 
-std::vector<Current>& contexts() {
-    static thread_local std::vector<Current> stack;
+std::vector<StackEntry>& contextStack() {
+    static thread_local std::vector<StackEntry> stack;
     return stack;
 }
 
-Canvas* currentCanvas() {
-    return contexts().empty() ? nullptr : contexts().back().canvas.get();
+ImageContext* currentImageContext() {
+    return contextStack().empty() ? nullptr : contextStack().back().image.get();
 }
 
-// The pixels for an image context, or nothing for a size that no image can have.
-SurfacePtr canvasSurface(CGSize size, double scale) {
+// Null for a size that no image can have.
+SurfacePtr imageSurface(CGSize size, double scale) {
     const double width = std::ceil(size.width * scale), height = std::ceil(size.height * scale);
     const bool isPossible = width >= 1 && height >= 1 && width <= UIImage::kMaximumSide &&
                             height <= UIImage::kMaximumSide &&
@@ -46,34 +46,34 @@ SurfacePtr canvasSurface(CGSize size, double scale) {
 } // namespace
 
 CGContext* UIGraphicsGetCurrentContext() {
-    return contexts().empty() ? nullptr : contexts().back().context;
+    return contextStack().empty() ? nullptr : contextStack().back().context;
 }
 
 void UIGraphicsPushContext(CGContext& context) {
-    contexts().push_back({&context, nullptr});
+    contextStack().push_back({&context, nullptr});
 }
 
 void UIGraphicsPopContext() {
-    if (!contexts().empty() && !currentCanvas())
-        contexts().pop_back();
+    if (!contextStack().empty() && !currentImageContext())
+        contextStack().pop_back();
 }
 
 void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale) {
     const double pixelsPerPoint =
         scale == 0 ? UIImage::mainScreenScale() : finite(scale, 0.1, 16, 1);
-    auto canvas = std::make_unique<Canvas>(canvasSurface(size, pixelsPerPoint), pixelsPerPoint);
-    CGContext& context = canvas->context;
+    auto image = std::make_unique<ImageContext>(imageSurface(size, pixelsPerPoint), pixelsPerPoint);
+    CGContext& context = image->context;
     if (opaque)
         context.impl().fillPixels(context.clipPixels(), Paint{});
-    contexts().push_back({&context, std::move(canvas)});
+    contextStack().push_back({&context, std::move(image)});
 }
 
 Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext() {
-    Canvas* const canvas = currentCanvas();
-    if (!canvas || !canvas->surface)
+    ImageContext* const current = currentImageContext();
+    if (!current || !current->surface)
         return nullptr;
-    cairo_surface_t* const drawn = canvas->surface.get();
-    cairo_surface_mark_dirty(drawn); // it was drawn into behind its back
+    cairo_surface_t* const drawn = current->surface.get();
+    cairo_surface_mark_dirty(drawn); // the context drew into its memory through another surface
     SurfacePtr copy =
         renderedSurface(CAIRO_FORMAT_ARGB32, cairo_image_surface_get_width(drawn),
                         cairo_image_surface_get_height(drawn), 0, 0, [drawn](cairo_t* cr) {
@@ -84,12 +84,12 @@ Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext() {
     if (!copy)
         return nullptr;
     return UIImage::imageWithImpl(
-        std::make_unique<UIImage::Impl>(std::move(copy), canvas->context.scale()));
+        std::make_unique<UIImage::Impl>(std::move(copy), current->context.scale()));
 }
 
 void UIGraphicsEndImageContext() {
-    if (currentCanvas())
-        contexts().pop_back();
+    if (currentImageContext())
+        contextStack().pop_back();
 }
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-#include "tools/drive/answers.h"
+#include "tools/drive/json_values.h"
 
 #include "tesmar/platform/foundation/NSArray.h"
 #include "tesmar/platform/foundation/runtime.h"
@@ -27,13 +27,13 @@ Json fromColor(const UIColor& color) {
             {"alpha", number(color.alpha())}};
 }
 
-std::string otherText(const NSObject& object) {
+std::string describeOther(const NSObject& object) {
     if (const auto* string = dynamic_cast<const NSString*>(&object))
         return string->text();
     if (const auto* scalar = dynamic_cast<const NSNumber*>(&object)) {
-        if (const bool* truth = std::get_if<bool>(&scalar->value()))
-            return *truth ? "true" : "false";
-        return text(number(scalar->doubleValue()));
+        if (const bool* boolean = std::get_if<bool>(&scalar->value()))
+            return *boolean ? "true" : "false";
+        return serialize(number(scalar->doubleValue()));
     }
     return std::string(object.isa().name());
 }
@@ -46,8 +46,8 @@ Json fromList(const List& list) {
     return array;
 }
 
-// Whether the object has just these keys.
-bool hasForm(const Json& json, std::initializer_list<const char*> keys) {
+// Whether these are the keys of the object.
+bool hasExactly(const Json& json, std::initializer_list<const char*> keys) {
     return json.size() == keys.size() &&
            std::all_of(keys.begin(), keys.end(),
                        [&](const char* key) { return json.contains(key); });
@@ -56,16 +56,16 @@ bool hasForm(const Json& json, std::initializer_list<const char*> keys) {
 double component(const Json& json, const char* key) {
     const Json& value = json.at(key);
     if (!value.is_number())
-        throw Fault("\"" + std::string(key) + "\" must be a number in " + text(json));
+        throw Fault("\"" + std::string(key) + "\" must be a number in " + serialize(json));
     return value.get<double>();
 }
 
 Ref<NSObject> toFont(const Json& json) {
     if (!json.at("name").is_string())
-        throw Fault("\"name\" must be a text in " + text(json));
+        throw Fault("\"name\" must be a text in " + serialize(json));
     auto font = UIFont::fontWithName(json.at("name").get<std::string>(), component(json, "size"));
     if (!font)
-        throw Fault("no such font: " + text(json));
+        throw Fault("no such font: " + serialize(json));
     return font;
 }
 
@@ -79,17 +79,17 @@ Ref<NSObject> toObject(const Json& json) {
     if (json.is_number())
         return NSNumber::numberWith(json.get<double>());
     if (json.is_object()) {
-        if (hasForm(json, {"white", "alpha"}))
+        if (hasExactly(json, {"white", "alpha"}))
             return UIColor::colorWithWhite(component(json, "white"), component(json, "alpha"));
-        if (hasForm(json, {"red", "green", "blue", "alpha"}))
+        if (hasExactly(json, {"red", "green", "blue", "alpha"}))
             return UIColor::colorWithRed(component(json, "red"), component(json, "green"),
                                          component(json, "blue"), component(json, "alpha"));
-        if (hasForm(json, {"name", "size"}))
+        if (hasExactly(json, {"name", "size"}))
             return toFont(json);
-        if (hasForm(json, {"other"}) && json.at("other").is_string())
+        if (hasExactly(json, {"other"}) && json.at("other").is_string())
             return NSString::stringWithString(json.at("other").get<std::string>());
     }
-    throw Fault("neither a colour, nor a font, nor another value: " + text(json));
+    throw Fault("neither a colour, nor a font, nor another value: " + serialize(json));
 }
 
 } // namespace
@@ -104,13 +104,13 @@ Json number(double value) {
     return value;
 }
 
-Json measure(double value) {
+Json rounded(double value) {
     return number(std::round(value * kBillion) / kBillion);
 }
 
-Json measures(const CGRect& rect) {
-    return {measure(rect.origin.x), measure(rect.origin.y), measure(rect.size.width),
-            measure(rect.size.height)};
+Json rounded(const CGRect& rect) {
+    return {rounded(rect.origin.x), rounded(rect.origin.y), rounded(rect.size.width),
+            rounded(rect.size.height)};
 }
 
 Json fromObject(const Ref<NSObject>& object) {
@@ -120,7 +120,7 @@ Json fromObject(const Ref<NSObject>& object) {
         return fromColor(*color);
     if (const auto font = as<UIFont>(object))
         return {{"name", font->fontName()}, {"size", number(font->pointSize())}};
-    return Json::object({{"other", otherText(*object)}});
+    return Json::object({{"other", describeOther(*object)}});
 }
 
 Json fromDictionary(const Ref<NSDictionary>& dictionary) {
@@ -138,13 +138,12 @@ Json fromDictionary(const Ref<NSDictionary>& dictionary) {
 }
 
 Json fromValue(const Value& value) {
-    struct Forms {
+    struct Converter {
         Json operator()(std::monostate) const { return nullptr; }
-        Json operator()(bool truth) const { return truth; }
-        Json operator()(long long integer) const { return integer; }
+        Json operator()(bool boolean) const { return boolean; }
         Json operator()(double real) const { return number(real); }
         Json operator()(const std::string& string) const { return string; }
-        Json operator()(const CGRect& rect) const { return measures(rect); }
+        Json operator()(const CGRect& rect) const { return rounded(rect); }
         Json operator()(const Ref<NSObject>& object) const {
             if (const auto dictionary = as<NSDictionary>(object))
                 return fromDictionary(dictionary);
@@ -155,10 +154,10 @@ Json fromValue(const Value& value) {
         Json operator()(const std::vector<std::string>& strings) const { return strings; }
         Json operator()(const std::vector<double>& numbers) const { return fromList(numbers); }
     };
-    return std::visit(Forms{}, value);
+    return std::visit(Converter{}, value);
 }
 
-std::string text(const Json& json) {
+std::string serialize(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
@@ -166,7 +165,7 @@ std::string text(const Json& json) {
 
 Ref<NSMutableDictionary> toDictionary(const Json& json) {
     if (!json.is_object())
-        throw Fault("no dictionary: " + text(json));
+        throw Fault("no dictionary: " + serialize(json));
     auto dictionary = make<NSMutableDictionary>();
     for (const auto& [key, value] : json.items())
         dictionary->setObject(toObject(value), key);
@@ -182,8 +181,9 @@ Value toArgument(const Json& json) {
         return json.get<double>();
     if (json.is_string())
         return json.get<std::string>();
-    const bool isOneObject = hasForm(json, {"white", "alpha"}) || hasForm(json, {"name", "size"}) ||
-                             hasForm(json, {"red", "green", "blue", "alpha"});
+    const bool isOneObject = hasExactly(json, {"white", "alpha"}) ||
+                             hasExactly(json, {"name", "size"}) ||
+                             hasExactly(json, {"red", "green", "blue", "alpha"});
     return isOneObject ? Value(toObject(json)) : Value(Ref<NSObject>(toDictionary(json)));
 }
 
