@@ -30,7 +30,6 @@ Class& UIButton::classObject() {
 
 Ref<UIButton> UIButton::buttonWithType(UIButtonType type) {
     auto button = make<UIButton>();
-    button->type_ = type;
     if (type == UIButtonType::system)
         button->setTitleColor(UIColor::colorWithRed(0, 0.35, 0.85, 1), UIControlStateNormal);
     return button;

@@ -21,8 +21,6 @@ class TESMAR_API UIButton : public UIControl {
     // Reads, besides the control's keys, "title", "titleColor", "image" and "tintColor".
     bool initWithCoder(NSCoder& coder) override;
 
-    UIButtonType buttonType() const { return type_; }
-
     // States are those of UIControlState. A state without a value of its own has the normal
     // state's.
     void setTitle(std::string title, unsigned forState);
@@ -52,7 +50,6 @@ class TESMAR_API UIButton : public UIControl {
   private:
     void showState();
 
-    UIButtonType type_ = UIButtonType::custom;
     std::map<unsigned, std::string> titles_;
     std::map<unsigned, Ref<UIColor>> titleColors_;
     std::map<unsigned, Ref<UIImage>> images_;

@@ -27,7 +27,6 @@ class TESMAR_API UILabel : public UIView {
     const Ref<UIColor>& textColor() const { return textColor_; }
     void setTextColor(const Ref<UIColor>& color);
     // Left at the start.
-    NSTextAlignment textAlignment() const { return alignment_; }
     void setTextAlignment(NSTextAlignment alignment);
 
     // Text that does not fit ends in an ellipsis; it is centred vertically.

@@ -56,7 +56,7 @@ CGSize UIScrollView::scrollRoom() const {
 bool UIScrollView::canScroll(LayoutAxis axis) const {
     // Less than half a point is a rounding error rather than something to scroll to.
     const CGSize room = scrollRoom();
-    return scrollEnabled_ && (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
+    return (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
 }
 
 UIScrollView* UIScrollView::enclosing(UIView* view) {

@@ -57,9 +57,6 @@ class TESMAR_API UIScrollView : public UIView {
     // than the view.
     void scrollRectToVisible(const CGRect& rect, bool animated);
 
-    // Whether fingers and wheel scroll; true at the start.
-    bool isScrollEnabled() const { return scrollEnabled_; }
-    void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
     // True at the start.
     bool showsVerticalScrollIndicator() const { return showsVertical_; }
     void setShowsVerticalScrollIndicator(bool shows);
@@ -92,7 +89,6 @@ class TESMAR_API UIScrollView : public UIView {
 
     WeakRef<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
-    bool scrollEnabled_ = true;
     bool showsVertical_ = true;
     bool showsHorizontal_ = true;
     std::unique_ptr<ScrollIndicators> indicators_;

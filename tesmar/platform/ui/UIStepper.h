@@ -36,32 +36,25 @@ class TESMAR_API UIStepper : public UIControl {
     double maximumValue() const { return maximum_; }
     void setMaximumValue(double maximum);
     // 1 at the start; setting a step that is not positive and finite is a fatal error.
-    double stepValue() const { return step_; }
     void setStepValue(double step);
     // Whether a step past one end continues at the other; false at the start.
-    bool wraps() const { return wraps_; }
     void setWraps(bool wraps);
     // Whether a half that is held down keeps stepping; true at the start.
-    bool autorepeat() const { return autorepeat_; }
     void setAutorepeat(bool autorepeat) { autorepeat_ = autorepeat; }
     // Whether value-changed is sent at every step, as at the start, or once when the touch ends.
-    bool isContinuous() const { return continuous_; }
     void setContinuous(bool continuous) { continuous_ = continuous; }
 
     // Colour of the symbols and of the default border; null, as at the start, means the default
     // blue.
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
-    // Images by control state (UIControlState); a null image removes one. A getter returns the
-    // image set for that very state, or null. In a state without an image the stepper shows the
-    // normal state's, and without that its own look.
-    Ref<UIImage> incrementImageForState(unsigned state) const;
+    // Images by control state (UIControlState); a null image removes one. In a state without an
+    // image the stepper shows the normal state's, and without that its own look.
     void setIncrementImage(const Ref<UIImage>& image, unsigned forState);
-    Ref<UIImage> decrementImageForState(unsigned state) const;
     void setDecrementImage(const Ref<UIImage>& image, unsigned forState);
-    Ref<UIImage> backgroundImageForState(unsigned state) const;
     void setBackgroundImage(const Ref<UIImage>& image, unsigned forState);
-    // The divider while the left half is in one state and the right half in another.
+    // The divider while the left half is in one state and the right half in another; the getter
+    // returns null when none was set for these very states.
     Ref<UIImage> dividerImageForStates(unsigned left, unsigned right) const;
     void setDividerImage(const Ref<UIImage>& image, unsigned forLeftState, unsigned rightState);
 

@@ -36,20 +36,11 @@ void UIStepper::setImage(Images& images, const Ref<UIImage>& image, unsigned key
     setNeedsDisplay();
 }
 
-Ref<UIImage> UIStepper::incrementImageForState(unsigned state) const {
-    return find(incrementImages_, state);
-}
 void UIStepper::setIncrementImage(const Ref<UIImage>& image, unsigned state) {
     setImage(incrementImages_, image, state);
 }
-Ref<UIImage> UIStepper::decrementImageForState(unsigned state) const {
-    return find(decrementImages_, state);
-}
 void UIStepper::setDecrementImage(const Ref<UIImage>& image, unsigned state) {
     setImage(decrementImages_, image, state);
-}
-Ref<UIImage> UIStepper::backgroundImageForState(unsigned state) const {
-    return find(backgroundImages_, state);
 }
 void UIStepper::setBackgroundImage(const Ref<UIImage>& image, unsigned state) {
     setImage(backgroundImages_, image, state);

@@ -30,7 +30,6 @@ class TESMAR_API UISwitch : public UIControl {
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
     // The colour of the track while on; null, as at the start, means the default green.
-    const Ref<UIColor>& onTintColor() const { return onTintColor_; }
     void setOnTintColor(const Ref<UIColor>& color);
 
     CGSize intrinsicContentSize() const override { return kSize; }

@@ -15,7 +15,7 @@ class NSBundle;
 class PresentationStack;
 
 enum class UIModalPresentationStyle {
-    card,       // the view stands on a rounded card over what the host draws below
+    card,       // the view is on a rounded card over what the host draws below
     fullScreen, // the view fills the window
 };
 
