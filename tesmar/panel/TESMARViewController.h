@@ -68,6 +68,8 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
     void didReceiveMemoryWarning() override;
+    // Large enough to show all of the controls without scrolling.
+    std::optional<CGSize> preferredContentSize() override;
     // Builds the panel in the root view. loadView calls it once.
     virtual void setupView();
 

@@ -114,6 +114,17 @@ Ref<UIView> TESMARViewController::createScrollView() {
     return scrollView;
 }
 
+std::optional<CGSize> TESMARViewController::preferredContentSize() {
+    const auto* const scrollView = UIScrollView::enclosing(textColorPicker_.get());
+    if (!scrollView)
+        return std::nullopt;
+    const CGSize all = view()->frame().size;
+    const CGSize visible = scrollView->frame().size;
+    const CGSize content = scrollView->contentSize();
+    return CGSize{all.width - visible.width + content.width,
+                  all.height - visible.height + content.height};
+}
+
 void TESMARViewController::wire(UIControl& control, unsigned events, std::string_view action) {
     control.addTarget(ref(this), Selector(action), events);
 }

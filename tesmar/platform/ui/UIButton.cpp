@@ -11,7 +11,7 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kTitleSize = 18;
-constexpr CGFloat kTitlePadding = 12; // height beside the title's own
+constexpr CGFloat kTitlePadding = 12; // added to the title's height
 constexpr CGFloat kLeastWidth = 30;
 
 template <class T>
@@ -30,7 +30,6 @@ Class& UIButton::classObject() {
 
 Ref<UIButton> UIButton::buttonWithType(UIButtonType type) {
     auto button = make<UIButton>();
-    button->type_ = type;
     if (type == UIButtonType::system)
         button->setTitleColor(UIColor::colorWithRed(0, 0.35, 0.85, 1), UIControlStateNormal);
     return button;
@@ -107,7 +106,7 @@ void UIButton::showState() {
 void UIButton::stateChanged() {
     UIControl::stateChanged();
     if (titleLabel_) {
-        // Only the colour depends on most states; a new title needs a new layout too.
+        // Most states change only the colour; only a new title needs a new layout.
         if (titleLabel_->text() != titleForState(state()))
             showState();
         else

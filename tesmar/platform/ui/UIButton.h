@@ -1,4 +1,4 @@
-// A control with a title or an image, either for each of its states.
+// A control with a title or an image for each of its states.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"
@@ -15,29 +15,29 @@ class TESMAR_API UIButton : public UIControl {
     TESMAR_CLASS
 
   public:
+    // A custom button has white titles, a system button blue ones.
     static Ref<UIButton> buttonWithType(UIButtonType type);
 
-    // Reads, beside the control's keys, "title", "titleColor", "image" and "tintColor".
+    // Reads, besides the control's keys, "title", "titleColor", "image" and "tintColor".
     bool initWithCoder(NSCoder& coder) override;
 
-    UIButtonType buttonType() const { return type_; }
-
-    // For a state that has none of its own, the normal state's is shown.
+    // States are those of UIControlState. A state without a value of its own has the normal
+    // state's.
     void setTitle(std::string title, unsigned forState);
     std::string titleForState(unsigned state) const;
     void setTitleColor(const Ref<UIColor>& color, unsigned forState);
     Ref<UIColor> titleColorForState(unsigned state) const;
-    // Images are drawn in the tint colour.
+    // Images are drawn in the tint colour; black at the start and when it is null.
     void setImage(const Ref<UIImage>& image, unsigned forState);
     Ref<UIImage> imageForState(unsigned state) const;
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
 
-    // Shows the title of the present state; made when first asked for. Its text and colour belong
-    // to the button, its font to whoever wants another than the 18-point system font.
+    // Shows the title of the present state; created at the first call. The button sets its text and
+    // colour; the font, the 18-point system font at the start, is the caller's to set.
     const Ref<UILabel>& titleLabel();
 
-    // The title and 12 points of height, or the image; at least 30 points wide.
+    // The title plus 12 points of height, or the image; at least 30 points wide.
     CGSize intrinsicContentSize() const override;
     std::optional<CGFloat> layoutBaselineBelowCenter() const override;
     void draw(CGRect rect) override;
@@ -50,7 +50,6 @@ class TESMAR_API UIButton : public UIControl {
   private:
     void showState();
 
-    UIButtonType type_ = UIButtonType::custom;
     std::map<unsigned, std::string> titles_;
     std::map<unsigned, Ref<UIColor>> titleColors_;
     std::map<unsigned, Ref<UIImage>> images_;

@@ -1,11 +1,10 @@
 #include "tesmar/platform/ui/UIControl.h"
 
-#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/UITouch.h"
-#include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
 #include <new>
@@ -13,7 +12,7 @@
 namespace tesmar {
 namespace {
 
-// How long a highlight has to stand to be seen, in seconds.
+// A highlight must last this long to be seen, in seconds.
 constexpr double kFlash = 0.1;
 
 } // namespace
@@ -88,7 +87,7 @@ void UIControl::forgetRemovedTargets() {
 
 void UIControl::sendActionsForControlEvents(unsigned events) {
     assertMainThread("UIControl::sendActionsForControlEvents");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     struct Sending {
         explicit Sending(UIControl& control) : control_(control) { ++control_.sending_; }
         ~Sending() {
@@ -97,15 +96,15 @@ void UIControl::sendActionsForControlEvents(unsigned events) {
         }
         UIControl& control_;
     } const sending(*this);
-    // Only the targets of now, by index: an action may add targets, and removed ones stay in place
-    // until all is sent.
+    // By index and only the present targets: an action may add targets. Removed ones keep their
+    // places until all actions are sent.
     const std::size_t count = targets_.size();
     for (std::size_t i = 0; i < count; ++i) {
         if (!(targets_[i].events & events))
             continue;
         const Selector action = targets_[i].action;
         if (const auto target = targets_[i].target.lock())
-            performAction(*target, action, kept);
+            performAction(*target, action, self);
     }
 }
 
@@ -126,7 +125,7 @@ bool UIControl::isWithinMargin(const UITouch& touch) const {
 void UIControl::touchBegan(UITouch& touch) {
     if (touch_ || !enabled_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     touch_ = &touch;
     touchTime_ = touch.timestamp();
     touchInside_ = true;
@@ -141,7 +140,7 @@ void UIControl::touchBegan(UITouch& touch) {
 void UIControl::touchMoved(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     const bool wasInside = touchInside_;
     touchInside_ = isWithinMargin(touch);
     if (!continueTracking(touch)) {
@@ -161,12 +160,12 @@ void UIControl::touchMoved(UITouch& touch) {
 void UIControl::touchEnded(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     const bool inside = isWithinMargin(touch);
     const bool unseen = touch.timestamp() - touchTime_ < kFlash && inside;
     touch_ = nullptr;
     touchInside_ = inside;
-    // The highlight is settled before anyone is told, for whoever is told may do anything.
+    // Settle the highlight before any callback.
     if (unseen && highlighted_ && window())
         flashHighlight();
     else
@@ -184,7 +183,7 @@ void UIControl::touchCancelled(UITouch& touch) {
 void UIControl::stopTracking() {
     if (!touch_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     touch_ = nullptr;
     touchInside_ = false;
     setHighlighted(false);
@@ -195,16 +194,14 @@ void UIControl::stopTracking() {
 void UIControl::flashHighlight() {
     if (flashing_)
         return;
-    const std::weak_ptr<NSObject> weak = weak_from_this();
     try {
-        NSRunLoop::mainRunLoop().schedule(kFlash, [weak] {
-            const auto control = as<UIControl>(weak.lock());
-            if (control && control->flashing_ && !control->touch_)
-                control->setHighlighted(false);
+        scheduleWeakly(*this, kFlash, [](UIControl& control) {
+            if (control.flashing_ && !control.touch_)
+                control.setHighlighted(false);
         });
         flashing_ = true;
     } catch (const std::bad_alloc&) {
-        setHighlighted(false); // nothing would end it
+        setHighlighted(false); // without the timer nothing would end it
     }
 }
 
@@ -213,15 +210,6 @@ void UIControl::didMoveToWindow() {
         return;
     stopTracking();
     setHighlighted(false);
-}
-
-bool isLeafControl(const UIView& view) {
-    const auto holdsControl = [](const auto& self, const UIView& v) -> bool {
-        return std::any_of(v.subviews().begin(), v.subviews().end(), [&](const auto& child) {
-            return dynamic_cast<const UIControl*>(child.get()) || self(self, *child);
-        });
-    };
-    return dynamic_cast<const UIControl*>(&view) && !holdsControl(holdsControl, view);
 }
 
 } // namespace tesmar

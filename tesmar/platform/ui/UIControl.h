@@ -1,4 +1,4 @@
-// A view that the user operates and that tells its targets about it.
+// A view that the user operates, and that sends its targets an action when that happens.
 #pragma once
 
 #include "tesmar/platform/foundation/selector.h"
@@ -6,7 +6,7 @@
 
 namespace tesmar {
 
-// Bits; a control may be in several states at once.
+// Bits: a control may be in several states at once.
 enum UIControlState : unsigned {
     UIControlStateNormal = 0,
     UIControlStateHighlighted = 1,
@@ -32,36 +32,42 @@ class TESMAR_API UIControl : public UIView {
     TESMAR_CLASS
 
   public:
-    // A finger within this distance of the bounds still counts as being on the control, in points.
+    // A finger that is down counts as inside the control up to this distance from its bounds, in
+    // points.
     static constexpr CGFloat kTrackingMargin = 70;
-    // A finger needs at least this much room, in points; smaller controls take touches around them.
+    // Smaller controls take touches in an area of this width and height, in points.
     static constexpr CGFloat kTouchTarget = 44;
 
-    // Reads, beside the view's keys, "enabled" and "selected".
+    // Reads, besides the view's keys, "enabled" and "selected".
     bool initWithCoder(NSCoder& coder) override;
 
+    // True at the start. Disabling cancels the touch in progress.
     bool isEnabled() const { return enabled_; }
     virtual void setEnabled(bool enabled);
     virtual bool isSelected() const { return selected_; }
     virtual void setSelected(bool selected);
     bool isHighlighted() const { return highlighted_; }
     virtual void setHighlighted(bool highlighted);
+    // Bits of UIControlState.
     unsigned state() const;
 
-    // A finger is down on the control / and within the tracking margin.
+    // A finger is down on the control.
     bool isTracking() const { return touch_ != nullptr; }
+    // That finger, or the last one when it lifted, is within the tracking margin.
     bool isTouchInside() const { return touchInside_; }
 
-    // When any of `events` is sent, performs `action` on `target` (see performAction). The target
-    // is not owned; one that has died is skipped. Adding the same again changes nothing.
+    // Performs `action` on `target` (see performAction) whenever one of `events` is sent. The
+    // target is not owned; one that has been destroyed is skipped. Adding the same again adds the
+    // events.
     void addTarget(const Ref<NSObject>& target, Selector action, unsigned events);
-    // A null target stands for every target.
+    // Stops sending `events`; a null target means every target.
     void removeTarget(const NSObject* target, Selector action, unsigned events);
-    // Performs the actions in the order of their adding. An action may do anything, destroying the
-    // control included.
+    // Performs the actions of all `events` (bits), in the order in which they were added. An action
+    // may do anything, including releasing the control.
     void sendActionsForControlEvents(unsigned events);
 
-    // Where a finger may land, in bounds coordinates: the bounds, grown to kTouchTarget.
+    // The area in which a finger may land, in bounds coordinates: the bounds, enlarged to
+    // kTouchTarget each way.
     CGRect touchRect() const;
 
     void touchBegan(UITouch& touch) final;
@@ -70,21 +76,21 @@ class TESMAR_API UIControl : public UIView {
     void touchCancelled(UITouch& touch) final;
 
   protected:
-    // The hooks of a subclass that tracks in its own way. False ends the tracking.
+    // Overridden by controls that follow the finger. Returning false cancels the touch.
     virtual bool beginTracking(UITouch&) { return true; }
     virtual bool continueTracking(UITouch&) { return true; }
     virtual void endTracking(UITouch&) {}
     virtual void cancelTracking() {}
-    // A state that shows has changed.
+    // The enabled, selected or highlighted state has changed.
     virtual void stateChanged() { setNeedsDisplay(); }
-    // Highlights for a moment: the touch came and went before anyone could see it.
+    // Keeps the highlight for a moment after a touch that was too short to be seen.
     void flashHighlight();
     void didMoveToWindow() override;
 
   private:
     struct Target {
         WeakRef<NSObject> target;
-        const NSObject* identity;
+        const NSObject* identity; // to compare with, even after its destruction
         Selector action;
         unsigned events;
     };
@@ -94,7 +100,7 @@ class TESMAR_API UIControl : public UIView {
     void stopTracking();
 
     std::vector<Target> targets_;
-    int sending_ = 0;
+    int sending_ = 0; // depth of sendActionsForControlEvents
     const UITouch* touch_ = nullptr;
     double touchTime_ = 0;
     bool touchInside_ = false;
@@ -103,8 +109,5 @@ class TESMAR_API UIControl : public UIView {
     bool highlighted_ = false;
     bool flashing_ = false;
 };
-
-// Whether a view is a control that holds no other controls: one that a finger can operate.
-bool isLeafControl(const UIView& view);
 
 } // namespace tesmar

@@ -42,7 +42,7 @@ bool UILabel::initWithCoder(NSCoder& coder) {
 void UILabel::setText(std::string text) {
     if (text == text_)
         return;
-    setNeedsDisplay(); // where the old text's ink was
+    setNeedsDisplay(); // the area of the old text
     text_ = std::move(text);
     contentChanged();
 }
@@ -77,7 +77,7 @@ void UILabel::contentChanged() {
     setNeedsDisplay();
 }
 
-TextLayout& UILabel::laidOut() const {
+TextLayout& UILabel::currentLayout() const {
     layout_.setText(text_);
     layout_.setFont(font_);
     layout_.setAlignment(alignment_);
@@ -87,7 +87,7 @@ TextLayout& UILabel::laidOut() const {
 CGSize UILabel::intrinsicContentSize() const {
     if (text_.empty())
         return {0, 0};
-    TextLayout& layout = laidOut();
+    TextLayout& layout = currentLayout();
     layout.setWidth(std::nullopt);
     const CGSize size = layout.size();
     return {std::ceil(size.width), std::ceil(size.height)};
@@ -97,12 +97,12 @@ std::optional<CGFloat> UILabel::layoutBaselineBelowCenter() const {
     return (font_->ascender() + font_->descender()) / 2;
 }
 
-// The text is centred vertically, even where it is higher than the label.
+// The text is centred vertically, even when it is taller than the label.
 void UILabel::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context || text_.empty())
         return;
-    TextLayout& layout = laidOut();
+    TextLayout& layout = currentLayout();
     layout.setWidth(frame().size.width);
     layout.draw(*context, {0, (frame().size.height - layout.size().height) / 2}, *textColor_);
 }
@@ -110,12 +110,12 @@ void UILabel::draw(CGRect) {
 UIEdgeInsets UILabel::drawingOverflow() const {
     if (text_.empty())
         return {};
-    TextLayout& layout = laidOut();
+    TextLayout& layout = currentLayout();
     layout.setWidth(frame().size.width);
     const CGSize size = frame().size;
     const CGRect ink =
         CGRectInset(layout.inkBounds().offsetBy({0, (size.height - layout.size().height) / 2}), -1,
-                    -1); // antialiasing, and rounding to pixels
+                    -1); // for antialiasing and rounding to pixels
     return {std::max(0.0, -ink.minY()), std::max(0.0, -ink.minX()),
             std::max(0.0, ink.maxY() - size.height), std::max(0.0, ink.maxX() - size.width)};
 }

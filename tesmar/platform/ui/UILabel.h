@@ -1,4 +1,4 @@
-// Text that is only shown.
+// One line of read-only text. Takes no touches.
 #pragma once
 
 #include "tesmar/platform/text/TextLayout.h"
@@ -13,10 +13,11 @@ class TESMAR_API UILabel : public UIView {
   public:
     UILabel();
 
-    // Reads, beside the view's keys, "text", "font", "textColor" and "textAlignment" (0 left, 1
+    // Reads, besides the view's keys, "text", "font", "textColor" and "textAlignment" (0 left, 1
     // centre, 2 right).
     bool initWithCoder(NSCoder& coder) override;
 
+    // UTF-8; empty at the start.
     const std::string& text() const { return text_; }
     void setText(std::string text);
     // The 17-point system font at the start and when null is set.
@@ -25,24 +26,25 @@ class TESMAR_API UILabel : public UIView {
     // Black at the start and when null is set.
     const Ref<UIColor>& textColor() const { return textColor_; }
     void setTextColor(const Ref<UIColor>& color);
-    NSTextAlignment textAlignment() const { return alignment_; }
+    // Left at the start.
     void setTextAlignment(NSTextAlignment alignment);
 
-    // One line; what does not fit ends in an ellipsis.
+    // Text that does not fit ends in an ellipsis; it is centred vertically.
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;
+    // The text's size rounded up to whole points; zero without text.
     CGSize intrinsicContentSize() const override;
     std::optional<CGFloat> layoutBaselineBelowCenter() const override;
 
     // --- Added by the caption library -----------------------------------------------------------
 
-    // A plain label in the panel's small font.
+    // A label without text in the panel's small font.
     static Ref<UILabel> createStyledLabel();
-    // The panel's small font, or null.
+    // The panel's small font; null when it is not installed.
     static Ref<UIFont> getDefaultFont();
 
   private:
-    TextLayout& laidOut() const;
+    TextLayout& currentLayout() const;
     void contentChanged();
 
     std::string text_;

@@ -1,62 +1,72 @@
-// A window onto content larger than itself. Dragged by a finger or a wheel; glides on, and springs
-// back at the ends.
+// A view onto content larger than itself. A finger or a wheel drags the content; it glides on
+// afterwards, and springs back at its ends.
 #pragma once
 
-#include "tesmar/platform/ui/Motion.h"
-#include "tesmar/platform/ui/ScrollMotion.h"
 #include "tesmar/platform/ui/UIView.h"
+
+#include <memory>
 
 namespace tesmar {
 
+class ScrollIndicators;
+class ScrollTracking;
 class UIScrollView;
 
-class UIScrollViewDelegate {
+// Called on the main thread, during touches, wheel events, frames of the run loop, or setters. A
+// delegate may do anything, releasing the scroll view included.
+class TESMAR_API UIScrollViewDelegate {
   public:
     virtual ~UIScrollViewDelegate() = default;
+    // The content offset has changed.
     virtual void scrollViewDidScroll(UIScrollView&) {}
+    // A finger, or a burst of wheel events, starts to drag the content.
     virtual void scrollViewWillBeginDragging(UIScrollView&) {}
-    // `willDecelerate`: the content glides on.
+    // `willDecelerate`: the content glides on, and scrollViewDidEndDecelerating follows unless
+    // another touch or a setter stops it.
     virtual void scrollViewDidEndDragging(UIScrollView&, bool /*willDecelerate*/) {}
+    // Content that glided has come to rest.
     virtual void scrollViewDidEndDecelerating(UIScrollView&) {}
 };
-
-enum class UIScrollAxisLock { none, horizontal, vertical };
 
 class TESMAR_API UIScrollView : public UIView {
     TESMAR_CLASS
 
   public:
-    // A finger has to move this far before it drags, in points.
+    // A finger that moves at least this far drags, in points.
     static constexpr CGFloat kDragThreshold = 10;
-    // How long a finger may rest on content before the content gets the touch, in seconds.
+    // How long a finger may rest on the content before the content gets its touch, in seconds.
     static constexpr double kContentTouchDelay = 0.150;
 
     UIScrollView();
     ~UIScrollView() override;
 
-    // Not owned.
+    // Not owned; null when there is none.
     Ref<UIScrollViewDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(const Ref<UIScrollViewDelegate>& delegate) { delegate_ = delegate; }
 
-    // Constraints to the scroll view's edges set it; so may code.
+    // In points. Constraints between subviews and the scroll view's edges set it; so may code.
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
-    // The content point shown at the top left corner.
+    // The content point at the top left corner.
     CGPoint contentOffset() const { return bounds().origin; }
-    // Any offset, also past the ends; stops any motion. Animated, it is held within the ends.
+    // Stops any motion. Not animated, the offset may lie past the ends, where it stays until the
+    // next layout; animated, it is clamped to the ends. Coordinates that are not finite become
+    // finite.
     void setContentOffset(CGPoint offset, bool animated);
-    // Scrolls as little as shows the rectangle (in content coordinates).
+    // Scrolls by as little as shows `rect` (content coordinates), or its start where it is larger
+    // than the view.
     void scrollRectToVisible(const CGRect& rect, bool animated);
 
-    bool isScrollEnabled() const { return scrollEnabled_; }
-    void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
+    // True at the start.
     bool showsVerticalScrollIndicator() const { return showsVertical_; }
     void setShowsVerticalScrollIndicator(bool shows);
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
     void setShowsHorizontalScrollIndicator(bool shows);
 
-    bool isDragging() const { return dragging_; }
-    bool isDecelerating() const { return gliding_ != nullptr && !dragging_; }
+    // From the start of a drag (or burst of wheel events) to its end.
+    bool isDragging() const;
+    // The content moves on its own, outside a drag.
+    bool isDecelerating() const;
     // Whether a drag or wheel moves the content along `axis`.
     bool canScroll(LayoutAxis axis) const;
 
@@ -68,65 +78,21 @@ class TESMAR_API UIScrollView : public UIView {
     bool layoutEdgesAreContent() const override { return true; }
     void setLayoutContentSize(CGSize size) override { setContentSize(size); }
 
-    // --- Driven by the window -------------------------------------------------------------------
-
-    // Whether a finger that has moved by `translation` drags this view now.
-    bool wantsDrag(CGPoint translation) const;
-    // The finger takes hold at `point` (window coordinates), having started towards `translation`.
-    void beginDrag(CGPoint point, CGPoint translation, double time);
-    void continueDrag(CGPoint point, double time);
-    void endDrag(double time);
-    // The finger was taken away: no gliding.
-    void cancelDrag();
-    // A finger has landed on moving content: it stands still. False when it stood still before.
-    bool catchMotion();
-    // One event of a wheel or trackpad: content moves by -delta. A burst of them is one drag.
-    void wheel(CGPoint delta);
-
-    // A caught motion is let go without a drag.
-    void settle();
-
   protected:
     void didMoveToWindow() override;
     void drawOverlay(CGRect rect) override;
 
   private:
-    class Glide;
+    friend class ScrollTracking;
 
     CGSize scrollRoom() const;
-    void configureMotion();
-    void syncMotion();
-    void showOffset();
-    void beganDragging();
-    void release(CGPoint velocity, double time);
-    void letGo(CGPoint velocity, double time);
-    void endedDragging(bool willDecelerate);
-    void endWheelBurst();
-    void startGliding();
-    void stopGliding();
-    bool glideStep(double now);
-    CGRect indicatorRect(LayoutAxis axis) const;
-    void damageIndicators();
-    void showIndicators();
-    void fadeIndicators();
 
     WeakRef<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
-    bool scrollEnabled_ = true;
     bool showsVertical_ = true;
     bool showsHorizontal_ = true;
-
-    ScrollMotion x_;
-    ScrollMotion y_;
-    bool dragging_ = false;
-    UIScrollAxisLock lock_ = UIScrollAxisLock::none;
-    CGPoint grip_;     // where the finger took hold
-    CGPoint velocity_; // of the finger, points per second
-    CGPoint lastPoint_;
-    double lastTime_ = 0;
-    std::uint64_t wheelEnd_ = 0; // timer that ends a burst
-    Ref<Glide> gliding_;
-    Transition indicatorAlpha_;
+    std::unique_ptr<ScrollIndicators> indicators_;
+    std::unique_ptr<ScrollTracking> tracking_;
 };
 
 } // namespace tesmar

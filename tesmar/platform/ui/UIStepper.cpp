@@ -1,12 +1,10 @@
 #include "tesmar/platform/ui/UIStepper.h"
 
-#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
-#include "tesmar/platform/graphics/CGContext.h"
-#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,31 +12,17 @@
 namespace tesmar {
 namespace {
 
-// A held half starts to repeat after the first delay, and goes faster after some repeats. Seconds.
+// Delays before the first and the next repeats of a half that is held down, in seconds.
 constexpr double kFirstRepeat = 0.5;
 constexpr double kRepeat = 0.15;
 constexpr double kFastRepeat = 0.05;
 constexpr int kRepeatsBeforeFast = 10;
 
-// Values are held within this, so that sums of them stay exact enough to step by one.
+// Values are clamped to ± this, so that adding a step of 1 still changes them.
 constexpr double kLargestValue = 1e15;
 
 double finiteValue(double value) {
     return finite(value, -kLargestValue, kLargestValue, 0);
-}
-
-Ref<UIImage> find(const std::map<unsigned, Ref<UIImage>>& images, unsigned key) {
-    const auto found = images.find(key);
-    return found == images.end() ? nullptr : found->second;
-}
-
-Ref<UIImage> findOrNormal(const std::map<unsigned, Ref<UIImage>>& images, unsigned state) {
-    const auto own = find(images, state);
-    return own ? own : find(images, UIControlStateNormal);
-}
-
-unsigned pairKey(unsigned left, unsigned right) {
-    return left * 8 + right;
 }
 
 } // namespace
@@ -127,42 +111,8 @@ void UIStepper::stepOnce(UIStepperHalf half) {
         sendActionsForControlEvents(UIControlEventValueChanged);
 }
 
-// --- Look ---------------------------------------------------------------------------------------
-
-void UIStepper::setTintColor(const Ref<UIColor>& color) {
-    tintColor_ = color;
-    setNeedsDisplay();
-}
-
-void UIStepper::setImage(Images& images, const Ref<UIImage>& image, unsigned key) {
-    images[key] = image;
-    setNeedsDisplay();
-}
-
-Ref<UIImage> UIStepper::incrementImageForState(unsigned state) const {
-    return find(incrementImages_, state);
-}
-void UIStepper::setIncrementImage(const Ref<UIImage>& image, unsigned state) {
-    setImage(incrementImages_, image, state);
-}
-Ref<UIImage> UIStepper::decrementImageForState(unsigned state) const {
-    return find(decrementImages_, state);
-}
-void UIStepper::setDecrementImage(const Ref<UIImage>& image, unsigned state) {
-    setImage(decrementImages_, image, state);
-}
-Ref<UIImage> UIStepper::backgroundImageForState(unsigned state) const {
-    return find(backgroundImages_, state);
-}
-void UIStepper::setBackgroundImage(const Ref<UIImage>& image, unsigned state) {
-    setImage(backgroundImages_, image, state);
-}
-Ref<UIImage> UIStepper::dividerImageForStates(unsigned left, unsigned right) const {
-    return find(dividerImages_, pairKey(left, right));
-}
-void UIStepper::setDividerImage(const Ref<UIImage>& image, unsigned left, unsigned right) {
-    setImage(dividerImages_, image, pairKey(left, right));
-}
+// --- Halves
+// ---------------------------------------------------------------------------------------
 
 CGRect UIStepper::halfRect(UIStepperHalf half) const {
     const CGRect b = bounds();
@@ -210,69 +160,6 @@ unsigned UIStepper::stateOf(UIStepperHalf half) const {
     return held ? UIControlStateHighlighted : UIControlStateNormal;
 }
 
-void UIStepper::draw(CGRect) {
-    CGContext* const context = UIGraphicsGetCurrentContext();
-    if (!context)
-        return;
-    static const auto blue = UIColor::colorWithRed(0, 0.35, 0.85, 1);
-    const Ref<UIColor> tint = tintColor_ ? tintColor_ : blue;
-    const CGRect b = bounds();
-
-    if (const auto background = findOrNormal(backgroundImages_, state())) {
-        context->drawImage(*background, b);
-    } else {
-        // The default look: a rounded border in the tint colour.
-        context->setFillColor(*tint);
-        context->fillRoundedRect(b, 4);
-        context->setFillColor(*UIColor::whiteColor());
-        context->fillRoundedRect(CGRectInset(b, 1, 1), 3);
-    }
-    drawHalf(*context, UIStepperHalf::decrement);
-    drawHalf(*context, UIStepperHalf::increment);
-
-    const unsigned left = stateOf(UIStepperHalf::decrement);
-    const unsigned right = stateOf(UIStepperHalf::increment);
-    auto divider = find(dividerImages_, pairKey(left, right));
-    if (!divider)
-        divider = find(dividerImages_, pairKey(UIControlStateNormal, UIControlStateNormal));
-    if (divider) {
-        const CGSize size = divider->size();
-        context->drawImage(*divider, {b.midX() - size.width / 2, b.midY() - size.height / 2,
-                                      size.width, size.height});
-    } else {
-        context->setFillColor(*tint);
-        context->fillRect(context->snapped({b.midX() - 0.5, b.minY(), 1, b.size.height}));
-    }
-}
-
-void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
-    static const auto blue = UIColor::colorWithRed(0, 0.35, 0.85, 1);
-    const unsigned halfState = stateOf(half);
-    const CGRect rect = halfRect(half);
-    const CGPoint center = rect.center();
-    const Ref<UIColor> tint = tintColor_ ? tintColor_ : blue;
-    if (halfState == UIControlStateHighlighted) {
-        context.setRGBFillColor(tint->red(), tint->green(), tint->blue(), 0.15);
-        context.fillRoundedRect(CGRectInset(rect, 2, 1), 6);
-    }
-    context.saveGState();
-    context.setAlpha(halfState == UIControlStateDisabled ? 0.25 : 1);
-    const bool up = half == UIStepperHalf::increment;
-    if (const auto image = findOrNormal(up ? incrementImages_ : decrementImages_, halfState)) {
-        const CGSize size = image->size();
-        context.drawImage(
-            *image,
-            {center.x - size.width / 2, center.y - size.height / 2, size.width, size.height},
-            *tint);
-    } else {
-        context.setFillColor(*tint);
-        context.fillRect(context.snapped({center.x - 7, center.y - 0.75, 14, 1.5}));
-        if (up)
-            context.fillRect(context.snapped({center.x - 0.75, center.y - 7, 1.5, 14}));
-    }
-    context.restoreGState();
-}
-
 // --- Touches ------------------------------------------------------------------------------------
 
 bool UIStepper::beginTracking(UITouch& touch) {
@@ -299,7 +186,7 @@ bool UIStepper::continueTracking(UITouch& touch) {
 void UIStepper::endTracking(UITouch& touch) {
     stopRepeating();
     continueTracking(touch);
-    const auto kept = ref(this);
+    const auto self = ref(this);
     if (fingerOnHalf_ && isTouchInside() && repeats_ == 0)
         stepOnce(pressed_);
     if (std::exchange(unsentChange_, false))
@@ -308,23 +195,23 @@ void UIStepper::endTracking(UITouch& touch) {
 
 void UIStepper::cancelTracking() {
     stopRepeating();
-    // Steps made by holding have been made; the owner must hear of them.
+    // Steps that were made by holding count.
     if (std::exchange(unsentChange_, false))
         sendActionsForControlEvents(UIControlEventValueChanged);
 }
 
 void UIStepper::repeatLater(double delay) {
-    const std::weak_ptr<NSObject> weak = weak_from_this();
-    repeatTimer_ = NSRunLoop::mainRunLoop().schedule(delay, [weak] {
-        const auto stepper = as<UIStepper>(weak.lock());
-        if (!stepper || !stepper->isTracking())
-            return;
-        stepper->repeatLater(++stepper->repeats_ > kRepeatsBeforeFast ? kFastRepeat : kRepeat);
-        if (stepper->fingerOnHalf_ && stepper->isTouchInside())
-            stepper->stepOnce(stepper->pressed_);
-        if (!stepper->canStep(stepper->pressed_))
-            stepper->stopRepeating();
-    });
+    repeatTimer_ = scheduleWeakly(*this, delay, [](UIStepper& stepper) { stepper.repeat(); });
+}
+
+void UIStepper::repeat() {
+    if (!isTracking())
+        return;
+    repeatLater(++repeats_ > kRepeatsBeforeFast ? kFastRepeat : kRepeat);
+    if (fingerOnHalf_ && isTouchInside())
+        stepOnce(pressed_);
+    if (!canStep(pressed_))
+        stopRepeating();
 }
 
 void UIStepper::stopRepeating() {

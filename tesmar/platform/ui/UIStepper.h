@@ -20,46 +20,41 @@ class TESMAR_API UIStepper : public UIControl {
 
     UIStepper();
 
+    // Only the origin of `frame` counts; the size is kSize.
     bool initWithFrame(CGRect frame) override;
-    // Reads, beside the control's keys, "minimumValue", "maximumValue", "stepValue", "value",
+    // Reads, besides the control's keys, "minimumValue", "maximumValue", "stepValue", "value",
     // "wraps", "autorepeat" and "continuous".
     bool initWithCoder(NSCoder& coder) override;
 
-    // Held within the range; 0 at the start. Code that sets it sends no event.
+    // 0 at the start; clamped to the range (NaN becomes 0 first). Setting it sends no event.
     double value() const { return value_; }
     void setValue(double value);
-    // 0 and 100 at the start. A maximum below the minimum pushes the minimum down, a minimum above
-    // the maximum pushes the maximum up.
+    // 0 and 100 at the start. A maximum below the minimum lowers the minimum, a minimum above the
+    // maximum raises the maximum. Numbers beyond ±10^15 are clamped, NaN becomes 0.
     double minimumValue() const { return minimum_; }
     void setMinimumValue(double minimum);
     double maximumValue() const { return maximum_; }
     void setMaximumValue(double maximum);
-    // 1 at the start; a step that is not positive and finite is a fatal error.
-    double stepValue() const { return step_; }
+    // 1 at the start; setting a step that is not positive and finite is a fatal error.
     void setStepValue(double step);
-    // Whether a step past one end starts again at the other; off at the start.
-    bool wraps() const { return wraps_; }
+    // Whether a step past one end continues at the other; false at the start.
     void setWraps(bool wraps);
-    // Whether a held half steps again and again; on at the start.
-    bool autorepeat() const { return autorepeat_; }
+    // Whether a half that is held down keeps stepping; true at the start.
     void setAutorepeat(bool autorepeat) { autorepeat_ = autorepeat; }
-    // Whether value-changed is sent at every step (the start) or once when the touch ends.
-    bool isContinuous() const { return continuous_; }
+    // Whether value-changed is sent at every step, as at the start, or once when the touch ends.
     void setContinuous(bool continuous) { continuous_ = continuous; }
 
-    // Colour of the symbols and of the default border; null restores the default blue.
+    // Colour of the symbols and of the default border; null, as at the start, means the default
+    // blue.
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
-    // A state without an image shows the normal state's, and the stepper's own look where that is
-    // missing too; null takes an image away.
-    Ref<UIImage> incrementImageForState(unsigned state) const;
+    // Images by control state (UIControlState); a null image removes one. In a state without an
+    // image the stepper shows the normal state's, and without that its own look.
     void setIncrementImage(const Ref<UIImage>& image, unsigned forState);
-    Ref<UIImage> decrementImageForState(unsigned state) const;
     void setDecrementImage(const Ref<UIImage>& image, unsigned forState);
-    Ref<UIImage> backgroundImageForState(unsigned state) const;
     void setBackgroundImage(const Ref<UIImage>& image, unsigned forState);
-    // The divider between the halves while the left one is in one state and the right one in
-    // another.
+    // The divider while the left half is in one state and the right half in another; the getter
+    // returns null when none was set for these very states.
     Ref<UIImage> dividerImageForStates(unsigned left, unsigned right) const;
     void setDividerImage(const Ref<UIImage>& image, unsigned forLeftState, unsigned rightState);
 
@@ -74,7 +69,7 @@ class TESMAR_API UIStepper : public UIControl {
     // there is no such stepper. The stepper is not owned.
     static std::pair<UIStepper*, UIStepperHalf> halfWithIdentifier(UIView& root,
                                                                    std::string_view identifier);
-    // Whether the value can go that way.
+    // Whether a step of that half would be made; false for none.
     bool canStep(UIStepperHalf half) const;
 
     CGSize intrinsicContentSize() const override { return kSize; }
@@ -82,7 +77,7 @@ class TESMAR_API UIStepper : public UIControl {
 
     // --- Added by the caption library -----------------------------------------------------------
 
-    // A borderless black stepper that changes once for each touch.
+    // A black stepper without a border that makes one step per touch.
     static Ref<UIStepper> createStyledStepper();
 
   protected:
@@ -97,9 +92,13 @@ class TESMAR_API UIStepper : public UIControl {
     unsigned stateOf(UIStepperHalf half) const;
     void stepOnce(UIStepperHalf half);
     void repeatLater(double delay);
+    void repeat();
     void stopRepeating();
     void setImage(Images& images, const Ref<UIImage>& image, unsigned key);
+    const UIColor& tint() const;
+    void drawBackground(CGContext& context);
     void drawHalf(CGContext& context, UIStepperHalf half);
+    void drawDivider(CGContext& context);
 
     double value_ = 0;
     double minimum_ = 0;
@@ -115,8 +114,8 @@ class TESMAR_API UIStepper : public UIControl {
     Images dividerImages_; // under left state * 8 + right state
 
     UIStepperHalf pressed_ = UIStepperHalf::none; // where the finger landed
-    bool fingerOnHalf_ = false;                   // and whether it is there now
-    int repeats_ = 0;                             // steps made by holding
+    bool fingerOnHalf_ = false;                   // the finger is still there
+    int repeats_ = 0;                             // steps of the present touch by holding
     bool unsentChange_ = false;
     std::uint64_t repeatTimer_ = 0;
 };

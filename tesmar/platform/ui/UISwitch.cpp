@@ -5,6 +5,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/internal/Transition.h"
 
 namespace tesmar {
 namespace {
@@ -30,10 +31,13 @@ Class& UISwitch::classObject() {
 }
 
 UISwitch::UISwitch()
-    : position_(0, [this] { setNeedsDisplay(); }), stretch_(0, [this] { setNeedsDisplay(); }) {
+    : position_(std::make_unique<Transition>(0, [this] { setNeedsDisplay(); })),
+      stretch_(std::make_unique<Transition>(0, [this] { setNeedsDisplay(); })) {
     setContentHuggingPriority(750, LayoutAxis::horizontal);
     setContentHuggingPriority(750, LayoutAxis::vertical);
 }
+
+UISwitch::~UISwitch() = default;
 
 bool UISwitch::initWithFrame(CGRect frame) {
     return UIControl::initWithFrame({frame.origin, kSize});
@@ -60,9 +64,9 @@ void UISwitch::setOnTintColor(const Ref<UIColor>& color) {
 void UISwitch::moveThumb(bool animated) {
     const double target = shownOn_ ? 1 : 0;
     if (animated && window())
-        position_.moveTo(target, kSlide);
+        position_->moveTo(target, kSlide);
     else
-        position_.jumpTo(target);
+        position_->jumpTo(target);
 }
 
 bool UISwitch::beginTracking(UITouch&) {
@@ -71,7 +75,7 @@ bool UISwitch::beginTracking(UITouch&) {
     return true;
 }
 
-// The thumb follows the finger from half to half; the switch itself changes only at the lift.
+// The thumb follows the finger across the middle; isOn() changes only at the lift.
 bool UISwitch::continueTracking(UITouch& touch) {
     const CGFloat x = touch.locationIn(*this).x;
     const bool towardsOn = x > bounds().midX() + kSize.width / 4;
@@ -105,9 +109,9 @@ void UISwitch::cancelTracking() {
 void UISwitch::stateChanged() {
     UIControl::stateChanged();
     if (window())
-        stretch_.moveTo(isHighlighted() ? 1 : 0, kStretch);
+        stretch_->moveTo(isHighlighted() ? 1 : 0, kStretch);
     else
-        stretch_.jumpTo(isHighlighted() ? 1 : 0);
+        stretch_->jumpTo(isHighlighted() ? 1 : 0);
 }
 
 void UISwitch::draw(CGRect) {
@@ -117,13 +121,13 @@ void UISwitch::draw(CGRect) {
     static const auto green = UIColor::colorWithRed(0.13, 0.60, 0.27, 1);
     static const auto off = UIColor::colorWithRed(0.52, 0.52, 0.54, 1);
     static const auto shade = UIColor::colorWithWhite(0, 0.35);
-    const double at = position_.value();
+    const double at = position_->value();
     const CGFloat dim = isEnabled() ? 1 : 0.5;
 
     setMixedFillColor(*context, *off, onTintColor_ ? *onTintColor_ : *green, at, dim);
     context->fillRoundedRect({{0, 0}, kSize}, kSize.height / 2);
 
-    const CGFloat width = kThumb + kStretchBy * stretch_.value();
+    const CGFloat width = kThumb + kStretchBy * stretch_->value();
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;
     const CGRect thumb{x, kInset, width, kThumb};
     context->drawShadow(thumb, kThumb / 2, 3, {0, 1}, *shade);

@@ -1,11 +1,15 @@
-// An on/off switch, 51 × 31 points. A tap or a drag of the thumb moves it; the thumb stretches
-// under the finger. Sends value-changed when the user has changed it, never when code does.
+// An on/off switch, 51 × 31 points. A tap toggles it, a drag moves its thumb; the thumb stretches
+// under the finger. It sends value-changed, at the lift, when the user has changed it, never when
+// code does.
 #pragma once
 
-#include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIControl.h"
 
+#include <memory>
+
 namespace tesmar {
+
+class Transition;
 
 class TESMAR_API UISwitch : public UIControl {
     TESMAR_CLASS
@@ -14,16 +18,18 @@ class TESMAR_API UISwitch : public UIControl {
     static constexpr CGSize kSize{51, 31};
 
     UISwitch();
+    ~UISwitch() override;
 
+    // Only the origin of `frame` counts; the size is kSize.
     bool initWithFrame(CGRect frame) override;
     // Reads, beside the control's keys, "on".
     bool initWithCoder(NSCoder& coder) override;
 
     bool isOn() const { return on_; }
+    // Off at the start. Animated, the thumb slides; isOn() changes at once.
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
-    // The track while on; null restores the default green.
-    const Ref<UIColor>& onTintColor() const { return onTintColor_; }
+    // The colour of the track while on; null, as at the start, means the default green.
     void setOnTintColor(const Ref<UIColor>& color);
 
     CGSize intrinsicContentSize() const override { return kSize; }
@@ -41,11 +47,11 @@ class TESMAR_API UISwitch : public UIControl {
     void moveThumb(bool animated);
 
     bool on_ = false;
-    bool shownOn_ = false; // where the thumb stands, or is on its way to
+    bool shownOn_ = false; // the thumb's position, or where it is sliding
     bool dragged_ = false; // the finger has moved the thumb across since it landed
     Ref<UIColor> onTintColor_;
-    Transition position_; // 0 off … 1 on
-    Transition stretch_;  // 0 round … 1 stretched
+    std::unique_ptr<Transition> position_; // of the thumb: 0 off … 1 on
+    std::unique_ptr<Transition> stretch_;  // of the thumb: 0 round … 1 stretched
 };
 
 } // namespace tesmar

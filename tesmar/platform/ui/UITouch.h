@@ -1,4 +1,5 @@
-// One finger (or the mouse) from its landing to its lift.
+// One finger (or the mouse button) from its landing to its lift. Lives as long as the touch; views
+// must not keep it.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -17,14 +18,14 @@ class TESMAR_API UITouch {
     UITouch(std::int64_t id, CGPoint point, double time)
         : id_(id), start_(point), point_(point), time_(time) {}
 
-    // The host's name for the finger.
+    // The host's identifier of the finger.
     std::int64_t id() const { return id_; }
     // In window coordinates, points.
     CGPoint location() const { return point_; }
     CGPoint startLocation() const { return start_; }
     // In the bounds coordinates of `view`.
     CGPoint locationIn(const UIView& view) const;
-    // Seconds on the host's clock.
+    // Time of the last event, in seconds on the host's clock.
     double timestamp() const { return time_; }
 
     void moveTo(CGPoint point, double time) {

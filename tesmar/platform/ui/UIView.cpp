@@ -23,10 +23,10 @@ UIView::UIView() {
 
 UIView::~UIView() {
     assertMainThread("~UIView");
-    letSubviewsGo();
+    detachSubviews();
 }
 
-void UIView::letSubviewsGo() noexcept {
+void UIView::detachSubviews() noexcept {
     const auto views = std::move(subviews_);
     subviews_.clear();
     for (const auto& view : views)
@@ -34,7 +34,7 @@ void UIView::letSubviewsGo() noexcept {
     FirstException dropped;
     for (const auto& view : views)
         if (view.use_count() > 1)
-            dropped.run([&] { view->tellMovedToWindow(); });
+            dropped.run([&] { view->notifyMovedToWindow(); });
 }
 
 bool UIView::initWithFrame(CGRect frame) {
@@ -139,47 +139,48 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
     if (isDescendantOf(view.get()))
         fatalError("a view cannot be added to itself or to a view inside it");
     UIWindow* const before = view->window();
-    const Ref<UIView> kept = view;
-    subviews_.reserve(subviews_.size() + 1); // the last that can fail: no view is half inside
-    if (UIView* old = kept->superview_) {
-        kept->damageSubtree();
+    const Ref<UIView> added = view;          // `view` may be an element of a list that changes
+    subviews_.reserve(subviews_.size() + 1); // may throw, so before any change
+    if (UIView* old = added->superview_) {
+        added->damageSubtree();
         old->layoutNeedsUpdate();
-        std::erase(old->subviews_, kept);
+        std::erase(old->subviews_, added);
     }
-    kept->superview_ = this;
-    kept->engine_.reset();
-    subviews_.insert(
-        subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size())), kept);
+    added->superview_ = this;
+    added->engine_.reset();
+    subviews_.insert(subviews_.begin() +
+                         static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size())),
+                     added);
     layoutNeedsUpdate();
-    kept->setNeedsLayout();
-    kept->damageSubtree();
+    added->setNeedsLayout();
+    added->damageSubtree();
     if (window() != before)
-        kept->tellMovedToWindow();
+        added->notifyMovedToWindow();
 }
 
 void UIView::removeFromSuperview() {
     assertMainThread("UIView::removeFromSuperview");
     if (!superview_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     const bool wasInWindow = window() != nullptr;
     damageSubtree();
     superview_->layoutNeedsUpdate();
-    std::erase(superview_->subviews_, kept);
+    std::erase(superview_->subviews_, self);
     superview_ = nullptr;
     setNeedsLayout();
     if (wasInWindow)
-        tellMovedToWindow();
+        notifyMovedToWindow();
 }
 
-void UIView::tellMovedToWindow() {
-    const auto kept = ref(this);
+void UIView::notifyMovedToWindow() {
+    const auto self = ref(this);
     const auto views = subviews_;
     FirstException all;
     all.run([this] { didMoveToWindow(); });
     for (const auto& view : views)
         if (view->superview_ == this)
-            all.run([&] { view->tellMovedToWindow(); });
+            all.run([&] { view->notifyMovedToWindow(); });
     all.rethrow();
 }
 
@@ -202,7 +203,7 @@ UIView* UIView::viewWithIdentifier(std::string_view identifier) {
 // --- Touches ------------------------------------------------------------------------------------
 
 UIView* UIView::hitTest(CGPoint point) {
-    if (hidden_ || !userInteractionEnabled_ || alpha_ < 0.01 || !pointInside(point))
+    if (!takesTouches() || !pointInside(point))
         return nullptr;
     for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
         const CGPoint inside = point - (*view)->originInSuperview() + (*view)->boundsOrigin_;

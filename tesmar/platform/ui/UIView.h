@@ -1,5 +1,5 @@
-// A rectangle on the screen that draws itself, holds other views, takes touches and takes part in
-// layout. Main thread only. All lengths are in points; y grows down.
+// A rectangle on the screen that draws itself, contains other views, takes touches and takes part
+// in layout. Main thread only. All lengths are in points; y grows down.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -44,73 +44,82 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Geometry -------------------------------------------------------------------------------
 
-    // In the superview's coordinates. Numbers that are not finite become finite.
+    // In the superview's coordinates. Coordinates that are NaN or infinite are made finite.
     const CGRect& frame() const { return frame_; }
     void setFrame(CGRect frame);
-    // The view's own coordinates; the origin is not zero in a scrolled scroll view.
+    // The visible rectangle in the view's own coordinates; the origin of a scroll view's bounds is
+    // its content offset, that of other views zero.
     CGRect bounds() const { return {boundsOrigin_, frame_.size}; }
 
-    // Null means the window (or the topmost view, where there is none).
+    // From and to this view's bounds coordinates. A null `view` means the window, or the topmost
+    // view where there is no window. Both views must be in the same tree.
     CGPoint convertPointTo(CGPoint point, const UIView* view) const;
     CGPoint convertPointFrom(CGPoint point, const UIView* view) const;
     CGRect convertRectTo(const CGRect& rect, const UIView* view) const;
 
     // --- Hierarchy ------------------------------------------------------------------------------
 
-    // Null when there is none.
+    // Null when there is none; not owned.
     UIView* superview() const { return superview_; }
+    // Back to front.
     const std::vector<Ref<UIView>>& subviews() const { return subviews_; }
-    // The window that the view is in, or null.
+    // The window that the view is in, or null; not owned.
     UIWindow* window() const;
-    // On top of the others; a view that is elsewhere is moved. Adding a view to itself or to one of
-    // its own descendants is a fatal error.
+    // Adds `view` in front of the other subviews; a view that has another superview leaves it.
+    // Adding a view to itself or to one of its own descendants is a fatal error.
     void addSubview(const Ref<UIView>& view);
+    // The same at an index of subviews(), 0 for the back; too large an index means the front.
     void insertSubview(const Ref<UIView>& view, std::size_t atIndex);
+    // Does nothing without a superview.
     void removeFromSuperview();
+    // Whether `view` is this view or above it.
     bool isDescendantOf(const UIView* view) const;
-    // The first view with that accessibility identifier, in tree order, or null.
+    // The first view at or below this one with that accessibility identifier, in tree order, or
+    // null; not owned.
     UIView* viewWithIdentifier(std::string_view identifier);
 
     // --- Look -----------------------------------------------------------------------------------
 
     const Ref<UIColor>& backgroundColor() const { return backgroundColor_; }
-    // Null paints none.
+    // Null, as at the start: no background is painted.
     void setBackgroundColor(const Ref<UIColor>& color);
-    // Of the view with everything in it; 0 to 1.
+    // Opacity of the view with everything in it; 1 at the start, clamped to 0 to 1 (NaN becomes 1).
     double alpha() const { return alpha_; }
     void setAlpha(double alpha);
     bool isHidden() const { return hidden_; }
     void setHidden(bool hidden);
     bool clipsToBounds() const { return clipsToBounds_; }
     void setClipsToBounds(bool clips);
-    // Moves what is drawn, and where touches land, without moving the frame: for motion.
+    // An offset of the drawing and of hit testing that leaves the frame alone, for motion.
     CGPoint translation() const { return translation_; }
     void setTranslation(CGPoint translation);
-    // Names the view to tests and tools.
+    // The view's name for tests and tools; empty for none.
     const std::string& accessibilityIdentifier() const { return identifier_; }
     virtual void setAccessibilityIdentifier(std::string identifier) {
         identifier_ = std::move(identifier);
     }
 
+    // Marks all of the view, or `rect` (bounds coordinates) of it, to be painted in the next frame.
     void setNeedsDisplay();
-    // `rect` in bounds coordinates.
     void setNeedsDisplayInRect(const CGRect& rect);
     // Paints the view's own content, above its background and below its subviews, into the current
-    // context, whose origin is that of the bounds. `rect` is what needs painting; more does no
-    // harm.
+    // context (UIGraphicsGetCurrentContext), whose coordinates are those of the bounds. `rect` is
+    // what needs painting; painting more is harmless.
     virtual void draw(CGRect rect);
-    // How far draw() paints outside the bounds.
+    // How far draw() paints outside the bounds on each side, at least 0.
     virtual UIEdgeInsets drawingOverflow() const { return {}; }
 
     // --- Touches --------------------------------------------------------------------------------
 
-    bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+    // True at the start. False: neither the view nor what is in it takes touches.
     void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
-    // The deepest view under the point (in bounds coordinates) that takes touches, or null.
+    // Whether a finger can reach the view: not hidden, not transparent, and enabled.
+    bool takesTouches() const { return !hidden_ && userInteractionEnabled_ && alpha_ >= 0.01; }
+    // The deepest view under the point (bounds coordinates) that takes touches, or null; not owned.
     virtual UIView* hitTest(CGPoint point);
     virtual bool pointInside(CGPoint point) const { return bounds().contains(point); }
-    // One finger's story, in order; the base class ignores it. A touch that the system takes away
-    // ends with touchCancelled.
+    // The events of one finger, in order: began, any number of moved, then ended or, when the
+    // system takes the touch away, cancelled. The base class ignores them.
     virtual void touchBegan(UITouch& touch);
     virtual void touchMoved(UITouch& touch);
     virtual void touchEnded(UITouch& touch);
@@ -165,9 +174,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Added by the caption library -----------------------------------------------------------
 
-    // Instantiates the interface file `named` of `bundle` (null: the main bundle) and answers its
-    // first top-level object, or null when that is no view. A file that does not load, or holds no
-    // object, is a fatal error. The caller checks the class.
+    // Instantiates the interface file `named` of `bundle` (null: the main bundle) and returns its
+    // first top-level object, or null when that is not a view. A file that does not load, or
+    // contains no object, is a fatal error. The caller checks the class.
     static Ref<UIView> loadFromTESMARNib(const std::string& named, const Ref<NSBundle>& bundle);
 
     // --- LayoutItem -----------------------------------------------------------------------------
@@ -196,19 +205,19 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void layoutNeedsUpdate() override;
 
   protected:
-    // Takes all subviews out: those that others own live on without a superview, and hear that they
-    // are in no window. What they throw at that is dropped: it is the end of this view.
-    void letSubviewsGo() noexcept;
+    // Removes all subviews. Those with other owners live on without a superview or window, and get
+    // didMoveToWindow; exceptions thrown there are dropped, since this view is being destroyed.
+    void detachSubviews() noexcept;
     void setBoundsOrigin(CGPoint origin);
-    // The view has entered or left a window; its subviews hear it too.
+    // Called when the view has entered or left a window, before it is called on the subviews.
     virtual void didMoveToWindow() {}
     // Like draw, but above the subviews.
     virtual void drawOverlay(CGRect /*rect*/) {}
     // True: each subview is the root of a layout of its own, and no constraint may refer to views
     // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
-    // Paints the view with everything in it. `superOrigin` is where the superview's coordinates
-    // start on the surface.
+    // Paints the view with everything in it. `superOrigin` is the origin of the superview's
+    // coordinates on the surface.
     void paint(CGContext& context, CGPoint superOrigin);
 
   private:
@@ -217,7 +226,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void layoutOwnSubviews();
     void layoutSubtreeSubviews();
     void applyFrame(CGRect frame);
-    void tellMovedToWindow();
+    void notifyMovedToWindow();
     CGPoint originInSuperview() const { return frame_.origin + translation_; }
     CGPoint originOnSurface() const;
     CGRect drawnRect() const;

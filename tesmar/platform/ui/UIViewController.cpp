@@ -37,14 +37,14 @@ bool UIViewController::initWithCoder(NSCoder& coder) {
 
 const Ref<UIView>& UIViewController::view() {
     assertMainThread("UIViewController::view");
-    // A loadView that asks for the view would otherwise load it for ever.
+    // `loading_` stops a loadView that calls view() from recursing.
     if (!view_ && !loading_) {
         loading_ = true;
         try {
             loadView();
         } catch (...) {
             loading_ = false;
-            view_ = nullptr; // half a view is none: the next call loads it anew
+            view_ = nullptr; // incomplete: the next call loads it anew
             throw;
         }
         loading_ = false;
@@ -90,7 +90,7 @@ void UIViewController::dismissViewControllerAnimated(bool animated, Completion c
     assertMainThread("UIViewController::dismissViewControllerAnimated");
     if (!stack_)
         return;
-    const auto kept = ref(this);
+    const auto self = ref(this);
     if (const auto presented = stack_->presentedBy(*this))
         stack_->dismiss(*presented, animated, std::move(completion));
     else
@@ -106,7 +106,7 @@ Ref<UIViewController> UIViewController::presentingViewController() const {
 }
 
 bool UIViewController::isBeingDismissed() const {
-    return stack_ && stack_->isLeaving(*this);
+    return stack_ && stack_->isDismissing(*this);
 }
 
 } // namespace tesmar

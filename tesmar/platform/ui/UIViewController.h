@@ -1,4 +1,5 @@
-// Owns a view, hears when it comes and goes, and can be presented over a window's content.
+// Owns a view, is notified when it appears and disappears, and can be presented over a window's
+// content. Main thread only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -14,7 +15,7 @@ class NSBundle;
 class PresentationStack;
 
 enum class UIModalPresentationStyle {
-    card,       // a rounded card over whatever the host draws below
+    card,       // the view is on a rounded card over what the host draws below
     fullScreen, // the view fills the window
 };
 
@@ -27,41 +28,50 @@ class TESMAR_API UIViewController : public NSObject {
     UIViewController();
     ~UIViewController() override;
 
-    // Without an interface file's name, loadView makes a plain view.
+    // `nibName` is the interface file that loadView reads, in `bundle` (null: the main bundle);
+    // without one loadView makes a plain view.
     virtual bool initWithNibName(const std::optional<std::string>& nibName,
                                  const Ref<NSBundle>& bundle);
+    // Reads "nibName".
     bool initWithCoder(NSCoder& coder) override;
     bool init() override { return initWithNibName(std::nullopt, nullptr); }
 
-    // Loads the view at the first call.
+    // Loads the view at the first call. What loadView throws is passed on, and the next call loads
+    // anew.
     const Ref<UIView>& view();
     void setView(const Ref<UIView>& view);
     bool isViewLoaded() const { return view_ != nullptr; }
 
-    // Makes the view: from the interface file, or a plain one. An override sets `view` itself or
-    // calls this one.
+    // Makes the view: from the interface file, or a plain one. An override calls setView, or this
+    // function; one that sets no view is a fatal error.
     virtual void loadView();
     virtual void viewDidLoad() {}
-    // In this order for each appearance. Each is called once for each coming and going, and not at
-    // all for a step that was broken off.
+    // Called in this order, each once for each appearance; one that has not been reached when the
+    // appearance is interrupted is left out.
     virtual void viewWillAppear(bool /*animated*/) {}
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
-    // The host may call it when memory is short.
+    // For the host to call when the process runs out of memory.
     virtual void didReceiveMemoryWarning() {}
+
+    // The size in points that a card would have at best; nothing (as here): as large as there is
+    // room. The card asks when the view has been laid out in that room, so an override may measure
+    // its subviews, and again when the room or the constraints of the view have changed.
+    virtual std::optional<CGSize> preferredContentSize() { return std::nullopt; }
 
     UIModalPresentationStyle modalPresentationStyle() const { return style_; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { style_ = style; }
 
     // Presents `controller` over this one, which must be a window's root controller or presented
-    // itself; otherwise, or when `controller` is presented already, a diagnostic says so and
-    // nothing happens. A controller that is still on its way out comes back. The window keeps it
-    // alive until it is dismissed.
+    // itself; otherwise, or when `controller` is presented already, there is a diagnostic and
+    // nothing else happens. A controller that is being dismissed comes back. The window owns it
+    // until it is dismissed. `completion` runs after viewDidAppear.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                Completion completion = {});
-    // Dismisses what this controller presents, or else this controller itself. Does nothing when
-    // neither is presented, or it is being dismissed already.
+    // Dismisses the controller that this one presents or, when there is none, this one; everything
+    // presented above goes with it. Does nothing when neither is presented, or when the dismissal
+    // is under way already. `completion` runs after viewDidDisappear.
     void dismissViewControllerAnimated(bool animated, Completion completion = {});
     // Null when there is none.
     Ref<UIViewController> presentedViewController() const;

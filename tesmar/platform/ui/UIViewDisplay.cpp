@@ -1,8 +1,9 @@
-// How views look: painting, and telling the window what has to be painted again.
+// The display of views: painting, and reporting damage to the window.
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
 #include <new>
@@ -62,7 +63,7 @@ void UIView::setClipsToBounds(bool clips) {
     damageSubtree();
 }
 
-// Where the view itself draws; without the memory to find out, anywhere.
+// Where the view itself draws; when the overflow cannot be computed for lack of memory, everywhere.
 CGRect UIView::drawnRect() const {
     try {
         return grownBy(bounds(), drawingOverflow());
@@ -95,7 +96,8 @@ void UIView::damageSubtree() {
     damage(subtreeExtent());
 }
 
-// Each view paints from its own origin rounded to a pixel, so that is what damage is measured from.
+// Views paint from their origin rounded to a pixel, so damage is relative to the rounded origin
+// too.
 void UIView::damage(CGRect rect) {
     assertMainThread("UIView::setNeedsDisplay");
     UIWindow* const window = this->window();
@@ -118,7 +120,7 @@ void UIView::damage(CGRect rect) {
         window->damageSurface(onSurface);
 }
 
-// Whether something opaque stands in front of the whole rectangle.
+// Whether an opaque view in front hides the whole rectangle.
 bool UIView::isCovered(const CGRect& surfaceRect) const {
     for (const UIView* view = this; view->superview_; view = view->superview_) {
         const auto& siblings = view->superview_->subviews_;
@@ -126,7 +128,7 @@ bool UIView::isCovered(const CGRect& surfaceRect) const {
                                   [&](const auto& sibling) { return sibling.get() == view; });
         for (++above; above != siblings.end(); ++above) {
             const UIView& other = **above;
-            // A pixel of slack: frames are rounded to pixels when painted.
+            // A point less on each side, since frames are rounded to pixels when painted.
             const CGRect solid =
                 CGRectInset(CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
             if (!other.hidden_ && other.alpha_ >= 1 && isOpaque(other.backgroundColor_) &&
@@ -147,7 +149,7 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
         paintSelf(context, origin);
         return;
     }
-    // A layer no larger than what is in it; a pixel of slack, since views are rounded to pixels.
+    // The layer is as small as the content allows, plus a pixel for rounding to pixels.
     const SavedState saved(context);
     const CGRect extent = subtreeExtent().offsetBy(origin - boundsOrigin_);
     const CGFloat pixel = 1 / context.scale();
@@ -193,7 +195,7 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
         drawInBounds(&UIView::drawOverlay);
 }
 
-// Drawing is other people's code: any of it may take views away.
+// A view's drawing may remove views.
 void UIView::paintSubviews(CGContext& context, CGPoint origin) {
     for (std::size_t i = 0; i < subviews_.size(); ++i)
         Ref<UIView>(subviews_[i])->paint(context, origin);

@@ -7,17 +7,21 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
+#include "tesmar/platform/ui/internal/near_control.h"
+#include "tesmar/platform/ui/internal/wheel_routing.h"
 
 #include <algorithm>
-#include <limits>
+#include <cmath>
+#include <utility>
 
 namespace tesmar {
 namespace {
 
 constexpr CGFloat kLargestSide = 65535;  // points
-constexpr CGFloat kLargestPixel = 32767; // pixels of a side
+constexpr CGFloat kLargestPixel = 32767; // pixels per side
 constexpr CGFloat kSmallestScale = 0.1;
 constexpr CGFloat kLargestScale = 16;
 
@@ -31,13 +35,13 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
     return std::min(wanted, kLargestPixel / side);
 }
 
-// The context that views draw into, for as long as this lives; then it lets the pixels go.
+// Makes `context` current while this exists.
 class CurrentContext {
   public:
     explicit CurrentContext(CGContext& context) : context_(&context) {
         UIGraphicsPushContext(context);
     }
-    // With what a view's drawing began above it and, having thrown, never ended.
+    // Also ends what a view's drawing began on top of it and, because it threw, never ended.
     ~CurrentContext() {
         while (CGContext* const current = UIGraphicsGetCurrentContext()) {
             UIGraphicsEndImageContext();
@@ -54,7 +58,7 @@ class CurrentContext {
     CGContext* context_;
 };
 
-// Lets touches through to what lies below the window.
+// Takes touches only on its subviews.
 class PassThroughView : public UIView {
   public:
     UIView* hitTest(CGPoint point) override {
@@ -68,35 +72,6 @@ class RootController : public UIViewController {
     void loadView() override { setView(make<PassThroughView>()); }
 };
 
-CGFloat distance(CGPoint p, const CGRect& r) {
-    const CGFloat dx = std::max({r.minX() - p.x, 0.0, p.x - r.maxX()});
-    const CGFloat dy = std::max({r.minY() - p.y, 0.0, p.y - r.maxY()});
-    return std::hypot(dx, dy);
-}
-
-struct Near {
-    UIControl* control = nullptr;
-    CGFloat distance = std::numeric_limits<CGFloat>::infinity();
-};
-
-// The control nearest to a point that lies in its touch rectangle; only what can be seen counts.
-void findNear(UIView& view, CGPoint onSurface, Near& nearest) {
-    if (view.isHidden() || !view.isUserInteractionEnabled() || view.alpha() < 0.01)
-        return;
-    const CGPoint point = view.convertPointFrom(onSurface, nullptr);
-    if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
-                                                         isLeafControl(view) &&
-                                                         control->touchRect().contains(point)) {
-        const CGFloat d = distance(point, view.bounds());
-        if (d < nearest.distance)
-            nearest = {control, d};
-    }
-    if (view.clipsToBounds() && !view.bounds().contains(point))
-        return;
-    for (const auto& child : view.subviews())
-        findNear(*child, onSurface, nearest);
-}
-
 } // namespace
 
 Class& UIWindow::classObject() {
@@ -106,21 +81,22 @@ Class& UIWindow::classObject() {
 
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
-      touches_(std::make_unique<TouchDispatcher>(*this)), context_(std::make_unique<CGContext>()) {}
+      touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
+      repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
 
-// Whoever hears of the end on its way finds no window any more.
+// Views and controllers that are notified of the end meanwhile find no window any more.
 UIWindow::~UIWindow() {
     if (rootController_)
-        presentations_->setRoot(*rootController_, PresentationStack::Root::leaves);
+        presentations_->setRoot(*rootController_, PresentationStack::Root::detached);
     presentations_->abandon();
-    letSubviewsGo();
+    detachSubviews();
     touches_.reset();
 }
 
 Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
     auto window = makeWith<UIWindow>(&UIWindow::initWithFrame, CGRect({}, finiteSize(size)));
     window->rootController_ = make<RootController>();
-    window->presentations_->setRoot(*window->rootController_, PresentationStack::Root::stands);
+    window->presentations_->setRoot(*window->rootController_, PresentationStack::Root::attached);
     window->addSubview(window->rootController_->view());
     window->setScale(scale);
     window->layoutSubviews();
@@ -150,9 +126,9 @@ void UIWindow::setScale(CGFloat scale) {
 }
 
 void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
-    const auto held = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
-    const UIEdgeInsets area{held(insets.top), held(insets.left), held(insets.bottom),
-                            held(insets.right)};
+    const auto clamped = [](CGFloat v) { return finite(v, 0, kLargestSide, 0); };
+    const UIEdgeInsets area{clamped(insets.top), clamped(insets.left), clamped(insets.bottom),
+                            clamped(insets.right)};
     if (std::exchange(safeArea_, area) != area)
         setNeedsLayout();
 }
@@ -185,9 +161,9 @@ Ref<UIViewController> UIWindow::presentedViewController() const {
 void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                      UIViewController::Completion completion) {
     assertMainThread("UIWindow::presentViewController");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     auto presenter = presentations_->top();
-    // One that is on its way out comes back over what it stood on.
+    // A controller that is being dismissed comes back over the root.
     if (!presenter || presenter == controller)
         presenter = rootController_;
     presenter->presentViewController(controller, animated, std::move(completion));
@@ -197,7 +173,7 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 
 bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
     assertMainThread("UIWindow::touch");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.noteTime(time);
     layoutIfNeeded();
@@ -217,24 +193,17 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
 
 bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     assertMainThread("UIWindow::wheel");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-    for (UIView* view = hit; view; view = view->superview()) {
-        auto* scroll = dynamic_cast<UIScrollView*>(view);
-        if (scroll && ((delta.x != 0 && scroll->canScroll(LayoutAxis::horizontal)) ||
-                       (delta.y != 0 && scroll->canScroll(LayoutAxis::vertical)))) {
-            scroll->wheel(delta);
-            break;
-        }
-    }
+    routeWheel(hit, delta);
     return hit != nullptr;
 }
 
 bool UIWindow::key(UIKey key, double time) {
     assertMainThread("UIWindow::key");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     const auto top = presentedViewController();
     if (key != UIKey::escape || !top)
@@ -245,7 +214,7 @@ bool UIWindow::key(UIKey key, double time) {
 
 void UIWindow::cancelTouches(double time) {
     assertMainThread("UIWindow::cancelTouches");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
 }
@@ -254,17 +223,14 @@ UIView* UIWindow::hitTest(CGPoint point) {
     UIView* const hit = UIView::hitTest(point);
     if (hit && isLeafControl(*hit))
         return hit;
-    Near nearest;
-    if (!hit || hit == this) {
-        findNear(*this, point, nearest);
-        return nearest.control;
-    }
-    // Only within what was hit: a card in front hides the controls behind it.
+    if (!hit || hit == this)
+        return nearestControl(*this, point);
+    // Only in the same card: it hides the controls behind it.
     UIView* front = hit;
     while (front->superview() != this)
         front = front->superview();
-    findNear(*front, point, nearest);
-    return nearest.control ? nearest.control : hit;
+    UIControl* const control = nearestControl(*front, point);
+    return control ? control : hit;
 }
 
 // --- Pixels -------------------------------------------------------------------------------------
@@ -281,24 +247,24 @@ CGPoint UIWindow::snapToPixels(CGPoint point) const {
 void UIWindow::damageSurface(const CGRect& rect) {
     const CGSize size = pixelSize();
     const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
-    damage_.add(intersection(pixelsTouchedBy(rect, scale_), surface));
+    damage_->add(intersection(pixelsTouchedBy(rect, scale_), surface));
 }
 
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
-    damage_.clear();
+    damage_->clear();
     damageSurface(bounds());
 }
 
 bool UIWindow::needsRender() {
     assertMainThread("UIWindow::needsRender");
     layoutIfNeeded();
-    return !damage_.isEmpty();
+    return !damage_->isEmpty();
 }
 
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     assertMainThread("UIWindow::render");
-    const auto kept = ref(this);
+    const auto self = ref(this);
     layoutIfNeeded();
     const CGSize size = pixelSize();
     auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();
@@ -306,20 +272,20 @@ std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
                       scale_);
     DamageRegion painted;
     if (!context->clipPixels().isEmpty()) {
-        // What views ask for while they draw is for the next frame.
-        std::swap(painted, damage_);
+        // Damage that is reported during painting belongs to the next frame.
+        std::swap(painted, *damage_);
         try {
             paintRects(*context, painted.rects());
         } catch (...) {
             for (const PixelRect& rect : painted.rects())
-                damage_.add(rect);
+                damage_->add(rect);
             throw;
         }
     }
     context->finish();
     context_ = std::move(context);
-    repainted_ = painted;
-    return repainted_.rects();
+    *repainted_ = painted;
+    return repainted_->rects();
 }
 
 void UIWindow::paintRects(CGContext& context, std::span<const PixelRect> rects) {

@@ -1,22 +1,23 @@
-// The host's door to the toolkit: one surface over the host's own picture.
+// The host's interface to the toolkit: one surface over the host's own picture.
 //
 // The host makes a window, feeds it touches, wheel and keys, pumps the main run loop
-// (NSRunLoop::mainRunLoop()), and asks for pixels when needsRender() says that there are new ones:
+// (NSRunLoop::mainRunLoop()), and renders when needsRender() returns true:
 //
 //     for (;;) {
 //         feed events, each with its time;
 //         NSRunLoop::mainRunLoop().advanceTo(now);
 //         if (window->needsRender())
-//             show the rectangles that window->render(pixels, stride) answers;
+//             show the rectangles that window->render(pixels, stride) returns;
 //         sleep until the next event, or NSRunLoop::mainRunLoop().nextDeadline();
 //     }
 //
-// Main thread only: the first that uses the user interface is the one. Where the library was built
-// with assertions (without NDEBUG), a call from another ends the process with one line that names
-// it. Positions and sizes are in points, times in seconds on one monotonic clock.
+// Main thread only: the main thread is the first one that uses the user interface. A library that
+// was built with assertions (without NDEBUG) ends the process when another thread calls, with one
+// line that names the function. Positions and sizes are in points, times in seconds on one
+// monotonic clock.
 #pragma once
 
-#include "tesmar/platform/ui/DamageRegion.h"
+#include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"
@@ -28,19 +29,21 @@
 
 namespace tesmar {
 
-class CGContext;
+class DamageRegion;
 class TouchDispatcher;
 
+// Keys that a window may handle.
 enum class UIKey { escape };
+// What a tap beside every card does.
 enum class OutsideTap { ignored, dismisses };
 
 class TESMAR_API UIWindow : public UIView {
     TESMAR_CLASS
 
   public:
-    // `size` in points, `scale` in pixels per point; numbers out of range are held within 0 to
-    // 65,535 points and 0.1 to 16 (a scale that is no number, or not positive, becomes 1). No side
-    // of the surface is longer than 32,767 pixels: a larger scale is lowered to fit.
+    // `size` in points, clamped to 0 to 65,535; `scale` in pixels per point, clamped to 0.1 to 16
+    // (one that is NaN, or not positive, becomes 1). A scale that would make a side of the surface
+    // longer than 32,767 pixels is lowered to fit.
     static Ref<UIWindow> windowWithSize(CGSize size, CGFloat scale = 1);
 
     UIWindow();
@@ -49,62 +52,67 @@ class TESMAR_API UIWindow : public UIView {
     void setSize(CGSize size);
     CGFloat scale() const { return scale_; }
     void setScale(CGFloat scale);
-    // The parts of the surface that a card keeps clear of.
+    // Margins of the surface that cards keep clear of; zero at the start, clamped to 0 to 65,535
+    // points (NaN becomes 0).
     UIEdgeInsets safeAreaInsets() const { return safeArea_; }
     void setSafeAreaInsets(UIEdgeInsets insets);
-    // Where the host's captions stand, in window coordinates: cards keep clear of it where there is
-    // room. Nothing, or an empty rectangle, for none.
+    // The area of the host's captions in window coordinates, which cards keep clear of where there
+    // is room. Nothing (as at the start) or an empty rectangle: no captions.
     std::optional<CGRect> captionArea() const { return captionArea_; }
     void setCaptionArea(std::optional<CGRect> area);
-    // Whether a tap beside a card dismisses it; ignored at the start.
+    // Ignored at the start. When it dismisses, a tap beside a card is the window's touch.
     void setOutsideTap(OutsideTap behaviour) { outsideTap_ = behaviour; }
     OutsideTap outsideTap() const { return outsideTap_; }
 
-    // Covers the window below everything that is presented; invisible, and lets touches through to
-    // the host.
+    // Its view covers the window below everything that is presented. That view is transparent, and
+    // touches on it that hit no subview are left to the host.
     const Ref<UIViewController>& rootViewController() const { return rootController_; }
     // The topmost presented controller, or null.
     Ref<UIViewController> presentedViewController() const;
-    // Presents over the topmost controller. What is to move sets off at the run loop's time: after
-    // a sleep, note the time first (NSRunLoop::noteTime), or the motion has passed before it is
-    // seen.
+    // Presents over the topmost controller; see UIViewController. The motion starts at the run
+    // loop's time: after a sleep, pass the time on first (NSRunLoop::noteTime), or the motion is
+    // over before it is seen.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                UIViewController::Completion completion = {});
 
     // --- Input ----------------------------------------------------------------------------------
-    // Each answers whether the event was the window's; what was not is the host's to use. A touch
-    // that the window took stays the window's until it ends.
+    // Each returns whether the window handled the event; events that it did not handle are the
+    // host's to use. A touch that the window took when it began belongs to the window until it
+    // ends.
 
-    // `id` tells fingers apart. One that moves or lifts without having landed is nobody's; one
-    // that lands again, or the oldest of more than a few hands could have, has lifted unheard and
-    // is cancelled.
+    // `id` distinguishes fingers. Events of a finger that never landed are not handled. A finger
+    // that lands twice, and the oldest of more than 32, must have lifted without an event and is
+    // cancelled.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
-    // `delta` in points; positive scrolls towards the content's start.
+    // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
+    // one that does not scroll.
     bool wheel(CGPoint point, CGPoint delta, double time);
     bool key(UIKey key, double time);
-    // The system takes every finger away (the host lost its focus, say).
+    // Cancels the touches of all fingers: for a host that loses its focus, say.
     void cancelTouches(double time);
 
     // --- Pixels ---------------------------------------------------------------------------------
 
+    // Of the surface, in whole device pixels.
     CGSize pixelSize() const;
-    // Whether anything on the surface is out of date. Brings the layout up to date to find out.
+    // Whether any pixel of the surface is out of date. Lays out first.
     bool needsRender();
-    // Repaints what is out of date in `pixels`: premultiplied ARGB32 in native byte order, rows
-    // `stride` bytes apart (a multiple of 4), pixelSize() large, and left as the last call left it.
-    // Answers the rectangles that were repainted, valid until the next call; none when nothing was.
-    // Null pixels, or rows shorter than the surface, are not painted on, and when a view's drawing
-    // throws the picture is not finished: what was out of date stays so.
+    // Repaints the pixels that are out of date in `pixels`: premultiplied ARGB32 in native byte
+    // order, of pixelSize(), with rows `stride` bytes apart (a multiple of 4), and with the content
+    // that the last call left. Returns the repainted rectangles, valid until the next call; empty
+    // when there were none. When `pixels` is null, `stride` is shorter than a row, or a view's
+    // drawing throws, the same pixels remain out of date.
     std::span<const PixelRect> render(void* pixels, int stride);
-    // Everything is out of date: the host brings another buffer, or lost the old one's pixels.
+    // Marks every pixel as out of date: for a host that changes its buffer or has lost its content.
     void invalidate();
 
     // --- For views ------------------------------------------------------------------------------
 
-    // The pixels that `rect` touches are out of date.
+    // Marks the pixels that `rect` (window coordinates) covers, even partly, as out of date.
     void damageSurface(const CGRect& rect);
-    // The nearest point on the pixel grid.
+    // The nearest point on the grid of device pixels.
     CGPoint snapToPixels(CGPoint point) const;
+    // Includes controls that take touches around their bounds.
     UIView* hitTest(CGPoint point) override;
     void layoutSubviews() override;
 
@@ -121,9 +129,9 @@ class TESMAR_API UIWindow : public UIView {
     Ref<UIViewController> rootController_;
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;
-    DamageRegion damage_;
-    DamageRegion repainted_;
-    // Kept from frame to frame for its memory; taken while a frame is painted.
+    std::unique_ptr<DamageRegion> damage_;
+    std::unique_ptr<DamageRegion> repainted_; // by the last render()
+    // Reused from frame to frame for its memory; null while a frame is painted.
     std::unique_ptr<CGContext> context_;
 };
 

@@ -8,23 +8,25 @@
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tesmar/platform/ui/Motion.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace tesmar {
 
-// Counts the messages that it gets, under their selectors.
+// Logs the messages that it gets.
 class Listener : public NSObject {
     TESMAR_CLASS
 
   public:
     void changed() { log += "changed "; }
     void down() { log += "down "; }
-    void up() { log += "up "; }
+    void up() { log += "up ", afterUp(); }
     void outside() { log += "outside "; }
     void cancelled() { log += "cancelled "; }
     std::string take() { return std::exchange(log, {}); }
 
     std::string log;
+    std::function<void()> afterUp = [] {};
 };
 
 class UITest : public testing::Test {

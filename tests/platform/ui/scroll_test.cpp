@@ -1,191 +1,169 @@
 #include "fixture.h"
 
-#include "tesmar/platform/ui/ScrollMotion.h"
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/internal/ScrollMotion.h"
 
 namespace tesmar {
 namespace {
 
 using P = UITouchPhase;
 
-class Log : public UIScrollViewDelegate {
-  public:
-    void scrollViewWillBeginDragging(UIScrollView&) override { text += "begin "; }
+// Adds the scroll view's notifications to the listener's log.
+struct Delegate : UIScrollViewDelegate {
+    void scrollViewWillBeginDragging(UIScrollView&) override { listener->log += "begin "; }
     void scrollViewDidEndDragging(UIScrollView&, bool glides) override {
-        text += glides ? "end+glide " : "end ";
+        listener->log += glides ? "end+glide " : "end ";
     }
-    void scrollViewDidEndDecelerating(UIScrollView&) override { text += "rest "; }
-    std::string take() { return std::exchange(text, {}); }
-    std::string text;
+    void scrollViewDidEndDecelerating(UIScrollView&) override { listener->log += "rest "; }
+    Ref<Listener> listener;
 };
 
+// 200 × 300 points of a content of 400 × 1000, which a button fills.
 class ScrollTest : public UITest {
   protected:
     ScrollTest() {
-        scroll->setContentSize({200, 1000});
-        scroll->setDelegate(log);
+        scroll->setContentSize({400, 1000});
+        delegate->listener = listener;
+        scroll->setDelegate(delegate);
         scroll->addSubview(button);
         button->addTarget(listener, Selector("down"), UIControlEventTouchDown);
         button->addTarget(listener, Selector("up"), UIControlEventTouchUpInside);
-        button->addTarget(listener, Selector("cancelled"), UIControlEventTouchCancel);
     }
-    void finger(P phase, CGPoint point) { host.touch(phase, point); }
+    CGFloat offset() const { return scroll->contentOffset().y; }
 
     Ref<UIScrollView> scroll = add<UIScrollView>({0, 0, 200, 300});
-    Ref<UIButton> button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(0, 0, 200, 300));
-    Ref<Log> log = std::make_shared<Log>();
+    Ref<UIButton> button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(0, 0, 400, 1000));
+    Ref<Delegate> delegate = std::make_shared<Delegate>();
 };
 
-TEST_F(ScrollTest, ContentFollowsTheFingerOnceItDrags) {
-    finger(P::began, {100, 200});
-    finger(P::moved, {100, 191}); // 9 points: not yet
-    EXPECT_EQ(log->take(), "");
-    finger(P::moved, {100, 190});
-    EXPECT_EQ(log->take(), "begin ");
-    host.advance(0.02);           // or it would have no speed
-    finger(P::moved, {120, 150}); // from where it took hold, and not sideways
-    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 40}));
-    host.advance(1);
-    finger(P::ended, {120, 150}); // after a rest: nothing is thrown
-    EXPECT_EQ(log->take(), "end ");
-    EXPECT_EQ(listener->take(), ""); // the button never knew
+TEST_F(ScrollTest, DragsOrDeliversTouches) {
+    const struct {
+        P phase;
+        CGPoint point;
+        double wait; // afterwards
+        const char* log;
+        CGFloat offset;
+    } steps[] = {
+        {P::began, {100, 200}, 0, "", 0},
+        {P::moved, {100, 191}, 0, "", 0}, // below the threshold
+        {P::moved, {100, 190}, 0.02, "begin ", 0},
+        {P::moved, {120, 150}, 1, "", 40},     // beyond the threshold, on one axis
+        {P::ended, {120, 150}, 0, "end ", 40}, // not thrown after a rest
+        {P::began, {100, 200}, 0, "", 40},
+        {P::ended, {100, 200}, 0, "down up ", 40},  // a tap is delivered at its lift
+        {P::began, {100, 200}, 0.149, "", 40},      // a rest is delivered late
+        {P::moved, {100, 200}, 0.002, "down ", 40}, // a control that tracks keeps its touch
+        {P::moved, {100, 100}, 0, "", 40},
+        {P::ended, {100, 100}, 0, "up ", 40},
+        {P::began, {100, 200}, 0, "", 40},
+        {P::ended, {100, 145}, 0, "begin end ", 85}, // a flick that moves only at its lift
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        host.touch(steps[i].phase, steps[i].point);
+        host.advance(steps[i].wait);
+        EXPECT_EQ(listener->take(), steps[i].log) << "step " << i;
+        EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, steps[i].offset})) << "step " << i;
+    }
 }
 
-TEST_F(ScrollTest, TouchesReachTheContentLateOrAtTheLift) {
-    finger(P::began, {100, 200});
-    EXPECT_FALSE(button->isTracking());
-    finger(P::ended, {100, 200});
-    EXPECT_EQ(listener->take(), "down up ");
-    finger(P::began, {100, 200});
-    host.advance(0.151);
-    EXPECT_TRUE(button->isTracking());
-    finger(P::moved, {100, 100}); // a control that tracks keeps its touch
-    finger(P::ended, {100, 100});
-    EXPECT_EQ(listener->take(), "down up ");
-    EXPECT_EQ(log->take(), "");
-}
-
-TEST_F(ScrollTest, ALiftFarAwayIsADragEvenWithoutAMove) {
-    finger(P::began, {100, 200});
-    finger(P::ended, {100, 145});
-    EXPECT_EQ(log->take().substr(0, 9), "begin end");
-    EXPECT_EQ(listener->take(), "");
-}
-
-TEST_F(ScrollTest, TheWheelLeavesAFingersDragAlone) {
-    finger(P::began, {100, 200});
-    finger(P::moved, {100, 150});
-    finger(P::moved, {100, 140});
-    host.window()->wheel({100, 100}, {0, -50}, host.now());
-    host.advance(1);
-    EXPECT_EQ(scroll->contentOffset().y, 50); // all but the first ten points
-    finger(P::ended, {100, 140});
-    EXPECT_EQ(log->take(), "begin end ");
-}
-
-TEST_F(ScrollTest, ThrownContentGlidesAndATouchStopsItWithoutTapping) {
+TEST_F(ScrollTest, GlidesUntilATouchStopsItWithoutATap) {
     host.drag({100, 250}, {0, -100}, 0.1);
-    EXPECT_EQ(log->take(), "begin end+glide ");
     host.advance(0.3);
-    const double moving = scroll->contentOffset().y;
+    const double moving = offset();
     EXPECT_GT(moving, 100);
     host.tap({100, 100});
-    EXPECT_EQ(scroll->contentOffset().y, moving);
-    EXPECT_EQ(listener->take(), "");
-    EXPECT_EQ(log->take(), ""); // no drag, no end of one
+    EXPECT_EQ(offset(), moving);
+    EXPECT_EQ(listener->take(), "begin end+glide "); // neither a tap nor another drag
     host.drag({100, 250}, {0, -100}, 0.05);
     host.advance(10);
-    EXPECT_EQ(log->take(), "begin end+glide rest ");
-    EXPECT_EQ(NSRunLoop::mainRunLoop().nextDeadline(), std::nullopt);
+    EXPECT_EQ(listener->take(), "begin end+glide rest ");
 }
 
-TEST_F(ScrollTest, EndsAreElastic) {
-    finger(P::began, {100, 100});
-    finger(P::moved, {100, 110});
-    finger(P::moved, {100, 210}); // 100 past the start
-    const double stretched = scroll->contentOffset().y;
-    EXPECT_LT(stretched, -20);
-    EXPECT_GT(stretched, -100);
-    finger(P::ended, {100, 210});
-    host.advance(3);
-    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
-    // Reduced motion lands at once.
-    setMotionSetting(MotionSetting::reduced);
-    finger(P::began, {100, 100});
-    finger(P::moved, {100, 150});
-    finger(P::moved, {100, 210});
-    finger(P::ended, {100, 210});
-    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
-}
-
-TEST_F(ScrollTest, ContentThatFitsDoesNotMove) {
-    scroll->setContentSize({200, 300});
-    host.drag({100, 250}, {0, -100}, 0.1);
-    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
-    EXPECT_EQ(log->take(), "");
-}
-
-TEST_F(ScrollTest, ABurstOfWheelEventsIsOneDrag) {
-    for (int i = 1; i <= 5; ++i) { // a trackpad: followed exactly
-        host.window()->wheel({100, 100}, {0, -5}, host.now());
-        EXPECT_EQ(scroll->contentOffset().y, 5 * i);
-        host.advance(0.05);
+TEST_F(ScrollTest, SpringsBackFromItsEnds) {
+    for (const auto setting : {MotionSetting::full, MotionSetting::reduced}) {
+        setMotionSetting(setting);
+        host.touch(P::began, {100, 100});
+        host.touch(P::moved, {100, 110});
+        host.touch(P::moved, {100, 210}); // 100 past the start
+        EXPECT_NEAR(offset(), -60, 40);   // stretched
+        host.touch(P::ended, {100, 210});
+        host.advance(setting == MotionSetting::full ? 3 : 0);
+        EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
     }
-    EXPECT_EQ(log->take(), "begin ");
-    host.advance(0.2);
-    EXPECT_EQ(log->take(), "end ");
-
-    double last = 25, fastest = 0; // notches: one smooth way to where they lead in all
-    const auto watch = [&](double seconds) {
-        for (const double end = host.now() + seconds; host.now() < end;) {
-            host.advance(0.01);
-            fastest = std::max(fastest, scroll->contentOffset().y - last);
-            EXPECT_GE(scroll->contentOffset().y, last);
-            last = scroll->contentOffset().y;
-        }
-    };
-    for (int i = 0; i < 5; ++i) {
-        host.window()->wheel({100, 100}, {0, -40}, host.now());
-        watch(0.06);
-    }
-    EXPECT_EQ(log->take(), "begin ");
-    watch(2);
-    EXPECT_EQ(scroll->contentOffset().y, 225);
-    EXPECT_LT(fastest, 15);
-    EXPECT_EQ(log->take(), "end+glide rest ");
 }
 
-TEST_F(ScrollTest, ShrinkingContentBringsItBack) {
+TEST_F(ScrollTest, KeepsContentInTheView) {
     scroll->setContentOffset({0, 700}, false);
     scroll->setContentSize({200, 500});
     host.render();
-    EXPECT_EQ(scroll->contentOffset().y, 200);
+    EXPECT_EQ(offset(), 200);
+    for (const double odd : {std::nan(""), HUGE_VAL, -1e300}) {
+        scroll->setContentOffset({odd, odd}, true);
+        host.advance(4);
+        scroll->scrollRectToVisible({odd, odd, odd, odd}, true);
+        host.advance(4);
+        EXPECT_TRUE(CGRect(0, 0, 1, 201).contains(scroll->contentOffset())) << odd;
+        EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline()) << odd;
+    }
+    scroll->setContentSize({200, 300}); // fits: the button gets the touch
+    host.render();
+    listener->take();
+    host.drag({100, 250}, {0, -100}, 0.1);
+    EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
+    EXPECT_EQ(listener->take(), "down up ");
 }
 
-TEST(ScrollMotionTest, DeceleratesBySpeedAndSpringsBack) {
+TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {
+    const auto wheel = [&](CGFloat y) { host.window()->wheel({100, 100}, {0, y}, host.now()); };
+    host.touch(P::began, {100, 200});
+    host.touch(P::moved, {100, 150});
+    wheel(-50); // ignored: the finger takes precedence
+    host.advance(1);
+    host.touch(P::ended, {100, 150});
+    EXPECT_EQ(listener->take(), "begin end ");
+    for (int i = 1; i <= 5; ++i) { // a trackpad: followed exactly
+        wheel(-5);
+        EXPECT_EQ(offset(), 40 + 5 * i);
+        host.advance(0.05);
+    }
+    host.advance(0.2);
+    EXPECT_EQ(listener->take(), "begin end ");
+
+    double last = offset(), fastest = 0;
+    for (int i = 0; i < 250; ++i) { // notches: one smooth motion
+        if (i < 30 && i % 6 == 0)
+            wheel(-40);
+        host.advance(0.01);
+        EXPECT_GE(offset(), last);
+        fastest = std::max(fastest, offset() - std::exchange(last, offset()));
+    }
+    EXPECT_EQ(offset(), 265);
+    EXPECT_LT(fastest, 15);
+    EXPECT_EQ(listener->take(), "begin end+glide rest ");
+}
+
+TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
     ScrollMotion motion;
     motion.setRange(0, 10000);
     motion.setExtent(300);
     motion.jumpTo(100);
     motion.endDrag(1000, 0);
-    motion.step(0.1); // 0.998 per millisecond: 0.998^100 of the speed is left
-    const double left = std::pow(0.998, 100);
-    EXPECT_NEAR(motion.offset(), 100 + 1000 * (left - 1) / (std::log(0.998) * 1000), 1e-6);
-    while (motion.step(20)) {
-    }
-    EXPECT_NEAR(motion.offset(), 100 + 1000 / -(std::log(0.998) * 1000), 6);
+    const double rate = std::log(0.998) * 1000; // of the speed's logarithm, per second
+    motion.step(0.1);
+    EXPECT_NEAR(motion.offset(), 100 + 1000 * std::expm1(rate / 10) / rate, 1e-6);
+    EXPECT_FALSE(motion.step(20));
+    EXPECT_NEAR(motion.offset(), 100 - 1000 / rate, 6);
 
-    motion.jumpTo(9990); // runs into the end, goes past it, and comes back
+    motion.jumpTo(9990);
     motion.endDrag(2000, 0);
-    double farthest = 0;
+    double farthest = 0; // overshoots the end
     for (double t = 0; motion.step(t) && t < 10; t += 1.0 / 60)
         farthest = std::max(farthest, motion.offset());
     EXPECT_GT(farthest, 10010);
     EXPECT_EQ(motion.offset(), 10000);
-    EXPECT_FALSE(motion.isMoving());
 
-    motion.jumpTo(-50); // a stretched band that is taken hold of again does not jump
+    motion.jumpTo(-50); // taken hold of past the end: no jump
     motion.beginDrag();
     motion.dragBy(0);
     EXPECT_NEAR(motion.offset(), -50, 1e-9);

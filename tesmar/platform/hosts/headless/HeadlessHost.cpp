@@ -73,7 +73,7 @@ void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::in
 std::span<const PixelRect> HeadlessHost::render() {
     if (!window_->needsRender())
         return {};
-    // Whoever holds the window may have resized it; so may a resize that threw half-way.
+    // The window may have been resized directly, or by a resize() that threw.
     if (window_->pixelSize() != CGSize{static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)})
         allocate();
     return window_->render(pixels_.data(), width_ * 4);

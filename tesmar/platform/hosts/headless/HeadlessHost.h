@@ -1,5 +1,5 @@
-// A host without a screen: pixels in memory, time that moves when it is told to. Tests, tools and
-// the smallest embedding use it; it is as real a host as one with a window.
+// A host without a screen: its pixels are in memory, and its time moves only when told to. For
+// tests, tools, and programs that render without a display. Main thread only.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
@@ -13,34 +13,38 @@ namespace tesmar {
 
 class TESMAR_API HeadlessHost {
   public:
-    // Size in points, scale in pixels per point; held within UIWindow's limits. The host's time
-    // starts at the main run loop's.
+    // `size` in points, `scale` in pixels per point, both clamped to UIWindow's limits. Throws
+    // std::bad_alloc when there is no memory for the pixels.
     explicit HeadlessHost(CGSize size, CGFloat scale = 1);
 
     const Ref<UIWindow>& window() const { return window_; }
-    // Throws the pixels away; the next frame paints everything.
+    // Discards the pixels; the next render() paints everything.
     void resize(CGSize size, CGFloat scale);
 
     // --- Time -----------------------------------------------------------------------------------
 
-    // Seconds since the start.
+    // Seconds since this host was made.
     double now() const { return now_; }
-    // Lets `seconds` pass, stopping at every deadline on the way. Not positive: only what is due.
+    // Moves the time, and the main run loop's, forward by `seconds`, clamped to 0 to 10^9 (NaN
+    // becomes 0), through every deadline of the run loop on the way. Zero runs only what is due.
     void advance(double seconds);
 
-    // --- Input, at the present time; points in the window ---------------------------------------
+    // --- Input, at the present time, in window coordinates --------------------------------------
 
+    // As UIWindow::touch.
     bool touch(UITouchPhase phase, CGPoint point, std::int64_t id = 0);
-    // Down and up in no time.
+    // A finger lands and lifts at once.
     void tap(CGPoint point, std::int64_t id = 0);
-    // From `start` by `distance` in `seconds`, in sixtieths of a second, then up.
+    // A finger lands at `start`, moves by `distance` in steps of a sixtieth of a second for
+    // `seconds` (clamped to 0 to 3600), and lifts. The time moves on meanwhile.
     void drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id = 0);
 
     // --- Pixels ---------------------------------------------------------------------------------
 
-    // Paints what is out of date; answers the rectangles (empty when nothing was).
+    // Repaints what is out of date. Returns the repainted rectangles, valid until the next call;
+    // empty when there were none.
     std::span<const PixelRect> render();
-    // Premultiplied ARGB, as of the last render(); rows follow one another without a gap.
+    // Premultiplied ARGB as of the last render(), pixelWidth() words a row without gaps.
     const std::vector<std::uint32_t>& pixels() const { return pixels_; }
     int pixelWidth() const { return width_; }
     int pixelHeight() const { return height_; }
@@ -60,7 +64,7 @@ class TESMAR_API HeadlessHost {
     std::vector<std::uint32_t> pixels_;
     int width_ = 0;
     int height_ = 0;
-    double start_ = 0; // the run loop's time when this host began
+    double start_ = 0; // the run loop's time when this host was made
     double now_ = 0;
 };
 

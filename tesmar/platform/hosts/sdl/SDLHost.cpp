@@ -19,7 +19,7 @@ double now() {
         .count();
 }
 
-// When the event happened, on the clock of now(). SDL's own counts milliseconds and wraps.
+// The event's time on the clock of now(). SDL's own clock counts milliseconds and wraps.
 double timeOf(const SDL_Event& event) {
     return now() - static_cast<double>(SDL_GetTicks() - event.common.timestamp) / 1000;
 }
@@ -41,13 +41,13 @@ SDLScreen::Size pixels(CGSize size, CGFloat scale) {
 struct SDLHost::State {
     explicit State(const Options& options);
 
-    int patience(std::optional<double> longest) const;
+    int waitMilliseconds(std::optional<double> longest) const;
     void handle(const SDL_Event& event);
     void windowEvent(const SDL_WindowEvent& event, double time);
     void fitWindow();
     void showChanges();
 
-    std::optional<CGFloat> scale; // of the application's choosing
+    std::optional<CGFloat> scale; // chosen by the application
     SDLScreen screen;
     Ref<UIWindow> window = UIWindow::windowWithSize({1, 1});
     SDLInput input{*window};
@@ -58,18 +58,18 @@ struct SDLHost::State {
     std::function<void(CGSize)> onResize;
     std::function<void()> onWake;
     bool pictureIsStale = true;
-    bool screenIsStale = true; // both layers are right, but not what stands on the screen
+    bool screenIsStale = true; // must be presented again, even if both layers are up to date
     bool quits = false;
 
     Uint32 wakeEvent = 0;
-    std::atomic<bool> wakes = false; // an event is on its way already
+    std::atomic<bool> wakes = false; // a wake event is in the queue
 };
 
 SDLHost::State::State(const Options& options)
     : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
       screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
-    if (scale) // a choice in pixels, whatever the system's units
+    if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
     NSRunLoop::mainRunLoop().noteTime(now());
@@ -77,7 +77,7 @@ SDLHost::State::State(const Options& options)
 
 // --- Sleeping -----------------------------------------------------------------------------------
 
-int SDLHost::State::patience(std::optional<double> longest) const {
+int SDLHost::State::waitMilliseconds(std::optional<double> longest) const {
     if (quits || pictureIsStale || screenIsStale || window->needsRender())
         return 0;
     std::optional<double> seconds = longest;
@@ -88,7 +88,7 @@ int SDLHost::State::patience(std::optional<double> longest) const {
 
 bool SDLHost::turn(std::optional<double> longest) {
     SDL_Event event;
-    for (int wait = state_->patience(longest); SDL_WaitEventTimeout(&event, wait); wait = 0)
+    for (int wait = state_->waitMilliseconds(longest); SDL_WaitEventTimeout(&event, wait); wait = 0)
         state_->handle(event);
     NSRunLoop::mainRunLoop().advanceTo(now());
     state_->showChanges();
@@ -112,7 +112,7 @@ void SDLHost::wakeUp() {
 // --- Events -------------------------------------------------------------------------------------
 
 void SDLHost::State::handle(const SDL_Event& event) {
-    // What the application presents in answer sets off now, not when the loop last ran.
+    // Motion that a handler starts begins now, not when the loop last ran.
     NSRunLoop::mainRunLoop().noteTime(timeOf(event));
     if (event.type == wakeEvent) {
         wakes = false;
@@ -129,7 +129,7 @@ void SDLHost::State::handle(const SDL_Event& event) {
         break;
     case SDL_RENDER_TARGETS_RESET:
     case SDL_RENDER_DEVICE_RESET:
-        shownSize = {}; // what the layers held is gone
+        shownSize = {}; // the layers' content is lost
         fitWindow();
         break;
     default:

@@ -1,4 +1,4 @@
-// A host with a desktop window: shows a UIWindow over a picture of the application's own, feeds it
+// A host with a desktop window: shows a UIWindow over the application's own picture, feeds it
 // mouse, fingers, wheel and keys, and sleeps while there is nothing to do.
 //
 //     SDLHost host({.title = "Player", .size = {960, 540}});
@@ -6,8 +6,8 @@
 //     host.window()->presentViewController(panel, true);
 //     host.run();
 //
-// Main thread only, but for wakeUp(). One host at a time: it takes every event of the process, and
-// pumps the main run loop with seconds of the system's monotonic clock.
+// Main thread only, except wakeUp(). One host at a time: it takes all SDL events of the process,
+// and pumps the main run loop with seconds of the system's monotonic clock.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
@@ -26,11 +26,12 @@ class TESMAR_API SDLHost {
     struct Options {
         std::string title;
         CGSize size{960, 540}; // points
-        // Pixels per point. Nothing: as the display has it.
+        // Pixels per point, clamped to 0.1 to 16. Nothing: the display's own.
         std::optional<CGFloat> scale = std::nullopt;
     };
-    // What lies below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel,
-    // black at the start and otherwise as it was left. Rows start at multiples of 64 bytes.
+    // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.
+    // Black at first and after a change of size; otherwise with the content of the last frame. The
+    // pixels and rows are aligned to 64 bytes. Valid during the call that gets it.
     struct Picture {
         std::uint32_t* pixels;
         int width; // pixels
@@ -38,16 +39,16 @@ class TESMAR_API SDLHost {
         int stride; // bytes from row to row
     };
     struct Key {
-        std::string name; // as on the key: "C", "Space", "Left", "Escape"
-        bool repeated;    // still held down
+        std::string name; // as SDL names it: "C", "Space", "Left", "Escape"
+        bool repeated;    // by holding the key down
     };
-    // What has been shown so far, for measuring.
+    // Totals since the host was made, for measurements.
     struct Statistics {
-        std::uint64_t frames = 0;
-        std::uint64_t uploadedPixels = 0; // of the window; the picture does not count
+        std::uint64_t frames = 0;         // presented
+        std::uint64_t uploadedPixels = 0; // of the window, not of the picture
     };
 
-    // Says why there can be no window.
+    // Its message says why no window can be opened.
     class TESMAR_API NoDisplay : public std::runtime_error {
         using std::runtime_error::runtime_error;
     };
@@ -58,35 +59,34 @@ class TESMAR_API SDLHost {
     SDLHost(const SDLHost&) = delete;
     SDLHost& operator=(const SDLHost&) = delete;
 
-    // Its size and scale are the host's business.
+    // The host sets its size and scale.
     const Ref<UIWindow>& window() const;
 
-    // --- What the application takes part in; each replaces the one before ------------------------
+    // --- Callbacks; setting one replaces the one before -----------------------------------------
 
-    // Draws the picture: at the first frame, after setPictureNeedsDisplay() and when its size has
-    // changed.
+    // Draws the picture: for the first frame, after setPictureNeedsDisplay(), and after a change of
+    // size.
     void onPicture(std::function<void(const Picture&)> draw);
     void setPictureNeedsDisplay();
-    // A key that the window had no use for. Not called while Control, Alt or a logo key is down.
+    // A key that the window did not handle. Not called while Control, Alt or a logo key is down.
     void onKey(std::function<void(const Key&)> handler);
-    // A finger or the left button that came down and up in one place, in points, where the window
-    // had no use for it.
+    // A tap of a finger or the left button that the window did not handle, in points.
     void onTap(std::function<void(CGPoint)> handler);
-    // The window has a new size, in points; its views are laid out already.
+    // The window has a new size, in points; its views have been laid out.
     void onResize(std::function<void(CGSize)> handler);
     // Called on the main thread, once or more, after wakeUp().
     void onWake(std::function<void()> handler);
-    // Ends the sleep. Any thread, as long as the host lives.
+    // Ends the host's sleep. Any thread, while the host exists.
     void wakeUp();
 
     // --- Running ---------------------------------------------------------------------------------
 
-    // Runs until the viewer closes the window or quit() is called. Throws std::runtime_error when
-    // the display fails.
+    // Runs turns until the viewer closes the window or quit() is called. Throws std::runtime_error
+    // when the display fails.
     void run();
-    // One turn of run(): sleeps until an event comes, something falls due, or `longest` seconds
-    // have passed (nothing: as long as it takes), handles all that has come, and shows what has
-    // changed. False once the host is to quit.
+    // One turn: sleeps until there is an event, the run loop has work due, or `longest` seconds
+    // have passed (nothing: no limit); handles all events, pumps the run loop, and shows what has
+    // changed. Returns false once the host is to quit. Throws as run() does.
     bool turn(std::optional<double> longest = std::nullopt);
     void quit();
 

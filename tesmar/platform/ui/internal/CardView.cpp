@@ -2,50 +2,33 @@
 
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
-#include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace tesmar {
 namespace {
 
+// All in points.
 constexpr CGFloat kShadowBlur = 16;
 constexpr CGPoint kShadowOffset{0, 4};
-// Between the card and the edges of what it may cover, in points.
-constexpr CGFloat kMargin = 8;
-// A card smaller than this is no use: rather than shrink further it covers the captions.
+constexpr CGFloat kMargin = 8; // around the card
+// Rather than become smaller than this, a card covers the captions.
 constexpr CGSize kUsable{300, 180};
 
-UIScrollView* scrollViewIn(UIView& view) {
-    for (const auto& child : view.subviews()) {
-        if (auto* scroll = dynamic_cast<UIScrollView*>(child.get()))
-            return scroll;
-        if (auto* scroll = scrollViewIn(*child))
-            return scroll;
-    }
-    return nullptr;
+// The controller measures its view as it is laid out in all of the room.
+CGSize preferredSize(UIViewController& controller, CGSize room) {
+    const auto content = controller.view();
+    content->setFrame({content->frame().origin, room});
+    content->layoutIfNeeded();
+    const CGSize size = controller.preferredContentSize().value_or(room);
+    return {finite(size.width, 0, room.width, room.width),
+            finite(size.height, 0, room.height, room.height)};
 }
 
-// What the content would like: all of its scrolled part visible, and not a point more.
-CGSize wishedSize(UIView& content, CGSize room) {
-    const CGRect before = content.frame();
-    content.setFrame({before.origin, room});
-    content.layoutIfNeeded();
-    const UIScrollView* const scroll = scrollViewIn(content);
-    if (!scroll)
-        return room;
-    // The layout may have come through here again and given the content its size: what stands
-    // around the scrolled part is measured by the size that it has now.
-    const CGSize laidOut = content.frame().size;
-    const CGSize shown = scroll->frame().size;
-    const CGSize inside = scroll->contentSize();
-    return {std::min(room.width, laidOut.width - shown.width + inside.width),
-            std::min(room.height, laidOut.height - shown.height + inside.height)};
-}
-
-// The parts of `room` beside `hole`: above, below, left and right of it.
+// The parts of `room` above, below, left and right of `hole`.
 std::array<CGRect, 4> around(const CGRect& room, const CGRect& hole) {
     const auto between = [](CGFloat x, CGFloat y, CGFloat right, CGFloat bottom) {
         return CGRect{x, y, std::max(0.0, right - x), std::max(0.0, bottom - y)};
@@ -56,26 +39,26 @@ std::array<CGRect, 4> around(const CGRect& room, const CGRect& hole) {
             between(std::max(room.minX(), hole.maxX()), room.minY(), room.maxX(), room.maxY())};
 }
 
-CGFloat usableArea(const CGRect& part, CGSize wish) {
-    return std::min(part.size.width, wish.width) * std::min(part.size.height, wish.height);
+CGFloat usableArea(const CGRect& part, CGSize size) {
+    return std::min(part.size.width, size.width) * std::min(part.size.height, size.height);
 }
 
-CGRect centred(const CGRect& part, CGSize wish) {
-    const CGSize size{std::min(wish.width, part.size.width),
-                      std::min(wish.height, part.size.height)};
-    // Whole points: the panel's own edges stay sharp at scale 1.
-    return {std::floor(part.midX() - size.width / 2), std::floor(part.midY() - size.height / 2),
-            size.width, size.height};
+CGRect centred(const CGRect& part, CGSize size) {
+    const CGFloat width = std::min(size.width, part.size.width);
+    const CGFloat height = std::min(size.height, part.size.height);
+    // Whole points, so that the content's edges stay sharp at scale 1.
+    return {std::floor(part.midX() - width / 2), std::floor(part.midY() - height / 2), width,
+            height};
 }
 
-// Where the card may stand: all of the room, as long as it covers no caption there.
-CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize wish) {
+// The part of the room to centre the card in: all of it unless the card would cover captions there.
+CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize size) {
     const CGRect clear = CGRectInset(captions, -kMargin, -kMargin);
-    if (CGRectIntersection(clear, centred(room, wish)).isEmpty())
+    if (CGRectIntersection(clear, centred(room, size)).isEmpty())
         return room;
     CGRect best;
     for (const CGRect& part : around(room, clear))
-        if (usableArea(part, wish) > usableArea(best, wish))
+        if (usableArea(part, size) > usableArea(best, size))
             best = part;
     const bool enough = best.size.width >= std::min(kUsable.width, room.size.width) &&
                         best.size.height >= std::min(kUsable.height, room.size.height);
@@ -84,19 +67,22 @@ CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize wish) {
 
 } // namespace
 
-CGRect cardFrame(const UIWindow& window, UIView& content, std::optional<CardWish>& known) {
+CGRect cardFrame(const UIWindow& window, UIViewController& controller,
+                 std::optional<MeasuredSize>& measured) {
     const CGRect safe = CGRectInset(window.bounds(), window.safeAreaInsets());
     const CGRect surface = safe.isEmpty() ? window.bounds() : safe;
     const CGRect inset = CGRectInset(surface, kMargin, kMargin);
     const CGRect room = inset.isEmpty() ? surface : inset;
-    if (!known || known->room != room.size || known->layoutChanges != content.layoutChanges()) {
-        const CGSize size = wishedSize(content, room.size);
-        known = {room.size, content.layoutChanges(), size};
+    const auto content = controller.view();
+    if (!measured || measured->room != room.size ||
+        measured->layoutChanges != content->layoutChanges()) {
+        const CGSize size = preferredSize(controller, room.size);
+        measured = {room.size, content->layoutChanges(), size};
     }
-    const CGSize wish = known->size;
+    const CGSize size = measured->size;
 
     const auto captions = window.captionArea();
-    return centred(captions ? bestPart(room, *captions, wish) : room, wish);
+    return centred(captions ? bestPart(room, *captions, size) : room, size);
 }
 
 void CardView::draw(CGRect) {

@@ -1,20 +1,21 @@
-// The card on which a presented controller's view stands, and where it stands.
+// The card behind a presented controller's view, and its place in the window.
 #pragma once
 
 #include "tesmar/platform/ui/UIView.h"
+#include "tesmar/platform/ui/UIViewController.h"
 
 #include <cstdint>
 #include <optional>
 
 namespace tesmar {
 
-// Holds a controller's view, which lays itself out.
+// Contains a controller's view, which is the root of its own layout.
 class ContainerView : public UIView {
   protected:
     bool subviewsAreLayoutRoots() const override { return true; }
 };
 
-// Rounded, light and softly shadowed: black text on it is legible whatever picture lies below.
+// Rounded and light with a soft shadow, so that black text is legible over any picture.
 class CardView : public ContainerView {
   public:
     static constexpr CGFloat kCornerRadius = 14;
@@ -23,16 +24,18 @@ class CardView : public ContainerView {
     UIEdgeInsets drawingOverflow() const override;
 };
 
-// What a card's content would like, and when that was found out: to measure is to lay out anew.
-struct CardWish {
-    CGSize room;
-    std::uint64_t layoutChanges = 0;
+// The size that a card's content preferred when it was last measured. Kept, because measuring lays
+// the content out again.
+struct MeasuredSize {
+    CGSize room;                     // that was available
+    std::uint64_t layoutChanges = 0; // of the content, see UIView::layoutChanges
     CGSize size;
 };
 
-// The card's place in the window: large enough for what `content` shows without scrolling where
-// there is room, inside the safe area, and clear of the host's captions where that leaves enough.
-// `wish` is what was measured before, and is brought up to date.
-CGRect cardFrame(const UIWindow& window, UIView& content, std::optional<CardWish>& wish);
+// The card's frame in the window: of the controller's preferred content size where there is room,
+// inside the safe area, and clear of the host's captions where that leaves enough. Brings
+// `measured` up to date when the room or the content's layout has changed.
+CGRect cardFrame(const UIWindow& window, UIViewController& controller,
+                 std::optional<MeasuredSize>& measured);
 
 } // namespace tesmar

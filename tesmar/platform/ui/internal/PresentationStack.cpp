@@ -10,9 +10,9 @@
 namespace tesmar {
 namespace {
 
-constexpr double kArrival = 0.30;   // seconds
-constexpr double kDeparture = 0.22; // seconds
-constexpr CGFloat kRise = 40;       // points that a card travels
+constexpr double kAppearing = 0.30;  // seconds
+constexpr double kDismissing = 0.22; // seconds
+constexpr CGFloat kRise = 40;        // how far a card moves, in points
 
 } // namespace
 
@@ -20,31 +20,31 @@ void PresentationStack::abandon() noexcept {
     const auto abandoned = std::move(stack_);
     stack_.clear();
     for (const auto& presentation : abandoned) {
-        presentation->stage = Stage::gone;
+        presentation->stage = Stage::removed;
         presentation->progress.reset();
         presentation->controller->stack_ = nullptr;
     }
 }
 
 void PresentationStack::setRoot(UIViewController& controller, Root root) {
-    controller.stack_ = root == Root::stands ? this : nullptr;
+    controller.stack_ = root == Root::attached ? this : nullptr;
 }
 
 // --- Presenting ---------------------------------------------------------------------------------
 
-// The references are the stack's own: any call out may clear the host's.
+// By value: a callback may clear the host's references.
 void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewController> presenter,
                                 bool animated, UIViewController::Completion completion) {
-    const auto keepWindow = ref(&window_);
+    const auto window = ref(&window_);
     double startsAt = 0;
     if (const auto present = find(*controller)) {
-        if (present->stage != Stage::leaving) {
+        if (present->stage != Stage::dismissing) {
             diagnostic("a controller that is presented already cannot be presented");
             return;
         }
-        // Still on its way out: it has left now, and comes back from where it stands.
+        // It is being dismissed: finish that now, and start from its present position.
         startsAt = present->progress->value();
-        left(present);
+        finishDismissal(present);
         if (find(*controller))
             return;
     }
@@ -58,24 +58,24 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     stack_.push_back(presentation);
     controller->stack_ = this;
     try {
-        arrive(presentation);
+        appear(presentation);
     } catch (...) {
-        // What has not come to stand does not stay half presented.
-        if (presentation->stage == Stage::arriving)
-            takeAway(presentation);
+        // Do not leave it half presented.
+        if (presentation->stage == Stage::appearing)
+            remove(presentation);
         throw;
     }
 }
 
-// Every call out may dismiss what is just arriving.
-void PresentationStack::arrive(const Shared& presentation) {
+// Every callback may dismiss the presentation.
+void PresentationStack::appear(const Shared& presentation) {
     const auto controller = presentation->controller;
     const bool animated = presentation->animated;
     const auto view = controller->view();
-    if (presentation->stage != Stage::arriving)
+    if (presentation->stage != Stage::appearing)
         return;
     controller->viewWillAppear(animated);
-    if (presentation->stage != Stage::arriving)
+    if (presentation->stage != Stage::appearing)
         return;
 
     if (controller->modalPresentationStyle() == UIModalPresentationStyle::card) {
@@ -90,17 +90,17 @@ void PresentationStack::arrive(const Shared& presentation) {
     window_.addSubview(presentation->container);
     layOut(presentation);
     window_.layoutIfNeeded();
-    if (presentation->stage != Stage::arriving)
+    if (presentation->stage != Stage::appearing)
         return;
     const std::weak_ptr<Presentation> weak = presentation;
-    presentation->progress->moveTo(1, animated ? kArrival : 0, [this, weak] {
+    presentation->progress->moveTo(1, animated ? kAppearing : 0, [this, weak] {
         if (const auto p = weak.lock())
-            arrived(p);
+            appeared(p);
     });
 }
 
-void PresentationStack::arrived(const Shared& presentation) {
-    if (presentation->stage != Stage::arriving)
+void PresentationStack::appeared(const Shared& presentation) {
+    if (presentation->stage != Stage::appearing)
         return;
     presentation->stage = Stage::shown;
     const auto completion = std::exchange(presentation->completion, {});
@@ -114,64 +114,63 @@ void PresentationStack::arrived(const Shared& presentation) {
 void PresentationStack::dismiss(const UIViewController& controller, bool animated,
                                 UIViewController::Completion completion) {
     const auto target = find(controller);
-    if (!target || target->stage == Stage::leaving)
+    if (!target || target->stage == Stage::dismissing)
         return;
-    const auto keepWindow = ref(&window_);
-    // What stands above goes first, and at once: nobody sees it once this one leaves.
+    const auto window = ref(&window_);
+    // First those above, without animation.
     while (!stack_.empty() && stack_.back() != target) {
         const auto above = stack_.back();
-        if (above->stage == Stage::leaving)
-            left(above);
+        if (above->stage == Stage::dismissing)
+            finishDismissal(above);
         else
-            leave(above, false, {});
-        if (target->stage == Stage::gone || target->stage == Stage::leaving)
+            startDismissal(above, false, {});
+        if (target->stage == Stage::removed || target->stage == Stage::dismissing)
             return;
     }
-    leave(target, animated, std::move(completion));
+    startDismissal(target, animated, std::move(completion));
 }
 
-void PresentationStack::leave(const Shared& presentation, bool animated,
-                              UIViewController::Completion completion) {
-    presentation->stage = Stage::leaving;
+void PresentationStack::startDismissal(const Shared& presentation, bool animated,
+                                       UIViewController::Completion completion) {
+    presentation->stage = Stage::dismissing;
     presentation->animated = animated;
     presentation->completion = std::move(completion);
-    // It leaves, whatever is thrown; without the memory for a motion, at once.
+    // The dismissal goes on whatever callbacks throw; at once when its animation cannot start.
     FirstException all;
     all.run([&] { presentation->controller->viewWillDisappear(animated); });
-    all.run([&] { moveAway(presentation, animated); });
-    if (presentation->stage == Stage::leaving && !presentation->progress->isMoving())
-        all.run([&] { left(presentation); });
+    all.run([&] { slideOut(presentation, animated); });
+    if (presentation->stage == Stage::dismissing && !presentation->progress->isMoving())
+        all.run([&] { finishDismissal(presentation); });
     all.rethrow();
 }
 
-void PresentationStack::moveAway(const Shared& presentation, bool animated) {
-    if (presentation->stage != Stage::leaving)
+void PresentationStack::slideOut(const Shared& presentation, bool animated) {
+    if (presentation->stage != Stage::dismissing)
         return;
     const std::weak_ptr<Presentation> weak = presentation;
     const bool moves = animated && presentation->container;
-    presentation->progress->moveTo(0, moves ? kDeparture : 0, [this, weak] {
+    presentation->progress->moveTo(0, moves ? kDismissing : 0, [this, weak] {
         if (const auto p = weak.lock())
-            left(p);
+            finishDismissal(p);
     });
 }
 
-void PresentationStack::left(const Shared& presentation) {
-    if (presentation->stage != Stage::leaving)
+void PresentationStack::finishDismissal(const Shared& presentation) {
+    if (presentation->stage != Stage::dismissing)
         return;
-    const auto keepWindow = ref(&window_);
+    const auto window = ref(&window_);
     const auto controller = presentation->controller;
     const auto completion = std::exchange(presentation->completion, {});
     FirstException all;
-    all.run([&] { takeAway(presentation); });
+    all.run([&] { remove(presentation); });
     all.run([&] { controller->viewDidDisappear(presentation->animated); });
     if (completion)
         all.run(completion);
     all.rethrow();
 }
 
-// The views hear that they have left the window.
-void PresentationStack::takeAway(const Shared& presentation) {
-    presentation->stage = Stage::gone;
+void PresentationStack::remove(const Shared& presentation) {
+    presentation->stage = Stage::removed;
     const auto controller = presentation->controller;
     controller->stack_ = nullptr;
     std::erase(stack_, presentation);
@@ -185,7 +184,7 @@ void PresentationStack::takeAway(const Shared& presentation) {
     all.rethrow();
 }
 
-// --- Questions ----------------------------------------------------------------------------------
+// --- Queries -----------------------------------------------------------------------------------
 
 PresentationStack::Shared PresentationStack::find(const UIViewController& controller) const {
     for (const auto& presentation : stack_)
@@ -210,16 +209,16 @@ Ref<UIViewController> PresentationStack::presenterOf(const UIViewController& con
     return presentation ? presentation->presenter.lock() : nullptr;
 }
 
-bool PresentationStack::isLeaving(const UIViewController& controller) const {
+bool PresentationStack::isDismissing(const UIViewController& controller) const {
     const auto presentation = find(controller);
-    return presentation && presentation->stage == Stage::leaving;
+    return presentation && presentation->stage == Stage::dismissing;
 }
 
-// --- Places -------------------------------------------------------------------------------------
+// --- Layout -------------------------------------------------------------------------------------
 
 void PresentationStack::layOut() {
     for (std::size_t i = 0; i < stack_.size(); ++i)
-        layOut(Shared(stack_[i])); // whoever is told of a conflict may dismiss it
+        layOut(Shared(stack_[i])); // a diagnostic of a conflict may dismiss it
 }
 
 void PresentationStack::layOut(const Shared& presentation) {
@@ -228,7 +227,7 @@ void PresentationStack::layOut(const Shared& presentation) {
         return;
     const Ref<UIView> content = controller->view();
     const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    presentation->container->setFrame(card ? cardFrame(window_, *content, presentation->wish)
+    presentation->container->setFrame(card ? cardFrame(window_, *controller, presentation->measured)
                                            : window_.bounds());
     content->setFrame(presentation->container->bounds());
 }

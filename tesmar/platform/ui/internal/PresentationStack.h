@@ -1,9 +1,9 @@
-// The controllers that stand over a window's content, bottom to top, with their comings and goings.
+// The controllers presented over a window's content, bottom to top, and their transitions.
 #pragma once
 
-#include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/internal/CardView.h"
+#include "tesmar/platform/ui/internal/Transition.h"
 
 #include <memory>
 #include <vector>
@@ -13,16 +13,17 @@ namespace tesmar {
 class PresentationStack {
   public:
     explicit PresentationStack(UIWindow& window) : window_(window) {}
-    // The window is about to go: nothing is presented any more, and nobody hears of it.
+    // The window is being destroyed: forgets all controllers without notifying them.
     void abandon() noexcept;
 
-    // The window's own controller presents, though it is not presented itself.
-    enum class Root { stands, leaves };
+    // Lets the window's root controller, which is not in the stack itself, present others through
+    // this stack, or no longer.
+    enum class Root { attached, detached };
     void setRoot(UIViewController& controller, Root root);
 
     void present(Ref<UIViewController> controller, Ref<UIViewController> presenter, bool animated,
                  UIViewController::Completion completion);
-    // With everything above it.
+    // Dismisses everything above it first.
     void dismiss(const UIViewController& controller, bool animated,
                  UIViewController::Completion completion);
 
@@ -30,34 +31,36 @@ class PresentationStack {
     Ref<UIViewController> top() const;
     Ref<UIViewController> presentedBy(const UIViewController& presenter) const;
     Ref<UIViewController> presenterOf(const UIViewController& controller) const;
-    bool isLeaving(const UIViewController& controller) const;
+    bool isDismissing(const UIViewController& controller) const;
 
-    // The window has another size, or other areas to keep clear of.
+    // Gives every presentation its frame; called when the window's size, safe area or caption area
+    // have changed.
     void layOut();
 
   private:
-    enum class Stage { arriving, shown, leaving, gone };
+    enum class Stage { appearing, shown, dismissing, removed };
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
         Ref<UIView> container;
-        Stage stage = Stage::arriving;
+        Stage stage = Stage::appearing;
         bool animated = false;
         UIViewController::Completion completion;
-        std::unique_ptr<Transition> progress; // 0 away … 1 in place
-        std::optional<CardWish> wish;
+        std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
+        std::optional<MeasuredSize> measured; // of a card
     };
     using Shared = std::shared_ptr<Presentation>;
 
     Shared find(const UIViewController& controller) const;
     void layOut(const Shared& presentation);
     void showProgress(Presentation& presentation);
-    void arrive(const Shared& presentation);
-    void arrived(const Shared& presentation);
-    void leave(const Shared& presentation, bool animated, UIViewController::Completion completion);
-    void moveAway(const Shared& presentation, bool animated);
-    void left(const Shared& presentation);
-    void takeAway(const Shared& presentation);
+    void appear(const Shared& presentation);
+    void appeared(const Shared& presentation);
+    void startDismissal(const Shared& presentation, bool animated,
+                        UIViewController::Completion completion);
+    void slideOut(const Shared& presentation, bool animated);
+    void finishDismissal(const Shared& presentation);
+    void remove(const Shared& presentation);
 
     UIWindow& window_;
     std::vector<Shared> stack_;

@@ -3,23 +3,26 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/ScrollTracking.h"
+#include "tesmar/platform/ui/internal/near_control.h"
 
 #include <algorithm>
 
 namespace tesmar {
 namespace {
 
-// A tap beside a card is one that stays put, in points.
+// How far the finger of a tap may move, in points.
 constexpr CGFloat kTapSlack = 10;
-// A few hands' worth. Hosts that lose the lifts of fingers must not fill the memory with them.
+// The fingers of a few hands; a limit for hosts that do not report every lift.
 constexpr std::size_t kMostFingers = 32;
 
 bool canScroll(const UIScrollView& view) {
     return view.canScroll(LayoutAxis::horizontal) || view.canScroll(LayoutAxis::vertical);
 }
 
-// A control that follows the finger keeps it; a plain view gives it up to a drag.
+// A control that tracks a touch keeps it; any other view loses it to a drag.
 bool keepsTouch(const UIView* view) {
     const auto* control = dynamic_cast<const UIControl*>(view);
     return control && control->isTracking() && isLeafControl(*control);
@@ -31,7 +34,7 @@ TouchDispatcher::TouchDispatcher(UIWindow& window) : window_(window) {
     fingers_.reserve(kMostFingers);
 }
 
-// The window is gone, and no view is in it any more; but content must not stay in a finger's hold.
+// No view is in the window any more, but scroll views with other owners must not stay dragged.
 TouchDispatcher::~TouchDispatcher() {
     FirstException dropped;
     while (!fingers_.empty()) {
@@ -40,7 +43,7 @@ TouchDispatcher::~TouchDispatcher() {
         const bool drags = finger->stage == Stage::dragging;
         forget(*finger);
         if (drags && scroll)
-            dropped.run([&] { scroll->cancelDrag(); });
+            dropped.run([&] { ScrollTracking::of(*scroll).cancelDrag(); });
     }
 }
 
@@ -58,7 +61,7 @@ void TouchDispatcher::forget(Finger& finger) {
 }
 
 bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
-    cancelled(id, time); // a finger cannot land twice: its lift was lost
+    cancelled(id, time); // its lift was not reported
     while (fingers_.size() >= kMostFingers)
         cancel(Shared(fingers_.front()), time);
     UIView* const hit = window_.hitTest(point);
@@ -77,7 +80,7 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
     finger->view = hit->weak_from_this();
     for (UIScrollView* s = UIScrollView::enclosing(hit); s;
          s = UIScrollView::enclosing(s->superview()))
-        if (s->catchMotion()) {
+        if (ScrollTracking::of(*s).catchMotion()) {
             finger->stage = Stage::caught;
             finger->scrollView = s->weak_from_this();
             return true;
@@ -97,13 +100,13 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
 void TouchDispatcher::deliver(const Shared& finger) {
     if (finger->stage != Stage::waiting)
         return;
-    const auto keepWindow = ref(&window_);
+    const auto window = ref(&window_);
     finger->stage = Stage::delivered;
     NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
     const auto view = as<UIView>(finger->view.lock());
     if (!view || view->window() != &window_)
         return;
-    // It landed where it landed, however late the view hears of it.
+    // Delivery may be late: the touch begins where the finger landed.
     UITouch& touch = finger->touch;
     const CGPoint now = touch.location();
     touch.moveTo(touch.startLocation(), touch.timestamp());
@@ -122,7 +125,7 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
     const CGPoint translation = finger->touch.location() - finger->touch.startLocation();
     for (UIScrollView* s = UIScrollView::enclosing(view.get()); s;
          s = UIScrollView::enclosing(s->superview())) {
-        if (!s->wantsDrag(translation) || s->isDragging() || !s->window())
+        if (!ScrollTracking::of(*s).wantsDrag(translation) || s->isDragging() || !s->window())
             continue;
         const auto scroll = ref(s);
         const bool wasDelivered = finger->stage == Stage::delivered;
@@ -132,7 +135,8 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
         if (wasDelivered)
             view->touchCancelled(finger->touch);
         if (finger->stage == Stage::dragging)
-            scroll->beginDrag(finger->touch.location(), translation, finger->touch.timestamp());
+            ScrollTracking::of(*scroll).beginDrag(finger->touch.location(), translation,
+                                                  finger->touch.timestamp());
         return true;
     }
     return false;
@@ -155,7 +159,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
         break;
     case Stage::dragging:
         if (const auto scroll = as<UIScrollView>(finger->scrollView.lock()))
-            scroll->continueDrag(point, time);
+            ScrollTracking::of(*scroll).continueDrag(point, time);
         break;
     case Stage::outside:
     case Stage::gone:
@@ -164,7 +168,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
     return true;
 }
 
-// The finger is gone afterwards, and whoever had it has heard so, whatever is thrown on the way.
+// Ends the touch and notifies its receiver, whatever callbacks throw.
 bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     const Shared finger = find(id);
     if (!finger)
@@ -173,8 +177,8 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     finger->touch.moveTo(point, time);
     FirstException all;
     if (finger->stage == Stage::waiting || finger->stage == Stage::caught)
-        all.run([&] { startDrag(finger); }); // a flick whose only move is its lift
-    all.run([&] { deliver(finger); });       // a quick tap: the view gets all of it now
+        all.run([&] { startDrag(finger); }); // a flick that moved only at the lift
+    all.run([&] { deliver(finger); });       // a quick tap is delivered only now
     const Stage stage = finger->stage;
     forget(*finger);
 
@@ -185,10 +189,10 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
         all.run([&] { view->touchEnded(finger->touch); });
     } else if (stage == Stage::dragging && scroll) {
         if (movedToLift)
-            all.run([&] { scroll->continueDrag(point, time); });
-        all.run([&] { scroll->endDrag(time); });
+            all.run([&] { ScrollTracking::of(*scroll).continueDrag(point, time); });
+        all.run([&] { ScrollTracking::of(*scroll).endDrag(time); });
     } else if (stage == Stage::caught && scroll) {
-        all.run([&] { scroll->settle(); });
+        all.run([&] { ScrollTracking::of(*scroll).settle(); });
     } else if (stage == Stage::outside && std::hypot(travelled.x, travelled.y) <= kTapSlack) {
         if (const auto top = window_.presentedViewController())
             all.run([&] { top->dismissViewControllerAnimated(true); });
@@ -213,9 +217,9 @@ void TouchDispatcher::cancel(const Shared& finger, double time) {
     if (stage == Stage::delivered && view)
         view->touchCancelled(finger->touch);
     else if (stage == Stage::dragging && scroll)
-        scroll->cancelDrag();
+        ScrollTracking::of(*scroll).cancelDrag();
     else if (stage == Stage::caught && scroll)
-        scroll->settle();
+        ScrollTracking::of(*scroll).settle();
 }
 
 void TouchDispatcher::cancelAll(double time) {

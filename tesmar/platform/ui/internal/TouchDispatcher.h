@@ -1,7 +1,7 @@
-// Decides where each finger goes: to a view, or into the dragging of a scroll view.
+// Sends the touches of each finger to a view, or turns them into the drag of a scroll view.
 #pragma once
 
-#include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/ui/UITouch.h"
 
 #include <memory>
@@ -9,12 +9,15 @@
 
 namespace tesmar {
 
+class UIWindow;
+
 class TouchDispatcher {
   public:
     explicit TouchDispatcher(UIWindow& window);
     ~TouchDispatcher();
 
-    // Each answers whether the finger is the window's.
+    // Points are in window coordinates, times in seconds. Each returns whether the finger belongs
+    // to the window.
     bool began(std::int64_t id, CGPoint point, double time);
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
@@ -23,22 +26,22 @@ class TouchDispatcher {
 
   private:
     enum class Stage {
-        gone,      // lifted, or taken away
-        outside,   // beside everything that is presented
-        waiting,   // may still become a drag; the view below does not know of it yet
-        caught,    // it stopped moving content, and is nobody's tap
-        delivered, // the view has it
-        dragging,  // a scroll view has it
+        gone,      // lifted or cancelled
+        outside,   // landed beside everything that is presented
+        waiting,   // may still become a drag; the view has not been notified yet
+        caught,    // stopped moving content; not a tap
+        delivered, // the view gets the touch
+        dragging,  // a scroll view gets the touch
     };
     struct Finger {
         UITouch touch;
         Stage stage = Stage::waiting;
         WeakRef<NSObject> view;
-        WeakRef<NSObject> scrollView; // that drags, or was caught
+        WeakRef<NSObject> scrollView; // while caught or dragging
         std::uint64_t deliveryTimer = 0;
     };
 
-    using Shared = std::shared_ptr<Finger>; // every call out may take fingers away and bring others
+    using Shared = std::shared_ptr<Finger>; // any callback may remove fingers and add others
 
     Shared find(std::int64_t id) const;
     void forget(Finger& finger);
@@ -47,7 +50,7 @@ class TouchDispatcher {
     bool startDrag(const Shared& finger);
 
     UIWindow& window_;
-    std::vector<Shared> fingers_; // in the order of their landing
+    std::vector<Shared> fingers_; // in the order in which they landed
 };
 
 } // namespace tesmar

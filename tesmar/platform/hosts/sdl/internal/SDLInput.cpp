@@ -8,10 +8,10 @@ namespace {
 constexpr CGFloat kWheelNotch = 40; // points
 constexpr CGFloat kTapSlack = 10;   // points that a finger may move in a tap
 
-// The mouse among the fingers.
+// The identifier of the mouse in the table of touches.
 constexpr std::pair<SDL_TouchID, SDL_FingerID> kMouse{SDL_MOUSE_TOUCHID, 0};
 
-// SDL also tells a finger's story as a mouse's, and the other way round; once is enough.
+// SDL also sends synthetic mouse events for fingers, and finger events for the mouse.
 bool isEcho(const SDL_Event& event) {
     switch (event.type) {
     case SDL_MOUSEBUTTONDOWN:
@@ -28,7 +28,7 @@ bool isEcho(const SDL_Event& event) {
     }
 }
 
-// Too far for one tap.
+// Too far for a tap.
 bool isApart(CGPoint a, CGPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y) > kTapSlack;
 }

@@ -1,4 +1,4 @@
-// Mouse, fingers, wheel and keys of SDL as a UIWindow knows them. Internal to the SDL host.
+// Passes SDL's mouse, finger, wheel and key events to a UIWindow.
 #pragma once
 
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
@@ -15,11 +15,11 @@ class SDLInput {
   public:
     explicit SDLInput(UIWindow& window) : window_(window) {}
 
-    // The window's size in the units of mouse positions.
+    // Sets the window's size in the units of mouse positions.
     void setUnits(CGSize units) { units_ = units; }
-    // `time` is when it happened.
+    // `time` of the event, in seconds on the host's clock.
     void handle(const SDL_Event& event, double time);
-    // Fingers that are down now are not followed any more.
+    // Cancels the touches of all fingers that are down, and ignores their further events.
     void forgetTouches(double time);
 
     std::function<void(const SDLHost::Key&)> onKey;

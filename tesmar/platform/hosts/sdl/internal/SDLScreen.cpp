@@ -30,7 +30,7 @@ std::uint32_t withoutPremultiplication(std::uint32_t pixel) {
 SDLVideo::SDLVideo() {
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
         fail<SDLHost::NoDisplay>("no display");
-    // What SDL falls back to shows nothing to anybody; whoever wants that asks for it by name.
+    // SDL falls back to drivers that show nothing; they count only when asked for by name.
     const std::string driver = SDL_GetCurrentVideoDriver();
     if ((driver == "offscreen" || driver == "dummy") && !SDL_getenv("SDL_VIDEODRIVER")) {
         SDL_QuitSubSystem(SDL_INIT_VIDEO);
@@ -111,8 +111,8 @@ void SDLScreen::recreateLayers() {
                    0);
 }
 
-// Premultiplied pixels are drawn as they are where the renderer can, converted where it cannot (as
-// when it draws without a graphics processor).
+// Some renderers, such as the one in software, cannot blend premultiplied pixels; upload() converts
+// for them.
 void SDLScreen::chooseBlending() {
     const SDL_BlendMode premultiplied = SDL_ComposeCustomBlendMode(
         SDL_BLENDFACTOR_ONE, SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA, SDL_BLENDOPERATION_ADD,

@@ -1,5 +1,5 @@
-// The desktop window and the two layers that it shows: the application's picture, and over it the
-// pixels of a UIWindow. Internal to the SDL host.
+// The desktop window and its two layers: the application's picture, and over it the pixels of a
+// UIWindow.
 #pragma once
 
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
@@ -18,7 +18,7 @@ struct SDLDeleter {
     void operator()(SDL_Texture* texture) const { SDL_DestroyTexture(texture); }
 };
 
-// SDL's video for as long as this lives.
+// Initialises SDL's video subsystem for as long as it exists.
 class SDLVideo {
   public:
     SDLVideo();
@@ -35,21 +35,23 @@ class SDLScreen {
         bool operator==(const Size&) const = default;
     };
 
-    // `size` in pixels. Throws SDLHost::NoDisplay; what fails later throws std::runtime_error.
+    // `size` in pixels. Throws SDLHost::NoDisplay. Later failures throw std::runtime_error.
     SDLScreen(const std::string& title, Size size);
 
     Size pixelSize() const;
-    // The units of mouse positions; on some systems there are several pixels to one.
+    // The window's size in the units of mouse positions, each of which may be several pixels.
     Size unitSize() const;
-    // Makes the window's content `size` pixels large, where the system lets it.
+    // Resizes the window's content to `size` pixels; the window system may refuse.
     void setPixelSize(Size size);
     void toggleFullScreen();
 
-    // Brings both layers to the window's present size. Their content is lost.
+    // Gives both layers the window's present size. Their content is lost.
     void recreateLayers();
+    // Has `draw` fill the picture; an empty `draw` removes it.
     void drawPicture(const std::function<void(const SDLHost::Picture&)>& draw);
-    // Repaints what is out of date in `window`, whose surface must be as large as the layers.
+    // Renders what is out of date in `window`, whose surface must be as large as the layers.
     void drawWindow(UIWindow& window);
+    // Shows both layers on the screen.
     void present();
 
     const SDLHost::Statistics& statistics() const { return statistics_; }
@@ -75,7 +77,7 @@ class SDLScreen {
     Texture windowTexture_;
     std::vector<std::uint32_t> pixels_; // premultiplied
     bool takesPremultiplied_ = false;
-    std::vector<std::uint32_t> straight_; // scratch, for a renderer that does not
+    std::vector<std::uint32_t> straight_; // buffer for renderers without premultiplied blending
 
     SDLHost::Statistics statistics_;
 };

@@ -1,4 +1,4 @@
-#include "tesmar/platform/ui/DamageRegion.h"
+#include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,15 +6,15 @@
 namespace tesmar {
 namespace {
 
-// Far beyond any surface, and still exact in an int.
+// Beyond any surface, and exact in an int.
 constexpr double kFarPixel = 1 << 24;
 
-// Every view asks for its pixels at every frame: casts, where calls of the mathematics library
-// would cost more than all else.
+// Casts rather than std::floor, which was the most expensive part of painting a frame: every view
+// computes its pixels in every frame.
 int floorPixel(double value) {
-    const double held = finite(value, -kFarPixel, kFarPixel, 0);
-    const int truncated = static_cast<int>(held);
-    return truncated - (held < truncated);
+    const double clamped = finite(value, -kFarPixel, kFarPixel, 0);
+    const int truncated = static_cast<int>(clamped);
+    return truncated - (clamped < truncated);
 }
 
 int ceilPixel(double value) {
@@ -31,7 +31,7 @@ PixelRect boundingBox(const PixelRect& a, const PixelRect& b) {
     return {x, y, std::max(a.right(), b.right()) - x, std::max(a.bottom(), b.bottom()) - y};
 }
 
-// How many pixels too many a joined rectangle would have.
+// How many pixels a joined rectangle would have in excess.
 long long waste(const PixelRect& a, const PixelRect& b) {
     return area(boundingBox(a, b)) - area(a) - area(b) + area(intersection(a, b));
 }
@@ -39,16 +39,16 @@ long long waste(const PixelRect& a, const PixelRect& b) {
 } // namespace
 
 PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale) {
-    // Frames come out of calculations: a hair beyond a pixel's edge does not touch the next one.
-    constexpr double kHair = 1e-6;
-    const int left = floorPixel(rect.minX() * scale + kHair);
-    const int top = floorPixel(rect.minY() * scale + kHair);
-    return {left, top, ceilPixel(rect.maxX() * scale - kHair) - left,
-            ceilPixel(rect.maxY() * scale - kHair) - top};
+    // Computed frames may lie beyond a pixel's edge by a rounding error.
+    constexpr double kRoundingError = 1e-6;
+    const int left = floorPixel(rect.minX() * scale + kRoundingError);
+    const int top = floorPixel(rect.minY() * scale + kRoundingError);
+    return {left, top, ceilPixel(rect.maxX() * scale - kRoundingError) - left,
+            ceilPixel(rect.maxY() * scale - kRoundingError) - top};
 }
 
 CGPoint snappedPoint(CGPoint point, CGFloat scale) {
-    // By the painter's own rule: any other would now and then damage the pixel beside.
+    // The same rounding as in drawing; another one would sometimes damage the neighbouring pixel.
     const PixelRect pixel = snappedToPixels({point, {}}, scale);
     return {pixel.x / scale, pixel.y / scale};
 }
@@ -56,7 +56,7 @@ CGPoint snappedPoint(CGPoint point, CGFloat scale) {
 void DamageRegion::add(PixelRect rect) noexcept {
     if (rect.isEmpty())
         return;
-    // Every join may make another one free of waste.
+    // Start over after each join: the larger rectangle may absorb others.
     for (std::size_t i = 0; i < count_;) {
         if (waste(rects_[i], rect) > 0) {
             ++i;

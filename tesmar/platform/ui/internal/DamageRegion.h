@@ -1,4 +1,4 @@
-// The device pixels that no longer show what they should.
+// The device pixels that are out of date.
 #pragma once
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -8,18 +8,19 @@
 
 namespace tesmar {
 
-// The device pixels that a rectangle touches, however little.
+// The device pixels that a rectangle in points covers, even partly.
 PixelRect pixelsTouchedBy(const CGRect& rect, CGFloat scale);
 // The nearest point on the pixel grid.
 CGPoint snappedPoint(CGPoint point, CGFloat scale);
 
-class TESMAR_API DamageRegion {
+class DamageRegion {
   public:
-    // More rectangles than this are not worth the bookkeeping: the closest ones are joined.
+    // Beyond this many rectangles the closest two are joined: repainting a few pixels more costs
+    // less.
     static constexpr std::size_t kMostRects = 16;
 
-    // Rectangles are joined only where that adds no pixel. Allocates nothing: what was damaged is
-    // known even when memory is short.
+    // Joins rectangles where that adds no pixels. Never allocates, so damage is recorded even when
+    // allocation fails.
     void add(PixelRect rect) noexcept;
     void clear() { count_ = 0; }
     bool isEmpty() const { return count_ == 0; }
@@ -29,7 +30,7 @@ class TESMAR_API DamageRegion {
     void remove(std::size_t index) noexcept;
     void joinClosest() noexcept;
 
-    std::array<PixelRect, kMostRects + 1> rects_{}; // one more while two are being joined
+    std::array<PixelRect, kMostRects + 1> rects_{}; // one more until two are joined
     std::size_t count_ = 0;
 };
 

@@ -1,4 +1,4 @@
-#include "tesmar/platform/ui/ScrollMotion.h"
+#include "tesmar/platform/ui/internal/ScrollMotion.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,15 +7,15 @@ namespace tesmar {
 namespace {
 
 constexpr double kRubberStiffness = 0.55;
-// Gliding ends below this speed, springing within this distance. Points per second, points.
-constexpr double kSlowest = 10;
-constexpr double kNearest = 0.25;
+// Motion ends below this speed and, on a spring, within this distance of its end.
+constexpr double kSlowest = 10;   // points per second
+constexpr double kNearest = 0.25; // points
 // Natural frequency of the critically damped spring, per second.
 constexpr double kSpring = 12;
-// No finger is faster; beyond it the sum would only be wrong. Points per second.
+// Faster than any finger. Points per second.
 constexpr double kFastest = 20000;
 
-// How the logarithm of the speed falls, per second.
+// Change of the logarithm of the speed, per second.
 const double kLogRate = std::log(ScrollMotion::kDecelerationRate) * 1000;
 
 } // namespace
@@ -109,7 +109,7 @@ bool ScrollMotion::step(double now) {
     offset_ = startOffset_ + startVelocity_ * (left - 1) / kLogRate;
     const double rest = nearestRest(offset_);
     if (offset_ != rest) {
-        // The end was reached on the way: the spring takes over there, at the speed of then.
+        // It reached an end in between: a spring takes over from there, at the speed of that time.
         const double reached =
             std::log1p((rest - startOffset_) * kLogRate / startVelocity_) / kLogRate;
         offset_ = rest;

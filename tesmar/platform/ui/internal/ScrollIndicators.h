@@ -1,0 +1,32 @@
+// The thin bars that show which part of a scroll view's content is visible. They appear while the
+// content moves and fade afterwards.
+#pragma once
+
+#include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/layout/LayoutItem.h"
+#include "tesmar/platform/ui/internal/Transition.h"
+
+namespace tesmar {
+
+class UIScrollView;
+
+class ScrollIndicators {
+  public:
+    // `view` owns this.
+    explicit ScrollIndicators(UIScrollView& view) : view_(view), alpha_(0, [this] { damage(); }) {}
+
+    void show();
+    // At once when the view is in no window.
+    void fade();
+    // Into the current context, in the view's bounds coordinates.
+    void draw() const;
+
+  private:
+    CGRect rect(LayoutAxis axis) const;
+    void damage();
+
+    UIScrollView& view_;
+    Transition alpha_;
+};
+
+} // namespace tesmar

@@ -1,0 +1,64 @@
+// The motion of scrolled content along one axis: under a finger, after its lift, and back from past
+// an end. Independent of views. Offsets are in points from the content's start, times in seconds.
+#pragma once
+
+namespace tesmar {
+
+class ScrollMotion {
+  public:
+    // The part of the speed that remains after each millisecond.
+    static constexpr double kDecelerationRate = 0.998;
+
+    // The offsets at which the content may rest; past them it is on a rubber band.
+    void setRange(double lowest, double highest);
+    // The length of the visible part; the rubber band always stretches by less.
+    void setExtent(double extent) { extent_ = extent; }
+
+    double offset() const { return offset_; }
+    bool isMoving() const { return moving_; }
+    // Stops any motion; `offset` may lie past the ends.
+    void jumpTo(double offset);
+
+    // A finger takes hold. Content past an end does not jump: the rubber band keeps its stretch.
+    void beginDrag();
+    // The finger has moved the content by `distance` in all since beginDrag().
+    void dragBy(double distance);
+    // The finger lifts at `velocity`, in points of offset per second (NaN and infinity mean 0). The
+    // content moves on until step() returns false.
+    void endDrag(double velocity, double now);
+    // Moves to `offset`, clamped to the range; keeps the present speed when it was moving to an
+    // offset already.
+    void moveTo(double offset, double now);
+    // Where a moveTo() under way will end; otherwise the present offset.
+    double destination() const { return moving_ && mode_ == Mode::springing ? target_ : offset_; }
+    // Stops at the present offset.
+    void stop() { moving_ = false; }
+
+    // Brings the offset up to `now`. Returns whether the content still moves.
+    bool step(double now);
+
+    // How far past an end the content appears when a finger has dragged it `overshoot` points past.
+    static double rubberBand(double overshoot, double extent);
+
+  private:
+    enum class Mode { decelerating, springing };
+
+    double nearestRest(double offset) const;
+    double inverseRubberBand(double stretch) const;
+    void springFrom(double now, double velocity, double target);
+
+    double lowest_ = 0;
+    double highest_ = 0;
+    double extent_ = 1;
+    double offset_ = 0;
+    double dragOrigin_ = 0; // offset at beginDrag(), without the rubber band
+    bool moving_ = false;
+    Mode mode_ = Mode::decelerating;
+    double startTime_ = 0;
+    double startOffset_ = 0;
+    double startVelocity_ = 0;
+    double target_ = 0;
+    double speed_ = 0; // of a spring at the last step
+};
+
+} // namespace tesmar
