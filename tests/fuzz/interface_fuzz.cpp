@@ -1,7 +1,7 @@
 // A text is an interface file or gives a problem. The views of a file have finite frames at every
 // size and can be drawn.
-#include "tesmar/platform/ui/UINib.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/interface_file.h"
 
 #include <cstdlib>
 

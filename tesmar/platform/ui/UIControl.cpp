@@ -87,7 +87,7 @@ void UIControl::forgetRemovedTargets() {
 
 void UIControl::sendActionsForControlEvents(unsigned events) {
     assertMainThread("UIControl::sendActionsForControlEvents");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     struct Sending {
         explicit Sending(UIControl& control) : control_(control) { ++control_.sending_; }
         ~Sending() {
@@ -125,7 +125,7 @@ bool UIControl::isWithinMargin(const UITouch& touch) const {
 void UIControl::touchBegan(UITouch& touch) {
     if (touch_ || !enabled_)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     touch_ = &touch;
     touchTime_ = touch.timestamp();
     touchInside_ = true;
@@ -140,7 +140,7 @@ void UIControl::touchBegan(UITouch& touch) {
 void UIControl::touchMoved(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     const bool wasInside = touchInside_;
     touchInside_ = isWithinMargin(touch);
     if (!continueTracking(touch)) {
@@ -160,7 +160,7 @@ void UIControl::touchMoved(UITouch& touch) {
 void UIControl::touchEnded(UITouch& touch) {
     if (touch_ != &touch)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     const bool inside = isWithinMargin(touch);
     const bool unseen = touch.timestamp() - touchTime_ < kFlash && inside;
     touch_ = nullptr;
@@ -183,7 +183,7 @@ void UIControl::touchCancelled(UITouch& touch) {
 void UIControl::stopTracking() {
     if (!touch_)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     touch_ = nullptr;
     touchInside_ = false;
     setHighlighted(false);

@@ -5,9 +5,7 @@
 #include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/foundation/runtime.h"
 
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tesmar {
@@ -30,9 +28,5 @@ class TESMAR_API UINib : public NSObject {
     std::string text_;
     Ref<NSBundle> bundle_;
 };
-
-// The same from the text of a file. If it is invalid, returns nothing and sets `problem`.
-std::optional<std::vector<Ref<NSObject>>>
-instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::string& problem);
 
 } // namespace tesmar

@@ -186,7 +186,7 @@ bool UIStepper::continueTracking(UITouch& touch) {
 void UIStepper::endTracking(UITouch& touch) {
     stopRepeating();
     continueTracking(touch);
-    const auto self = ref(this);
+    const auto self = refTo(this);
     if (fingerOnHalf_ && isTouchInside() && repeats_ == 0)
         stepOnce(pressed_);
     if (std::exchange(unsentChange_, false))

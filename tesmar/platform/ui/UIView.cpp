@@ -162,7 +162,7 @@ void UIView::removeFromSuperview() {
     assertMainThread("UIView::removeFromSuperview");
     if (!superview_)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     const bool wasInWindow = window() != nullptr;
     damageSubtree();
     superview_->layoutNeedsUpdate();
@@ -174,7 +174,7 @@ void UIView::removeFromSuperview() {
 }
 
 void UIView::notifyMovedToWindow() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     const auto views = subviews_;
     FirstException all;
     all.run([this] { didMoveToWindow(); });

@@ -181,7 +181,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- LayoutItem -----------------------------------------------------------------------------
 
-    std::shared_ptr<LayoutItem> layoutParent() const override { return ref(superview_); }
+    std::shared_ptr<LayoutItem> layoutParent() const override { return refTo(superview_); }
     std::size_t layoutChildCount() const override { return subviews_.size(); }
     LayoutItem& layoutChild(std::size_t index) const override { return *subviews_[index]; }
     const std::vector<std::shared_ptr<NSLayoutConstraint>>& layoutConstraints() const override {

@@ -83,14 +83,14 @@ void UIViewController::presentViewController(const Ref<UIViewController>& contro
         diagnostic("a controller that is presented already cannot be presented");
         return;
     }
-    stack_->present(controller, ref(this), animated, std::move(completion));
+    stack_->present(controller, refTo(this), animated, std::move(completion));
 }
 
 void UIViewController::dismissViewControllerAnimated(bool animated, Completion completion) {
     assertMainThread("UIViewController::dismissViewControllerAnimated");
     if (!stack_)
         return;
-    const auto self = ref(this);
+    const auto self = refTo(this);
     if (const auto presented = stack_->presentedBy(*this))
         stack_->dismiss(*presented, animated, std::move(completion));
     else

@@ -120,7 +120,7 @@ void UIView::setLayoutFrame(const CGRect& frame) {
 
 void UIView::layoutIfNeeded() {
     assertMainThread("UIView::layoutIfNeeded");
-    const auto self = ref(this); // a callback may release this view
+    const auto self = refTo(this); // a callback may release this view
     layoutRoot().layoutTree();
 }
 

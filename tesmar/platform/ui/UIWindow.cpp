@@ -161,7 +161,7 @@ Ref<UIViewController> UIWindow::presentedViewController() const {
 void UIWindow::presentViewController(const Ref<UIViewController>& controller, bool animated,
                                      UIViewController::Completion completion) {
     assertMainThread("UIWindow::presentViewController");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     auto presenter = presentations_->top();
     // A controller that is being dismissed comes back over the root.
     if (!presenter || presenter == controller)
@@ -173,7 +173,7 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 
 bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
     assertMainThread("UIWindow::touch");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.noteTime(time);
     layoutIfNeeded();
@@ -193,7 +193,7 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
 
 bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     assertMainThread("UIWindow::wheel");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
@@ -203,7 +203,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
 
 bool UIWindow::key(UIKey key, double time) {
     assertMainThread("UIWindow::key");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     const auto top = presentedViewController();
     if (key != UIKey::escape || !top)
@@ -214,7 +214,7 @@ bool UIWindow::key(UIKey key, double time) {
 
 void UIWindow::cancelTouches(double time) {
     assertMainThread("UIWindow::cancelTouches");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     NSRunLoop::mainRunLoop().noteTime(time);
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
 }
@@ -264,7 +264,7 @@ bool UIWindow::needsRender() {
 
 std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
     assertMainThread("UIWindow::render");
-    const auto self = ref(this);
+    const auto self = refTo(this);
     layoutIfNeeded();
     const CGSize size = pixelSize();
     auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();

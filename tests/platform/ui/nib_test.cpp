@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UINib.h"
+#include "tesmar/platform/ui/internal/interface_file.h"
 #include "tesmar/platform/ui/internal/platform_classes.h"
 
 namespace tesmar {

@@ -35,7 +35,7 @@ void PresentationStack::setRoot(UIViewController& controller, Root root) {
 // By value: a callback may clear the host's references.
 void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewController> presenter,
                                 bool animated, UIViewController::Completion completion) {
-    const auto window = ref(&window_);
+    const auto window = refTo(&window_);
     double startsAt = 0;
     if (const auto present = find(*controller)) {
         if (present->stage != Stage::dismissing) {
@@ -116,7 +116,7 @@ void PresentationStack::dismiss(const UIViewController& controller, bool animate
     const auto target = find(controller);
     if (!target || target->stage == Stage::dismissing)
         return;
-    const auto window = ref(&window_);
+    const auto window = refTo(&window_);
     // First those above, without animation.
     while (!stack_.empty() && stack_.back() != target) {
         const auto above = stack_.back();
@@ -158,7 +158,7 @@ void PresentationStack::slideOut(const Shared& presentation, bool animated) {
 void PresentationStack::finishDismissal(const Shared& presentation) {
     if (presentation->stage != Stage::dismissing)
         return;
-    const auto window = ref(&window_);
+    const auto window = refTo(&window_);
     const auto controller = presentation->controller;
     const auto completion = std::exchange(presentation->completion, {});
     FirstException all;

@@ -123,7 +123,7 @@ void ScrollTracking::beginDrag(CGPoint point, CGPoint translation, double time) 
     lastPoint_ = point;
     lastTime_ = time;
     velocity_ = {};
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     beganDragging();
     continueDrag(point, time);
 }
@@ -161,7 +161,7 @@ void ScrollTracking::cancelDrag() {
 }
 
 void ScrollTracking::finishDrag(CGPoint velocity, double time) {
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     FirstException all;
     all.run([&] { glideFrom(velocity, time); });
     all.run([&] { endedDragging(); });
@@ -184,7 +184,7 @@ void ScrollTracking::beganDragging() {
 }
 
 void ScrollTracking::endedDragging() {
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     const bool willDecelerate = isGliding();
     dragging_ = false;
     if (!willDecelerate)
@@ -199,7 +199,7 @@ void ScrollTracking::wheel(CGPoint delta) {
     const bool fingerDrags = dragging_ && !wheelEnd_;
     if (fingerDrags)
         return;
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     updateRange();
     // Scheduled before the delegate is told of the drag: whatever it throws, the burst ends.
     const auto end =
@@ -229,7 +229,7 @@ void ScrollTracking::endWheelBurst() {
 bool ScrollTracking::catchMotion() {
     if (!isGliding())
         return false;
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     stopGliding();
     view_.indicators_->show();
     return true;
@@ -266,7 +266,7 @@ void ScrollTracking::stopGliding() {
 }
 
 void ScrollTracking::glideStep(double now) {
-    const auto self = ref(&view_);
+    const auto self = refTo(&view_);
     updateRange();
     const bool xMoves = x_.step(now);
     const bool yMoves = y_.step(now);

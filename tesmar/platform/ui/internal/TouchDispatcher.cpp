@@ -100,7 +100,7 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
 void TouchDispatcher::deliver(const Shared& finger) {
     if (finger->stage != Stage::waiting)
         return;
-    const auto window = ref(&window_);
+    const auto window = refTo(&window_);
     finger->stage = Stage::delivered;
     NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
     const auto view = as<UIView>(finger->view.lock());
@@ -127,7 +127,7 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
          s = UIScrollView::enclosing(s->superview())) {
         if (!ScrollTracking::of(*s).wantsDrag(translation) || s->isDragging() || !s->window())
             continue;
-        const auto scroll = ref(s);
+        const auto scroll = refTo(s);
         const bool wasDelivered = finger->stage == Stage::delivered;
         NSRunLoop::mainRunLoop().cancel(std::exchange(finger->deliveryTimer, 0));
         finger->stage = Stage::dragging;
