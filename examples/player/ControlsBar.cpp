@@ -57,9 +57,9 @@ bool ControlsBar::initWithFrame(CGRect frame) {
     for (const Ref<UIView>& view :
          {Ref<UIView>(play_), Ref<UIView>(seekBar_), Ref<UIView>(time_), Ref<UIView>(captions_)})
         addSubview(view);
-    play_->addTarget(ref(this), Selector("playTapped"), UIControlEventTouchUpInside);
-    seekBar_->addTarget(ref(this), Selector("seeked"), UIControlEventValueChanged);
-    captions_->addTarget(ref(this), Selector("captionsTapped"), UIControlEventTouchUpInside);
+    play_->addTarget(refTo(this), Selector("playTapped"), UIControlEventTouchUpInside);
+    seekBar_->addTarget(refTo(this), Selector("seeked"), UIControlEventValueChanged);
+    captions_->addTarget(refTo(this), Selector("captionsTapped"), UIControlEventTouchUpInside);
     showPlay(Play::unavailable);
     showTime(0, 0);
     return true;

@@ -124,7 +124,7 @@ void TESMARViewController::bgColorChanged() {
 
 void TESMARViewController::colorChanged(std::string_view key, const ColorPicker& picker,
                                         const UIStepper& stepper) {
-    const auto self = ref(this); // the pending dismissal may be the only owner
+    const auto self = refTo(this); // the pending dismissal may be the only owner
     if (const auto color = picker.selectedColor())
         styleAttributes_->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
                                     key);
@@ -135,7 +135,7 @@ void TESMARViewController::colorChanged(std::string_view key, const ColorPicker&
 }
 
 void TESMARViewController::fontChanged() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     if (const auto font = fontPicker_->selectedFont())
         styleAttributes_->setObject(font, NSFontAttributeName);
     else
@@ -145,14 +145,14 @@ void TESMARViewController::fontChanged() {
 }
 
 void TESMARViewController::resetButtonTap() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     setCCStyleAttributes(CCConstants::CCDefaultStyleAttributes()->mutableCopy());
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
 }
 
 void TESMARViewController::didUpdateClosedCaptureStyle() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     if (rememberChangedStyle_)
         TESMARConfig::saveSessionClosedCaptureStyle(styleAttributes_);
     // Copies, since the delegate may replace itself and the dictionary.
@@ -168,7 +168,7 @@ void TESMARViewController::setCCEnabled(bool enabled) {
 }
 
 void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     printLine(sender.isOn() ? "Switch ON" : "Switch OFF");
     resetAutoHideTimer();
     if (const auto delegate = delegate_)
@@ -208,7 +208,7 @@ void TESMARViewController::didReceiveMemoryWarning() {
 // --- Auto-hide ----------------------------------------------------------------------------------
 
 void TESMARViewController::resetAutoHideTimer() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.cancelPreviousPerformRequests(*this);
     if (autoHideInterval_ > 0) // false for NaN

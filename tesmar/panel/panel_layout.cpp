@@ -70,7 +70,7 @@ Ref<UIView> TESMARViewController::createScrollView() {
     auto scrollView = make<UIScrollView>();
     scrollView->setTranslatesAutoresizingMaskIntoConstraints(false);
     scrollView->setShowsVerticalScrollIndicator(false);
-    scrollView->setDelegate(ref(this));
+    scrollView->setDelegate(refTo(this));
 
     wire(*textColorPicker_, UIControlEventValueChanged, "ccColorChanged");
     wire(*fontPicker_, UIControlEventValueChanged, "fontChanged");
@@ -126,7 +126,7 @@ std::optional<CGSize> TESMARViewController::preferredContentSize() {
 }
 
 void TESMARViewController::wire(UIControl& control, unsigned events, std::string_view action) {
-    control.addTarget(ref(this), Selector(action), events);
+    control.addTarget(refTo(this), Selector(action), events);
 }
 
 } // namespace tesmar

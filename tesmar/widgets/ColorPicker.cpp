@@ -58,7 +58,8 @@ void ColorPicker::setupView() {
             CGRect(x, titleLabelHeight_ + verticalSpacing_, colorButtonSize_, colorButtonSize_));
         button->setColor(color);
         colorButtons_.push_back(button);
-        button->addTarget(ref(this), Selector("colorButtonTouched:"), UIControlEventTouchUpInside);
+        button->addTarget(refTo(this), Selector("colorButtonTouched:"),
+                          UIControlEventTouchUpInside);
         addSubview(button);
         x += colorButtonSize_;
     }
@@ -66,7 +67,7 @@ void ColorPicker::setupView() {
     setTranslatesAutoresizingMaskIntoConstraints(false);
     const CGFloat height = colorButtonSize_ + titleLabelHeight_ + verticalSpacing_;
     addConstraintsWithVisualFormats(
-        {{"[view(width)]"}, {"V:[view(height)]"}}, {{"view", ref(this)}},
+        {{"[view(width)]"}, {"V:[view(height)]"}}, {{"view", refTo(this)}},
         {{"height", static_cast<float>(height)}, {"width", static_cast<float>(width)}});
 }
 

@@ -53,7 +53,7 @@ FontNamePickerView::FontNamePickerView() : fontNames_{UIFont::systemFontFamily()
 
 void FontNamePickerView::awakeFromNib() {
     UIControl::awakeFromNib();
-    const auto self = ref(this);
+    const auto self = refTo(this);
     connected(prevButton_, "prevButton")
         ->addTarget(self, Selector("prevFont"), UIControlEventTouchUpInside);
     connected(nextButton_, "nextButton")

@@ -66,7 +66,7 @@ void FontPicker::makeControls() {
 }
 
 void FontPicker::setupView() {
-    const auto self = ref(this);
+    const auto self = refTo(this);
     const auto fontLabel = captionLabel(CCConstants::Label::LabelFont());
     const auto sizeLabel = captionLabel(CCConstants::Label::LabelSize());
     fontLabel->setAccessibilityIdentifier(".fontLabel");

@@ -150,7 +150,7 @@ void Session::perform(const Send& command) {
         if (const auto* json = std::get_if<Json>(&argument))
             arguments.push_back(toArgument(*json));
         else
-            arguments.emplace_back(Ref<NSObject>(ref(place(std::get<ViewName>(argument)).view)));
+            arguments.emplace_back(Ref<NSObject>(refTo(place(std::get<ViewName>(argument)).view)));
     }
     const Value result = performSelector(panel(), selector, arguments);
     if (!std::holds_alternative<std::monostate>(result))

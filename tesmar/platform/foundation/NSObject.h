@@ -79,7 +79,7 @@ Ref<T> makeWith(Initialiser initialiser, Arguments&&... arguments) {
 // An owning reference to an object that is already owned, so never one under construction; null
 // for null.
 template <class T>
-Ref<T> ref(T* object) {
+Ref<T> refTo(T* object) {
     return object ? std::static_pointer_cast<T>(object->shared_from_this()) : nullptr;
 }
 
