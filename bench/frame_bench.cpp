@@ -56,7 +56,7 @@ std::vector<CGRect> damageOf(Panel& panel, Change change) {
 
 void drawFrame(Panel& panel, const std::vector<CGRect>& damage) {
     for (const CGRect& rect : damage)
-        panel.window->damageSurface(rect);
+        panel.window->damagePixels(panel.window->surfacePixels(rect));
     panel.window->render(panel.pixels.data(), panel.stride);
 }
 

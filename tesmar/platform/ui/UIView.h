@@ -24,6 +24,7 @@ class LayoutEngine;
 class NSBundle;
 class UITouch;
 class UIWindow;
+struct PixelRect;
 
 // Stands for "no preference" in an intrinsic size.
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
@@ -216,6 +217,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // True: each subview is the root of a layout of its own, and no constraint may refer to views
     // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
+    // Whether any part of the view, or of what it draws around itself, can be seen: motion that
+    // nobody sees ends at once.
+    bool isOnScreen() const;
     // Paints the view with everything in it. `superOrigin` is the origin of the superview's
     // coordinates on the surface.
     void paint(CGContext& context, CGPoint superOrigin);
@@ -232,8 +236,12 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGRect drawnRect() const;
     CGRect subtreeExtent() const;
     void damageSubtree();
+    // The part of `rect` (bounds coordinates) that can be seen, in whole pixels of the surface;
+    // empty when it is hidden, outside the window or covered.
+    PixelRect visiblePixels(CGRect rect) const;
     void damage(CGRect rect);
-    bool isCovered(const CGRect& surfaceRect) const;
+    bool isCovered(const PixelRect& pixels, CGFloat scale) const;
+    bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
     void paintSelf(CGContext& context, CGPoint origin);
     void paintSubviews(CGContext& context, CGPoint origin);
 

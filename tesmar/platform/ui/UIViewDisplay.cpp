@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -34,8 +35,9 @@ bool isOpaque(const Ref<UIColor>& color) {
 } // namespace
 
 void UIView::setBackgroundColor(const Ref<UIColor>& color) {
-    backgroundColor_ = color;
-    setNeedsDisplay();
+    const auto before = std::exchange(backgroundColor_, color);
+    if (before != color && !(before && color && before->isEqual(color.get())))
+        setNeedsDisplay();
 }
 
 void UIView::setAlpha(double alpha) {
@@ -96,19 +98,17 @@ void UIView::damageSubtree() {
     damage(subtreeExtent());
 }
 
-// Views paint from their origin rounded to a pixel, so damage is relative to the rounded origin
-// too.
-void UIView::damage(CGRect rect) {
-    assertMainThread("UIView::setNeedsDisplay");
-    UIWindow* const window = this->window();
+// Views paint from their origin rounded to a pixel, so this is relative to the rounded origin too.
+PixelRect UIView::visiblePixels(CGRect rect) const {
+    const UIWindow* const window = this->window();
     if (!window || rect.isEmpty())
-        return;
+        return {};
     const CGPoint origin = originOnSurface();
     CGRect onSurface = rect.offsetBy(window->snapToPixels(origin) - boundsOrigin_);
     CGPoint viewOrigin = origin;
     for (const UIView* view = this; view; view = view->superview_) {
         if (view->hidden_ || view->alpha_ <= 0)
-            return;
+            return {};
         if (view->clipsToBounds_) {
             const CGRect clip{window->snapToPixels(viewOrigin), view->frame_.size};
             onSurface = CGRectIntersection(onSurface, clip);
@@ -116,29 +116,49 @@ void UIView::damage(CGRect rect) {
         if (view->superview_)
             viewOrigin = viewOrigin - view->originInSuperview() + view->superview_->boundsOrigin_;
     }
-    if (!onSurface.isEmpty() && !isCovered(onSurface))
-        window->damageSurface(onSurface);
+    if (onSurface.isEmpty())
+        return {};
+    const PixelRect pixels = window->surfacePixels(onSurface);
+    return pixels.isEmpty() || isCovered(pixels, window->scale()) ? PixelRect{} : pixels;
 }
 
-// Whether an opaque view in front hides the whole rectangle.
-bool UIView::isCovered(const CGRect& surfaceRect) const {
+bool UIView::isOnScreen() const {
+    return !visiblePixels(drawnRect()).isEmpty();
+}
+
+void UIView::damage(CGRect rect) {
+    assertMainThread("UIView::setNeedsDisplay");
+    if (const PixelRect pixels = visiblePixels(rect); !pixels.isEmpty())
+        window()->damagePixels(pixels);
+}
+
+// Whether an opaque view in front hides all of these pixels.
+bool UIView::isCovered(const PixelRect& pixels, CGFloat scale) const {
     for (const UIView* view = this; view->superview_; view = view->superview_) {
         const auto& siblings = view->superview_->subviews_;
         auto above = std::find_if(siblings.begin(), siblings.end(),
                                   [&](const auto& sibling) { return sibling.get() == view; });
-        for (++above; above != siblings.end(); ++above) {
-            const UIView& other = **above;
-            // A point less on each side, since frames are rounded to pixels when painted.
-            const CGRect solid =
-                CGRectInset(CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
-            if (!other.hidden_ && other.alpha_ >= 1 && isOpaque(other.backgroundColor_) &&
-                solid.contains(surfaceRect))
+        for (++above; above != siblings.end(); ++above)
+            if ((*above)->covers(pixels, (*above)->originOnSurface(), scale))
                 return true;
-        }
         if (view->superview_->alpha_ < 1)
             return false;
     }
     return false;
+}
+
+// Looks only into views that contain all of the pixels, so most of a tree is passed over.
+bool UIView::covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const {
+    if (hidden_ || alpha_ < 1)
+        return false;
+    const PixelRect solid = snappedToPixels({origin, frame_.size}, scale);
+    if (intersection(solid, pixels) != pixels)
+        return false;
+    return isOpaque(backgroundColor_) ||
+           std::any_of(subviews_.begin(), subviews_.end(), [&](const auto& view) {
+               return view->covers(pixels, origin - boundsOrigin_ + view->originInSuperview(),
+                                   scale);
+           });
 }
 
 void UIView::paint(CGContext& context, CGPoint superOrigin) {

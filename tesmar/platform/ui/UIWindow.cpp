@@ -244,16 +244,20 @@ CGPoint UIWindow::snapToPixels(CGPoint point) const {
     return snappedPoint(point, scale_);
 }
 
-void UIWindow::damageSurface(const CGRect& rect) {
+PixelRect UIWindow::surfacePixels(const CGRect& rect) const {
     const CGSize size = pixelSize();
     const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
-    damage_->add(intersection(pixelsTouchedBy(rect, scale_), surface));
+    return intersection(pixelsTouchedBy(rect, scale_), surface);
+}
+
+void UIWindow::damagePixels(const PixelRect& pixels) {
+    damage_->add(pixels);
 }
 
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
     damage_->clear();
-    damageSurface(bounds());
+    damagePixels(surfacePixels(bounds()));
 }
 
 bool UIWindow::needsRender() {

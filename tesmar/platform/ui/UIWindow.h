@@ -108,8 +108,10 @@ class TESMAR_API UIWindow : public UIView {
 
     // --- For views ------------------------------------------------------------------------------
 
-    // Marks the pixels that `rect` (window coordinates) covers, even partly, as out of date.
-    void damageSurface(const CGRect& rect);
+    // The pixels of the surface that `rect` (window coordinates) covers, even partly.
+    PixelRect surfacePixels(const CGRect& rect) const;
+    // Marks these pixels of the surface as out of date.
+    void damagePixels(const PixelRect& pixels);
     // The nearest point on the grid of device pixels.
     CGPoint snapToPixels(CGPoint point) const;
     // Includes controls that take touches around their bounds.
