@@ -100,6 +100,10 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
         identifier_ = std::move(identifier);
     }
 
+    // Whether any part of what the view draws can be seen in its window: not hidden, clipped or
+    // covered. Motion that cannot be seen ends at once.
+    bool isOnScreen() const;
+
     // Marks all of the view, or `rect` (bounds coordinates) of it, to be painted in the next frame.
     void setNeedsDisplay();
     void setNeedsDisplayInRect(const CGRect& rect);
@@ -217,9 +221,6 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // True: each subview is the root of a layout of its own, and no constraint may refer to views
     // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
-    // Whether any part of the view, or of what it draws around itself, can be seen: motion that
-    // nobody sees ends at once.
-    bool isOnScreen() const;
     // Paints the view with everything in it. `superOrigin` is the origin of the superview's
     // coordinates on the surface.
     void paint(CGContext& context, CGPoint superOrigin);
