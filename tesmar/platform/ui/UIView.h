@@ -235,12 +235,13 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGPoint originInSuperview() const { return frame_.origin + translation_; }
     CGPoint originOnSurface() const;
     CGRect drawnRect() const;
-    CGRect subtreeExtent() const;
+    CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
+    CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
     void damageSubtree();
-    // The part of `rect` (bounds coordinates) that can be seen, in whole pixels of the surface;
-    // empty when it is hidden, outside the window or covered.
-    PixelRect visiblePixels(CGRect rect) const;
     void damage(CGRect rect);
+    // The part of a rectangle on the surface where this view can be seen, in whole pixels; empty
+    // when it is hidden, clipped, outside the surface or covered.
+    PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;
     bool isCovered(const PixelRect& pixels, CGFloat scale) const;
     bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
     void paintSelf(CGContext& context, CGPoint origin);

@@ -84,52 +84,58 @@ void UIView::setNeedsDisplayInRect(const CGRect& rect) {
 
 void UIView::draw(CGRect) {}
 
-CGRect UIView::subtreeExtent() const {
-    CGRect extent = drawnRect();
+// Where `rect` (bounds coordinates) is painted on the surface when the view's origin is at
+// `origin`: views paint from their origin rounded to a pixel.
+CGRect UIView::onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const {
+    return rect.offsetBy(snappedPoint(origin, scale) - boundsOrigin_);
+}
+
+CGRect UIView::subtreeExtent(CGPoint origin, CGFloat scale) const {
+    CGRect extent = onSurface(drawnRect(), origin, scale);
     if (!clipsToBounds_)
         for (const auto& view : subviews_)
             if (!view->hidden_)
-                extent = CGRectUnion(extent, view->subtreeExtent().offsetBy(
-                                                 view->originInSuperview() - view->boundsOrigin_));
+                extent = CGRectUnion(
+                    extent,
+                    view->subtreeExtent(origin - boundsOrigin_ + view->originInSuperview(), scale));
     return extent;
 }
 
-void UIView::damageSubtree() {
-    damage(subtreeExtent());
-}
-
-// Views paint from their origin rounded to a pixel, so this is relative to the rounded origin too.
-PixelRect UIView::visiblePixels(CGRect rect) const {
-    const UIWindow* const window = this->window();
-    if (!window || rect.isEmpty())
-        return {};
-    const CGPoint origin = originOnSurface();
-    CGRect onSurface = rect.offsetBy(window->snapToPixels(origin) - boundsOrigin_);
-    CGPoint viewOrigin = origin;
+PixelRect UIView::visiblePixels(CGRect rect, const UIWindow& window) const {
+    CGPoint origin = originOnSurface();
     for (const UIView* view = this; view; view = view->superview_) {
         if (view->hidden_ || view->alpha_ <= 0)
             return {};
-        if (view->clipsToBounds_) {
-            const CGRect clip{window->snapToPixels(viewOrigin), view->frame_.size};
-            onSurface = CGRectIntersection(onSurface, clip);
-        }
+        if (view->clipsToBounds_)
+            rect =
+                CGRectIntersection(rect, {snappedPoint(origin, window.scale()), view->frame_.size});
         if (view->superview_)
-            viewOrigin = viewOrigin - view->originInSuperview() + view->superview_->boundsOrigin_;
+            origin = origin - view->originInSuperview() + view->superview_->boundsOrigin_;
     }
-    if (onSurface.isEmpty())
-        return {};
-    const PixelRect pixels = window->surfacePixels(onSurface);
-    return pixels.isEmpty() || isCovered(pixels, window->scale()) ? PixelRect{} : pixels;
+    const PixelRect pixels = rect.isEmpty() ? PixelRect{} : window.surfacePixels(rect);
+    return pixels.isEmpty() || isCovered(pixels, window.scale()) ? PixelRect{} : pixels;
 }
 
 bool UIView::isOnScreen() const {
-    return !visiblePixels(drawnRect()).isEmpty();
+    const UIWindow* const window = this->window();
+    return window &&
+           !visiblePixels(onSurface(drawnRect(), originOnSurface(), window->scale()), *window)
+                .isEmpty();
+}
+
+void UIView::damageSubtree() {
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = this->window())
+        window->damagePixels(
+            visiblePixels(subtreeExtent(originOnSurface(), window->scale()), *window));
 }
 
 void UIView::damage(CGRect rect) {
     assertMainThread("UIView::setNeedsDisplay");
-    if (const PixelRect pixels = visiblePixels(rect); !pixels.isEmpty())
-        window()->damagePixels(pixels);
+    UIWindow* const window = rect.isEmpty() ? nullptr : this->window();
+    if (window)
+        window->damagePixels(
+            visiblePixels(onSurface(rect, originOnSurface(), window->scale()), *window));
 }
 
 // Whether an opaque view in front hides all of these pixels.
@@ -169,11 +175,8 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
         paintSelf(context, origin);
         return;
     }
-    // The layer is as small as the content allows, plus a pixel for rounding to pixels.
-    const SavedState saved(context);
-    const CGRect extent = subtreeExtent().offsetBy(origin - boundsOrigin_);
-    const CGFloat pixel = 1 / context.scale();
-    context.clipToPixels(pixelsTouchedBy(CGRectInset(extent, -pixel, -pixel), context.scale()));
+    const SavedState saved(context); // the layer is as small as the content allows
+    context.clipToPixels(pixelsTouchedBy(subtreeExtent(origin, context.scale()), context.scale()));
     context.beginTransparencyLayer(alpha_);
     paintSelf(context, origin);
     context.endTransparencyLayer();

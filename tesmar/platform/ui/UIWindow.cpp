@@ -240,10 +240,6 @@ CGSize UIWindow::pixelSize() const {
             std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
 }
 
-CGPoint UIWindow::snapToPixels(CGPoint point) const {
-    return snappedPoint(point, scale_);
-}
-
 PixelRect UIWindow::surfacePixels(const CGRect& rect) const {
     const CGSize size = pixelSize();
     const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};

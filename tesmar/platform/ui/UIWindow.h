@@ -112,8 +112,6 @@ class TESMAR_API UIWindow : public UIView {
     PixelRect surfacePixels(const CGRect& rect) const;
     // Marks these pixels of the surface as out of date.
     void damagePixels(const PixelRect& pixels);
-    // The nearest point on the grid of device pixels.
-    CGPoint snapToPixels(CGPoint point) const;
     // Includes controls that take touches around their bounds.
     UIView* hitTest(CGPoint point) override;
     void layoutSubviews() override;
