@@ -47,7 +47,8 @@ class TESMAR_API UIViewController : public NSObject {
     virtual void loadView();
     virtual void viewDidLoad() {}
     // Called in this order, each once for each appearance; one that has not been reached when the
-    // appearance is interrupted is left out.
+    // appearance is interrupted is left out. A full-screen controller that is presented above makes
+    // those below disappear and, when it is dismissed, appear again; a card does not.
     virtual void viewWillAppear(bool /*animated*/) {}
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}

@@ -219,6 +219,10 @@ void UIWindow::cancelTouches(double time) {
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
 }
 
+void UIWindow::cancelTouchesIn(const UIView& view) {
+    touches_->cancelAll(NSRunLoop::mainRunLoop().now(), &view);
+}
+
 UIView* UIWindow::hitTest(CGPoint point) {
     UIView* const hit = UIView::hitTest(point);
     if (hit && isLeafControl(*hit))

@@ -91,6 +91,9 @@ class TESMAR_API UIWindow : public UIView {
     // Cancels the touches of all fingers: for a host that loses its focus, say.
     void cancelTouches(double time);
 
+    // The same for the touches on `view` and what is in it.
+    void cancelTouchesIn(const UIView& view);
+
     // --- Pixels ---------------------------------------------------------------------------------
 
     // Of the surface, in whole device pixels.
