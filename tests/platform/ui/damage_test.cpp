@@ -92,6 +92,53 @@ TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
     }
 }
 
+// Hosts whose 1 to 5 buffers take turns, in any order, and which show frames without a change or
+// leave them out. No pixel beyond the rows is written.
+TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
+        UIWindow& window = *host.window();
+        CGSize size;
+        std::size_t stride = 0;
+        std::vector<Ref<UIView>> boxes;
+        for (int i = 0; i < 3; ++i)
+            boxes.push_back(box(CGRect(20 * i, 20 * i, 20, 20)));
+        struct Buffer {
+            std::vector<std::uint32_t> words;
+            int shown = -1; // in which frame; none
+        };
+        std::vector<Buffer> buffers(1 + seed % 5);
+        for (int frame = 0; frame < 40; ++frame) {
+            for (int i = below(3); i > 0; --i)
+                boxes[random() % 3]->setFrame(CGRect(below(120), below(80), 20, 20));
+            if (below(12) == 0)
+                host.resize(CGSize(60 + below(60), 50 + below(50)), 1 + below(2));
+            if (std::exchange(size, window.pixelSize()) != window.pixelSize())
+                buffers.assign(buffers.size(), {});
+            stride = static_cast<std::size_t>(size.width) + 3;
+            const std::size_t rows = stride * static_cast<std::size_t>(size.height);
+            Buffer& buffer = buffers[random() % buffers.size()];
+            buffer.words.resize(rows + 50, 0xABCD);
+            const int age = buffer.shown < 0 ? -below(2) : frame - buffer.shown;
+            const auto paint = [&](Buffer& b, int old) {
+                return window.render({b.words.data(), rows}, static_cast<int>(stride * 4), old);
+            };
+            const bool changed = window.needsRender();
+            EXPECT_TRUE(window.render({buffer.words.data(), rows - 4}, int(stride * 4)).empty());
+            ASSERT_EQ(window.needsRender(), changed); // too short: refused
+            paint(buffer, age);
+            if (below(2) == 0 && !changed && age == 1)
+                --frame; // not shown
+            buffer.shown = frame;
+            Buffer whole{std::vector<std::uint32_t>(rows + 50, 0xABCD)};
+            paint(whole, 0);
+            ASSERT_EQ(std::ranges::count(whole.words, 0xABCDu), 3 * size.height + 50);
+            ASSERT_TRUE(buffer.words == whole.words) << seed << ", frame " << frame << ", " << age;
+        }
+    }
+}
+
 // After every change, painting only the damage gives the same pixels as painting everything.
 TEST_F(DamageTest, IncrementalPaintingEqualsAFullRepaint) {
     static const Class* const kinds[] = {&UIStepper::classObject(), &UISwitch::classObject(),
