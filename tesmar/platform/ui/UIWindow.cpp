@@ -230,7 +230,7 @@ void UIWindow::cancelTouches(double time) {
 }
 
 void UIWindow::cancelTouchesIn(const UIView& view) {
-    touches_->cancelAll(NSRunLoop::mainRunLoop().now(), &view);
+    touches_->cancelInside(view, NSRunLoop::mainRunLoop().now());
 }
 
 UIView* UIWindow::hitTest(CGPoint point) {

@@ -92,7 +92,7 @@ class TESMAR_API UIWindow : public UIView {
     // Cancels the touches of all fingers: for a host that loses its focus, say.
     void cancelTouches(double time);
 
-    // The same for the touches on `view` and what is in it.
+    // Cancels the touches of `view` and what is in it; drags of scroll views go on.
     void cancelTouchesIn(const UIView& view);
 
     // --- Pixels ---------------------------------------------------------------------------------

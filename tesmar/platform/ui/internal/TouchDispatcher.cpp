@@ -223,12 +223,22 @@ void TouchDispatcher::cancel(const Shared& finger, double time) {
         ScrollTracking::of(*scroll).settle();
 }
 
-void TouchDispatcher::cancelAll(double time, const UIView* inside) {
+void TouchDispatcher::cancelAll(double time) {
+    const auto fingers = fingers_;
+    FirstException all;
+    for (const auto& finger : fingers)
+        if (finger->stage != Stage::gone)
+            all.run([&] { cancel(finger, time); });
+    all.rethrow();
+}
+
+void TouchDispatcher::cancelInside(const UIView& root, double time) {
     const auto fingers = fingers_;
     FirstException all;
     for (const auto& finger : fingers) {
         const auto view = as<UIView>(finger->view.lock());
-        if (finger->stage != Stage::gone && (!inside || (view && view->isDescendantOf(inside))))
+        const bool isTouch = finger->stage == Stage::waiting || finger->stage == Stage::delivered;
+        if (isTouch && view && view->isDescendantOf(&root))
             all.run([&] { cancel(finger, time); });
     }
     all.rethrow();

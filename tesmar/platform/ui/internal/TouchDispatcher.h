@@ -23,8 +23,9 @@ class TouchDispatcher {
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
     bool cancelled(std::int64_t id, double time);
-    // With `inside`, only the fingers on that view and what is in it.
-    void cancelAll(double time, const UIView* inside = nullptr);
+    void cancelAll(double time);
+    // Cancels the touches of views at or below `root`; drags of scroll views go on.
+    void cancelInside(const UIView& root, double time);
 
   private:
     enum class Stage {
