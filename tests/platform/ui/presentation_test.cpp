@@ -91,6 +91,7 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
         UIEdgeInsets safe;
     };
     const Case cases[] = {{{568, 320}, {}, {}},
+                          {{760, 420}, CGRect(315, 216, 445, 204), {}}, // largest part: narrow
                           {{568, 320}, CGRect(0, 260, 568, 60), {}},
                           {{320, 568}, CGRect(0, 480, 320, 60), {20, 0, 20, 0}},
                           {{1024, 768}, CGRect(100, 600, 824, 100), {}},

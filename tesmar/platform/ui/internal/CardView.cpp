@@ -56,13 +56,15 @@ CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize size) {
     const CGRect clear = CGRectInset(captions, -kMargin, -kMargin);
     if (CGRectIntersection(clear, centred(room, size)).isEmpty())
         return room;
+    const auto isEnough = [&](const CGRect& part) {
+        return part.size.width >= std::min(kUsable.width, room.size.width) &&
+               part.size.height >= std::min(kUsable.height, room.size.height);
+    };
     CGRect best;
     for (const CGRect& part : around(room, clear))
-        if (usableArea(part, size) > usableArea(best, size))
+        if (isEnough(part) && usableArea(part, size) > usableArea(best, size))
             best = part;
-    const bool enough = best.size.width >= std::min(kUsable.width, room.size.width) &&
-                        best.size.height >= std::min(kUsable.height, room.size.height);
-    return enough ? best : room;
+    return best.isEmpty() ? room : best;
 }
 
 } // namespace
