@@ -1,6 +1,7 @@
 #include "fixture.h"
 
 #include "tesmar/platform/ui/UIButton.h"
+#include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 #include "tesmar/platform/ui/UISwitch.h"
 
@@ -106,6 +107,18 @@ TEST_F(ControlTest, EnlargesSmallTargetsUpToTheirNeighbours) {
                                      {CGPoint{110, 122}, small.get()},
                                      {CGPoint{110, 126}, neighbour.get()}})
         EXPECT_EQ(host.window()->hitTest(point), hit) << point.x << "," << point.y;
+}
+
+// Only the part of a control that a scroll view shows counts.
+TEST_F(ControlTest, TargetsReachPastTheEdgeOfAScrollView) {
+    const auto scroll = add<UIScrollView>({100, 100, 100, 100});
+    const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 85, 60, 29));
+    scroll->addSubview(button);
+    const auto hits = [&](CGFloat y) { return host.window()->hitTest({150, y}) == button.get(); };
+    EXPECT_TRUE(hits(205));                    // 15 points of it are shown
+    EXPECT_FALSE(hits(216));                   // too far from them
+    scroll->setContentOffset({0, -20}, false); // out of sight
+    EXPECT_FALSE(hits(205));
 }
 
 // The next target still gets its action.

@@ -26,21 +26,33 @@ struct Nearest {
     CGFloat distance = std::numeric_limits<CGFloat>::infinity();
 };
 
-void search(UIView& view, CGPoint onSurface, Nearest& nearest) {
+// The rectangle of this size or larger around the same centre.
+CGRect enlarged(const CGRect& r, CGFloat least) {
+    return CGRectInset(r, std::min(0.0, (r.size.width - least) / 2),
+                       std::min(0.0, (r.size.height - least) / 2));
+}
+
+// `clip`, on the surface, is what the views above show of this one. A control that is cut off by it
+// takes touches around the part that is shown.
+void search(UIView& view, CGPoint onSurface, CGRect clip, Nearest& nearest) {
     if (!view.takesTouches())
         return;
+    const CGRect shown = CGRectIntersection(view.convertRectTo(view.bounds(), nullptr), clip);
     const CGPoint point = view.convertPointFrom(onSurface, nullptr);
-    if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
-                                                         isLeafControl(view) &&
-                                                         control->touchRect().contains(point)) {
+    if (auto* control = dynamic_cast<UIControl*>(&view);
+        control && control->isEnabled() && isLeafControl(view) &&
+        control->touchRect().contains(point) &&
+        (clip.contains(onSurface) ||
+         (!shown.isEmpty() && enlarged(shown, UIControl::kTouchTarget).contains(onSurface)))) {
         const CGFloat d = distance(point, view.bounds());
         if (d < nearest.distance)
             nearest = {control, d};
     }
-    if (view.clipsToBounds() && !view.bounds().contains(point))
-        return;
-    for (const auto& child : view.subviews())
-        search(*child, onSurface, nearest);
+    if (view.clipsToBounds())
+        clip = shown;
+    if (!clip.isEmpty())
+        for (const auto& child : view.subviews())
+            search(*child, onSurface, clip, nearest);
 }
 
 } // namespace
@@ -51,7 +63,7 @@ bool isLeafControl(const UIView& view) {
 
 UIControl* nearestControl(UIView& root, CGPoint onSurface) {
     Nearest nearest;
-    search(root, onSurface, nearest);
+    search(root, onSurface, CGRectInset({}, -kLargestCoordinate, -kLargestCoordinate), nearest);
     return nearest.control;
 }
 
