@@ -1,6 +1,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
@@ -176,6 +177,8 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
     // A controller that is being dismissed comes back over the root.
     if (!presenter || presenter == controller)
         presenter = rootController_;
+    if (!presenter)
+        fatalError("a window that presents must be made by UIWindow::windowWithSize");
     presenter->presentViewController(controller, animated, std::move(completion));
 }
 

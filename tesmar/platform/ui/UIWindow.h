@@ -70,9 +70,8 @@ class TESMAR_API UIWindow : public UIView {
     const Ref<UIViewController>& rootViewController() const { return rootController_; }
     // The topmost presented controller, or null.
     Ref<UIViewController> presentedViewController() const;
-    // Presents over the topmost controller; see UIViewController. The motion starts at the run
-    // loop's time: after a sleep, pass the time on first (NSRunLoop::noteTime), or the motion is
-    // over before it is seen.
+    // Presents over the topmost controller; see UIViewController. The motion starts at its first
+    // frame, so a host that has slept need not pass the time on first.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                UIViewController::Completion completion = {});
 

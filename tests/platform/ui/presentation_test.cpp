@@ -1,6 +1,7 @@
 #include "fixture.h"
 
 #include "tesmar/platform/ui/UIButton.h"
+#include "tesmar/platform/ui/UIScrollView.h"
 
 #include <functional>
 
@@ -68,6 +69,19 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         steps[i].first();
         EXPECT_EQ(std::exchange(Controller::log, {}), steps[i].second) << "step " << i;
     }
+}
+
+TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    const auto scroll = add<UIScrollView>({0, 0, 100, 100});
+    scroll->setContentSize({100, 1000});
+    host.window()->presentViewController(make<Controller>(), true);
+    scroll->setContentOffset({0, 500}, true);
+    loop.advanceTo(loop.now() + 100); // the host has slept
+    EXPECT_LT(host.window()->viewWithIdentifier("card")->alpha(), 0.5);
+    EXPECT_LT(scroll->contentOffset().y, 250);
+    EXPECT_DEATH(make<UIWindow>()->presentViewController(make<Controller>(), false),
+                 "made by UIWindow::windowWithSize");
 }
 
 TEST_F(UITest, LeavingCardsTakeNoTouches) {

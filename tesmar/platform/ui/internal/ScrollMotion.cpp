@@ -89,6 +89,10 @@ void ScrollMotion::springFrom(double now, double velocity, double target) {
     target_ = target;
 }
 
+void ScrollMotion::delayStart(double time) {
+    startTime_ = std::max(startTime_, time);
+}
+
 bool ScrollMotion::step(double now) {
     if (!moving_)
         return false;

@@ -34,6 +34,8 @@ class ScrollMotion {
     // Stops at the present offset.
     void stop() { moving_ = false; }
 
+    // Motion that is under way began at `time` or later.
+    void delayStart(double time);
     // Brings the offset up to `now`. Returns whether the content still moves.
     bool step(double now);
 

@@ -262,6 +262,7 @@ void ScrollTracking::startGliding() {
         return;
     }
     view_.indicators_->show();
+    isFirstFrame_ = isFirstFrame_ || !isGliding();
     glide_.start([this](double now) { glideStep(now); });
 }
 
@@ -277,6 +278,10 @@ void ScrollTracking::stopGliding() {
 void ScrollTracking::glideStep(double now) {
     const auto self = refTo(&view_);
     updateRange();
+    if (std::exchange(isFirstFrame_, false)) { // the host may have slept since the glide began
+        x_.delayStart(now - NSRunLoop::kFrameInterval);
+        y_.delayStart(now - NSRunLoop::kFrameInterval);
+    }
     if (!mayGlide())
         land();
     const bool xMoves = x_.step(now);

@@ -91,6 +91,7 @@ class ScrollTracking {
     double lastTime_ = 0;
     std::uint64_t wheelEnd_ = 0; // timer that ends a burst; 0 outside a burst
     FrameTask glide_;
+    bool isFirstFrame_ = false; // of the glide
 };
 
 } // namespace tesmar

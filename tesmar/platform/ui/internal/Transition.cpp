@@ -4,6 +4,7 @@
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/ui/Motion.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -44,6 +45,7 @@ void Transition::moveTo(double target, double seconds, std::function<void()> onA
     from_ = value_;
     target_ = target;
     start_ = NSRunLoop::mainRunLoop().now();
+    isFirstFrame_ = true;
     seconds_ = seconds;
     onArrival_ = std::move(onArrival);
 }
@@ -58,6 +60,8 @@ bool Transition::startFrames() {
 }
 
 void Transition::step(double now) {
+    if (std::exchange(isFirstFrame_, false))
+        start_ = std::max(start_, now - NSRunLoop::kFrameInterval);
     const double progress = mayMove() ? finite((now - start_) / seconds_, 0, 1, 1) : 1;
     value_ = progress >= 1 ? target_ : from_ + (target_ - from_) * easeOut(progress);
     if (progress < 1) {

@@ -22,8 +22,9 @@ class Transition {
 
     // Sets the value and ends any move, without its onArrival.
     void jumpTo(double value);
-    // Starts from the present value. Lands at once when `seconds` is not positive, or when the
-    // allocation for the motion fails.
+    // Starts from the present value, at the earliest a frame interval before the first frame: a
+    // host that has slept need not pass the time on before. Lands at once when `seconds` is not
+    // positive, or when the allocation for the motion fails.
     void moveTo(double target, double seconds, std::function<void()> onArrival = {});
 
   private:
@@ -35,6 +36,7 @@ class Transition {
     double from_;
     double target_;
     double start_ = 0;
+    bool isFirstFrame_ = false;
     double seconds_ = 0;
     std::function<void()> onChange_;
     std::function<bool()> isSeen_;
