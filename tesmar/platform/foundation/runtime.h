@@ -17,6 +17,8 @@
 // The classes that archives of plain values consist of (NSString, NSDictionary …) are registered
 // from the start, every other class by an explicit call: static constructors would vanish from a
 // static library.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

@@ -1,4 +1,6 @@
 // An argument or a result of a message that is sent by selector.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

@@ -1,4 +1,6 @@
 // An image: premultiplied ARGB pixels and a scale in pixels per point. Immutable.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

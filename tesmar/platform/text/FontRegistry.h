@@ -4,6 +4,8 @@
 // host added, then among the installed faces, then in the table of stand-ins,
 // internal/stand_in_fonts.def, whose rows count only if their file is installed. The system font
 // has a family of its own, which is not listed; its only face has the family's name.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"

@@ -1,4 +1,6 @@
 // A control with a title or an image for each of its states.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"

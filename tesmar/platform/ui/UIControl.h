@@ -1,4 +1,6 @@
 // A view that the user operates, and that sends its targets an action when that happens.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/selector.h"

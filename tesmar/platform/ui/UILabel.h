@@ -1,4 +1,6 @@
 // One line of read-only text. Takes no touches.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/text/TextLayout.h"

@@ -1,5 +1,7 @@
 // A view onto content larger than itself. A finger or a wheel drags the content; it glides on
 // afterwards, and springs back at its ends.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIView.h"

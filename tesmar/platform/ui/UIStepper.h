@@ -1,4 +1,6 @@
 // A two-part control, 94 × 29 points, that decreases or increases a value by a step.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"

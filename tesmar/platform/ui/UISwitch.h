@@ -1,6 +1,8 @@
 // An on/off switch, 51 × 31 points. A tap toggles it, a drag moves its thumb; the thumb stretches
 // under the finger. It sends value-changed, at the lift, when the user has changed it, never when
 // code does.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIControl.h"

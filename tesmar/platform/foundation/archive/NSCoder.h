@@ -1,5 +1,7 @@
 // The interface through which objects read and write their values under keys. Objects are read from
 // keyed archives and from interface files, and written to keyed archives only.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

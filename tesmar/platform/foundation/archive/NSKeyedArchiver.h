@@ -1,4 +1,6 @@
 // Writes objects as bytes: a keyed archive, which is a binary property list.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

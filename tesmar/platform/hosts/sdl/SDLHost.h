@@ -8,6 +8,8 @@
 //
 // Main thread only, except wakeUp(). One host at a time: it takes all SDL events of the process,
 // and pumps the main run loop with seconds of the system's monotonic clock.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
