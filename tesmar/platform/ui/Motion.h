@@ -1,4 +1,4 @@
-// Whether things on the screen move or land at once.
+// The process-wide setting of animations: full or reduced motion.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -9,9 +9,8 @@ namespace tesmar {
 // content, fading scroll indicators.
 enum class MotionSetting { full, reduced };
 
-// One setting for the whole process, full at the start; main thread only. Transitions that are
-// under way when it becomes reduced end at their next frame; content that glides already comes to
-// rest as it would have.
+// One setting for the whole process, initially full; main thread only. When it becomes reduced,
+// transitions under way end at their next frame, but content that is gliding glides on to its rest.
 TESMAR_API MotionSetting motionSetting();
 TESMAR_API void setMotionSetting(MotionSetting setting);
 
