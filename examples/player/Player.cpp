@@ -17,8 +17,8 @@ Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     if (options.autoHide)
         panel_->setAutoHideInterval(*options.autoHide);
     panel_->setRememberChangedStyle(remembersStyle_);
-    // The panel owns its delegate, and this player owns the panel: an owning pointer back to the
-    // player would be a cycle.
+    // The panel owns its delegate, and this player owns the panel: an owning pointer would be a
+    // cycle.
     panel_->setDelegate({std::shared_ptr<void>(), this});
 
     buildViews();

@@ -111,7 +111,7 @@ Ref<UIImage> UIImage::imageNamedFrom(std::string_view name, const NSBundle& bund
     if (!file)
         return reportMissing(name, "is not in bundle \"" + bundle.bundleIdentifier() + "\"");
     auto image = imageWithPNGData(file->bytes, file->scale);
-    return image ? image : reportMissing(name, "is not a PNG file or is too large");
+    return image ? image : reportMissing(name, "is no PNG file or is too large");
 }
 
 Ref<UIImage> UIImage::imageWithPNGData(std::string_view bytes, CGFloat scale) {

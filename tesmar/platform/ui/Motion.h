@@ -9,8 +9,9 @@ namespace tesmar {
 // content, fading scroll indicators.
 enum class MotionSetting { full, reduced };
 
-// One setting for the whole process, initially full; main thread only. When it becomes reduced,
-// transitions under way end at their next frame, but content that is gliding glides on to its rest.
+// One setting for the whole process, full at the start; main thread only. Transitions that are
+// under way when it becomes reduced end at their next frame; content that glides already comes to
+// rest as it would have.
 TESMAR_API MotionSetting motionSetting();
 TESMAR_API void setMotionSetting(MotionSetting setting);
 

@@ -16,7 +16,7 @@ class ScrollIndicators {
     explicit ScrollIndicators(UIScrollView& view) : view_(view), alpha_(0, [this] { damage(); }) {}
 
     void show();
-    // Hides the bars, at once if the view is not in a window, else gradually.
+    // At once when the view is in no window.
     void fade();
     // Into the current context, in the view's bounds coordinates.
     void draw() const;

@@ -22,7 +22,7 @@ std::string parentOf(const std::string& path) {
     return parent.empty() ? "." : parent.string();
 }
 
-// The bytes of the open file; nullopt if reading fails. Reads one byte beyond the limit, so that
+// The bytes of the open file; nothing if reading fails. Reads one byte beyond the limit, so that
 // the parser rejects a longer file.
 std::optional<std::string> readAll(FileSystem& files, int descriptor) {
     constexpr std::size_t kMost = kPreferencesLimits.bytes + 1;
