@@ -55,7 +55,7 @@ install(EXPORT tesmar NAMESPACE tesmar:: FILE TESMARConfig.cmake DESTINATION ${c
 write_basic_package_version_file(TESMARConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TESMARConfigVersion.cmake DESTINATION ${config_directory})
 
-# The installed tree can be moved: its root is told from where the .pc file lies.
+# The installed tree can be moved: its root is relative to the .pc file.
 file(RELATIVE_PATH path_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 foreach(library ${shipped})
   string(REPLACE _ - name ${library})

@@ -33,7 +33,7 @@ class TESMAR_API NSCoder : public NSObject {
     virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view /*key*/) { return {}; }
     // The same for a list of strings.
     virtual std::vector<std::string> decodeStrings(std::string_view /*key*/) { return {}; }
-    // Whether any object of the source could not be decoded so far; the source is then unusable.
+    // Whether any object so far could not be decoded; the caller must then discard the result.
     virtual bool failed() const { return false; }
 
     // Writing.
