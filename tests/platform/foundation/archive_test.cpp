@@ -187,6 +187,7 @@ TEST(Archive, OtherWritersArchivesDecodeToTheirObjectOrToNull) {
         {"an abstract class", of({array({}), chain({"NSBundle"})}), null},
         {"a class without a coding", of({array({}), chain({"NSObject"})}), null},
         {"a list in itself", of({array({UID{1}}), arrays}), null},
+        {"the null object in a list", of({array({UID{0}}), arrays}), null},
         {"too many keys", of({dict({"a", "b"}, {"a"}), dicts}), null},
         {"one bad value", of({dict({"a", "b"}, {"a", UID{99}}), dicts}), null},
         {"text of bad bytes", of({record({{"NS.bytes", bad}}), strings}), null},

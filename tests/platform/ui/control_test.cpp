@@ -172,6 +172,9 @@ TEST_F(ControlTest, StepperRepeatsWhileHeld) {
 TEST_F(ControlTest, SwitchFollowsTapsAndDrags) {
     const auto toggle = addHeard<UISwitch>({100, 100, 51, 31});
     toggle->setOn(true, true); // by code: no event
+    host.render();
+    host.advance(0.05);
+    EXPECT_FALSE(host.render().empty()); // the thumb slides
     const struct {
         std::vector<CGFloat> path; // of the finger
         const char* log;
