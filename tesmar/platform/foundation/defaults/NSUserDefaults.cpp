@@ -104,8 +104,16 @@ void NSUserDefaults::removeObjectForKey(std::string_view key) {
 }
 
 bool NSUserDefaults::synchronize() {
-    const std::lock_guard lock(state_->mutex);
-    return state_->storeAtCurrentPath().synchronize();
+    std::string problem;
+    {
+        const std::lock_guard lock(state_->mutex);
+        PreferencesStore& store = state_->storeAtCurrentPath();
+        if (store.synchronize())
+            return true;
+        problem = "NSUserDefaults: \"" + store.path() + "\" was not saved: " + store.failure();
+    }
+    diagnostic(problem);
+    return false;
 }
 
 void NSUserDefaults::setPreferencesPath(std::string path) {
