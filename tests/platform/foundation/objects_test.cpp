@@ -66,6 +66,13 @@ TEST(RuntimeDeathTest, MisuseEndsWithOneLineThatNamesIt) {
     EXPECT_DEATH(send(object, "twin:"), line("selector \"twin:\" takes 1 arguments, not 0"));
     EXPECT_DEATH(send(object, "twin:", Ref<NSObject>(text(""))), line("a message argument .*"));
     EXPECT_DEATH(make<NSMutableDictionary>()->setObject(nullptr, "k"), line(".*\"k\" is null"));
+    EXPECT_DEATH(NSBundle::registerBundle(nullptr), line("NSBundle.* is null"));
+    NSRunLoop loop;
+    EXPECT_DEATH(loop.schedule(0, nullptr), line("NSRunLoop.*empty function"));
+    EXPECT_DEATH(loop.addFrameClient(nullptr), line("NSRunLoop.* is null"));
+    const Selector ring("ring");
+    EXPECT_DEATH(loop.performSelectorAfterDelay(nullptr, ring, nullptr, 0),
+                 line(".*\"ring\" is null"));
 }
 
 TEST(Runtime, DelayedMessagesOwnTheirTargetUntilSentOrCancelled) {
@@ -104,6 +111,28 @@ TEST(Dictionary, CopiesShareValuesButNotEntries) {
     EXPECT_TRUE(copy->isEqual(dictionary({{"b", text("w")}}).get()));
     EXPECT_TRUE(original->isEqual(dictionary({{"", value}, {"b", value}}).get()));
     EXPECT_FALSE(copy->isEqual(original.get()) || original->isEqual(nullptr));
+}
+
+TEST(Dictionary, ComparesWithoutEndlessRecursion) {
+    const auto a = make<NSMutableDictionary>(), b = make<NSMutableDictionary>();
+    for (const char* key : {"1", "2"}) {
+        a->setObject(b, key);
+        b->setObject(a, key);
+    }
+    EXPECT_TRUE(a->isEqual(b.get()));
+    b->setObject(text("x"), "3");
+    EXPECT_FALSE(a->isEqual(b.get()));
+    a->setObject(list({a, b}), "3"), b->setObject(list({b, a}), "3");
+    EXPECT_TRUE(a->isEqual(b.get()));
+    Ref<NSObject> wide = text("w"), same = text("w"), deep = text("d"), other = text("d");
+    for (int i = 0; i < 40; ++i)
+        wide = list({wide, wide}), same = list({same, same});
+    EXPECT_TRUE(wide->isEqual(same.get()));
+    for (int i = 0; i < 2000; ++i)
+        deep = list({deep}), other = list({other});
+    EXPECT_FALSE(deep->isEqual(other.get()));
+    for (const char* key : {"1", "2", "3"})
+        a->removeObjectForKey(key);
 }
 
 TEST(Scalars, EqualityIsOfMeaningNotOfForm) {
