@@ -1,6 +1,7 @@
 // The object runtime with its delayed messages, dictionaries, scalars and bundles.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"
@@ -8,6 +9,8 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace tesmar {
 namespace {
@@ -73,6 +76,21 @@ TEST(RuntimeDeathTest, MisuseEndsWithOneLineThatNamesIt) {
     const Selector ring("ring");
     EXPECT_DEATH(loop.performSelectorAfterDelay(nullptr, ring, nullptr, 0),
                  line(".*\"ring\" is null"));
+}
+
+TEST(RuntimeDeathTest, AFatalErrorIsToldFirstAndEndsAllTheSame) {
+    const auto die = [](FatalErrorHandler handler) {
+        setFatalErrorHandler([=](std::string_view message) {
+            [[maybe_unused]] const auto size = ::write(2, message.data(), message.size());
+            handler(message);
+        });
+        std::thread([] { fatalError("misuse"); }).join();
+    };
+    constexpr char kBoth[] = "^misusetesmar: misuse\n$";
+    EXPECT_DEATH(die([](std::string_view) {}), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { throw 1; }), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { fatalError("again"); }), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { setFatalErrorHandler({}); }), kBoth);
 }
 
 TEST(Runtime, DelayedMessagesOwnTheirTargetUntilSentOrCancelled) {
