@@ -116,6 +116,11 @@ bool NSUserDefaults::synchronize() {
     return false;
 }
 
+std::string NSUserDefaults::synchronizeFailure() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->store.failure();
+}
+
 void NSUserDefaults::setPreferencesPath(std::string path) {
     const std::lock_guard lock(state_->mutex);
     state_->chosenPath = std::move(path);

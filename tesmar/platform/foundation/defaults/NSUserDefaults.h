@@ -45,6 +45,9 @@ class TESMAR_API NSUserDefaults : public NSObject {
     // tries again. The file is then unchanged, or, if only the final flush failed, complete. One
     // process saves at a time; others wait at most two seconds.
     bool synchronize();
+    // Why the last call of synchronize(), on whichever thread, returned false: the step and the
+    // system's reason. Empty if it returned true.
+    std::string synchronizeFailure() const;
 
     // Sets the path of the file; empty restores the default. The next save writes unsaved changes
     // to the new path.

@@ -47,6 +47,7 @@ void PreferencesStore::setValue(std::optional<PropertyList> value, std::string_v
 }
 
 bool PreferencesStore::synchronize() {
+    failure_.clear();
     if (unsaved_.empty())
         return true;
     failure_ = path_.empty() ? "there is no path" : savePreferences(files_, path_, unsaved_);

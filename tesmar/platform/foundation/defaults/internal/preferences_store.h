@@ -19,7 +19,7 @@ class PreferencesStore {
     void setValue(std::optional<PropertyList> value, std::string_view key);
     // Saves the changes, see savePreferences(). After a failure they stay unsaved.
     bool synchronize();
-    // Why the last call of synchronize() failed: the step and the system's reason.
+    // Why the last call of synchronize() failed; empty if it did not.
     const std::string& failure() const { return failure_; }
     const std::string& path() const { return path_; }
 
