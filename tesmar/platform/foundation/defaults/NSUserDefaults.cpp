@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 // The value of an environment variable that holds a directory; only absolute paths count.
 fs::path directoryFromEnvironment(const char* name) {
-    const char* value = std::getenv(name);
+    const char* value = ::secure_getenv(name); // a privileged program trusts no variable
     return value && *value == '/' ? value : fs::path();
 }
 
