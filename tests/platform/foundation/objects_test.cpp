@@ -153,7 +153,7 @@ TEST(Dictionary, ComparesWithoutEndlessRecursion) {
         a->removeObjectForKey(key);
 }
 
-TEST(Scalars, EqualityIsOfMeaningNotOfForm) {
+TEST(Scalars, EqualityComparesValuesNotRepresentations) {
     EXPECT_TRUE(text("\u00e9")->isEqual(text("e\u0301").get()));
     EXPECT_FALSE(text("\xFF")->isEqual(text("\xFE").get()));
     EXPECT_FALSE(text("a\0b"s)->isEqual(text("a\0c"s).get()));
