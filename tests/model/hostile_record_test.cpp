@@ -3,6 +3,7 @@
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/UIColor.h"
@@ -12,6 +13,8 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -46,16 +49,6 @@ std::string nextRecord(std::FILE* from) {
     std::string record(size, '\0');
     EXPECT_EQ(std::fread(record.data(), 1, record.size(), from), record.size());
     return record;
-}
-
-TEST(StoredStyle, OneThatIsTooLargeIsNotStored) {
-    NSUserDefaults::standardUserDefaults()->setPreferencesPath("/dev/null/nowhere");
-    const auto style = CCConstants::CCDefaultStyleAttributes();
-    TESMARConfig::saveSessionClosedCaptureStyle(style);
-    const auto large = style->mutableCopy();
-    large->setObject(NSString::stringWithString(std::string(60000, 'x')), "Note");
-    TESMARConfig::saveSessionClosedCaptureStyle(large);
-    EXPECT_TRUE(style->isEqual(TESMARConfig::sessionClosedCaptureStyle().get()));
 }
 
 TEST(StoredStyle, HostileRecordsDecodeCheaplyToNullOrAValidStyle) {
@@ -100,6 +93,34 @@ TEST(StoredStyle, HostileRecordsDecodeCheaplyToNullOrAValidStyle) {
     RecordProperty("most microseconds", static_cast<int>(1000 * worst.milliseconds));
     RecordProperty("most bytes", static_cast<int>(worst.bytes));
     EXPECT_GT(styles, count / 10);
+}
+
+TEST(StoredStyle, ASaveIsFlushedAndItsFailureKnownInEveryCase) {
+    std::string directory = (std::filesystem::temp_directory_path() / "style-XXXXXX").string();
+    ASSERT_TRUE(::mkdtemp(directory.data()));
+    const auto defaults = NSUserDefaults::standardUserDefaults();
+    const auto other = make<NSUserDefaults>();
+    for (const auto& store : {defaults, other})
+        store->setPreferencesPath(directory + "/p.plist");
+    int diagnostics = 0;
+    setDiagnosticHandler([&](std::string_view) { ++diagnostics; });
+    const auto text = [](std::size_t size) {
+        return NSDictionary::dictionaryWithEntries(
+            {{"key", NSString::stringWithString(std::string(size, 'x'))}});
+    };
+    TESMARConfig::saveSessionClosedCaptureStyle(text(3));
+    EXPECT_EQ(TESMARConfig::saveFailure(), "");
+    defaults->setObject(NSNumber::numberWith(1LL), "other");
+    TESMARConfig::saveSessionClosedCaptureStyle(text(1'000'000));
+    EXPECT_TRUE(other->objectForKey("other")) << "not flushed";
+    EXPECT_NE(TESMARConfig::saveFailure().find("too large"), std::string::npos);
+    EXPECT_TRUE(TESMARConfig::sessionClosedCaptureStyle()->isEqual(text(3).get()));
+    defaults->setPreferencesPath("/dev/null/nowhere");
+    TESMARConfig::saveSessionClosedCaptureStyle(text(4));
+    EXPECT_NE(TESMARConfig::saveFailure().find("Not a directory"), std::string::npos);
+    EXPECT_EQ(diagnostics, 2);
+    setDiagnosticHandler({});
+    std::filesystem::remove_all(directory);
 }
 
 } // namespace

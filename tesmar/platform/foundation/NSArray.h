@@ -21,6 +21,7 @@ class TESMAR_API NSArray : public NSObject {
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
     // Equal elements in the same order.
+    // Collections that hold themselves can be compared; deeper than 1,000 levels they are unequal.
     bool isEqual(const NSObject* other) const override;
 
   private:

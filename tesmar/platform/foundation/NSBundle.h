@@ -33,6 +33,7 @@ class TESMAR_API NSBundle : public NSObject {
 
     // The bundle last registered under this identifier, or null.
     static Ref<NSBundle> bundleWithIdentifier(std::string_view identifier);
+    // A null bundle is a fatal error.
     static void registerBundle(const Ref<NSBundle>& bundle);
 
     const std::string& bundleIdentifier() const { return identifier_; }

@@ -2,7 +2,8 @@
 // time and calls advanceTo().
 //
 // Times are seconds on any monotonic clock that the host chooses. An earlier time than the last
-// one, NaN or infinity counts as the last one. Main thread only.
+// one, NaN or infinity counts as the last one. Null targets and clients and empty functions are
+// fatal errors. Main thread only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
