@@ -58,7 +58,7 @@ void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
 }
 
 Class& UIImage::classObject() {
-    static Class type("UIImage", &NSObject::classObject(), {});
+    static Class& type = *new Class("UIImage", &NSObject::classObject(), {});
     return type;
 }
 
