@@ -1,5 +1,7 @@
 // A title above one row of swatches, one for each colour of the palette. A tap on a swatch selects
 // its colour and sends UIControlEventValueChanged. Setting selectedColor sends no event.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UILabel.h"
