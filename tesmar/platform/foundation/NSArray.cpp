@@ -9,7 +9,7 @@
 namespace tesmar {
 
 Class& NSArray::classObject() {
-    static Class type("NSArray", &NSObject::classObject(), allocator<NSArray>());
+    static Class& type = *new Class("NSArray", &NSObject::classObject(), allocator<NSArray>());
     return type;
 }
 

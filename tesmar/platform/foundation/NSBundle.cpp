@@ -35,7 +35,7 @@ Registry& registry() {
 } // namespace
 
 Class& NSBundle::classObject() {
-    static Class type("NSBundle", &NSObject::classObject(), {});
+    static Class& type = *new Class("NSBundle", &NSObject::classObject(), {});
     return type;
 }
 

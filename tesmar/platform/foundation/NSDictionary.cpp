@@ -11,13 +11,14 @@
 namespace tesmar {
 
 Class& NSDictionary::classObject() {
-    static Class type("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>());
+    static Class& type =
+        *new Class("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>());
     return type;
 }
 
 Class& NSMutableDictionary::classObject() {
-    static Class type("NSMutableDictionary", &NSDictionary::classObject(),
-                      allocator<NSMutableDictionary>());
+    static Class& type = *new Class("NSMutableDictionary", &NSDictionary::classObject(),
+                                    allocator<NSMutableDictionary>());
     return type;
 }
 

@@ -4,7 +4,7 @@
 // its source file:
 //
 //     Class& Lamp::classObject() {
-//         static Class type("Lamp", &NSObject::classObject(), allocator<Lamp>(),
+//         static Class& type = *new Class("Lamp", &NSObject::classObject(), allocator<Lamp>(),
 //                           {method<&Lamp::brightness>("brightness"),
 //                            method<&Lamp::setBrightness>("setBrightness:")});
 //         return type;

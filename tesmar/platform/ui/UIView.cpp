@@ -13,7 +13,7 @@
 namespace tesmar {
 
 Class& UIView::classObject() {
-    static Class type("UIView", &NSObject::classObject(), allocator<UIView>());
+    static Class& type = *new Class("UIView", &NSObject::classObject(), allocator<UIView>());
     return type;
 }
 

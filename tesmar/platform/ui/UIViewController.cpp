@@ -11,8 +11,9 @@
 namespace tesmar {
 
 Class& UIViewController::classObject() {
-    static Class type("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
-                      {method<&UIViewController::setView>("setView:")});
+    static Class& type =
+        *new Class("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
+                   {method<&UIViewController::setView>("setView:")});
     return type;
 }
 

@@ -75,7 +75,7 @@ class RootController : public UIViewController {
 } // namespace
 
 Class& UIWindow::classObject() {
-    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>());
+    static Class& type = *new Class("UIWindow", &UIView::classObject(), allocator<UIWindow>());
     return type;
 }
 

@@ -61,7 +61,7 @@ struct NSUserDefaults::State {
 };
 
 Class& NSUserDefaults::classObject() {
-    static Class type("NSUserDefaults", &NSObject::classObject(), {});
+    static Class& type = *new Class("NSUserDefaults", &NSObject::classObject(), {});
     return type;
 }
 
