@@ -11,13 +11,13 @@
 namespace tesmar {
 
 Class& TESMARConfig::classObject() {
-    static Class type(
-        "TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
-        {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
-         method<&TESMARConfig::saveSessionClosedCaptureStyle>(
-             "saveSessionClosedCaptureStyleWithAttributes:"),
-         method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
-             "sessionOrDefaultClosedCaptureStyle")});
+    static Class& type =
+        *new Class("TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
+                   {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
+                    method<&TESMARConfig::saveSessionClosedCaptureStyle>(
+                        "saveSessionClosedCaptureStyleWithAttributes:"),
+                    method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
+                        "sessionOrDefaultClosedCaptureStyle")});
     return type;
 }
 
@@ -31,7 +31,7 @@ Ref<NSDictionary> TESMARConfig::sessionClosedCaptureStyle() {
     return as<NSDictionary>(NSKeyedUnarchiver::unarchiveObjectWithData(record->bytes()));
 }
 
-void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
+bool TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
     const auto defaults = NSUserDefaults::standardUserDefaults();
     const auto key = CCConstants::CCSessionStyleUserDefaultsKey();
     if (!attributes) {
@@ -39,10 +39,10 @@ void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attrib
     } else {
         std::string record = NSKeyedArchiver::archivedDataWithRootObject(attributes);
         if (record.empty())
-            return; // too large
+            return false; // too large
         defaults->setObject(NSData::dataWithBytes(std::move(record)), key);
     }
-    defaults->synchronize();
+    return defaults->synchronize();
 }
 
 Ref<NSDictionary> TESMARConfig::sessionOrDefaultClosedCaptureStyle() {

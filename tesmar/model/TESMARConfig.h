@@ -21,9 +21,9 @@ class TESMAR_API TESMARConfig : public NSObject {
 
     // Stores the style, or removes the stored one when `attributes` is null. Values without a
     // coding are left out. A style too large to be read back is not stored; the previous one
-    // remains. A failed flush is not reported: the preferences keep the value in memory, and the
-    // next save tries again.
-    static void saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes);
+    // remains. Returns whether the change is on the disk. After a failed flush the preferences keep
+    // the value in memory, and the next save tries again.
+    static bool saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes);
 
     // The stored style, or else CCConstants::CCDefaultStyleAttributes() itself, which is shared.
     // Never null.
