@@ -33,7 +33,7 @@ Class& TESMARViewController::classObject() {
          method<&Panel::delegateObject>("delegate"),
          method<&Panel::setDelegateObject>("setDelegate:"),
          method<&Panel::CCStyleAttributes>("CCStyleAttributes"),
-         method<&Panel::setCCStyleAttributes>("setCCStyleAttributes:"),
+         method<&Panel::setStyleObject>("setCCStyleAttributes:"),
          method<&Panel::setCCEnabled>("setCCEnabled:"),
          method<&Panel::loadView>("loadView"),
          method<&Panel::viewWillAppear>("viewWillAppear:"),
@@ -121,6 +121,10 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
     showColor(*style, NSBackgroundColorAttributeName, *backgroundColorPicker_,
               *backgroundColorOpacityStepper_);
     fontPicker_->setSelectedFont(as<UIFont>(style->objectForKey(NSFontAttributeName)));
+}
+
+void TESMARViewController::setStyleObject(NSMutableDictionary& attributes) {
+    setCCStyleAttributes(refTo(&attributes));
 }
 
 Ref<NSMutableDictionary> TESMARViewController::editedStyle() const {

@@ -95,6 +95,8 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void scrollViewDidEndDragging(UIScrollView& scrollView, bool willDecelerate) override;
 
   private:
+    // The message "setCCStyleAttributes:", which null does not fit.
+    void setStyleObject(NSMutableDictionary& attributes);
     // The style of the accessor, which must not be null.
     Ref<NSMutableDictionary> editedStyle() const;
     // What the object runtime sees of the delegate.
