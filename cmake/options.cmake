@@ -35,6 +35,17 @@ get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUT
 
 include(${CMAKE_CURRENT_LIST_DIR}/layers.cmake)
 
+# The library runs in other people's processes, on bytes from outside.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection TESMAR_HAS_CET)
+function(tesmar_hardening target)
+  if(NOT TESMAR_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fstack-protector-strong $<$<BOOL:${TESMAR_HAS_CET}>:-fcf-protection>
+      $<$<NOT:$<CONFIG:Debug,>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>) # needs optimisation
+  endif()
+endfunction()
+
 function(tesmar_warnings target)
   # g++ 12's -Wrestrict sees overlaps in any std::string that is put together (GCC bug 105651).
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow

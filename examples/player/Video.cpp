@@ -31,7 +31,7 @@ void check(int status, const char* what) {
         throw std::runtime_error(std::string(what) + ": " + mpv_error_string(status));
 }
 
-// Seconds before the end at which there is still a frame.
+// Seconds before the end, where a seek still finds a frame.
 constexpr double kLastFrameMargin = 0.2;
 
 // The engine names formats by the order of bytes in memory.
@@ -248,7 +248,7 @@ bool Video::showMoment(double seconds, double timeout) {
     engine_->seekIsDone = engine_->frameIsNew = false;
     seekTo(std::min(seconds, std::max(0.0, state_.duration - kLastFrameMargin)));
     const auto frameIsThere = [&] {
-        // The engine continues only after each frame is taken, also one that is never drawn.
+        // The engine waits until each frame is taken, even one that is never drawn.
         if (mpv_render_context_update(engine_->render) & MPV_RENDER_UPDATE_FRAME) {
             render(nullptr, 0, 0, 0, Rendering::skipped);
             engine_->frameIsNew = true;

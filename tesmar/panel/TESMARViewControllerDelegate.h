@@ -1,4 +1,6 @@
 // Notifications from the panel to the host.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"

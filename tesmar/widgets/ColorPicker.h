@@ -1,6 +1,8 @@
 // A title above one row of swatches, one for each colour of the palette. A tap on a swatch selects
 // its colour and sends UIControlEventValueChanged. Setting selectedColor sends no event. The picker
 // itself goes through its accessors, which can be overridden.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UILabel.h"

@@ -1,6 +1,8 @@
 // Shows one font name at a time, in its own face, between a button for the previous name and one
 // for the next. Made from the interface file "FontNamePickerView". A step of the viewer sends
 // UIControlEventValueChanged; selecting a name from code sends no event.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIButton.h"

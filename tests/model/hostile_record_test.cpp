@@ -1,5 +1,5 @@
-// Hostile stored records: each decodes at once and in little memory, to a style that can be saved
-// again or to null. TESMAR_SOAK=N makes N times as many.
+// Hostile stored records: each decodes in about a millisecond and a mebibyte, to null or to a style
+// that can be saved again. TESMAR_SOAK=N tries N times as many.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
@@ -48,7 +48,7 @@ std::string nextRecord(std::FILE* from) {
     return record;
 }
 
-TEST(StoredStyle, OneThatIsTooLargeLeavesTheOneBefore) {
+TEST(StoredStyle, OneThatIsTooLargeIsNotStored) {
     NSUserDefaults::standardUserDefaults()->setPreferencesPath("/dev/null/nowhere");
     const auto style = CCConstants::CCDefaultStyleAttributes();
     TESMARConfig::saveSessionClosedCaptureStyle(style);
@@ -58,7 +58,7 @@ TEST(StoredStyle, OneThatIsTooLargeLeavesTheOneBefore) {
     EXPECT_TRUE(style->isEqual(TESMARConfig::sessionClosedCaptureStyle().get()));
 }
 
-TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
+TEST(StoredStyle, HostileRecordsDecodeCheaplyToNullOrAValidStyle) {
     const auto defaults = NSUserDefaults::standardUserDefaults();
     defaults->setPreferencesPath("/dev/null/nowhere"); // values stay in memory
     TESMARConfig::sessionOrDefaultClosedCaptureStyle();
@@ -76,11 +76,11 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
         defaults->setObject(NSData::dataWithBytes(record), "CCSessionStyleUserDefaultsKey");
         Ref<NSDictionary> style;
         test::Cost cost{1e9, 0};
-        for (int i = 0; i < 10 && cost.milliseconds > 0.5; ++i) { // other processes interrupt
+        for (int i = 0; i < 10 && cost.milliseconds > 0.5; ++i) { // until undisturbed
             const auto next =
                 test::measured([&] { style = TESMARConfig::sessionClosedCaptureStyle(); });
             cost.milliseconds = std::min(cost.milliseconds, next.milliseconds);
-            // Without the copy of the record that the store makes.
+            // Subtract the copy of the record that the store makes.
             cost.bytes = next.bytes - std::min(next.bytes, record.size());
         }
         SCOPED_TRACE("record " + std::to_string(count) + " of seed " + seed);

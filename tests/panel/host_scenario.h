@@ -79,12 +79,12 @@ struct HostScenario {
     void touch(UITouchPhase phase, CGPoint at) {
         perform([=](HeadlessHost& h) { h.touch(phase, at); });
     }
-    // The host may act outside any callback too; then seconds pass.
+    // A moment outside any callback at which the host may act; then `seconds` pass.
     void moment(const char* name, double seconds = 0) {
         const void* const before = host.get();
         perform([=, this](HeadlessHost&) { log->record(name); });
         if (host.get() != before && panel->isViewLoaded())
-            requireAtRest(*panel->view()); // its window is gone, and so is every touch
+            requireAtRest(*panel->view()); // its touches ended with its window
         wait(seconds);
     }
     // Presents the panel, uses every kind of control, and waits until the panel hides itself; then
@@ -124,7 +124,7 @@ struct HostScenario {
         }
         setDiagnosticHandler({});
     }
-    // Dismisses and releases everything; nothing may be left.
+    // Dismisses and releases everything, and checks that nothing is left.
     void end() {
         const WeakRef<UIViewController> released = panel;
         log->action = {};

@@ -190,8 +190,8 @@ void Session::perform(const PressEscape&) {
 
 void Session::perform(const Advance& command) {
     if (host_.now() + command.seconds > kMaxSessionSeconds)
-        throw Fault("advance: no session lasts longer than " +
-                    serialize(number(kMaxSessionSeconds)) + " seconds");
+        throw Fault("advance: a session lasts at most " + serialize(number(kMaxSessionSeconds)) +
+                    " seconds");
     host_.advance(command.seconds);
 }
 

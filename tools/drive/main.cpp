@@ -18,7 +18,7 @@ using namespace tesmar::drive;
 
 constexpr int kFailed = 2;
 
-// Uses the stream of the library's own console lines, so that both stay in order.
+// Writes to the stream that the library prints its own lines to, so that all lines stay in order.
 void printLine(const Json& json) {
     std::puts(serialize(json).c_str());
     std::fflush(stdout);

@@ -1,4 +1,6 @@
 // An immutable ordered list of objects; elements are never null.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

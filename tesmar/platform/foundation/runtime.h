@@ -15,8 +15,10 @@
 // toolkit class lists only what these send to it.
 //
 // The classes that archives of plain values consist of (NSString, NSDictionary …) are registered
-// from the start, every other class by an explicit call: static constructors would vanish from a
-// static library.
+// from the start, every other class by an explicit call: a linker drops static constructors of
+// object files in a static library that nothing refers to.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -111,7 +113,7 @@ Class::Allocator allocator() {
 
 namespace runtime {
 
-// A parameter that is a C++ reference to an object takes an object of its class, never nothing.
+// The argument for a parameter that is a C++ reference must be an object: null is a mismatch.
 template <class Parameter>
 decltype(auto) argument(const Value& value) {
     using T = std::remove_cvref_t<Parameter>;

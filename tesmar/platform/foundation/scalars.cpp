@@ -24,7 +24,7 @@ GText folded(std::string_view text) {
     return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
 }
 
-// glib stops at a zero, and expects valid UTF-8.
+// glib stops at a NUL, and expects valid UTF-8.
 bool isAcceptedByGlib(std::string_view text) {
     return text.find('\0') == std::string_view::npos && isValidUtf8(text);
 }

@@ -13,7 +13,7 @@ class UIImage;
 
 // Null when the stack is empty. The stack owns image contexts, and no others.
 TESMAR_API CGContext* UIGraphicsGetCurrentContext();
-// `context` stays the caller's, and must outlive its time on the stack.
+// The caller owns `context`, which must exist until it is popped.
 TESMAR_API void UIGraphicsPushContext(CGContext& context);
 // Does nothing when the stack is empty, or when an image context is on top.
 TESMAR_API void UIGraphicsPopContext();
@@ -23,10 +23,10 @@ TESMAR_API void UIGraphicsPopContext();
 // main screen's. If the size is empty, not finite or larger than an image may be, the context draws
 // nothing and yields no image.
 TESMAR_API void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale);
-// A new image, a copy of what has been drawn so far. Null when the top of the stack is no image
-// context, or one without a picture.
+// A new image, a copy of what has been drawn so far. Null when the top of the stack is not an image
+// context, or is one that draws nothing.
 TESMAR_API Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext();
-// Pops the image context. Does nothing when the top of the stack is no image context.
+// Pops the image context. Does nothing when the top of the stack is not an image context.
 TESMAR_API void UIGraphicsEndImageContext();
 
 } // namespace tesmar

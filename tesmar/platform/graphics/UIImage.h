@@ -1,4 +1,6 @@
 // An image: premultiplied ARGB pixels and a scale in pixels per point. Immutable.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -31,7 +33,7 @@ class TESMAR_API UIImage : public NSObject {
     // loads from another bundle.
     static Ref<UIImage> imageNamed(std::string_view name);
     static Ref<UIImage> imageNamedFrom(std::string_view name, const NSBundle& bundle);
-    // Null if the bytes are no complete PNG, or one that is too large. `scale` is clamped to
+    // Null if the bytes are not a complete PNG, or if the image is too large. `scale` is clamped to
     // 0.1…16.
     static Ref<UIImage> imageWithPNGData(std::string_view bytes, CGFloat scale);
 
@@ -50,7 +52,7 @@ class TESMAR_API UIImage : public NSObject {
     static CGFloat mainScreenScale();
     static void setMainScreenScale(CGFloat scale);
 
-    // Added by the caption library
+    // Added by the caption library: a new transparent image of 1 × 1 point at mainScreenScale().
     static Ref<UIImage> emptyImageForBorders();
 
     // For the graphics layer: the implementation, which uses the drawing library.

@@ -4,6 +4,8 @@
 //
 // Measurements do not depend on the scale at which the text is drawn. As with shapes, drawing
 // through several clips produces the same pixels as drawing at once (see CGContext).
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

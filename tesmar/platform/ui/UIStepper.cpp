@@ -111,8 +111,7 @@ void UIStepper::stepOnce(UIStepperHalf half) {
         sendActionsForControlEvents(UIControlEventValueChanged);
 }
 
-// --- Halves
-// ---------------------------------------------------------------------------------------
+// --- Halves -------------------------------------------------------------------------------------
 
 CGRect UIStepper::halfRect(UIStepperHalf half) const {
     const CGRect b = bounds();

@@ -44,7 +44,7 @@ const Ref<UIView>& UIViewController::view() {
             loadView();
         } catch (...) {
             loading_ = false;
-            view_ = nullptr; // incomplete: the next call loads it anew
+            view_ = nullptr; // incomplete: the next call loads it again
             throw;
         }
         loading_ = false;

@@ -106,7 +106,7 @@ TEST(Dictionary, CopiesShareValuesButNotEntries) {
     EXPECT_FALSE(copy->isEqual(original.get()) || original->isEqual(nullptr));
 }
 
-TEST(Scalars, EqualityIsOfMeaningNotOfForm) {
+TEST(Scalars, EqualityComparesValuesNotRepresentations) {
     EXPECT_TRUE(text("\u00e9")->isEqual(text("e\u0301").get()));
     EXPECT_FALSE(text("\xFF")->isEqual(text("\xFE").get()));
     EXPECT_FALSE(text("a\0b"s)->isEqual(text("a\0c"s).get()));

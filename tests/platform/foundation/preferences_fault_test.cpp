@@ -29,7 +29,7 @@ std::size_t soak() {
     return value ? static_cast<std::size_t>(std::max(1, std::atoi(value))) : 1;
 }
 
-// Fails from the first to the last of the calls, by number.
+// Makes the calls from number `first` to number `last`, counted from 1, fail with `error`.
 struct FaultyFiles : FileSystem {
     int fault(std::string_view name) override {
         calls.emplace_back(name);
@@ -40,11 +40,11 @@ struct FaultyFiles : FileSystem {
         return error;
     }
     std::size_t first = 1, last = 0;
-    int error = 0;                  // negative: ends the process
+    int error = 0;                  // negative: kills the process instead
     std::vector<std::string> calls; // by name
 };
 
-// Every state in which a save may find the file.
+// The file before and after a save, for every state in which the save may find it.
 struct Scene {
     const char* what;
     std::string before, after;
@@ -84,7 +84,7 @@ class PreferencesFault : public testing::Test {
         return ::waitpid(child, &status, 0) == child && WIFSIGNALED(status);
     }
 
-    // In memory, where flushing takes no time; no test cuts the power.
+    // In memory, where flushing takes no time: no test simulates a loss of power.
     TemporaryDirectory directory{fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()};
     std::string file = directory.path() / "app" / "preferences.plist";
 };
@@ -122,7 +122,8 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
         const auto lock = std::find(all.begin(), all.end(), "flock");
         const auto rename = std::find(lock, all.end(), "rename");
         const auto close = std::find(std::find(lock, rename, "write"), rename, "close");
-        // Flushed before the rename: the new file, and a copy with its name. After it: a name.
+        // Before the rename, the new file and the copy of a broken one (its content and its
+        // directory) are flushed; after it, the directory.
         EXPECT_EQ(std::count(lock, rename, "fsync"), scene.isBroken() ? 3 : 1);
         EXPECT_EQ(std::count(rename, all.end(), "fsync"), 1);
         for (auto called = all.begin(); called != all.end(); ++called) {
@@ -136,7 +137,7 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
                                                      : name != "unlink" && name != "fchown" &&
                                                            called != all.end() - 2;
             for (const int error : kErrors) {
-                if (name == "flock" && error == EAGAIN) // is waited for
+                if (name == "flock" && error == EAGAIN) // the save waits for the lock
                     continue;
                 SCOPED_TRACE(std::string(scene.what) + ", call " + std::to_string(call) + ", " +
                              name + ": " + std::strerror(error));
@@ -147,7 +148,7 @@ TEST_F(PreferencesFault, AFailingCallLeavesTheOldFileAndIsReported) {
     }
 }
 
-TEST_F(PreferencesFault, ALimitOnFileSizesEndsNobody) {
+TEST_F(PreferencesFault, ALimitOnFileSizesDoesNotEndTheProcess) {
     prepare(kScenes[1]);
     rlimit before;
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
@@ -200,7 +201,7 @@ TEST_F(PreferencesFault, ManySaversLoseNothing) {
     for (int p = 0; p < running; ++p)
         start([&, p] { return saver(std::to_string(p), saves); });
     while (running > 0) {
-        // Meanwhile others die at any moment, often while they hold the lock.
+        // Meanwhile another process is killed at any moment, often while it holds the lock.
         const pid_t victim = start([&] { return saver("victim", 1'000'000); });
         ::usleep(3000);
         ::kill(victim, SIGKILL);

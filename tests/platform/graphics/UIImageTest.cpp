@@ -74,7 +74,7 @@ std::string emptyPNG(int width, int height) {
 TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
     const std::string good = *square(8)->PNGData();
     std::string flipped = good;
-    flipped[good.size() - 20] ^= 0x55; // in the chunk of the pixels, the last but one
+    flipped[good.size() - 20] ^= 0x55; // in the pixel data, which is the last chunk but one
     const std::string rows[] = {"",
                                 std::string(4096, 'x'),
                                 flipped,

@@ -135,7 +135,7 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
     presentation->stage = Stage::dismissing;
     presentation->animated = animated;
     presentation->completion = std::move(completion);
-    // The dismissal goes on whatever callbacks throw; at once when its animation cannot start.
+    // Continues even if callbacks throw. Without an animation, the dismissal ends at once.
     FirstException all;
     all.run([&] { presentation->controller->viewWillDisappear(animated); });
     all.run([&] { slideOut(presentation, animated); });

@@ -1,3 +1,4 @@
+// An open file that closes itself.
 #pragma once
 
 #include "tesmar/platform/foundation/defaults/internal/file_system.h"
