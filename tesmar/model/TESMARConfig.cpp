@@ -8,7 +8,22 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/ui/internal/platform_classes.h"
 
+#include <mutex>
+
 namespace tesmar {
+namespace {
+
+struct LastSave {
+    std::mutex mutex;
+    std::string failure;
+};
+
+LastSave& lastSave() {
+    static auto* const instance = new LastSave; // never destroyed
+    return *instance;
+}
+
+} // namespace
 
 Class& TESMARConfig::classObject() {
     static Class& type =
@@ -31,18 +46,29 @@ Ref<NSDictionary> TESMARConfig::sessionClosedCaptureStyle() {
     return as<NSDictionary>(NSKeyedUnarchiver::unarchiveObjectWithData(record->bytes()));
 }
 
-bool TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
+void TESMARConfig::saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes) {
     const auto defaults = NSUserDefaults::standardUserDefaults();
     const auto key = CCConstants::CCSessionStyleUserDefaultsKey();
+    std::string failure;
     if (!attributes) {
         defaults->removeObjectForKey(key);
-    } else {
-        std::string record = NSKeyedArchiver::archivedDataWithRootObject(attributes);
-        if (record.empty())
-            return false; // too large
+    } else if (std::string record = NSKeyedArchiver::archivedDataWithRootObject(attributes);
+               !record.empty()) {
         defaults->setObject(NSData::dataWithBytes(std::move(record)), key);
+    } else {
+        failure = "the style is too large to be archived";
     }
-    return defaults->synchronize();
+    if (!defaults->synchronize())
+        failure = "the preferences could not be written";
+    LastSave& last = lastSave();
+    const std::lock_guard lock(last.mutex);
+    last.failure = std::move(failure);
+}
+
+std::string TESMARConfig::saveFailure() {
+    LastSave& last = lastSave();
+    const std::lock_guard lock(last.mutex);
+    return last.failure;
 }
 
 Ref<NSDictionary> TESMARConfig::sessionOrDefaultClosedCaptureStyle() {

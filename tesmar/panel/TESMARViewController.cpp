@@ -189,10 +189,9 @@ void TESMARViewController::didUpdateClosedCaptureStyle() {
 }
 
 void TESMARViewController::saveStyle() {
-    lastSaveSucceeded_ = false; // in case it throws
-    lastSaveSucceeded_ = TESMARConfig::saveSessionClosedCaptureStyle(editedStyle());
-    if (!lastSaveSucceeded_)
-        diagnostic("TESMARViewController: the caption style could not be saved");
+    saveFailure_ = "exception"; // in case one ends the save
+    TESMARConfig::saveSessionClosedCaptureStyle(editedStyle());
+    saveFailure_ = TESMARConfig::saveFailure();
 }
 
 // --- The captions switch ------------------------------------------------------------------------

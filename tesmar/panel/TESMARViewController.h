@@ -47,10 +47,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     virtual bool rememberChangedStyle() const { return rememberChangedStyle_; }
     virtual void setRememberChangedStyle(bool remember);
 
-    // Whether the last save of a change succeeded; true before the first. A delegate may ask while
-    // it is notified of the change. A save that fails also causes a diagnostic; the next one tries
-    // again.
-    bool lastSaveSucceeded() const { return lastSaveSucceeded_; }
+    // Why the last change was not saved, a text for developers; empty if it was, and before the
+    // first save. A delegate may ask while it is notified of the change. The next save tries again.
+    const std::string& saveFailure() const { return saveFailure_; }
 
     // Owned by the panel, initially null. A delegate that owns the panel makes a cycle, which
     // setting null breaks; a TESMARBorrowedDelegate avoids it. The message "setDelegate:" also
@@ -114,7 +113,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
     double autoHideInterval_ = -1;
     bool rememberChangedStyle_ = false;
-    bool lastSaveSucceeded_ = true;
+    std::string saveFailure_;
     Ref<TESMARViewControllerDelegate> delegate_;
     Ref<NSMutableDictionary> styleAttributes_ = make<NSMutableDictionary>();
 

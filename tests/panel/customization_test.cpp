@@ -95,15 +95,13 @@ TEST_F(PanelTest, ReportsASaveThatFails) {
     const auto panel = make<TESMARViewController>();
     panel->setRememberChangedStyle(true);
     std::ofstream(directory / "file") << "no directory";
-    int failures = 0;
-    setDiagnosticHandler([&](std::string_view) { ++failures; });
+    setDiagnosticHandler({});
     for (const bool works : {true, false, true}) {
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(directory /
                                                                    (works ? "saved" : "file/x"));
         panel->resetButtonTap();
-        EXPECT_EQ(panel->lastSaveSucceeded(), works);
+        EXPECT_EQ(panel->saveFailure().empty(), works);
     }
-    EXPECT_GE(failures, 1);
 }
 
 // Selecting a swatch replaces the list of swatches.
