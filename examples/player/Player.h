@@ -50,4 +50,6 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     tesmar::Ref<ControlsBar> controls_ = tesmar::make<ControlsBar>();
     tesmar::Ref<tesmar::UILabel> message_ = tesmar::make<tesmar::UILabel>();
     tesmar::Ref<tesmar::TESMARViewController> panel_ = tesmar::make<tesmar::TESMARViewController>();
+    // This player owns the panel, which must not own it in turn.
+    const tesmar::TESMARBorrowedDelegate borrowed_{*this};
 };

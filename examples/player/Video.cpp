@@ -39,12 +39,23 @@ constexpr const char* kPixelFormat = std::endian::native == std::endian::little 
 
 // The engine's own messages for these errors are vague. Empty when the path can be read or is a
 // URL.
-std::string readError(const std::string& path) {
+std::string readError(std::string path) {
+    if (path.starts_with("file://"))
+        path.erase(0, std::strlen("file://"));
     if (path.find("://") != std::string::npos)
         return "";
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored))
+    switch (std::filesystem::status(path, ignored).type()) {
+    case std::filesystem::file_type::directory:
         return "it is a directory";
+    case std::filesystem::file_type::fifo:
+    case std::filesystem::file_type::socket:
+    case std::filesystem::file_type::block:
+    case std::filesystem::file_type::character:
+        return "it is a pipe or a device, not a video file"; // opening one may wait for ever
+    default:
+        break;
+    }
     return access(path.c_str(), R_OK) == 0 ? "" : std::strerror(errno);
 }
 

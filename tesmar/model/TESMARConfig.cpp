@@ -26,13 +26,13 @@ LastSave& lastSave() {
 } // namespace
 
 Class& TESMARConfig::classObject() {
-    static Class type(
-        "TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
-        {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
-         method<&TESMARConfig::saveSessionClosedCaptureStyle>(
-             "saveSessionClosedCaptureStyleWithAttributes:"),
-         method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
-             "sessionOrDefaultClosedCaptureStyle")});
+    static Class& type =
+        *new Class("TESMARConfig", &NSObject::classObject(), allocator<TESMARConfig>(), {},
+                   {method<&TESMARConfig::sessionClosedCaptureStyle>("sessionClosedCaptureStyle"),
+                    method<&TESMARConfig::saveSessionClosedCaptureStyle>(
+                        "saveSessionClosedCaptureStyleWithAttributes:"),
+                    method<&TESMARConfig::sessionOrDefaultClosedCaptureStyle>(
+                        "sessionOrDefaultClosedCaptureStyle")});
     return type;
 }
 

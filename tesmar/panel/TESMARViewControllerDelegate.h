@@ -22,4 +22,32 @@ class TESMAR_API TESMARViewControllerDelegate {
     virtual void CCViewControllerWillDisappear() = 0;
 };
 
+// Lends a delegate that the panel must not own: the object that owns the panel, for example, or one
+// on the stack.
+//
+//     class Player : TESMARViewControllerDelegate {
+//         Player() { panel_->setDelegate(borrowed_.delegate()); }
+//         Ref<TESMARViewController> panel_ = make<TESMARViewController>();
+//         TESMARBorrowedDelegate borrowed_{*this};
+//     };
+//
+// The loan ends with this object: later calls of a panel have no effect. It must therefore be
+// destroyed before the lent delegate is, as a member of it is. Main thread only.
+class TESMAR_API TESMARBorrowedDelegate {
+  public:
+    // `lent` is not owned.
+    explicit TESMARBorrowedDelegate(TESMARViewControllerDelegate& lent);
+    ~TESMARBorrowedDelegate();
+    TESMARBorrowedDelegate(const TESMARBorrowedDelegate&) = delete;
+    TESMARBorrowedDelegate& operator=(const TESMARBorrowedDelegate&) = delete;
+
+    // What any number of panels may own: it passes their calls on while the loan lasts. Never null.
+    Ref<TESMARViewControllerDelegate> delegate() const;
+
+  private:
+    class Forwarder;
+
+    const Ref<Forwarder> forwarder_;
+};
+
 } // namespace tesmar

@@ -152,9 +152,11 @@ void Session::perform(const Send& command) {
         else
             arguments.emplace_back(Ref<NSObject>(refTo(place(std::get<ViewName>(argument)).view)));
     }
-    const Value result = performSelector(panel(), selector, arguments);
-    if (!std::holds_alternative<std::monostate>(result))
-        outputResult("send", fromValue(result));
+    const auto result = performSelectorIfItFits(panel(), selector, arguments);
+    if (!result)
+        throw Fault("send: " + command.selector + " takes arguments of other types");
+    if (!std::holds_alternative<std::monostate>(*result))
+        outputResult("send", fromValue(*result));
 }
 
 // --- Viewer actions -----------------------------------------------------------------------------

@@ -93,10 +93,10 @@ TESMAR_API const Class* classNamed(std::string_view name);
 // call returns.
 TESMAR_API Value performSelector(NSObject& object, Selector selector,
                                  std::span<const Value> arguments = {});
-// The same for messages that untrusted input names: returns false, without calling anything, when
+// The same for messages that untrusted input names: returns nothing, without calling anything, when
 // the class does not publish the selector or the arguments do not match its parameters.
-TESMAR_API bool performSelectorIfItFits(NSObject& object, Selector selector,
-                                        std::span<const Value> arguments);
+TESMAR_API std::optional<Value> performSelectorIfItFits(NSObject& object, Selector selector,
+                                                        std::span<const Value> arguments);
 // Calls a class operation; misuse is a fatal error as for performSelector.
 TESMAR_API Value performClassSelector(const Class& type, Selector selector,
                                       std::span<const Value> arguments = {});

@@ -23,7 +23,7 @@ using Value = std::variant<std::monostate, bool, double, std::string, CGRect, Re
 namespace runtime {
 
 // Throws the error that performSelector turns into a fatal one and performSelectorIfItFits into
-// false. `expected` names the type that the parameter takes.
+// nothing. `expected` names the type that the parameter takes.
 [[noreturn]] TESMAR_API void valueMismatch(const char* expected, const Value& value);
 
 template <class T>
