@@ -20,9 +20,9 @@ struct Panel {
     explicit Panel(double scale) : window(UIWindow::windowWithSize(kSize, scale)) {
         window->presentViewController(controller, false);
         stride = static_cast<int>(window->pixelSize().width) * 4;
-        pixels.resize(static_cast<std::size_t>(stride) *
+        pixels.resize(static_cast<std::size_t>(stride / 4) *
                       static_cast<std::size_t>(window->pixelSize().height));
-        window->render(pixels.data(), stride);
+        window->render(pixels, stride);
     }
 
     void tap(const std::string& identifier) {
@@ -36,7 +36,7 @@ struct Panel {
 
     Ref<TESMARViewController> controller = make<TESMARViewController>();
     Ref<UIWindow> window;
-    std::vector<unsigned char> pixels;
+    std::vector<std::uint32_t> pixels;
     int stride = 0;
 };
 
@@ -49,15 +49,15 @@ std::vector<CGRect> damageOf(Panel& panel, Change change) {
     panel.tap(change == Change::swatch ? "textColorPicker.5" : "fontPicker.size");
     const double scale = panel.window->scale();
     std::vector<CGRect> damage;
-    for (const PixelRect& r : panel.window->render(panel.pixels.data(), panel.stride))
+    for (const PixelRect& r : panel.window->render(panel.pixels, panel.stride))
         damage.emplace_back(r.x / scale, r.y / scale, r.width / scale, r.height / scale);
     return damage;
 }
 
 void drawFrame(Panel& panel, const std::vector<CGRect>& damage) {
     for (const CGRect& rect : damage)
-        panel.window->damageSurface(rect);
-    panel.window->render(panel.pixels.data(), panel.stride);
+        panel.window->damagePixels(panel.window->surfacePixels(rect));
+    panel.window->render(panel.pixels, panel.stride);
 }
 
 void frame(benchmark::State& state) {

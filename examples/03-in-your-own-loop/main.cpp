@@ -7,14 +7,12 @@
 #include <chrono>
 #include <cstdio>
 #include <thread>
-
 using namespace tesmar;
 
 class Captions : public TESMARViewControllerDelegate {
     void CCSwitchValueChanged(bool on) override { std::printf("captions %s\n", on ? "on" : "off"); }
     void CCStyleAttributesChanged(const Ref<NSDictionary>& style) override {
         caption = NSAttributedString::attributedString("Hello", style); // drawInRect() draws it
-        std::printf("captions have a new style\n");
     }
     void CCViewControllerWillDisappear() override { std::printf("the panel closes\n"); }
     Ref<NSAttributedString> caption;
@@ -23,32 +21,24 @@ class Captions : public TESMARViewControllerDelegate {
 int main() {
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.example"));
     const auto window = UIWindow::windowWithSize({640, 360}, 2); // points, pixels per point
-    window->setCaptionArea(CGRect(0, 300, 640, 60));             // the panel stays clear of it
     std::vector<std::uint32_t> pixels(1280 * 720);               // premultiplied ARGB
-
     const auto panel = make<TESMARViewController>();
     panel->setDelegate(std::make_shared<Captions>());
-    panel->setAutoHideInterval(2);
-    panel->setCCEnabled(true);
-
+    panel->setAutoHideInterval(2); // seconds
     const auto now = [start = std::chrono::steady_clock::now()] {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     };
-    NSRunLoop& loop = NSRunLoop::mainRunLoop();
     window->presentViewController(panel, true, [&] { // when it is open, a viewer taps
         const UIView& swatch = *window->viewWithIdentifier("textColorPicker.4");
-        const CGPoint finger = swatch.convertRectTo(swatch.bounds(), nullptr).center();
-        window->touch(UITouchPhase::began, 1, finger, now());
-        window->touch(UITouchPhase::ended, 1, finger, now());
+        for (const auto phase : {UITouchPhase::began, UITouchPhase::ended})
+            window->touch(phase, 1, swatch.convertPointTo({20, 20}, nullptr), now());
     });
     while (window->presentedViewController()) {
         if (window->needsRender())
-            for (const PixelRect& r : window->render(pixels.data(), 1280 * 4))
+            for (const PixelRect& r : window->render(pixels, 1280 * 4))
                 std::printf("%.2f s: show %d x %d pixels\n", now(), r.width, r.height);
-        // A real host waits for its events here, until the deadline or, without one, for ever.
-        const auto deadline = loop.nextDeadline();
-        const double seconds = deadline ? *deadline - now() : 0.1; // this host has no events
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
-        loop.advanceTo(now());
+        const double due = NSRunLoop::mainRunLoop().nextDeadline().value_or(now() + 0.1);
+        std::this_thread::sleep_for(std::chrono::duration<double>(due - now()));
+        NSRunLoop::mainRunLoop().advanceTo(now());
     }
 }

@@ -48,6 +48,9 @@ class TESMAR_API ColorPicker : public UIControl {
     // Also names the title ("<identifier>.title") and the swatches ("<identifier>.0" …).
     void setAccessibilityIdentifier(std::string identifier) override;
 
+  protected:
+    void stateChanged() override {} // draws nothing itself
+
   private:
     virtual void setupView();
     void updateSelection();

@@ -48,6 +48,9 @@ class TESMAR_API FontNamePickerView : public UIControl {
     virtual void nextFont();
     virtual void prevFont();
 
+  protected:
+    void stateChanged() override {} // draws nothing itself
+
   private:
     void step(long by);
     const std::string& nameAtSelectedIndex() const;

@@ -35,6 +35,9 @@ class TESMAR_API FontPicker : public UIControl {
     // ".sizeLabel".
     void setAccessibilityIdentifier(std::string identifier) override;
 
+  protected:
+    void stateChanged() override {} // draws nothing itself
+
   private:
     void makeControls();
     void setupView();

@@ -50,7 +50,7 @@ void requireIdle(const UIWindow& window) {
 void requireFullyPainted(UIWindow& window, const std::vector<std::uint32_t>& pixels) {
     std::vector<std::uint32_t> whole(pixels.size());
     window.invalidate();
-    window.render(whole.data(), static_cast<int>(window.pixelSize().width) * 4);
+    window.render(whole, static_cast<int>(window.pixelSize().width) * 4);
     require(whole == pixels, window, "a partial repaint differs from a full one");
 }
 

@@ -196,8 +196,8 @@ class Session {
         const int stride = static_cast<int>(size.width) * 4;
         std::uint32_t pixel = 0;
         const int tooShort[] = {0, -4, stride - 4, stride + 2};
-        if (!window.render(nullptr, stride).empty() ||
-            !window.render(&pixel, any(tooShort)).empty())
+        if (!window.render({}, stride).empty() ||
+            !window.render({&pixel, 1}, any(tooShort)).empty())
             throw InvariantViolated("it painted without pixels, or into rows that are too short");
         if (size.width * size.height > kMaximumPixels || &window != window_.get())
             return;
@@ -205,7 +205,7 @@ class Session {
             pixels_.assign(static_cast<std::size_t>(size.width * size.height), 0);
         painted_ = &window;
         paintedSize_ = size;
-        window.render(pixels_.data(), stride);
+        window.render(pixels_, stride);
         if (below(8) == 0 && &window == window_.get() && window.pixelSize() == size)
             requireFullyPainted(window, pixels_);
     }

@@ -26,7 +26,7 @@ TEST(MainThread, UseOfTheInterfaceOnAnotherThreadIsFatal) {
         {"UIWindow::wheel", [&] { window.wheel({}, {}, 0); }},
         {"UIWindow::key", [&] { window.key(UIKey::escape, 0); }},
         {"UIWindow::needsRender", [&] { window.needsRender(); }},
-        {"UIWindow::render", [&] { window.render(nullptr, 0); }},
+        {"UIWindow::render", [&] { window.render({}, 0); }},
         {"UIWindow::setSize", [&] { window.setSize(CGSize()); }},
         {"UIWindow::presentViewController", [&] { window.presentViewController(panel, false); }},
         {"NSRunLoop::mainRunLoop", [] { NSRunLoop::mainRunLoop(); }},

@@ -9,9 +9,8 @@ namespace tesmar {
 // content, fading scroll indicators.
 enum class MotionSetting { full, reduced };
 
-// One setting for the whole process, full at the start; main thread only. Transitions that are
-// under way when it becomes reduced end at their next frame; content that glides already comes to
-// rest as it would have.
+// One setting for the whole process, full at the start; main thread only. Motion that is under way
+// when it becomes reduced ends at its next frame.
 TESMAR_API MotionSetting motionSetting();
 TESMAR_API void setMotionSetting(MotionSetting setting);
 

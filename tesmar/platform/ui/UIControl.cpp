@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -47,7 +48,7 @@ void UIControl::setSelected(bool selected) {
 }
 
 void UIControl::setHighlighted(bool highlighted) {
-    flashing_ = false;
+    NSRunLoop::mainRunLoop().cancel(std::exchange(flashTimer_, 0));
     if (highlighted == highlighted_)
         return;
     highlighted_ = highlighted;
@@ -192,14 +193,10 @@ void UIControl::stopTracking() {
 }
 
 void UIControl::flashHighlight() {
-    if (flashing_)
-        return;
     try {
-        scheduleWeakly(*this, kFlash, [](UIControl& control) {
-            if (control.flashing_ && !control.touch_)
-                control.setHighlighted(false);
-        });
-        flashing_ = true;
+        const auto timer = scheduleWeakly(
+            *this, kFlash, [](UIControl& control) { control.setHighlighted(false); });
+        NSRunLoop::mainRunLoop().cancel(std::exchange(flashTimer_, timer));
     } catch (const std::bad_alloc&) {
         setHighlighted(false); // without the timer nothing would end it
     }

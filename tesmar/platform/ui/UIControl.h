@@ -6,6 +6,8 @@
 #include "tesmar/platform/foundation/selector.h"
 #include "tesmar/platform/ui/UIView.h"
 
+#include <cstdint>
+
 namespace tesmar {
 
 // Bits: a control may be in several states at once.
@@ -109,7 +111,7 @@ class TESMAR_API UIControl : public UIView {
     bool enabled_ = true;
     bool selected_ = false;
     bool highlighted_ = false;
-    bool flashing_ = false;
+    std::uint64_t flashTimer_ = 0; // ends a flash; 0 outside one
 };
 
 } // namespace tesmar

@@ -28,7 +28,9 @@ void UIScrollView::setContentSize(CGSize size) {
     size = finiteRect({{}, size}).size;
     if (size == contentSize_)
         return;
+    indicators_->setNeedsDisplay();
     contentSize_ = size;
+    indicators_->setNeedsDisplay();
     setNeedsLayout();
 }
 
@@ -89,13 +91,15 @@ void UIScrollView::didMoveToWindow() {
 // --- Indicators ---------------------------------------------------------------------------------
 
 void UIScrollView::setShowsVerticalScrollIndicator(bool shows) {
+    indicators_->setNeedsDisplay();
     showsVertical_ = shows;
-    setNeedsDisplay();
+    indicators_->setNeedsDisplay();
 }
 
 void UIScrollView::setShowsHorizontalScrollIndicator(bool shows) {
+    indicators_->setNeedsDisplay();
     showsHorizontal_ = shows;
-    setNeedsDisplay();
+    indicators_->setNeedsDisplay();
 }
 
 void UIScrollView::drawOverlay(CGRect) {

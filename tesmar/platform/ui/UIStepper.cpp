@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -49,7 +50,7 @@ bool UIStepper::initWithCoder(NSCoder& coder) {
     const double step = coder.decodeDouble("stepValue").value_or(step_);
     step_ = step > 0 && std::isfinite(step) ? finiteValue(step) : step_;
     setValue(coder.decodeDouble("value").value_or(value_));
-    wraps_ = coder.decodeBool("wraps").value_or(wraps_);
+    setWraps(coder.decodeBool("wraps").value_or(wraps_));
     autorepeat_ = coder.decodeBool("autorepeat").value_or(autorepeat_);
     continuous_ = coder.decodeBool("continuous").value_or(continuous_);
     return true;
@@ -59,21 +60,19 @@ bool UIStepper::initWithCoder(NSCoder& coder) {
 
 void UIStepper::setValue(double value) {
     value = std::clamp(finiteValue(value), minimum_, maximum_);
-    if (std::exchange(value_, value) != value)
-        setNeedsDisplay();
+    value_ = value;
+    updateLook();
 }
 
 void UIStepper::setMinimumValue(double minimum) {
     minimum_ = finiteValue(minimum);
     maximum_ = std::max(maximum_, minimum_);
-    setNeedsDisplay();
     setValue(value_);
 }
 
 void UIStepper::setMaximumValue(double maximum) {
     maximum_ = finiteValue(maximum);
     minimum_ = std::min(minimum_, maximum_);
-    setNeedsDisplay();
     setValue(value_);
 }
 
@@ -86,7 +85,7 @@ void UIStepper::setStepValue(double step) {
 
 void UIStepper::setWraps(bool wraps) {
     wraps_ = wraps;
-    setNeedsDisplay();
+    updateLook();
 }
 
 bool UIStepper::canStep(UIStepperHalf half) const {
@@ -155,8 +154,17 @@ std::pair<UIStepper*, UIStepperHalf> UIStepper::halfWithIdentifier(UIView& root,
 unsigned UIStepper::stateOf(UIStepperHalf half) const {
     if (!canStep(half))
         return UIControlStateDisabled;
-    const bool held = isHighlighted() && pressed_ == half && (fingerOnHalf_ || !isTracking());
+    const bool held = isHighlighted() && pressed_ == half && fingerOnHalf_;
     return held ? UIControlStateHighlighted : UIControlStateNormal;
+}
+
+UIStepper::Look UIStepper::look() const {
+    return {state(), stateOf(UIStepperHalf::decrement), stateOf(UIStepperHalf::increment)};
+}
+
+void UIStepper::updateLook() {
+    if (const Look now = look(); std::exchange(shownLook_, now) != now)
+        setNeedsDisplay();
 }
 
 // --- Touches ------------------------------------------------------------------------------------
@@ -164,6 +172,7 @@ unsigned UIStepper::stateOf(UIStepperHalf half) const {
 bool UIStepper::beginTracking(UITouch& touch) {
     pressed_ = halfNearest(touch.locationIn(*this));
     fingerOnHalf_ = true;
+    updateLook();
     repeats_ = 0;
     unsentChange_ = false;
     if (autorepeat_)
@@ -177,8 +186,8 @@ bool UIStepper::continueTracking(UITouch& touch) {
     const CGFloat outer = pressed_ == UIStepperHalf::decrement ? -kTrackingMargin : 0;
     const CGRect reach{near.minX() + outer, near.minY(), near.size.width + kTrackingMargin,
                        near.size.height};
-    if (std::exchange(fingerOnHalf_, reach.contains(point)) != fingerOnHalf_)
-        setNeedsDisplay();
+    fingerOnHalf_ = reach.contains(point);
+    updateLook();
     return true;
 }
 

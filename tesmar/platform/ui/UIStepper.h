@@ -87,11 +87,23 @@ class TESMAR_API UIStepper : public UIControl {
     bool continueTracking(UITouch& touch) override;
     void endTracking(UITouch& touch) override;
     void cancelTracking() override;
+    void stateChanged() override { updateLook(); }
 
   private:
     using Images = std::map<unsigned, Ref<UIImage>>;
 
+    // What the drawing depends on besides images and colours.
+    struct Look {
+        unsigned control; // bits of UIControlState
+        unsigned decrement;
+        unsigned increment;
+        bool operator==(const Look&) const = default;
+    };
+
     unsigned stateOf(UIStepperHalf half) const;
+    Look look() const;
+    // Every change of the state behind look() is followed by this.
+    void updateLook();
     void stepOnce(UIStepperHalf half);
     void repeatLater(double delay);
     void repeat();
@@ -115,6 +127,7 @@ class TESMAR_API UIStepper : public UIControl {
     Images backgroundImages_;
     Images dividerImages_; // under left state * 8 + right state
 
+    Look shownLook_{UIControlStateNormal, UIControlStateDisabled, UIControlStateNormal};
     UIStepperHalf pressed_ = UIStepperHalf::none; // where the finger landed
     bool fingerOnHalf_ = false;                   // the finger is still there
     int repeats_ = 0;                             // steps of the present touch by holding

@@ -30,9 +30,13 @@ Class& UISwitch::classObject() {
     return type;
 }
 
-UISwitch::UISwitch()
-    : position_(std::make_unique<Transition>(0, [this] { setNeedsDisplay(); })),
-      stretch_(std::make_unique<Transition>(0, [this] { setNeedsDisplay(); })) {
+UISwitch::UISwitch() {
+    const auto transition = [this] {
+        return std::make_unique<Transition>(
+            0, [this] { setNeedsDisplay(); }, [this] { return isOnScreen(); });
+    };
+    position_ = transition();
+    stretch_ = transition();
     setContentHuggingPriority(750, LayoutAxis::horizontal);
     setContentHuggingPriority(750, LayoutAxis::vertical);
 }
@@ -63,10 +67,7 @@ void UISwitch::setOnTintColor(const Ref<UIColor>& color) {
 
 void UISwitch::moveThumb(bool animated) {
     const double target = shownOn_ ? 1 : 0;
-    if (animated && window())
-        position_->moveTo(target, kSlide);
-    else
-        position_->jumpTo(target);
+    position_->moveTo(target, animated ? kSlide : 0);
 }
 
 bool UISwitch::beginTracking(UITouch&) {
@@ -108,10 +109,7 @@ void UISwitch::cancelTracking() {
 
 void UISwitch::stateChanged() {
     UIControl::stateChanged();
-    if (window())
-        stretch_->moveTo(isHighlighted() ? 1 : 0, kStretch);
-    else
-        stretch_->jumpTo(isHighlighted() ? 1 : 0);
+    stretch_->moveTo(isHighlighted() ? 1 : 0, kStretch);
 }
 
 void UISwitch::draw(CGRect) {

@@ -26,6 +26,7 @@ class LayoutEngine;
 class NSBundle;
 class UITouch;
 class UIWindow;
+struct PixelRect;
 
 // A width or height of an intrinsic size that means "no preference".
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
@@ -100,6 +101,10 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     virtual void setAccessibilityIdentifier(std::string identifier) {
         identifier_ = std::move(identifier);
     }
+
+    // Whether any part of what the view draws can be seen in its window: not hidden, clipped or
+    // covered. Motion that cannot be seen ends at once.
+    bool isOnScreen() const;
 
     // Marks all of the view, or `rect` (bounds coordinates) of it, to be painted in the next frame.
     void setNeedsDisplay();
@@ -232,10 +237,15 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGPoint originInSuperview() const { return frame_.origin + translation_; }
     CGPoint originOnSurface() const;
     CGRect drawnRect() const;
-    CGRect subtreeExtent() const;
+    CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
+    CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
     void damageSubtree();
     void damage(CGRect rect);
-    bool isCovered(const CGRect& surfaceRect) const;
+    // The part of a rectangle on the surface where this view can be seen, in whole pixels; empty
+    // when it is hidden, clipped, outside the surface or covered.
+    PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;
+    bool isCovered(const PixelRect& pixels, CGFloat scale) const;
+    bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
     void paintSelf(CGContext& context, CGPoint origin);
     void paintSubviews(CGContext& context, CGPoint origin);
 

@@ -48,6 +48,8 @@ class TESMAR_API UIViewController : public NSObject {
     virtual void viewDidLoad() {}
     // Called in this order, at most once per appearance; an interrupted appearance skips those not
     // yet reached.
+    // A full-screen controller that is presented above makes those below disappear and, when it is
+    // dismissed, appear again; a card does not.
     virtual void viewWillAppear(bool /*animated*/) {}
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}

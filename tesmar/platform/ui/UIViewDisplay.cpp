@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -34,8 +35,9 @@ bool isOpaque(const Ref<UIColor>& color) {
 } // namespace
 
 void UIView::setBackgroundColor(const Ref<UIColor>& color) {
-    backgroundColor_ = color;
-    setNeedsDisplay();
+    const auto before = std::exchange(backgroundColor_, color);
+    if (before != color && !(before && color && before->isEqual(color.get())))
+        setNeedsDisplay();
 }
 
 void UIView::setAlpha(double alpha) {
@@ -82,63 +84,87 @@ void UIView::setNeedsDisplayInRect(const CGRect& rect) {
 
 void UIView::draw(CGRect) {}
 
-CGRect UIView::subtreeExtent() const {
-    CGRect extent = drawnRect();
+// Where `rect` (bounds coordinates) is painted on the surface when the view's origin is at
+// `origin`: views paint from their origin rounded to a pixel.
+CGRect UIView::onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const {
+    return rect.offsetBy(snappedPoint(origin, scale) - boundsOrigin_);
+}
+
+CGRect UIView::subtreeExtent(CGPoint origin, CGFloat scale) const {
+    CGRect extent = onSurface(drawnRect(), origin, scale);
     if (!clipsToBounds_)
         for (const auto& view : subviews_)
             if (!view->hidden_)
-                extent = CGRectUnion(extent, view->subtreeExtent().offsetBy(
-                                                 view->originInSuperview() - view->boundsOrigin_));
+                extent = CGRectUnion(
+                    extent,
+                    view->subtreeExtent(origin - boundsOrigin_ + view->originInSuperview(), scale));
     return extent;
 }
 
-void UIView::damageSubtree() {
-    damage(subtreeExtent());
-}
-
-// Views paint from their origin rounded to a pixel, so damage is relative to the rounded origin
-// too.
-void UIView::damage(CGRect rect) {
-    assertMainThread("UIView::setNeedsDisplay");
-    UIWindow* const window = this->window();
-    if (!window || rect.isEmpty())
-        return;
-    const CGPoint origin = originOnSurface();
-    CGRect onSurface = rect.offsetBy(window->snapToPixels(origin) - boundsOrigin_);
-    CGPoint viewOrigin = origin;
+PixelRect UIView::visiblePixels(CGRect rect, const UIWindow& window) const {
+    CGPoint origin = originOnSurface();
     for (const UIView* view = this; view; view = view->superview_) {
         if (view->hidden_ || view->alpha_ <= 0)
-            return;
-        if (view->clipsToBounds_) {
-            const CGRect clip{window->snapToPixels(viewOrigin), view->frame_.size};
-            onSurface = CGRectIntersection(onSurface, clip);
-        }
+            return {};
+        if (view->clipsToBounds_)
+            rect =
+                CGRectIntersection(rect, {snappedPoint(origin, window.scale()), view->frame_.size});
         if (view->superview_)
-            viewOrigin = viewOrigin - view->originInSuperview() + view->superview_->boundsOrigin_;
+            origin = origin - view->originInSuperview() + view->superview_->boundsOrigin_;
     }
-    if (!onSurface.isEmpty() && !isCovered(onSurface))
-        window->damageSurface(onSurface);
+    const PixelRect pixels = rect.isEmpty() ? PixelRect{} : window.surfacePixels(rect);
+    return pixels.isEmpty() || isCovered(pixels, window.scale()) ? PixelRect{} : pixels;
 }
 
-// Whether an opaque view in front hides the whole rectangle.
-bool UIView::isCovered(const CGRect& surfaceRect) const {
+bool UIView::isOnScreen() const {
+    const UIWindow* const window = this->window();
+    return window &&
+           !visiblePixels(onSurface(drawnRect(), originOnSurface(), window->scale()), *window)
+                .isEmpty();
+}
+
+void UIView::damageSubtree() {
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = this->window())
+        window->damagePixels(
+            visiblePixels(subtreeExtent(originOnSurface(), window->scale()), *window));
+}
+
+void UIView::damage(CGRect rect) {
+    assertMainThread("UIView::setNeedsDisplay");
+    UIWindow* const window = rect.isEmpty() ? nullptr : this->window();
+    if (window)
+        window->damagePixels(
+            visiblePixels(onSurface(rect, originOnSurface(), window->scale()), *window));
+}
+
+// Whether an opaque view in front hides all of these pixels.
+bool UIView::isCovered(const PixelRect& pixels, CGFloat scale) const {
     for (const UIView* view = this; view->superview_; view = view->superview_) {
         const auto& siblings = view->superview_->subviews_;
         auto above = std::find_if(siblings.begin(), siblings.end(),
                                   [&](const auto& sibling) { return sibling.get() == view; });
-        for (++above; above != siblings.end(); ++above) {
-            const UIView& other = **above;
-            // A point less on each side, since frames are rounded to pixels when painted.
-            const CGRect solid =
-                CGRectInset(CGRect(other.originOnSurface(), other.frame_.size), 1, 1);
-            if (!other.hidden_ && other.alpha_ >= 1 && isOpaque(other.backgroundColor_) &&
-                solid.contains(surfaceRect))
+        for (++above; above != siblings.end(); ++above)
+            if ((*above)->covers(pixels, (*above)->originOnSurface(), scale))
                 return true;
-        }
         if (view->superview_->alpha_ < 1)
             return false;
     }
     return false;
+}
+
+// Looks only into views that contain all of the pixels, so most of a tree is passed over.
+bool UIView::covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const {
+    if (hidden_ || alpha_ < 1)
+        return false;
+    const PixelRect solid = snappedToPixels({origin, frame_.size}, scale);
+    if (intersection(solid, pixels) != pixels)
+        return false;
+    return isOpaque(backgroundColor_) ||
+           std::any_of(subviews_.begin(), subviews_.end(), [&](const auto& view) {
+               return view->covers(pixels, origin - boundsOrigin_ + view->originInSuperview(),
+                                   scale);
+           });
 }
 
 void UIView::paint(CGContext& context, CGPoint superOrigin) {
@@ -149,11 +175,8 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
         paintSelf(context, origin);
         return;
     }
-    // The layer is as small as the content allows, plus a pixel for rounding to pixels.
-    const SavedState saved(context);
-    const CGRect extent = subtreeExtent().offsetBy(origin - boundsOrigin_);
-    const CGFloat pixel = 1 / context.scale();
-    context.clipToPixels(pixelsTouchedBy(CGRectInset(extent, -pixel, -pixel), context.scale()));
+    const SavedState saved(context); // the layer is as small as the content allows
+    context.clipToPixels(pixelsTouchedBy(subtreeExtent(origin, context.scale()), context.scale()));
     context.beginTransparencyLayer(alpha_);
     paintSelf(context, origin);
     context.endTransparencyLayer();

@@ -7,7 +7,7 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
-#include "tesmar/platform/ui/internal/DamageRegion.h"
+#include "tesmar/platform/ui/internal/DamageHistory.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
 #include "tesmar/platform/ui/internal/near_control.h"
@@ -33,6 +33,13 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
     const CGFloat wanted = scale > 0 ? finite(scale, kSmallestScale, kLargestScale, 1) : 1;
     const CGFloat side = std::max({size.width, size.height, 1.0});
     return std::min(wanted, kLargestPixel / side);
+}
+
+// Whether the rows of a surface lie within `bytes` bytes.
+bool fits(const PixelRect& surface, int stride, std::size_t bytes) {
+    const long long row = 4LL * surface.width;
+    return !surface.isEmpty() && stride >= row && stride % 4 == 0 &&
+           bytes >= static_cast<std::size_t>((surface.height - 1LL) * stride + row);
 }
 
 // Makes `context` current while this exists.
@@ -82,7 +89,8 @@ Class& UIWindow::classObject() {
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
       touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
-      repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
+      history_(std::make_unique<DamageHistory>()), repainted_(std::make_unique<DamageRegion>()),
+      context_(std::make_unique<CGContext>()) {}
 
 // Views and controllers that are notified meanwhile must not find a window that is being destroyed.
 UIWindow::~UIWindow() {
@@ -111,6 +119,7 @@ void UIWindow::setSize(CGSize size) {
         return;
     setFrame({{}, size});
     setScale(scale_);
+    history_->clear(); // its rectangles are those of another surface
     invalidate();
     layoutSubviews();
 }
@@ -122,6 +131,7 @@ void UIWindow::setScale(CGFloat scale) {
         return;
     scale_ = scale;
     UIImage::setMainScreenScale(scale_);
+    history_->clear();
     invalidate();
 }
 
@@ -219,6 +229,10 @@ void UIWindow::cancelTouches(double time) {
     touches_->cancelAll(NSRunLoop::mainRunLoop().now());
 }
 
+void UIWindow::cancelTouchesIn(const UIView& view) {
+    touches_->cancelAll(NSRunLoop::mainRunLoop().now(), &view);
+}
+
 UIView* UIWindow::hitTest(CGPoint point) {
     UIView* const hit = UIView::hitTest(point);
     if (hit && isLeafControl(*hit))
@@ -240,20 +254,20 @@ CGSize UIWindow::pixelSize() const {
             std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
 }
 
-CGPoint UIWindow::snapToPixels(CGPoint point) const {
-    return snappedPoint(point, scale_);
-}
-
-void UIWindow::damageSurface(const CGRect& rect) {
+PixelRect UIWindow::surfacePixels(const CGRect& rect) const {
     const CGSize size = pixelSize();
     const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
-    damage_->add(intersection(pixelsTouchedBy(rect, scale_), surface));
+    return intersection(pixelsTouchedBy(rect, scale_), surface);
+}
+
+void UIWindow::damagePixels(const PixelRect& pixels) {
+    damage_->add(pixels);
 }
 
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
     damage_->clear();
-    damageSurface(bounds());
+    damagePixels(surfacePixels(bounds()));
 }
 
 bool UIWindow::needsRender() {
@@ -262,41 +276,52 @@ bool UIWindow::needsRender() {
     return !damage_->isEmpty();
 }
 
-std::span<const PixelRect> UIWindow::render(void* pixels, int stride) {
+std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int stride,
+                                            int bufferAge) {
     assertMainThread("UIWindow::render");
     const auto self = refTo(this);
     layoutIfNeeded();
-    const CGSize size = pixelSize();
-    auto context = context_ ? std::move(context_) : std::make_unique<CGContext>();
-    context->drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
-                      scale_);
+    const PixelRect surface = surfacePixels(bounds());
     DamageRegion painted;
-    if (!context->clipPixels().isEmpty()) {
+    if (fits(surface, stride, pixels.size_bytes())) {
         // Damage that is reported during painting belongs to the next frame.
-        std::swap(painted, *damage_);
+        DamageRegion changed;
+        std::swap(changed, *damage_);
+        if (const auto lacked = history_->lackedBy(bufferAge, changed))
+            painted = *lacked;
+        else
+            painted.add(surface);
         try {
-            paintRects(*context, painted.rects());
+            paintRects(pixels.data(), stride, painted.rects());
         } catch (...) {
-            for (const PixelRect& rect : painted.rects())
+            for (const PixelRect& rect : changed.rects())
                 damage_->add(rect);
             throw;
         }
+        history_->add(changed);
     }
-    context->finish();
-    context_ = std::move(context);
     *repainted_ = painted;
     return repainted_->rects();
 }
 
-void UIWindow::paintRects(CGContext& context, std::span<const PixelRect> rects) {
-    const CurrentContext current(context);
-    for (const PixelRect& rect : rects) {
-        context.saveGState();
-        context.clipToPixels(rect);
-        context.clearPixels(rect);
-        paint(context, {});
-        context.restoreGState();
+void UIWindow::paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects) {
+    const CGSize size = pixelSize();
+    auto owned = context_ ? std::move(context_) : std::make_unique<CGContext>();
+    CGContext& context = *owned;
+    context.drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
+                     scale_);
+    {
+        const CurrentContext current(context);
+        for (const PixelRect& rect : rects) {
+            context.saveGState();
+            context.clipToPixels(rect);
+            context.clearPixels(rect);
+            paint(context, {});
+            context.restoreGState();
+        }
     }
+    context.finish();
+    context_ = std::move(owned);
 }
 
 } // namespace tesmar

@@ -29,6 +29,7 @@
 
 namespace tesmar {
 
+class DamageHistory;
 class DamageRegion;
 class TouchDispatcher;
 
@@ -92,6 +93,9 @@ class TESMAR_API UIWindow : public UIView {
     // Cancels the touches of all fingers, for example when the host loses the focus.
     void cancelTouches(double time);
 
+    // The same for the touches on `view` and what is in it.
+    void cancelTouchesIn(const UIView& view);
+
     // --- Pixels ---------------------------------------------------------------------------------
 
     // Of the surface, in whole device pixels.
@@ -99,20 +103,26 @@ class TESMAR_API UIWindow : public UIView {
     // Whether any pixel of the surface is out of date. Lays out first.
     bool needsRender();
     // Repaints the pixels that are out of date in `pixels`: premultiplied ARGB32 in native byte
-    // order, of pixelSize(), with rows `stride` bytes apart (a multiple of 4), and with the content
-    // that the last call left. Returns the repainted rectangles, valid until the next call; empty
-    // when there were none. When `pixels` is null, `stride` is shorter than a row, or a view's
-    // drawing throws, the same pixels remain out of date.
-    std::span<const PixelRect> render(void* pixels, int stride);
+    // order, of pixelSize(), with rows `stride` bytes apart (a multiple of 4). `bufferAge` counts
+    // the frames since these pixels were painted, as EGL_BUFFER_AGE_EXT does: 1 for those of the
+    // last frame (a host with one buffer), 2 or 3 when buffers take turns. 0, a negative age, and
+    // one of more than 4 mean that the content is unknown, and everything is painted. Returns the
+    // repainted rectangles, valid until the next call; empty when there were none.
+    //
+    // Paints nothing, and the same pixels remain out of date, when `pixels` is shorter than the
+    // rows, or `stride` is shorter than a row; the pixels also remain out of date when a view's
+    // drawing throws. Nothing outside the rows is written.
+    std::span<const PixelRect> render(std::span<std::uint32_t> pixels, int stride,
+                                      int bufferAge = 1);
     // Marks every pixel as out of date, for example when the host's buffer is new or was lost.
     void invalidate();
 
     // --- For views ------------------------------------------------------------------------------
 
-    // Marks the pixels that `rect` (window coordinates) covers, even partly, as out of date.
-    void damageSurface(const CGRect& rect);
-    // The nearest point on the grid of device pixels.
-    CGPoint snapToPixels(CGPoint point) const;
+    // The pixels of the surface that `rect` (window coordinates) covers, even partly.
+    PixelRect surfacePixels(const CGRect& rect) const;
+    // Marks these pixels of the surface as out of date.
+    void damagePixels(const PixelRect& pixels);
     // Includes controls that take touches around their bounds.
     UIView* hitTest(CGPoint point) override;
     void layoutSubviews() override;
@@ -121,7 +131,7 @@ class TESMAR_API UIWindow : public UIView {
     bool subviewsAreLayoutRoots() const override { return true; }
 
   private:
-    void paintRects(CGContext& context, std::span<const PixelRect> rects);
+    void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
     UIEdgeInsets safeArea_;
@@ -131,6 +141,7 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;
     std::unique_ptr<DamageRegion> damage_;
+    std::unique_ptr<DamageHistory> history_;
     std::unique_ptr<DamageRegion> repainted_; // by the last render()
     // Reused from frame to frame for its memory; null while a frame is painted.
     std::unique_ptr<CGContext> context_;

@@ -1,5 +1,6 @@
 #include "fixture.h"
 
+#include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UILabel.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
@@ -36,6 +37,12 @@ TEST_F(DamageTest, IsExact) {
     const auto a = box(CGRect(10, 10, 20, 20)), b = box(CGRect(200, 300, 20, 20));
     const auto cover = box(CGRect(40, 0, 100, 100));
     cover->setHidden(true);
+    const auto stepper = add<UIStepper>({0, 200, 94, 29});
+    stepper->setValue(4);
+    const auto above = make<UIViewController>();
+    above->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    above->view()->setBackgroundColor(UIColor::colorWithWhite(0.5, 1));
+    const Rects all{{0, 0, 300, 400}};
     damage();
     const struct {
         std::function<void()> change;
@@ -53,6 +60,13 @@ TEST_F(DamageTest, IsExact) {
         {[&] { a->setNeedsDisplay(); }, {}}, // covered
         {[&] { cover->setAlpha(0.5); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
+        {[&] { a->setBackgroundColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}}, // as before
+        {[&] { stepper->setValue(5); }, {}},                                     // looks the same
+        {[&] { stepper->setValue(0); }, {{0, 200, 94, 29}}},
+        {[&] { host.window()->presentViewController(above, false); }, all},
+        {[&] { a->setNeedsDisplay(), cover->setHidden(true), cover->setHidden(false); }, {}},
+        {[&] { stepper->setValue(4); }, {}}, // at the edge of the surface
+        {[&] { above->dismissViewControllerAnimated(false); }, all},
         {[&] { a->setHidden(true); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(nullptr); }, {}}, // hidden
         {[&] { box(CGRect(0, 380, 20, 20)), box(CGRect(20, 380, 20, 20)); }, {{0, 380, 40, 20}}},
@@ -78,15 +92,64 @@ TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
     }
 }
 
-// Painting only the damage gives the same pixels as painting everything.
+// Hosts whose 1 to 5 buffers take turns, in any order, and which show frames without a change or
+// leave them out. No pixel beyond the rows is written.
+TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        std::mt19937 random(seed);
+        const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
+        UIWindow& window = *host.window();
+        CGSize size;
+        std::size_t stride = 0;
+        std::vector<Ref<UIView>> boxes;
+        for (int i = 0; i < 3; ++i)
+            boxes.push_back(box(CGRect(20 * i, 20 * i, 20, 20)));
+        struct Buffer {
+            std::vector<std::uint32_t> words;
+            int shown = -1; // in which frame; none
+        };
+        std::vector<Buffer> buffers(1 + seed % 5);
+        for (int frame = 0; frame < 40; ++frame) {
+            for (int i = below(3); i > 0; --i)
+                boxes[random() % 3]->setFrame(CGRect(below(120), below(80), 20, 20));
+            if (below(12) == 0)
+                host.resize(CGSize(60 + below(60), 50 + below(50)), 1 + below(2));
+            if (std::exchange(size, window.pixelSize()) != window.pixelSize())
+                buffers.assign(buffers.size(), {});
+            stride = static_cast<std::size_t>(size.width) + 3;
+            const std::size_t rows = stride * static_cast<std::size_t>(size.height);
+            Buffer& buffer = buffers[random() % buffers.size()];
+            buffer.words.resize(rows + 50, 0xABCD);
+            const int age = buffer.shown < 0 ? -below(2) : frame - buffer.shown;
+            const auto paint = [&](Buffer& b, int old) {
+                return window.render({b.words.data(), rows}, static_cast<int>(stride * 4), old);
+            };
+            const bool changed = window.needsRender();
+            EXPECT_TRUE(window.render({buffer.words.data(), rows - 4}, int(stride * 4)).empty());
+            ASSERT_EQ(window.needsRender(), changed); // too short: refused
+            paint(buffer, age);
+            if (below(2) == 0 && !changed && age == 1)
+                --frame; // not shown
+            buffer.shown = frame;
+            Buffer whole{std::vector<std::uint32_t>(rows + 50, 0xABCD)};
+            paint(whole, 0);
+            ASSERT_EQ(std::ranges::count(whole.words, 0xABCDu), 3 * size.height + 50);
+            ASSERT_TRUE(buffer.words == whole.words) << seed << ", frame " << frame << ", " << age;
+        }
+    }
+}
+
+// After every change, painting only the damage gives the same pixels as painting everything.
 TEST_F(DamageTest, IncrementalPaintingEqualsAFullRepaint) {
     static const Class* const kinds[] = {&UIStepper::classObject(), &UISwitch::classObject(),
-                                         &UILabel::classObject(), &UIView::classObject()};
+                                         &UILabel::classObject(), &UIView::classObject(),
+                                         &UIButton::classObject()};
     for (int round = 0; round < 48; ++round) {
         HeadlessHost incremental({160, 120}, std::array{1.0, 1.5, 2.0, 3.0}[round % 4]);
         std::mt19937 random(static_cast<unsigned>(round));
         std::uniform_real_distribution<> unit;
         const auto part = [&](double most) { return most * unit(random); };
+        const auto chance = [&] { return random() % 2 == 0; };
         const auto point = [&](double most) { return CGPoint{part(most), part(most)}; };
         const auto rect = [&] {
             return CGRect{point(140) - CGPoint{20, 20}, CGSize{part(70), part(50)}};
@@ -97,34 +160,59 @@ TEST_F(DamageTest, IncrementalPaintingEqualsAFullRepaint) {
         scroll->setContentSize({300, 300});
         root.addSubview(scroll);
         std::vector<Ref<UIView>> views;
-        for (unsigned i = 0; i < 10; ++i) {
-            const auto view = views.emplace_back(as<UIView>(kinds[i % 4]->alloc()));
+        for (unsigned i = 0; i < 12; ++i) {
+            const auto view = views.emplace_back(as<UIView>(kinds[i % 5]->alloc()));
             view->initWithFrame(rect());
             if (const auto label = as<UILabel>(view))
                 label->setText("Wavy text");
-            else if (i % 4 == 3)
+            else if (const auto button = as<UIButton>(view))
+                button->setTitle("off", 0), button->setTitle("on", UIControlStateHighlighted);
+            else if (i % 5 == 3)
                 view->setBackgroundColor(UIColor::colorWithWhite(part(1), i > 5 ? 1 : part(1)));
             (i % 3 == 0 ? root : i % 3 == 1 ? *scroll : *views[i - 1]).addSubview(view);
         }
-        incremental.render();
-        for (int i = 0; i < 40; ++i) {
-            const auto& view = views[random() % views.size()];
+        for (int i = 0; i < 60; ++i) {
+            const auto view = views[random() % views.size()];
+            const auto control = as<UIControl>(view);
+            const auto stepper = as<UIStepper>(view);
+            const auto toggle = as<UISwitch>(view);
+            const auto near = [&] {
+                return view->convertPointTo(view->bounds().center(), nullptr) + point(40) -
+                       CGPoint{20, 20};
+            };
             const std::function<void()> changes[] = {
                 [&] { view->setFrame(rect()); },
                 [&] { view->setAlpha(part(1.3)); },
                 [&] { view->setHidden(!view->isHidden()); },
                 [&] { view->setTranslation(point(9)); },
                 [&] { view->setClipsToBounds(!view->clipsToBounds()); },
-                [&] { scroll->setContentOffset(point(200), false); },
-                [&] { incremental.tap(point(150)); },
+                [&] { control ? control->setEnabled(chance()) : void(); },
+                [&] { control ? control->setSelected(chance()) : void(); },
+                [&] { control ? control->setHighlighted(chance()) : void(); },
+                [&] { stepper ? stepper->setValue(part(120)) : void(); },
+                [&] { stepper ? stepper->setMaximumValue(part(100)) : void(); },
+                [&] { stepper ? stepper->setWraps(chance()) : void(); },
+                [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
+                [&] { scroll->setContentOffset(point(200), chance()); },
+                [&] {
+                    scroll->setContentSize({part(400), part(400)});
+                },
+                [&] { scroll->setShowsVerticalScrollIndicator(chance()); },
+                [&] { scroll->setShowsHorizontalScrollIndicator(chance()); },
+                [&] { incremental.touch(UITouchPhase::began, near()); },
+                [&] { incremental.touch(UITouchPhase::moved, near()); },
+                [&] { incremental.touch(UITouchPhase::ended, near()); },
+                [&] { incremental.tap(near()); },
                 [&] { incremental.advance(part(0.1)); }};
-            changes[random() % std::size(changes)]();
+            const std::size_t change = random() % std::size(changes);
+            changes[change]();
             incremental.render();
+            const auto painted = incremental.pixels();
+            incremental.window()->invalidate();
+            incremental.render();
+            ASSERT_TRUE(painted == incremental.pixels())
+                << "round " << round << ", step " << i << ", change " << change;
         }
-        const auto painted = incremental.pixels();
-        incremental.window()->invalidate();
-        incremental.render();
-        ASSERT_TRUE(painted == incremental.pixels()) << "round " << round;
     }
 }
 

@@ -1,5 +1,7 @@
 #include "fixture.h"
 
+#include "tesmar/platform/ui/UIButton.h"
+
 #include <functional>
 
 namespace tesmar {
@@ -30,6 +32,8 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
     const auto show = [&](const auto& c) { window.presentViewController(c, true, done); };
     const auto dismiss = [&](const auto& c) { c->dismissViewControllerAnimated(true, done); };
     const auto wait = [&](double seconds) { host.advance(seconds); };
+    const auto full = make<Controller>();
+    full->name = "f.", full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     const auto reduce = [] { setMotionSetting(MotionSetting::reduced); };
     const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] { show(a); }, "a.load a.will "},
@@ -48,11 +52,36 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         {[&] { EXPECT_EQ(b->presentingViewController(), a); }, ""},
         // The controller that the root presents, and all above it.
         {[&] { dismiss(window.rootViewController()); }, "b.willnot b.gone a.willnot a.gone done "},
+        {[&] { show(a), show(b); }, "a.will a.did done b.will b.did done "}, // a card above a card
+        {[&] { setMotionSetting(MotionSetting::full), show(full); },
+         "f.load a.willnot b.willnot f.will "},
+        {[&] { wait(1); }, "f.did a.gone b.gone done "},
+        {[&] { dismiss(full); }, "f.willnot a.will b.will "},
+        {[&] { wait(1); }, "a.did b.did f.gone done "},
+        {[&] { show(full), wait(0.1); }, "a.willnot b.willnot f.will "},
+        {[&] { dismiss(full); }, "f.willnot a.will b.will "},
+        {[&] { wait(1); }, "a.did b.did f.gone done "},
+        {[&] { reduce(), show(full); }, "a.willnot b.willnot f.will f.did a.gone b.gone done "},
+        {[&] { dismiss(a); }, "f.willnot a.will a.did f.gone done "}, // b, which `a` presents
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         steps[i].first();
         EXPECT_EQ(std::exchange(Controller::log, {}), steps[i].second) << "step " << i;
     }
+}
+
+TEST_F(UITest, LeavingCardsTakeNoTouches) {
+    const auto c = make<Controller>();
+    const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));
+    button->addTarget(listener, Selector("cancelled"), UIControlEventTouchCancel);
+    c->view()->addSubview(button);
+    host.window()->setOutsideTap(OutsideTap::dismisses);
+    host.window()->presentViewController(c, false);
+    const CGPoint finger = button->convertPointTo({50, 50}, nullptr);
+    EXPECT_TRUE(host.touch(UITouchPhase::began, finger, 1));
+    c->dismissViewControllerAnimated(true);
+    EXPECT_EQ(listener->take(), "cancelled ");
+    EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
 TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {

@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/UISwitch.h"
 #include "tesmar/platform/ui/internal/ScrollMotion.h"
 
 namespace tesmar {
@@ -112,6 +113,52 @@ TEST_F(ScrollTest, KeepsContentInTheView) {
     host.drag({100, 250}, {0, -100}, 0.1);
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
     EXPECT_EQ(listener->take(), "down up ");
+}
+
+TEST_F(ScrollTest, WhatCannotBeSeenAsksForNoFrames) {
+    const auto cover = makeWith<UIView>(&UIView::initWithFrame, CGRect(0, 0, 250, 350));
+    const auto toggle = makeWith<UISwitch>(&UIView::initWithFrame, CGRect(20, 20, 51, 31));
+    cover->setBackgroundColor(UIColor::whiteColor());
+    button->addSubview(toggle);
+    const std::function<void()> changes[] = {
+        [&] { scroll->setHidden(true); }, [&] { root().setAlpha(0); },
+        [&] {
+            scroll->setFrame({0, 900, 200, 300});
+        },
+        [&] { root().addSubview(cover); }, [&] { setMotionSetting(MotionSetting::reduced); }};
+    for (const auto& change : changes) {
+        scroll->setHidden(false), root().setAlpha(1), cover->removeFromSuperview();
+        scroll->setFrame({0, 0, 200, 300}), setMotionSetting(MotionSetting::full);
+        scroll->setContentOffset({0, 0}, false), toggle->setOn(false);
+        scroll->setContentOffset({0, 5}, true), toggle->setOn(true, true);
+        host.advance(0.05);
+        change();
+        host.advance(0.02); // one frame
+        EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
+        scroll->setContentOffset({0, 10}, true), toggle->setOn(false, true);
+        EXPECT_EQ(offset(), 10);
+        EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
+    }
+}
+
+TEST_F(ScrollTest, IndicatorsDamageOnlyTheirPlaces) {
+    scroll->setContentSize({200, 1000});
+    const auto drag = [&] {
+        host.touch(P::began, {100, 200});
+        host.touch(P::moved, {100, 150});
+        host.advance(1);
+        host.touch(P::ended, {100, 150}); // after a rest: no glide
+        host.render();
+        host.advance(0.1);
+        const auto rects = host.render();
+        return std::vector<PixelRect>(rects.begin(), rects.end());
+    };
+    const auto bar = drag();
+    ASSERT_EQ(bar.size(), 1u);
+    EXPECT_TRUE(bar[0].x == 196 && bar[0].width == 4) << bar[0].x << "," << bar[0].width;
+    scroll->setShowsVerticalScrollIndicator(false);
+    EXPECT_EQ(drag().size(), 0u);
+    EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
 }
 
 TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {

@@ -76,7 +76,7 @@ std::span<const PixelRect> HeadlessHost::render() {
     // The window may have been resized directly, or by a resize() that threw.
     if (window_->pixelSize() != CGSize{static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)})
         allocate();
-    return window_->render(pixels_.data(), width_ * 4);
+    return window_->render(pixels_, width_ * 4);
 }
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {

@@ -67,11 +67,52 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     }
 }
 
+// Down to the next one that fills the window: that one hid those below it before.
+std::vector<PresentationStack::Shared>
+PresentationStack::hiddenBy(const Shared& presentation) const {
+    const auto fills = [](const Shared& p) {
+        return p->controller->modalPresentationStyle() == UIModalPresentationStyle::fullScreen;
+    };
+    auto first = std::find(stack_.begin(), stack_.end(), presentation);
+    if (first == stack_.end() || !fills(presentation))
+        return {};
+    std::vector<Shared> hidden;
+    while (first != stack_.begin()) {
+        hidden.insert(hidden.begin(), *--first);
+        if (fills(*first))
+            break;
+    }
+    return hidden;
+}
+
+void PresentationStack::cover(const Shared& presentation) {
+    for (const auto& below : hiddenBy(presentation)) {
+        if (presentation->stage != Stage::appearing)
+            return;
+        const bool isShown = below->stage == Stage::appearing || below->stage == Stage::shown;
+        if (!isShown || below->cover != Cover::none)
+            continue;
+        below->cover = Cover::covering;
+        below->controller->viewWillDisappear(presentation->animated);
+    }
+}
+
+void PresentationStack::covered(const Shared& presentation) {
+    for (const auto& below : hiddenBy(presentation))
+        if (presentation->stage == Stage::shown && below->cover == Cover::covering) {
+            below->cover = Cover::covered;
+            below->controller->viewDidDisappear(presentation->animated);
+        }
+}
+
 // Every callback may dismiss the presentation.
 void PresentationStack::appear(const Shared& presentation) {
     const auto controller = presentation->controller;
     const bool animated = presentation->animated;
     const auto view = controller->view();
+    if (presentation->stage != Stage::appearing)
+        return;
+    cover(presentation);
     if (presentation->stage != Stage::appearing)
         return;
     controller->viewWillAppear(animated);
@@ -104,7 +145,9 @@ void PresentationStack::appeared(const Shared& presentation) {
         return;
     presentation->stage = Stage::shown;
     const auto completion = std::exchange(presentation->completion, {});
-    presentation->controller->viewDidAppear(presentation->animated);
+    if (presentation->cover == Cover::none)
+        presentation->controller->viewDidAppear(presentation->animated);
+    covered(presentation);
     if (completion)
         completion();
 }
@@ -117,6 +160,11 @@ void PresentationStack::dismiss(const UIViewController& controller, bool animate
     if (!target || target->stage == Stage::dismissing)
         return;
     const auto window = refTo(&window_);
+    for (auto p = stack_.rbegin(); p != stack_.rend(); ++p) {
+        (*p)->leaves = true;
+        if (*p == target)
+            break;
+    }
     // First those above, without animation.
     while (!stack_.empty() && stack_.back() != target) {
         const auto above = stack_.back();
@@ -136,8 +184,18 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
     presentation->animated = animated;
     presentation->completion = std::move(completion);
     // Continues even if callbacks throw. Without an animation, the dismissal ends at once.
+    if (presentation->container)
+        presentation->container->setUserInteractionEnabled(false);
     FirstException all;
-    all.run([&] { presentation->controller->viewWillDisappear(animated); });
+    if (presentation->container)
+        all.run([&] { window_.cancelTouchesIn(*presentation->container); });
+    if (presentation->cover == Cover::none)
+        all.run([&] { presentation->controller->viewWillDisappear(animated); });
+    for (const auto& below : hiddenBy(presentation))
+        if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
+            below->cover = Cover::none;
+            all.run([&] { below->controller->viewWillAppear(animated); });
+        }
     all.run([&] { slideOut(presentation, animated); });
     if (presentation->stage == Stage::dismissing && !presentation->progress->isMoving())
         all.run([&] { finishDismissal(presentation); });
@@ -161,9 +219,14 @@ void PresentationStack::finishDismissal(const Shared& presentation) {
     const auto window = refTo(&window_);
     const auto controller = presentation->controller;
     const auto completion = std::exchange(presentation->completion, {});
+    const auto hidden = hiddenBy(presentation);
     FirstException all;
     all.run([&] { remove(presentation); });
-    all.run([&] { controller->viewDidDisappear(presentation->animated); });
+    for (const auto& below : hidden)
+        if (below->stage == Stage::shown && below->cover == Cover::none && !below->leaves)
+            all.run([&] { below->controller->viewDidAppear(presentation->animated); });
+    if (presentation->cover != Cover::covered)
+        all.run([&] { controller->viewDidDisappear(presentation->animated); });
     if (completion)
         all.run(completion);
     all.rethrow();

@@ -39,11 +39,16 @@ class PresentationStack {
 
   private:
     enum class Stage { appearing, shown, dismissing, removed };
+    // Whether a full-screen controller above hides this one, as far as the controller has been
+    // told.
+    enum class Cover { none, covering, covered };
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
         Ref<UIView> container;
         Stage stage = Stage::appearing;
+        Cover cover = Cover::none;
+        bool leaves = false; // is dismissed together with what is above it
         bool animated = false;
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
@@ -54,6 +59,10 @@ class PresentationStack {
     Shared find(const UIViewController& controller) const;
     void layOut(const Shared& presentation);
     void showProgress(Presentation& presentation);
+    // Those below that `presentation`, if it fills the window, hides; bottom to top.
+    std::vector<Shared> hiddenBy(const Shared& presentation) const;
+    void cover(const Shared& presentation);
+    void covered(const Shared& presentation);
     void appear(const Shared& presentation);
     void appeared(const Shared& presentation);
     void startDismissal(const Shared& presentation, bool animated,

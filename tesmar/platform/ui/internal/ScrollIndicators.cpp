@@ -17,15 +17,22 @@ constexpr double kFade = 0.4; // seconds
 
 } // namespace
 
+ScrollIndicators::ScrollIndicators(UIScrollView& view)
+    : view_(view), alpha_(
+                       0, [this] { damage(); }, [this] { return canBeSeen(); }) {}
+
 void ScrollIndicators::show() {
     alpha_.jumpTo(1);
 }
 
 void ScrollIndicators::fade() {
-    if (view_.window())
-        alpha_.moveTo(0, kFade);
-    else
-        alpha_.jumpTo(0);
+    alpha_.moveTo(0, kFade);
+}
+
+bool ScrollIndicators::canBeSeen() const {
+    const bool none =
+        rect(LayoutAxis::vertical).isEmpty() && rect(LayoutAxis::horizontal).isEmpty();
+    return !none && view_.isOnScreen();
 }
 
 // Empty when the axis has no indicator or nothing to scroll to.
@@ -57,9 +64,15 @@ void ScrollIndicators::draw() const {
             context->fillRoundedRect(context->snapped(bar), kThickness / 2);
 }
 
+void ScrollIndicators::setNeedsDisplay() {
+    if (alpha_.value() > 0)
+        damage();
+}
+
 void ScrollIndicators::damage() {
     for (const auto axis : {LayoutAxis::vertical, LayoutAxis::horizontal})
-        view_.setNeedsDisplayInRect(CGRectInset(rect(axis), -1, -1));
+        if (const CGRect bar = rect(axis); !bar.isEmpty())
+            view_.setNeedsDisplayInRect(CGRectInset(bar, -1, -1));
 }
 
 } // namespace tesmar

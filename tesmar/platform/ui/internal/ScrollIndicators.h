@@ -13,16 +13,20 @@ class UIScrollView;
 class ScrollIndicators {
   public:
     // `view` owns this.
-    explicit ScrollIndicators(UIScrollView& view) : view_(view), alpha_(0, [this] { damage(); }) {}
+    explicit ScrollIndicators(UIScrollView& view);
 
     void show();
-    // At once when the view is in no window.
+    // At once when no indicator can be seen.
     void fade();
+    // Marks the indicators that are shown to be painted: before and after any change of what places
+    // them.
+    void setNeedsDisplay();
     // Into the current context, in the view's bounds coordinates.
     void draw() const;
 
   private:
     CGRect rect(LayoutAxis axis) const;
+    bool canBeSeen() const;
     void damage();
 
     UIScrollView& view_;

@@ -65,7 +65,7 @@ CGPoint ScrollTracking::clampedOffset(CGPoint offset) const {
 void ScrollTracking::setOffset(CGPoint offset, bool animated) {
     offset = {finiteCoordinate(offset.x), finiteCoordinate(offset.y)};
     updateRange();
-    if (animated && view_.window() && motionSetting() == MotionSetting::full) {
+    if (animated) {
         const double now = NSRunLoop::mainRunLoop().now();
         x_.moveTo(offset.x, now);
         y_.moveTo(offset.y, now);
@@ -172,7 +172,7 @@ void ScrollTracking::glideFrom(CGPoint velocity, double time) {
     const double now = std::max(time, NSRunLoop::mainRunLoop().now());
     x_.endDrag(lock_ == AxisLock::vertical ? 0 : velocity.x, now);
     y_.endDrag(lock_ == AxisLock::horizontal ? 0 : velocity.y, now);
-    if (view_.window() && (x_.isMoving() || y_.isMoving()))
+    if (x_.isMoving() || y_.isMoving())
         startGliding();
 }
 
@@ -244,11 +244,20 @@ void ScrollTracking::settle() {
         view_.indicators_->fade();
 }
 
+bool ScrollTracking::mayGlide() const {
+    return motionSetting() == MotionSetting::full && view_.isOnScreen();
+}
+
+void ScrollTracking::land() {
+    const CGPoint rest = clampedOffset({x_.destination(), y_.destination()});
+    x_.jumpTo(rest.x);
+    y_.jumpTo(rest.y);
+}
+
 void ScrollTracking::startGliding() {
-    if (motionSetting() == MotionSetting::reduced) {
-        const CGPoint rest = clampedOffset({x_.offset(), y_.offset()});
-        x_.jumpTo(rest.x);
-        y_.jumpTo(rest.y);
+    if (!mayGlide()) {
+        land();
+        stopGliding();
         applyOffset();
         return;
     }
@@ -268,6 +277,8 @@ void ScrollTracking::stopGliding() {
 void ScrollTracking::glideStep(double now) {
     const auto self = refTo(&view_);
     updateRange();
+    if (!mayGlide())
+        land();
     const bool xMoves = x_.step(now);
     const bool yMoves = y_.step(now);
     const bool moving = xMoves || yMoves;

@@ -75,7 +75,9 @@ class ScrollTracking {
     void finishDrag(CGPoint velocity, double time);
     void glideFrom(CGPoint velocity, double time);
     void endWheelBurst();
+    bool mayGlide() const;
     void startGliding();
+    void land();
     void stopGliding();
     void glideStep(double now);
 

@@ -67,7 +67,8 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
     UIView* const hit = window_.hitTest(point);
     if (!hit && window_.outsideTap() == OutsideTap::ignored)
         return false;
-    if (!hit && !window_.presentedViewController())
+    const auto top = window_.presentedViewController();
+    if (!hit && (!top || top->isBeingDismissed()))
         return false;
 
     const auto finger =
@@ -222,12 +223,14 @@ void TouchDispatcher::cancel(const Shared& finger, double time) {
         ScrollTracking::of(*scroll).settle();
 }
 
-void TouchDispatcher::cancelAll(double time) {
+void TouchDispatcher::cancelAll(double time, const UIView* inside) {
     const auto fingers = fingers_;
     FirstException all;
-    for (const auto& finger : fingers)
-        if (finger->stage != Stage::gone)
+    for (const auto& finger : fingers) {
+        const auto view = as<UIView>(finger->view.lock());
+        if (finger->stage != Stage::gone && (!inside || (view && view->isDescendantOf(inside))))
             all.run([&] { cancel(finger, time); });
+    }
     all.rethrow();
 }
 

@@ -9,6 +9,7 @@
 
 namespace tesmar {
 
+class UIView;
 class UIWindow;
 
 class TouchDispatcher {
@@ -22,7 +23,8 @@ class TouchDispatcher {
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
     bool cancelled(std::int64_t id, double time);
-    void cancelAll(double time);
+    // With `inside`, only the fingers on that view and what is in it.
+    void cancelAll(double time, const UIView* inside = nullptr);
 
   private:
     enum class Stage {

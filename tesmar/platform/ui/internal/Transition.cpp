@@ -17,8 +17,13 @@ double easeOut(double progress) {
 
 } // namespace
 
-Transition::Transition(double value, std::function<void()> onChange)
-    : value_(value), from_(value), target_(value), onChange_(std::move(onChange)) {}
+Transition::Transition(double value, std::function<void()> onChange, std::function<bool()> isSeen)
+    : value_(value), from_(value), target_(value), onChange_(std::move(onChange)),
+      isSeen_(std::move(isSeen)) {}
+
+bool Transition::mayMove() const {
+    return motionSetting() == MotionSetting::full && (!isSeen_ || isSeen_());
+}
 
 void Transition::jumpTo(double value) {
     frames_.stop();
@@ -29,8 +34,7 @@ void Transition::jumpTo(double value) {
 }
 
 void Transition::moveTo(double target, double seconds, std::function<void()> onArrival) {
-    const bool moves =
-        motionSetting() == MotionSetting::full && target != value_ && seconds > 0 && startFrames();
+    const bool moves = target != value_ && seconds > 0 && mayMove() && startFrames();
     if (!moves) {
         jumpTo(target);
         if (onArrival)
@@ -54,8 +58,7 @@ bool Transition::startFrames() {
 }
 
 void Transition::step(double now) {
-    const double progress =
-        motionSetting() == MotionSetting::reduced ? 1 : finite((now - start_) / seconds_, 0, 1, 1);
+    const double progress = mayMove() ? finite((now - start_) / seconds_, 0, 1, 1) : 1;
     value_ = progress >= 1 ? target_ : from_ + (target_ - from_) * easeOut(progress);
     if (progress < 1) {
         onChange_();

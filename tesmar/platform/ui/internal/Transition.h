@@ -7,12 +7,13 @@
 
 namespace tesmar {
 
-// Moves along an ease-out curve; costs nothing while at rest. With reduced motion every move ends
-// at once. `onChange` is called after every change of the value, `onArrival` once when a move ends
-// that was not replaced by another; either may start another move or destroy the transition.
+// Moves along an ease-out curve; costs nothing while at rest. With reduced motion, or while
+// `isSeen` returns false, every move ends at once. `onChange` is called after every change of the
+// value, `onArrival` once when a move ends that was not replaced by another; either may start
+// another move or destroy the transition.
 class Transition {
   public:
-    Transition(double value, std::function<void()> onChange);
+    Transition(double value, std::function<void()> onChange, std::function<bool()> isSeen = {});
     Transition(const Transition&) = delete;
     Transition& operator=(const Transition&) = delete;
 
@@ -26,6 +27,7 @@ class Transition {
     void moveTo(double target, double seconds, std::function<void()> onArrival = {});
 
   private:
+    bool mayMove() const;
     bool startFrames();
     void step(double now);
 
@@ -35,6 +37,7 @@ class Transition {
     double start_ = 0;
     double seconds_ = 0;
     std::function<void()> onChange_;
+    std::function<bool()> isSeen_;
     std::function<void()> onArrival_;
     FrameTask frames_;
 };

@@ -132,7 +132,7 @@ void SDLScreen::drawPicture(const std::function<void(const SDLHost::Picture&)>& 
 }
 
 void SDLScreen::drawWindow(UIWindow& window) {
-    for (const PixelRect& rect : window.render(pixels_.data(), size_.width * 4))
+    for (const PixelRect& rect : window.render(pixels_, size_.width * 4))
         upload(rect);
 }
 
