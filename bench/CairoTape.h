@@ -1,5 +1,5 @@
-// Records the cairo calls of a frame and replays them without the library. The time of the replay
-// is the lower limit for a frame with the same calls.
+// Records the cairo calls of a frame and replays them without the library. A frame with the same
+// calls cannot take less time than the replay.
 //
 // CairoTape.cpp defines functions with the names of cairo's own, which the dynamic linker prefers.
 // Calls on one thread only.

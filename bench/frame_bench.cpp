@@ -1,5 +1,5 @@
-// The time of a frame of the panel beside that of its cairo calls alone: for a whole frame, and for
-// what a tap on a swatch and a step of the font size repaint.
+// Compares the time of a frame of the panel with that of its cairo calls alone: for a full repaint,
+// a tap on a swatch and a step of the font size.
 #include "CairoTape.h"
 
 #include "tesmar/platform/graphics/CGContext.h"

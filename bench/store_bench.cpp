@@ -37,9 +37,10 @@ enum class Flush { no, yes };
 
 template <Flush flush>
 void save(benchmark::State& state) {
-    const auto directory =
-        std::filesystem::temp_directory_path() / ("tesmar-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directories(directory);
+    std::string name = std::filesystem::temp_directory_path() / "tesmar-bench-XXXXXX";
+    if (!mkdtemp(name.data()))
+        return state.SkipWithError("no temporary directory");
+    const std::filesystem::path directory = name;
     const auto defaults = NSUserDefaults::standardUserDefaults();
     defaults->setPreferencesPath((directory / "preferences.plist").string());
     const auto data = NSData::dataWithBytes(NSKeyedArchiver::archivedDataWithRootObject(style()));

@@ -1,4 +1,5 @@
 # How everything is built. Warnings are errors only where our own CI asks for it.
+include_guard(GLOBAL)
 include(GNUInstallDirs)
 find_package(PkgConfig REQUIRED)
 
@@ -13,10 +14,12 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
-set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+if(PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+  if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+  endif()
 endif()
 
 if(TESMAR_SANITIZE)
@@ -34,6 +37,17 @@ endif()
 get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 
 include(${CMAKE_CURRENT_LIST_DIR}/layers.cmake)
+
+# The library runs in other people's processes, on bytes from outside.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection TESMAR_HAS_CET)
+function(tesmar_hardening target)
+  if(NOT TESMAR_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fstack-protector-strong $<$<BOOL:${TESMAR_HAS_CET}>:-fcf-protection>
+      $<$<NOT:$<CONFIG:Debug,>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>) # needs optimisation
+  endif()
+endfunction()
 
 function(tesmar_warnings target)
   # g++ 12's -Wrestrict sees overlaps in any std::string that is put together (GCC bug 105651).

@@ -13,7 +13,8 @@ add_library(tesmar::tesmar ALIAS tesmar)
 # Uses the shared library; linking its own archive would bring the layers in twice.
 add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
 target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
-set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
+set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl
+                      INSTALL_RPATH "$ORIGIN") # where the core library is installed
 add_library(tesmar::sdl ALIAS tesmar_sdl)
 
 set(shipped tesmar tesmar_sdl)
@@ -30,7 +31,9 @@ foreach(library ${shipped})
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  # nodelete: libraries below keep pointers into this one, so it stays in memory once it is loaded.
   target_link_options(${library} PRIVATE
+    LINKER:-z,relro,-z,now,-z,nodelete
     LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
   set_target_properties(${library} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   if(NOT TESMAR_SANITIZE) # whose run-time functions come with the program
@@ -52,7 +55,7 @@ install(EXPORT tesmar NAMESPACE tesmar:: FILE TESMARConfig.cmake DESTINATION ${c
 write_basic_package_version_file(TESMARConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TESMARConfigVersion.cmake DESTINATION ${config_directory})
 
-# The installed tree can be moved: its root is told from where the .pc file lies.
+# The installed tree can be moved: its root is relative to the .pc file.
 file(RELATIVE_PATH path_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 foreach(library ${shipped})
   string(REPLACE _ - name ${library})

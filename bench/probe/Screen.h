@@ -1,4 +1,5 @@
-// A host as the probe uses it: headless or with a desktop window. Points and seconds.
+// The interface to the host that the probe measures: headless or with a desktop window. Lengths are
+// in points, times in seconds.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"

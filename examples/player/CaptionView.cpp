@@ -8,11 +8,11 @@ namespace {
 
 // Points; the largest size that the panel offers for most fonts.
 constexpr CGFloat kLargestSize = 30;
-// Captions are written for two lines; in a narrow picture they need a third.
+// Lines: captions are written for two; in a narrow picture they need a third.
 constexpr int kLines = 2;
 constexpr int kLinesWhenNarrow = 3;
 constexpr CGFloat kNarrow = 400; // points
-// Of the height: in a small window the panel needs most of it.
+// The largest part of the height for captions: in a small window the panel needs the rest.
 constexpr CGFloat kLargestShare = 0.25;
 // Points; script fonts draw outside their line boxes.
 constexpr CGFloat kOverflow = 24;

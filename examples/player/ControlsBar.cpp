@@ -35,10 +35,10 @@ std::string minutesAndSeconds(double seconds) {
 } // namespace
 
 Class& ControlsBar::classObject() {
-    static Class type("ControlsBar", &UIView::classObject(), allocator<ControlsBar>(),
-                      {method<&ControlsBar::playTapped>("playTapped"),
-                       method<&ControlsBar::seeked>("seeked"),
-                       method<&ControlsBar::captionsTapped>("captionsTapped")});
+    static Class& type = *new Class("ControlsBar", &UIView::classObject(), allocator<ControlsBar>(),
+                                    {method<&ControlsBar::playTapped>("playTapped"),
+                                     method<&ControlsBar::seeked>("seeked"),
+                                     method<&ControlsBar::captionsTapped>("captionsTapped")});
     return type;
 }
 

@@ -17,9 +17,7 @@ Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     if (options.autoHide)
         panel_->setAutoHideInterval(*options.autoHide);
     panel_->setRememberChangedStyle(remembersStyle_);
-    // The panel owns its delegate, and this player owns the panel: an owning pointer would be a
-    // cycle.
-    panel_->setDelegate({std::shared_ptr<void>(), this});
+    panel_->setDelegate(borrowed_.delegate());
 
     buildViews();
     captions_->setStyle(style_);
@@ -29,7 +27,6 @@ Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
 }
 
 Player::~Player() {
-    panel_->setDelegate(nullptr);
     for (const Ref<UIView>& view :
          {Ref<UIView>(captions_), Ref<UIView>(controls_), Ref<UIView>(message_)})
         view->removeFromSuperview();

@@ -25,7 +25,7 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     void togglePanel();
     void togglePause();
     void seekBy(double seconds);
-    // A tap beside all controls closes an open panel, or else pauses or resumes.
+    // A tap outside all controls. Closes an open panel, or else pauses or resumes the video.
     void tapOnPicture();
 
     // True from the call that opens the panel to the one that closes it.
@@ -50,4 +50,6 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     tesmar::Ref<ControlsBar> controls_ = tesmar::make<ControlsBar>();
     tesmar::Ref<tesmar::UILabel> message_ = tesmar::make<tesmar::UILabel>();
     tesmar::Ref<tesmar::TESMARViewController> panel_ = tesmar::make<tesmar::TESMARViewController>();
+    // This player owns the panel, which must not own it in turn.
+    const tesmar::TESMARBorrowedDelegate borrowed_{*this};
 };

@@ -31,7 +31,7 @@ void check(int status, const char* what) {
         throw std::runtime_error(std::string(what) + ": " + mpv_error_string(status));
 }
 
-// Seconds before the end at which there is still a frame.
+// Seconds before the end, where a seek still finds a frame.
 constexpr double kLastFrameMargin = 0.2;
 
 // The engine names formats by the order of bytes in memory.
@@ -39,12 +39,23 @@ constexpr const char* kPixelFormat = std::endian::native == std::endian::little 
 
 // The engine's own messages for these errors are vague. Empty when the path can be read or is a
 // URL.
-std::string readError(const std::string& path) {
+std::string readError(std::string path) {
+    if (path.starts_with("file://"))
+        path.erase(0, std::strlen("file://"));
     if (path.find("://") != std::string::npos)
         return "";
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored))
+    switch (std::filesystem::status(path, ignored).type()) {
+    case std::filesystem::file_type::directory:
         return "it is a directory";
+    case std::filesystem::file_type::fifo:
+    case std::filesystem::file_type::socket:
+    case std::filesystem::file_type::block:
+    case std::filesystem::file_type::character:
+        return "it is a pipe or a device, not a video file"; // opening one may wait for ever
+    default:
+        break;
+    }
     return access(path.c_str(), R_OK) == 0 ? "" : std::strerror(errno);
 }
 
@@ -237,7 +248,7 @@ bool Video::showMoment(double seconds, double timeout) {
     engine_->seekIsDone = engine_->frameIsNew = false;
     seekTo(std::min(seconds, std::max(0.0, state_.duration - kLastFrameMargin)));
     const auto frameIsThere = [&] {
-        // The engine continues only after each frame is taken, also one that is never drawn.
+        // The engine waits until each frame is taken, even one that is never drawn.
         if (mpv_render_context_update(engine_->render) & MPV_RENDER_UPDATE_FRAME) {
             render(nullptr, 0, 0, 0, Rendering::skipped);
             engine_->frameIsNew = true;

@@ -48,7 +48,7 @@ std::optional<CGSize> parseSize(const std::string& text) {
     return width && height ? std::optional(CGSize{*width, *height}) : std::nullopt;
 }
 
-// The option's value, converted by `parse`, which returns nothing for one that does not fit; unset
+// The option's value, converted by `parse`, which returns std::nullopt for an invalid value. Unset
 // when the option is not given.
 template <class Parse>
 auto valueOf(const cxxopts::ParseResult& given, const std::string& name, const char* range,

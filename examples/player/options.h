@@ -26,8 +26,7 @@ class UsageError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// `argv` begins with the program's name. Returns nothing when the user asks for help. Throws
-// UsageError.
+// `argv` begins with the program's name. Returns std::nullopt for --help. Throws UsageError.
 std::optional<Options> parseOptions(int argc, const char* const* argv);
 
 // What --help prints.

@@ -4,8 +4,10 @@
 
 namespace tesmar {
 
+// No value is ever destroyed, so that destructors of static objects can still read it.
+
 const std::vector<std::string>& CCConstants::CCFontsNameList() {
-    static const std::vector<std::string> names{
+    static const auto& names = *new const std::vector<std::string>{
         UIFont::systemFontOfSize(12)->familyName(),
         "HelveticaNeue",
         "Courier",
@@ -19,7 +21,7 @@ const std::vector<std::string>& CCConstants::CCFontsNameList() {
 }
 
 const std::map<std::string, std::vector<CGFloat>, std::less<>>& CCConstants::CCFontsSizesDict() {
-    static const std::map<std::string, std::vector<CGFloat>, std::less<>> sizes{
+    static const auto& sizes = *new const std::map<std::string, std::vector<CGFloat>, std::less<>>{
         // The letters of a script face are small, so it gets larger sizes.
         {"SavoyeLetPlain", {25, 28, 30, 35, 40, 45}},
         {std::string(CCFontDefaultSizesKey()), {15, 18, 20, 23, 26, 30}},
@@ -28,17 +30,17 @@ const std::map<std::string, std::vector<CGFloat>, std::less<>>& CCConstants::CCF
 }
 
 const Ref<NSDictionary>& CCConstants::CCDefaultStyleAttributes() {
-    static const Ref<NSDictionary> style = NSDictionary::dictionaryWithEntries({
+    static const auto& style = *new const Ref<NSDictionary>(NSDictionary::dictionaryWithEntries({
         {std::string(NSForegroundColorAttributeName), UIColor::whiteColor()},
         {std::string(NSBackgroundColorAttributeName),
          UIColor::blackColor()->colorWithAlphaComponent(0.5)},
         {std::string(NSFontAttributeName), UIFont::systemFontOfSize(17)},
-    });
+    }));
     return style;
 }
 
 const std::vector<Ref<UIColor>>& CCConstants::paletteColors() {
-    static const std::vector<Ref<UIColor>> colors{
+    static const auto& colors = *new const std::vector<Ref<UIColor>>{
         UIColor::magentaColor(), UIColor::cyanColor(), UIColor::whiteColor(), UIColor::blackColor(),
         UIColor::yellowColor(),  UIColor::redColor(),  UIColor::blueColor(),  UIColor::greenColor(),
     };
@@ -46,7 +48,8 @@ const std::vector<Ref<UIColor>>& CCConstants::paletteColors() {
 }
 
 const Ref<UIFont>& CCConstants::font() {
-    static const Ref<UIFont> font = UIFont::fontWithName("HelveticaNeue-Medium", 12);
+    static const auto& font =
+        *new const Ref<UIFont>(UIFont::fontWithName("HelveticaNeue-Medium", 12));
     return font;
 }
 

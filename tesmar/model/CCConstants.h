@@ -1,7 +1,7 @@
 // Every fixed value of the caption style: the default, the palette, the offered fonts and sizes,
 // and all texts of the panel.
 //
-// Each value is built once, on first use, and never changes. Any thread.
+// Each value is built once, on first use, and never changes or is destroyed. Any thread.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"

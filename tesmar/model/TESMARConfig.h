@@ -8,6 +8,8 @@
 
 #include "tesmar/platform/foundation/NSDictionary.h"
 
+#include <string>
+
 namespace tesmar {
 
 class TESMAR_API TESMARConfig : public NSObject {
@@ -19,11 +21,15 @@ class TESMAR_API TESMARConfig : public NSObject {
     // values may have other types.
     static Ref<NSDictionary> sessionClosedCaptureStyle();
 
-    // Stores the style, or removes the stored one when `attributes` is null. Values without a
-    // coding are left out. A style too large to be read back is not stored; the previous one
-    // remains. A failed flush is not reported: the preferences keep the value in memory, and the
-    // next save tries again.
+    // Stores the style, or removes the stored one when `attributes` is null, and flushes the
+    // preferences in every case. Values without a coding are left out. A style too large to be
+    // archived (see NSKeyedArchiver) is not stored; the previous one remains. If the flush fails,
+    // the preferences keep the value in memory, and the next save tries again. Both are reported by
+    // a diagnostic, and by saveFailure().
     static void saveSessionClosedCaptureStyle(const Ref<NSDictionary>& attributes);
+    // Why the last save of this process, on whichever thread, did not put its style on the disk: a
+    // text for developers. Empty if it did, or if there was none.
+    static std::string saveFailure();
 
     // The stored style, or else CCConstants::CCDefaultStyleAttributes() itself, which is shared.
     // Never null.

@@ -2,6 +2,7 @@
 
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
+#include "tesmar/panel/internal/ObjectDelegate.h"
 #include "tesmar/panel/registration.h"
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
@@ -22,17 +23,17 @@ constexpr double kOpaqueSteps = 10;
 
 Class& TESMARViewController::classObject() {
     using Panel = TESMARViewController;
-    static Class type(
+    static Class& type = *new Class(
         "TESMARViewController", &UIViewController::classObject(), allocator<Panel>(),
         {method<&Panel::viewBackgroundColor>("viewBackgroundColor"),
          method<&Panel::autoHideInterval>("autoHideInterval"),
          method<&Panel::setAutoHideInterval>("setAutoHideInterval:"),
          method<&Panel::rememberChangedStyle>("rememberChangedStyle"),
          method<&Panel::setRememberChangedStyle>("setRememberChangedStyle:"),
-         method<&Panel::delegate>("delegate"),
-         method<&Panel::setDelegate>("setDelegate:"),
+         method<&Panel::delegateObject>("delegate"),
+         method<&Panel::setDelegateObject>("setDelegate:"),
          method<&Panel::CCStyleAttributes>("CCStyleAttributes"),
-         method<&Panel::setCCStyleAttributes>("setCCStyleAttributes:"),
+         method<&Panel::setStyleObject>("setCCStyleAttributes:"),
          method<&Panel::setCCEnabled>("setCCEnabled:"),
          method<&Panel::loadView>("loadView"),
          method<&Panel::viewWillAppear>("viewWillAppear:"),
@@ -91,6 +92,22 @@ void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& 
     const auto replaced = std::exchange(delegate_, Ref<TESMARViewControllerDelegate>(delegate));
 }
 
+Ref<NSObject> TESMARViewController::delegateObject() const {
+    const auto current = delegate();
+    const auto adapter = std::dynamic_pointer_cast<ObjectDelegate>(current);
+    return adapter ? adapter->object() : std::dynamic_pointer_cast<NSObject>(current);
+}
+
+void TESMARViewController::setDelegateObject(const Ref<NSObject>& object) {
+    auto adopted = std::dynamic_pointer_cast<TESMARViewControllerDelegate>(object);
+    if (object && !adopted) {
+        if (!ObjectDelegate::fits(*object))
+            runtime::valueMismatch("a delegate of the panel", object);
+        adopted = std::make_shared<ObjectDelegate>(object);
+    }
+    setDelegate(adopted);
+}
+
 // --- The style and the controls -----------------------------------------------------------------
 
 void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) {
@@ -99,16 +116,28 @@ void TESMARViewController::setCCStyleAttributes(const Ref<NSMutableDictionary>& 
         fatalError("TESMARViewController: CCStyleAttributes cannot be null");
     // A copy, since `attributes` may be a reference to the member itself.
     const auto replaced = std::exchange(styleAttributes_, Ref<NSMutableDictionary>(attributes));
-    showColor(NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
-    showColor(NSBackgroundColorAttributeName, *backgroundColorPicker_,
+    const auto style = editedStyle();
+    showColor(*style, NSForegroundColorAttributeName, *textColorPicker_, *textColorOpacityStepper_);
+    showColor(*style, NSBackgroundColorAttributeName, *backgroundColorPicker_,
               *backgroundColorOpacityStepper_);
-    fontPicker_->setSelectedFont(as<UIFont>(styleAttributes_->objectForKey(NSFontAttributeName)));
+    fontPicker_->setSelectedFont(as<UIFont>(style->objectForKey(NSFontAttributeName)));
+}
+
+void TESMARViewController::setStyleObject(NSMutableDictionary& attributes) {
+    setCCStyleAttributes(refTo(&attributes));
+}
+
+Ref<NSMutableDictionary> TESMARViewController::editedStyle() const {
+    auto style = CCStyleAttributes();
+    if (!style)
+        fatalError("TESMARViewController: CCStyleAttributes cannot be null");
+    return style;
 }
 
 // The picker shows the opaque colour, the stepper its alpha.
-void TESMARViewController::showColor(std::string_view key, ColorPicker& picker,
-                                     UIStepper& stepper) {
-    const auto color = as<UIColor>(styleAttributes_->objectForKey(key));
+void TESMARViewController::showColor(const NSDictionary& style, std::string_view key,
+                                     ColorPicker& picker, UIStepper& stepper) {
+    const auto color = as<UIColor>(style.objectForKey(key));
     picker.setSelectedColor(color ? color->colorWithAlphaComponent(1) : nullptr);
     stepper.setValue(color ? CGColorGetAlpha(*color) * kOpaqueSteps : kOpaqueSteps);
 }
@@ -126,10 +155,10 @@ void TESMARViewController::colorChanged(std::string_view key, const ColorPicker&
                                         const UIStepper& stepper) {
     const auto self = refTo(this); // the pending dismissal may be the only owner
     if (const auto color = picker.selectedColor())
-        styleAttributes_->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
-                                    key);
+        editedStyle()->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
+                                 key);
     else
-        styleAttributes_->removeObjectForKey(key);
+        editedStyle()->removeObjectForKey(key);
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
 }
@@ -137,9 +166,9 @@ void TESMARViewController::colorChanged(std::string_view key, const ColorPicker&
 void TESMARViewController::fontChanged() {
     const auto self = refTo(this);
     if (const auto font = fontPicker_->selectedFont())
-        styleAttributes_->setObject(font, NSFontAttributeName);
+        editedStyle()->setObject(font, NSFontAttributeName);
     else
-        styleAttributes_->removeObjectForKey(NSFontAttributeName);
+        editedStyle()->removeObjectForKey(NSFontAttributeName);
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
 }
@@ -153,11 +182,16 @@ void TESMARViewController::resetButtonTap() {
 
 void TESMARViewController::didUpdateClosedCaptureStyle() {
     const auto self = refTo(this);
-    if (rememberChangedStyle_)
-        TESMARConfig::saveSessionClosedCaptureStyle(styleAttributes_);
-    // Copies, since the delegate may replace itself and the dictionary.
-    if (const auto delegate = delegate_)
-        delegate->CCStyleAttributesChanged(Ref<NSDictionary>(styleAttributes_));
+    if (rememberChangedStyle())
+        saveStyle();
+    if (const auto listener = delegate())
+        listener->CCStyleAttributesChanged(editedStyle());
+}
+
+void TESMARViewController::saveStyle() {
+    saveFailure_ = "exception"; // in case one ends the save
+    TESMARConfig::saveSessionClosedCaptureStyle(editedStyle());
+    saveFailure_ = TESMARConfig::saveFailure();
 }
 
 // --- The captions switch ------------------------------------------------------------------------
@@ -171,8 +205,8 @@ void TESMARViewController::CCSwitchValueDidChange(UISwitch& sender) {
     const auto self = refTo(this);
     printLine(sender.isOn() ? "Switch ON" : "Switch OFF");
     resetAutoHideTimer();
-    if (const auto delegate = delegate_)
-        delegate->CCSwitchValueChanged(sender.isOn());
+    if (const auto listener = delegate())
+        listener->CCSwitchValueChanged(sender.isOn());
 }
 
 // --- View life cycle ----------------------------------------------------------------------------
@@ -197,8 +231,8 @@ void TESMARViewController::viewDidAppear(bool animated) {
 
 void TESMARViewController::viewWillDisappear(bool animated) {
     UIViewController::viewWillDisappear(animated);
-    if (const auto delegate = delegate_)
-        delegate->CCViewControllerWillDisappear();
+    if (const auto listener = delegate())
+        listener->CCViewControllerWillDisappear();
 }
 
 void TESMARViewController::didReceiveMemoryWarning() {
@@ -211,8 +245,9 @@ void TESMARViewController::resetAutoHideTimer() {
     const auto self = refTo(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.cancelPreviousPerformRequests(*this);
-    if (autoHideInterval_ > 0) // false for NaN
-        loop.performSelectorAfterDelay(self, Selector("selfDismiss"), nullptr, autoHideInterval_);
+    const double interval = autoHideInterval();
+    if (interval > 0) // false for NaN
+        loop.performSelectorAfterDelay(self, Selector("selfDismiss"), nullptr, interval);
 }
 
 void TESMARViewController::selfDismiss() {

@@ -32,6 +32,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     bool initWithCoder(NSCoder& coder) override;
 
     // --- For the host ---------------------------------------------------------------------------
+    // The panel itself goes through the accessors that can be overridden.
 
     // The colour of the root view: always clear. The presentation card behind it makes the panel
     // legible.
@@ -39,24 +40,30 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
 
     // Seconds from the last interaction until the panel dismisses itself; initially -1. Zero, a
     // negative value or NaN: never. A new interval applies from the next interaction.
-    double autoHideInterval() const { return autoHideInterval_; }
-    void setAutoHideInterval(double interval);
+    virtual double autoHideInterval() const { return autoHideInterval_; }
+    virtual void setAutoHideInterval(double interval);
 
     // Whether every change that the viewer makes is saved (see TESMARConfig); initially false.
-    bool rememberChangedStyle() const { return rememberChangedStyle_; }
-    void setRememberChangedStyle(bool remember);
+    virtual bool rememberChangedStyle() const { return rememberChangedStyle_; }
+    virtual void setRememberChangedStyle(bool remember);
+
+    // Why the last change was not saved, a text for developers; empty if it was, and before the
+    // first save. A delegate may ask while it is notified of the change. The next save tries again.
+    const std::string& saveFailure() const { return saveFailure_; }
 
     // Owned by the panel, initially null. A delegate that owns the panel makes a cycle, which
-    // setting null breaks. The message "delegate" returns nothing unless it is also an NSObject.
-    const Ref<TESMARViewControllerDelegate>& delegate() const { return delegate_; }
-    void setDelegate(const Ref<TESMARViewControllerDelegate>& delegate);
+    // setting null breaks; a TESMARBorrowedDelegate avoids it. The message "setDelegate:" also
+    // takes any NSObject that publishes the delegate's three selectors. The message "delegate"
+    // returns nothing unless the delegate is an NSObject.
+    virtual Ref<TESMARViewControllerDelegate> delegate() const { return delegate_; }
+    virtual void setDelegate(const Ref<TESMARViewControllerDelegate>& delegate);
 
     // The style being edited; initially empty, never null (setting null is a fatal error). Each
     // appearance of the panel replaces it by the saved style, or else the default. Setting it
     // updates the controls and does not notify the delegate; modifying the dictionary in place does
     // neither. A value of the wrong type is treated as missing, and left in the dictionary.
-    const Ref<NSMutableDictionary>& CCStyleAttributes() const { return styleAttributes_; }
-    void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes);
+    virtual Ref<NSMutableDictionary> CCStyleAttributes() const { return styleAttributes_; }
+    virtual void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes);
 
     // Sets the captions switch, without animation. Does not notify the delegate.
     virtual void setCCEnabled(bool enabled);
@@ -87,9 +94,18 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void scrollViewDidEndDragging(UIScrollView& scrollView, bool willDecelerate) override;
 
   private:
-    void showColor(std::string_view key, ColorPicker& picker, UIStepper& stepper);
+    // The message "setCCStyleAttributes:", which null does not fit.
+    void setStyleObject(NSMutableDictionary& attributes);
+    // The style of the accessor, which must not be null.
+    Ref<NSMutableDictionary> editedStyle() const;
+    // What the object runtime sees of the delegate.
+    Ref<NSObject> delegateObject() const;
+    void setDelegateObject(const Ref<NSObject>& object);
+    void showColor(const NSDictionary& style, std::string_view key, ColorPicker& picker,
+                   UIStepper& stepper);
     void colorChanged(std::string_view key, const ColorPicker& picker, const UIStepper& stepper);
     void didUpdateClosedCaptureStyle();
+    void saveStyle();
     void resetAutoHideTimer();
     Ref<UIView> createScrollView();
     void wire(UIControl& control, unsigned events, std::string_view action);
@@ -97,6 +113,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
     double autoHideInterval_ = -1;
     bool rememberChangedStyle_ = false;
+    std::string saveFailure_;
     Ref<TESMARViewControllerDelegate> delegate_;
     Ref<NSMutableDictionary> styleAttributes_ = make<NSMutableDictionary>();
 

@@ -1,4 +1,6 @@
 // Notifications from the panel to the host.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"
@@ -18,6 +20,34 @@ class TESMAR_API TESMARViewControllerDelegate {
     virtual void CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) = 0;
     // The panel is about to be dismissed: by the host, the viewer or the auto-hide timer.
     virtual void CCViewControllerWillDisappear() = 0;
+};
+
+// Lends a delegate that the panel must not own: the object that owns the panel, for example, or one
+// on the stack.
+//
+//     class Player : TESMARViewControllerDelegate {
+//         Player() { panel_->setDelegate(borrowed_.delegate()); }
+//         Ref<TESMARViewController> panel_ = make<TESMARViewController>();
+//         TESMARBorrowedDelegate borrowed_{*this};
+//     };
+//
+// The loan ends with this object: later calls of a panel have no effect. It must therefore be
+// destroyed before the lent delegate is, as a member of it is. Main thread only.
+class TESMAR_API TESMARBorrowedDelegate {
+  public:
+    // `lent` is not owned.
+    explicit TESMARBorrowedDelegate(TESMARViewControllerDelegate& lent);
+    ~TESMARBorrowedDelegate();
+    TESMARBorrowedDelegate(const TESMARBorrowedDelegate&) = delete;
+    TESMARBorrowedDelegate& operator=(const TESMARBorrowedDelegate&) = delete;
+
+    // What any number of panels may own: it passes their calls on while the loan lasts. Never null.
+    Ref<TESMARViewControllerDelegate> delegate() const;
+
+  private:
+    class Forwarder;
+
+    const Ref<Forwarder> forwarder_;
 };
 
 } // namespace tesmar

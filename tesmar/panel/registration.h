@@ -1,3 +1,4 @@
+// Registration of the library's classes, for hosts that look them up by name.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"

@@ -8,17 +8,18 @@
 namespace tesmar {
 
 Class& ColorPicker::classObject() {
-    static Class type("ColorPicker", &UIControl::classObject(), allocator<ColorPicker>(),
-                      {method<&ColorPicker::selectedColor>("selectedColor"),
-                       method<&ColorPicker::setSelectedColor>("setSelectedColor:"),
-                       method<&ColorPicker::colorButtons>("colorButtons"),
-                       method<&ColorPicker::setColorButtons>("setColorButtons:"),
-                       method<&ColorPicker::titleLabel>("titleLabel"),
-                       method<&ColorPicker::setTitleLabel>("setTitleLabel:"),
-                       method<&ColorPicker::initWithTitle>("initWithTitle:"),
-                       method<&ColorPicker::initWithCoder>("initWithCoder:"),
-                       method<&ColorPicker::colorButtonTouched>("colorButtonTouched:"),
-                       method<&ColorPicker::initWithFrame>("initWithFrame:")});
+    static Class& type =
+        *new Class("ColorPicker", &UIControl::classObject(), allocator<ColorPicker>(),
+                   {method<&ColorPicker::selectedColor>("selectedColor"),
+                    method<&ColorPicker::setSelectedColor>("setSelectedColor:"),
+                    method<&ColorPicker::colorButtons>("colorButtons"),
+                    method<&ColorPicker::setColorButtons>("setColorButtons:"),
+                    method<&ColorPicker::titleLabel>("titleLabel"),
+                    method<&ColorPicker::setTitleLabel>("setTitleLabel:"),
+                    method<&ColorPicker::initWithTitle>("initWithTitle:"),
+                    method<&ColorPicker::initWithCoder>("initWithCoder:"),
+                    method<&ColorPicker::colorButtonTouched>("colorButtonTouched:"),
+                    method<&ColorPicker::initWithFrame>("initWithFrame:")});
     return type;
 }
 
@@ -30,7 +31,7 @@ bool ColorPicker::initWithTitle(std::string_view title) {
     if (!UIControl::initWithFrame({}))
         return false;
     setupView();
-    titleLabel_->setText(std::string(title));
+    titleLabel()->setText(std::string(title));
     return true;
 }
 
@@ -48,8 +49,8 @@ bool ColorPicker::initWithFrame(CGRect) {
 void ColorPicker::setupView() {
     const auto& palette = CCConstants::paletteColors();
     const CGFloat width = colorButtonSize_ * static_cast<CGFloat>(palette.size());
-    titleLabel_->setFrame({0, 0, width, titleLabelHeight_});
-    addSubview(titleLabel_);
+    titleLabel()->setFrame({0, 0, width, titleLabelHeight_});
+    addSubview(titleLabel());
 
     CGFloat x = 0;
     for (const auto& color : palette) {
@@ -57,7 +58,9 @@ void ColorPicker::setupView() {
             &ColorPickerButton::initWithFrame,
             CGRect(x, titleLabelHeight_ + verticalSpacing_, colorButtonSize_, colorButtonSize_));
         button->setColor(color);
-        colorButtons_.push_back(button);
+        auto buttons = colorButtons();
+        buttons.push_back(button);
+        setColorButtons(std::move(buttons));
         button->addTarget(refTo(this), Selector("colorButtonTouched:"),
                           UIControlEventTouchUpInside);
         addSubview(button);
@@ -77,15 +80,24 @@ void ColorPicker::setSelectedColor(const Ref<UIColor>& color) {
 }
 
 void ColorPicker::updateSelection() {
-    for (const auto& button : colorButtons_) {
-        if (!button || !button->color())
+    const auto buttons = colorButtons(); // a copy: selecting a swatch may replace the list
+    for (const auto& button : buttons) {
+        const Ref<UIColor> color = button ? button->color() : nullptr;
+        if (!color)
             fatalError("a swatch of a ColorPicker has no colour");
-        button->setSelected(button->color()->isEqual(selectedColor_.get()));
+        const Ref<UIColor> selected = selectedColor();
+        button->setSelected(color->isEqual(selected.get()));
     }
 }
 
 void ColorPicker::setColorButtons(std::vector<Ref<ColorPickerButton>> buttons) {
-    colorButtons_ = std::move(buttons);
+    colorButtons_.swap(buttons);
+}
+
+void ColorPicker::setTitleLabel(const Ref<UILabel>& label) {
+    if (!label)
+        fatalError("ColorPicker: titleLabel cannot be null");
+    titleLabel_ = label;
 }
 
 void ColorPicker::colorButtonTouched(ColorPickerButton& button) {
@@ -94,9 +106,13 @@ void ColorPicker::colorButtonTouched(ColorPickerButton& button) {
 }
 
 void ColorPicker::setAccessibilityIdentifier(std::string identifier) {
-    titleLabel_->setAccessibilityIdentifier(identifier + ".title");
-    for (std::size_t i = 0; i < colorButtons_.size(); ++i)
-        colorButtons_[i]->setAccessibilityIdentifier(identifier + "." + std::to_string(i));
+    titleLabel()->setAccessibilityIdentifier(identifier + ".title");
+    std::size_t i = 0;
+    for (const auto& button : std::vector(colorButtons())) {
+        if (button)
+            button->setAccessibilityIdentifier(identifier + "." + std::to_string(i));
+        ++i;
+    }
     UIControl::setAccessibilityIdentifier(std::move(identifier));
 }
 

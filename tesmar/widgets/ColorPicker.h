@@ -1,5 +1,8 @@
 // A title above one row of swatches, one for each colour of the palette. A tap on a swatch selects
-// its colour and sends UIControlEventValueChanged. Setting selectedColor sends no event.
+// its colour and sends UIControlEventValueChanged. Setting selectedColor sends no event. The picker
+// itself goes through its accessors, which can be overridden.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UILabel.h"
@@ -30,12 +33,14 @@ class TESMAR_API ColorPicker : public UIControl {
 
     // In palette order. Setting the list neither adds the swatches as subviews nor connects their
     // actions. A swatch in it that is null or has no colour is a fatal error at the next selection.
+    // A list that is set while swatches are being selected counts from the next selection on.
     virtual const std::vector<Ref<ColorPickerButton>>& colorButtons() const {
         return colorButtons_;
     }
     virtual void setColorButtons(std::vector<Ref<ColorPickerButton>> buttons);
+    // Never null; setting null is a fatal error. Setting a label does not add it as a subview.
     virtual const Ref<UILabel>& titleLabel() const { return titleLabel_; }
-    virtual void setTitleLabel(const Ref<UILabel>& label) { titleLabel_ = label; }
+    virtual void setTitleLabel(const Ref<UILabel>& label);
 
     // The action of every swatch: selects its colour and sends UIControlEventValueChanged.
     virtual void colorButtonTouched(ColorPickerButton& button);

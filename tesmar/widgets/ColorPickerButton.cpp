@@ -16,14 +16,15 @@ constexpr CGFloat kSelectionWhite = 0.831;
 } // namespace
 
 Class& ColorPickerButton::classObject() {
-    static Class type("ColorPickerButton", &UIButton::classObject(), allocator<ColorPickerButton>(),
-                      {method<&ColorPickerButton::color>("color"),
-                       method<&ColorPickerButton::setColor>("setColor:"),
-                       method<&ColorPickerButton::isSelected>("isSelected"),
-                       method<&ColorPickerButton::setSelected>("setSelected:"),
-                       method<&ColorPickerButton::draw>("drawRect:"),
-                       method<&ColorPickerButton::initWithFrame>("initWithFrame:"),
-                       method<&ColorPickerButton::initWithCoder>("initWithCoder:")});
+    static Class& type =
+        *new Class("ColorPickerButton", &UIButton::classObject(), allocator<ColorPickerButton>(),
+                   {method<&ColorPickerButton::color>("color"),
+                    method<&ColorPickerButton::setColor>("setColor:"),
+                    method<&ColorPickerButton::isSelected>("isSelected"),
+                    method<&ColorPickerButton::setSelected>("setSelected:"),
+                    method<&ColorPickerButton::draw>("drawRect:"),
+                    method<&ColorPickerButton::initWithFrame>("initWithFrame:"),
+                    method<&ColorPickerButton::initWithCoder>("initWithCoder:")});
     return type;
 }
 
@@ -55,8 +56,8 @@ void ColorPickerButton::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)
         return;
-    static const auto selection = UIColor::colorWithWhite(kSelectionWhite, 1);
-    static const auto pressed = UIColor::colorWithWhite(0, 0.25);
+    static const auto& selection = *new const auto(UIColor::colorWithWhite(kSelectionWhite, 1));
+    static const auto& pressed = *new const auto(UIColor::colorWithWhite(0, 0.25));
     if (isSelected()) {
         CGContextSetFillColorWithColor(*context, *selection);
         CGContextFillEllipseInRect(*context, bounds());

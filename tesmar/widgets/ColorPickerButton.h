@@ -1,5 +1,7 @@
 // A round colour swatch: a disc with a thin grey rim, on a larger light grey disc while it is
 // selected. A tap does not select the swatch; its owner does.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIButton.h"

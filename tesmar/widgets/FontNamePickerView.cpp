@@ -24,28 +24,28 @@ Ref<T> connected(const WeakRef<T>& outlet, const char* name) {
 } // namespace
 
 Class& FontNamePickerView::classObject() {
-    static Class type("FontNamePickerView", &UIControl::classObject(),
-                      allocator<FontNamePickerView>(),
-                      {method<&FontNamePickerView::fontNameLabel>("fontNameLabel"),
-                       method<&FontNamePickerView::setFontNameLabel>("setFontNameLabel:"),
-                       method<&FontNamePickerView::prevButton>("prevButton"),
-                       method<&FontNamePickerView::setPrevButton>("setPrevButton:"),
-                       method<&FontNamePickerView::nextButton>("nextButton"),
-                       method<&FontNamePickerView::setNextButton>("setNextButton:"),
-                       method<&FontNamePickerView::awakeFromNib>("awakeFromNib"),
-                       method<&FontNamePickerView::updateFonts>("updateFonts:"),
-                       method<&FontNamePickerView::selectedFontName>("selectedFontName"),
-                       method<&FontNamePickerView::selectFontName>("selectFontName:"),
-                       method<&FontNamePickerView::nextFont>("nextFont"),
-                       method<&FontNamePickerView::prevFont>("prevFont"),
-                       method<&FontNamePickerView::initWithFrame>("initWithFrame:"),
-                       method<&FontNamePickerView::initWithCoder>("initWithCoder:")},
-                      {method<&FontNamePickerView::nibName>("nibName")});
+    static Class& type =
+        *new Class("FontNamePickerView", &UIControl::classObject(), allocator<FontNamePickerView>(),
+                   {method<&FontNamePickerView::fontNameLabel>("fontNameLabel"),
+                    method<&FontNamePickerView::setFontNameLabel>("setFontNameLabel:"),
+                    method<&FontNamePickerView::prevButton>("prevButton"),
+                    method<&FontNamePickerView::setPrevButton>("setPrevButton:"),
+                    method<&FontNamePickerView::nextButton>("nextButton"),
+                    method<&FontNamePickerView::setNextButton>("setNextButton:"),
+                    method<&FontNamePickerView::awakeFromNib>("awakeFromNib"),
+                    method<&FontNamePickerView::updateFonts>("updateFonts:"),
+                    method<&FontNamePickerView::selectedFontName>("selectedFontName"),
+                    method<&FontNamePickerView::selectFontName>("selectFontName:"),
+                    method<&FontNamePickerView::nextFont>("nextFont"),
+                    method<&FontNamePickerView::prevFont>("prevFont"),
+                    method<&FontNamePickerView::initWithFrame>("initWithFrame:"),
+                    method<&FontNamePickerView::initWithCoder>("initWithCoder:")},
+                   {method<&FontNamePickerView::nibName>("nibName")});
     return type;
 }
 
 const std::string& FontNamePickerView::nibName() {
-    static const std::string name = "FontNamePickerView";
+    static const std::string& name = *new const std::string("FontNamePickerView");
     return name;
 }
 
@@ -67,6 +67,10 @@ void FontNamePickerView::updateFonts(const std::vector<std::string>& fontNames) 
 }
 
 std::string FontNamePickerView::selectedFontName() const {
+    return nameAtSelectedIndex();
+}
+
+const std::string& FontNamePickerView::nameAtSelectedIndex() const {
     if (selectedIndex_ < 0 || static_cast<std::size_t>(selectedIndex_) >= fontNames_.size())
         fatalError("FontNamePickerView: no font name at index " + std::to_string(selectedIndex_) +
                    " of " + std::to_string(fontNames_.size()));
@@ -108,7 +112,7 @@ void FontNamePickerView::updateButtonStates() {
 }
 
 void FontNamePickerView::updateLabelText() {
-    const std::string name = selectedFontName();
+    const std::string name = nameAtSelectedIndex();
     const auto label = connected(fontNameLabel_, "fontNameLabel");
     label->setText(stringsAreEqual(name, UIFont::systemFontFamily())
                        ? std::string(CCConstants::Label::LabelFontNameDefault())

@@ -1,6 +1,8 @@
 // Shows one font name at a time, in its own face, between a button for the previous name and one
 // for the next. Made from the interface file "FontNamePickerView". A step of the viewer sends
 // UIControlEventValueChanged; selecting a name from code sends no event.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIButton.h"
@@ -35,7 +37,8 @@ class TESMAR_API FontNamePickerView : public UIControl {
     // Replaces the list, which initially holds the system font's family name. Neither the selected
     // index nor the label changes, so call selectFontName next.
     virtual void updateFonts(const std::vector<std::string>& fontNames);
-    // The name at the selected index; an index outside the list is a fatal error.
+    // The name at the selected index; an index outside the list is a fatal error. The label shows
+    // the name in the list even if this is overridden.
     virtual std::string selectedFontName() const;
     // Selects the first name in the list that equals `name` (see stringsAreEqual). A name that is
     // not in the list changes nothing.
@@ -50,6 +53,7 @@ class TESMAR_API FontNamePickerView : public UIControl {
 
   private:
     void step(long by);
+    const std::string& nameAtSelectedIndex() const;
     void updateButtonStates();
     void updateLabelText();
 

@@ -24,14 +24,14 @@ Ref<UILabel> captionLabel(std::string_view text) {
 } // namespace
 
 Class& FontPicker::classObject() {
-    static Class type("FontPicker", &UIControl::classObject(), allocator<FontPicker>(),
-                      {method<&FontPicker::selectedFont>("selectedFont"),
-                       method<&FontPicker::setSelectedFont>("setSelectedFont:"),
-                       method<&FontPicker::init>("init"),
-                       method<&FontPicker::initWithCoder>("initWithCoder:"),
-                       method<&FontPicker::fontNameChanged>("fontNameChanged"),
-                       method<&FontPicker::fontSizeChanged>("fontSizeChanged"),
-                       method<&FontPicker::initWithFrame>("initWithFrame:")});
+    static Class& type = *new Class(
+        "FontPicker", &UIControl::classObject(), allocator<FontPicker>(),
+        {method<&FontPicker::selectedFont>("selectedFont"),
+         method<&FontPicker::setSelectedFont>("setSelectedFont:"),
+         method<&FontPicker::init>("init"), method<&FontPicker::initWithCoder>("initWithCoder:"),
+         method<&FontPicker::fontNameChanged>("fontNameChanged"),
+         method<&FontPicker::fontSizeChanged>("fontSizeChanged"),
+         method<&FontPicker::initWithFrame>("initWithFrame:")});
     return type;
 }
 

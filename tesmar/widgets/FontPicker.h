@@ -1,6 +1,8 @@
 // Selects a font: its name (a FontNamePickerView) and its size (a stepper over the sizes that
 // UIFont::fontSizesForFontName returns for the name), with the labels "FONT" and "SIZE". Each step
 // of the viewer sends one UIControlEventValueChanged. Setting selectedFont sends no event.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIStepper.h"

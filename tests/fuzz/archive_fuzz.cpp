@@ -1,5 +1,5 @@
-// An object that is unarchived archives back to an equal object. As a stored record, a dictionary
-// is a style, which can be saved and read again.
+// Every object that can be unarchived survives a round trip. A stored record that is a dictionary
+// becomes a style, which can be saved and read again.
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/NSDictionary.h"
 #include "tesmar/platform/foundation/archive/NSKeyedArchiver.h"

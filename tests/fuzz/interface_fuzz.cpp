@@ -1,5 +1,5 @@
-// A text is an interface file or gives a problem. The views of a file have finite frames at every
-// size and can be drawn.
+// Every text either is a valid interface file or gets a problem. The views of a valid file have
+// finite frames at every size and can be drawn.
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/platform/ui/internal/interface_file.h"
 

@@ -1,4 +1,4 @@
-// A list that is read writes back to bytes that are read as the same list, and converts to objects.
+// Every list that can be read survives a round trip and converts to objects.
 #include "tesmar/platform/foundation/archive/internal/property_list_objects.h"
 
 #include <cstdlib>

@@ -1,6 +1,5 @@
-// Every text is a visual format or gives an error with an offset inside it. All formats that parse
-// give finite frames at every size of the root; a reused engine computes the same ones as a new
-// one.
+// Every text is a visual format or gets an error with an offset inside it. Valid formats give
+// finite frames at every size of the root; a reused engine computes the same frames as a new one.
 //
 // Input: one byte for the width of the root, then lines of one byte for the alignment options and a
 // format with the boxes a to e; e is inside the scroll view d.

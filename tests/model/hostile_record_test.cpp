@@ -1,8 +1,9 @@
-// Hostile stored records: each decodes at once and in little memory, to a style that can be saved
-// again or to null. TESMAR_SOAK=N makes N times as many.
+// Hostile stored records: each decodes in about a millisecond and a mebibyte, to null or to a style
+// that can be saved again. TESMAR_SOAK=N tries N times as many.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/UIColor.h"
@@ -12,6 +13,8 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 
@@ -48,17 +51,7 @@ std::string nextRecord(std::FILE* from) {
     return record;
 }
 
-TEST(StoredStyle, OneThatIsTooLargeLeavesTheOneBefore) {
-    NSUserDefaults::standardUserDefaults()->setPreferencesPath("/dev/null/nowhere");
-    const auto style = CCConstants::CCDefaultStyleAttributes();
-    TESMARConfig::saveSessionClosedCaptureStyle(style);
-    const auto large = style->mutableCopy();
-    large->setObject(NSString::stringWithString(std::string(60000, 'x')), "Note");
-    TESMARConfig::saveSessionClosedCaptureStyle(large);
-    EXPECT_TRUE(style->isEqual(TESMARConfig::sessionClosedCaptureStyle().get()));
-}
-
-TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
+TEST(StoredStyle, HostileRecordsDecodeCheaplyToNullOrAValidStyle) {
     const auto defaults = NSUserDefaults::standardUserDefaults();
     defaults->setPreferencesPath("/dev/null/nowhere"); // values stay in memory
     TESMARConfig::sessionOrDefaultClosedCaptureStyle();
@@ -76,11 +69,11 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
         defaults->setObject(NSData::dataWithBytes(record), "CCSessionStyleUserDefaultsKey");
         Ref<NSDictionary> style;
         test::Cost cost{1e9, 0};
-        for (int i = 0; i < 10 && cost.milliseconds > 0.5; ++i) { // other processes interrupt
+        for (int i = 0; i < 10 && cost.milliseconds > 0.5; ++i) { // until undisturbed
             const auto next =
                 test::measured([&] { style = TESMARConfig::sessionClosedCaptureStyle(); });
             cost.milliseconds = std::min(cost.milliseconds, next.milliseconds);
-            // Without the copy of the record that the store makes.
+            // Subtract the copy of the record that the store makes.
             cost.bytes = next.bytes - std::min(next.bytes, record.size());
         }
         SCOPED_TRACE("record " + std::to_string(count) + " of seed " + seed);
@@ -100,6 +93,34 @@ TEST(StoredStyle, HostileRecordsCostLittleAndComeToNothingOrToASoundStyle) {
     RecordProperty("most microseconds", static_cast<int>(1000 * worst.milliseconds));
     RecordProperty("most bytes", static_cast<int>(worst.bytes));
     EXPECT_GT(styles, count / 10);
+}
+
+TEST(StoredStyle, ASaveIsFlushedAndItsFailureKnownInEveryCase) {
+    std::string directory = (std::filesystem::temp_directory_path() / "style-XXXXXX").string();
+    ASSERT_TRUE(::mkdtemp(directory.data()));
+    const auto defaults = NSUserDefaults::standardUserDefaults();
+    const auto other = make<NSUserDefaults>();
+    for (const auto& store : {defaults, other})
+        store->setPreferencesPath(directory + "/p.plist");
+    int diagnostics = 0;
+    setDiagnosticHandler([&](std::string_view) { ++diagnostics; });
+    const auto text = [](std::size_t size) {
+        return NSDictionary::dictionaryWithEntries(
+            {{"key", NSString::stringWithString(std::string(size, 'x'))}});
+    };
+    TESMARConfig::saveSessionClosedCaptureStyle(text(3));
+    EXPECT_EQ(TESMARConfig::saveFailure(), "");
+    defaults->setObject(NSNumber::numberWith(1LL), "other");
+    TESMARConfig::saveSessionClosedCaptureStyle(text(1'000'000));
+    EXPECT_TRUE(other->objectForKey("other")) << "not flushed";
+    EXPECT_NE(TESMARConfig::saveFailure().find("too large"), std::string::npos);
+    EXPECT_TRUE(TESMARConfig::sessionClosedCaptureStyle()->isEqual(text(3).get()));
+    defaults->setPreferencesPath("/dev/null/nowhere");
+    TESMARConfig::saveSessionClosedCaptureStyle(text(4));
+    EXPECT_NE(TESMARConfig::saveFailure().find("Not a directory"), std::string::npos);
+    EXPECT_EQ(diagnostics, 2);
+    setDiagnosticHandler({});
+    std::filesystem::remove_all(directory);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// A file of its own: a compiler that sees both sides warns of mismatched pairs.
+// In a file of its own: a compiler that inlines these warns of mismatched new and delete.
 #include "failing_new.h"
 
 #include <cstdlib>

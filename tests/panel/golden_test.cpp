@@ -52,8 +52,9 @@ TEST_F(PanelTest, MatchesTheReviewedPictures) {
                     golden->pixelHeight() == host.pixelHeight())
             << file;
         EXPECT_LE(differingFraction(*golden, host), kToleratedFraction) << file;
-        if (HasFailure())
-            host.writePNG((std::filesystem::temp_directory_path() / ("actual-" + file)).string());
+        std::string actual = std::filesystem::temp_directory_path() / "tesmar-actual-XXXXXX";
+        if (HasFailure() && mkdtemp(actual.data()) && host.writePNG(actual + "/" + file))
+            std::printf("the actual picture: %s/%s\n", actual.c_str(), file.c_str());
     }
 }
 

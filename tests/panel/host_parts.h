@@ -1,4 +1,4 @@
-// What every simulated host is made of.
+// The parts that every simulated host uses.
 #pragma once
 
 #include "tesmar/tesmar.h"
@@ -7,7 +7,7 @@
 
 namespace tesmar {
 
-// An exception of the host's own, thrown in a callback.
+// The exception that a simulated host throws in a callback.
 struct HostError {};
 
 // Records the calls that a host gets, those of a delegate among them. Performs `action` in the

@@ -28,9 +28,12 @@ struct HostPanel : TESMARViewController {
     std::shared_ptr<CallLog> log;
 };
 
-// A view of the host's, below the panel.
+// A view of the host's, below the panel. It stays blank in a frame in which it throws.
 struct HostView : UIView {
-    void draw(CGRect) override { log->record("draw"); }
+    void draw(CGRect rect) override {
+        log->record("draw");
+        UIGraphicsGetCurrentContext()->fillRect(rect);
+    }
     std::shared_ptr<CallLog> log;
 };
 
@@ -79,12 +82,12 @@ struct HostScenario {
     void touch(UITouchPhase phase, CGPoint at) {
         perform([=](HeadlessHost& h) { h.touch(phase, at); });
     }
-    // The host may act outside any callback too; then seconds pass.
+    // A moment outside any callback at which the host may act; then `seconds` pass.
     void moment(const char* name, double seconds = 0) {
         const void* const before = host.get();
         perform([=, this](HeadlessHost&) { log->record(name); });
         if (host.get() != before && panel->isViewLoaded())
-            requireAtRest(*panel->view()); // its window is gone, and so is every touch
+            requireAtRest(*panel->view()); // its touches ended with its window
         wait(seconds);
     }
     // Presents the panel, uses every kind of control, and waits until the panel hides itself; then
@@ -124,7 +127,7 @@ struct HostScenario {
         }
         setDiagnosticHandler({});
     }
-    // Dismisses and releases everything; nothing may be left.
+    // Dismisses and releases everything, and checks that nothing is left.
     void end() {
         const WeakRef<UIViewController> released = panel;
         log->action = {};

@@ -90,7 +90,7 @@ TEST_F(PanelTest, SurvivesAnyActionInAnyCall) {
             for (std::size_t i = 0; i < (round == 0 ? std::size(kActions) : kReleases); ++i) {
                 const auto& action = kActions[i];
                 if (where == "draw" && action.name == std::string("resize"))
-                    continue; // it would free the pixels that are being painted
+                    continue; // a resize frees the pixels that are being painted
                 SCOPED_TRACE(std::string(action.name) + " in " + where);
                 S s;
                 s.replaceWindow(), s.replacePanel();

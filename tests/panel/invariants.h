@@ -1,4 +1,4 @@
-// What holds whatever a host has done. Each function throws InvariantViolated where it does not.
+// Invariants that no host can break. Each function throws InvariantViolated if one does not hold.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"

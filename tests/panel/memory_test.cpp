@@ -1,4 +1,4 @@
-// The allocations of the library: none where nothing new is made, and any may fail.
+// The allocations of the library: frames make none, and any allocation may fail.
 #include "failing_new.h"
 #include "host_scenario.h"
 
@@ -56,7 +56,7 @@ TEST_F(PanelTest, SurvivesAnyFailedAllocation) {
     for (bool hasFailed = true; hasFailed && !HasFailure(); n += stride) {
         SCOPED_TRACE("allocation " + std::to_string(n));
         HostScenario s;
-        s.replaceWindow(); // in case the next one cannot be made
+        s.replaceWindow(); // a window must exist if making the next one fails
         const auto style = CCConstants::CCDefaultStyleAttributes();
         allocationsLeft = n;
         s.perform([&](auto&) { s.replaceWindow(); });

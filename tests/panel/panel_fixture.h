@@ -4,6 +4,7 @@
 
 #include "host_parts.h"
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
+#include "tools/drive/TemporaryDirectory.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -16,21 +17,17 @@ class PanelTest : public testing::Test {
     PanelTest() {
         setDiagnosticHandler([](std::string_view m) { ADD_FAILURE() << "diagnostic: " << m; });
         NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.tests"));
-        std::filesystem::create_directories(directory);
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(directory / "preferences.plist");
     }
-    ~PanelTest() override {
-        setDiagnosticHandler({});
-        std::filesystem::remove_all(directory);
-    }
+    ~PanelTest() override { setDiagnosticHandler({}); }
 
     static void tap(HeadlessHost& host, const char* identifier) {
         ASSERT_TRUE(host.window()->viewWithIdentifier(identifier)) << identifier;
         host.tap(centerOf(*host.window(), identifier));
     }
 
-    const std::filesystem::path directory =
-        std::filesystem::temp_directory_path() / ("tesmar-panel-" + std::to_string(getpid()));
+    const drive::TemporaryDirectory temporary;
+    const std::filesystem::path directory = temporary.path();
 };
 
 } // namespace tesmar

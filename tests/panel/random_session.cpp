@@ -22,7 +22,7 @@ constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
 constexpr OutsideTap kOutsideTaps[] = {OutsideTap::dismisses, OutsideTap::ignored};
 constexpr MotionSetting kMotions[] = {MotionSetting::full, MotionSetting::reduced};
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() - 250;
-constexpr double kMaximumPixels = 400'000; // painting more takes too long
+constexpr double kMaximumPixels = 400'000; // larger windows are not painted, to save time
 
 constexpr const char* kControls[] = {
     "textColorPicker.1", "CCSwitch",        "textColorOpacityStepper", "fontPicker.next",

@@ -60,7 +60,7 @@ int differencesWhenClipped(const Canvas& background, unsigned seed, const Draw& 
         CGContext context = whole.context();
         draw(context);
     };
-    if (seed % 2) // each of the two uses the shapes that the other one cached
+    if (seed % 2) // so that either order fills the cache for the other
         drawWhole();
     for (const PixelRect& piece : pieces) {
         CGContext context = cutUp.context();

@@ -1,4 +1,4 @@
-// A coder over values that the test gives, for records that the archiver never writes.
+// A coder that returns the values that a test sets, for records that the archiver never writes.
 #pragma once
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"

@@ -5,11 +5,11 @@
 #include "options.h"
 
 #include "tesmar/tesmar.h"
+#include "tools/drive/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <filesystem>
 
 namespace tesmar {
 
@@ -18,17 +18,14 @@ class PlayerFixture : public testing::Test {
     PlayerFixture() {
         std::setlocale(LC_NUMERIC, "C");
         NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.player-test"));
-        std::filesystem::remove_all(directory_);
-        std::filesystem::create_directories(directory_);
         options_.size = {568, 320};
         options_.pictures = directory_ + "/pictures";
         options_.preferences = directory_ + "/preferences.plist";
         NSUserDefaults::standardUserDefaults()->setPreferencesPath(options_.preferences);
     }
-    ~PlayerFixture() override { std::filesystem::remove_all(directory_); }
 
-    const std::string directory_ = testing::TempDir() + "player-" +
-                                   testing::UnitTest::GetInstance()->current_test_info()->name();
+    const drive::TemporaryDirectory temporary_;
+    const std::string directory_ = temporary_.path();
     Options options_;
 };
 

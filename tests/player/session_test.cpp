@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sys/stat.h>
 
 namespace tesmar {
 namespace {
@@ -78,9 +79,13 @@ TEST_F(SessionTest, ShowsEachStepOnTheVideosCaptions) {
 
 TEST_F(SessionTest, ContinuesWithoutAVideoThatCannotBePlayed) {
     std::ofstream(directory_ + "/noise.mkv") << "this is no video";
-    for (const char* name : {"/missing.mkv", "/noise.mkv", ""}) {
-        SCOPED_TRACE(name);
-        options_.video = directory_ + name;
+    const std::string pipe = directory_ + "/pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& video :
+         {directory_ + "/missing.mkv", directory_ + "/noise.mkv", directory_, pipe,
+          "file://" + pipe, std::string("/dev/zero")}) {
+        SCOPED_TRACE(video);
+        options_.video = video;
         Session session(options_);
         EXPECT_NE(session.videoFailure(), "");
         EXPECT_EQ(play(session).size(), 7u);

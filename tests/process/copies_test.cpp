@@ -1,4 +1,4 @@
-// Two copies of the library in one process: two plug-ins of one host, each with its own.
+// Two copies of the library in one process, as in a host whose plug-ins each link their own.
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>

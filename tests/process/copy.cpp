@@ -1,4 +1,4 @@
-// The library and a host, with one function.
+// A plug-in that links the library statically, and hosts the panel behind one exported function.
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tests/panel/host_parts.h"
 

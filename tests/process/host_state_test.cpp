@@ -83,7 +83,7 @@ TEST_P(HostState, IsUnchanged) {
     if (locale != std::string("C") && std::system((make + " 2>&1").c_str()) != 0)
         GTEST_SKIP() << "no locale with a decimal comma can be made here";
     std::locale::global(std::locale(locale));
-    std::setlocale(LC_COLLATE, "C"); // which rightly decides the order of the fonts
+    std::setlocale(LC_COLLATE, "C"); // LC_COLLATE may decide the order of the fonts
     std::fesetround(rounding);
     ::feenableexcept(traps);
     ::umask(0137);
@@ -103,7 +103,7 @@ TEST_P(HostState, IsUnchanged) {
     EXPECT_EQ(std::get<double>(result), 3.75);
 }
 
-TEST_F(PanelTest, SurvivesAStandardOutputThatNothingReads) {
+TEST_F(PanelTest, SurvivesAStandardOutputThatIsClosed) {
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
     const int output = ::dup(STDOUT_FILENO);
@@ -114,7 +114,7 @@ TEST_F(PanelTest, SurvivesAStandardOutputThatNothingReads) {
     ::dup2(output, STDOUT_FILENO);
 }
 
-// Registers no more than it needs; nothing has made a panel in this process.
+// A font picker registers the classes that it needs: no panel has been made in this process.
 TEST_F(PanelTest, AFontPickerWorksWithoutThePanel) {
     EXPECT_TRUE(make<FontPicker>()->selectedFont());
 }

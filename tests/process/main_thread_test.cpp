@@ -32,7 +32,7 @@ TEST(MainThread, UseOfTheInterfaceOnAnotherThreadIsFatal) {
         {"NSRunLoop::mainRunLoop", [] { NSRunLoop::mainRunLoop(); }},
         {"NSRunLoop::advanceTo", [&] { loop.advanceTo(1); }},
         {"NSRunLoop::schedule", [&] { loop.schedule(1, [] {}); }},
-        {"UIView", [] { make<TESMARViewController>(); }}, // its first control
+        {"UIView", [] { make<TESMARViewController>(); }}, // its first control fails
         {"UIView::insertSubview", [&] { control->addSubview(host.window()); }},
         {"UIView::setNeedsDisplay", [&] { control->setHidden(true); }},
         {"UIView::setNeedsLayout", [&] { control->invalidateIntrinsicContentSize(); }},

@@ -54,7 +54,7 @@ std::string useEverything() {
                                                                                                : 1);
 }
 
-// Each time in a process of its own, 50 times; TESMAR_SOAK=N: 10 N times if that is more.
+// Starts at least 50 processes, or 10 N with TESMAR_SOAK=N if that is more.
 TEST(Threads, FirstUseMayBeConcurrent) {
     const char* const soak = std::getenv("TESMAR_SOAK");
     const int starts = std::max(50, 10 * (soak ? std::atoi(soak) : 1));

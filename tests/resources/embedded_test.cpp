@@ -13,7 +13,7 @@ struct PixelSize {
     unsigned width, height;
 };
 
-// From the header; std::nullopt if the file is no PNG.
+// From the header; std::nullopt if the file is not a PNG.
 std::optional<PixelSize> pixelSize(std::string_view fileName) {
     const auto png = embeddedResource(fileName);
     if (!png || png->size() < 24 || png->substr(1, 3) != "PNG")

@@ -15,7 +15,7 @@
 
 namespace tesmar::drive {
 
-// Seconds of virtual time. Beyond it a frame interval is lost when it is added to a double.
+// Seconds of virtual time. Beyond this, adding a frame interval to a double loses precision.
 inline constexpr double kMaxSessionSeconds = 1e9;
 
 // The identifier of a view, or of one half of a stepper.
@@ -105,8 +105,8 @@ using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, S
                              Dismiss, Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal,
                              RunQuery, QuerySizes, QueryView, TakePicture>;
 
-// Parses one line. Returns nothing for a line that is blank or only a comment; throws a Fault that
-// quotes the wrong word for a line that is not a command.
+// Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
+// that quotes the wrong word for a line that is not a command.
 std::optional<Command> parseCommand(std::string_view line);
 
 // The query's command word, which is also the key of its result.

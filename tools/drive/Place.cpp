@@ -8,7 +8,7 @@ namespace {
 constexpr std::string_view kCard = "card";
 // Points. A smaller remainder is a rounding error.
 constexpr CGFloat kMinVisible = 0.01;
-// The limit of hit testing.
+// Views below this alpha take no touches (see UIView::takesTouches).
 constexpr double kMinAlpha = 0.01;
 
 // The card does not clip, so that its shadow shows, but none of its content lies outside it.

@@ -152,9 +152,11 @@ void Session::perform(const Send& command) {
         else
             arguments.emplace_back(Ref<NSObject>(refTo(place(std::get<ViewName>(argument)).view)));
     }
-    const Value result = performSelector(panel(), selector, arguments);
-    if (!std::holds_alternative<std::monostate>(result))
-        outputResult("send", fromValue(result));
+    const auto result = performSelectorIfItFits(panel(), selector, arguments);
+    if (!result)
+        throw Fault("send: " + command.selector + " takes arguments of other types");
+    if (!std::holds_alternative<std::monostate>(*result))
+        outputResult("send", fromValue(*result));
 }
 
 // --- Viewer actions -----------------------------------------------------------------------------
@@ -188,8 +190,8 @@ void Session::perform(const PressEscape&) {
 
 void Session::perform(const Advance& command) {
     if (host_.now() + command.seconds > kMaxSessionSeconds)
-        throw Fault("advance: no session lasts longer than " +
-                    serialize(number(kMaxSessionSeconds)) + " seconds");
+        throw Fault("advance: a session lasts at most " + serialize(number(kMaxSessionSeconds)) +
+                    " seconds");
     host_.advance(command.seconds);
 }
 

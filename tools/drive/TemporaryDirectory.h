@@ -12,8 +12,11 @@ class TemporaryDirectory {
   public:
     // Throws std::system_error.
     TemporaryDirectory() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "tesmar-drive-XXXXXX").string();
+        std::error_code error;
+        const auto parent = std::filesystem::temp_directory_path(error);
+        if (error)
+            throw std::system_error(error, "no directory for temporary files (TMPDIR)");
+        std::string name = parent / "tesmar-drive-XXXXXX";
         if (!mkdtemp(name.data()))
             throw std::system_error(errno, std::generic_category(), name);
         path_ = name;

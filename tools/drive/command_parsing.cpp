@@ -12,9 +12,16 @@ constexpr double kMaxDragSeconds = 3600;
 constexpr double kMaxCoordinate = 1e6;  // points
 constexpr double kMaxWindowSide = 8192; // points
 constexpr double kMaxPixels = 1 << 24;
+// Of JSON objects and arrays in one another: printing them is recursive.
+constexpr int kMaxNesting = 64;
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
+}
+
+void requireNesting(int depth) {
+    if (depth > kMaxNesting)
+        throw Fault("JSON may nest at most " + std::to_string(kMaxNesting) + " levels deep");
 }
 
 // The end of the word at `at`. A JSON string, array or object is one word, blanks included.
@@ -33,7 +40,7 @@ std::size_t endOfWord(std::string_view line, std::size_t at) {
         else if (c == '"')
             inString = !inString;
         else if (!inString && (c == '{' || c == '['))
-            ++depth;
+            requireNesting(++depth);
         else if (!inString && (c == '}' || c == ']'))
             --depth;
     }

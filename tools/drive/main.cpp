@@ -4,7 +4,10 @@
 #include "tools/drive/Session.h"
 #include "tools/drive/fault.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -15,14 +18,24 @@ using namespace tesmar::drive;
 
 constexpr int kFailed = 2;
 
-// Uses the stream of the library's own console lines, so that both stay in order.
+// Writes to the stream that the library prints its own lines to, so that all lines stay in order.
 void printLine(const Json& json) {
     std::puts(serialize(json).c_str());
     std::fflush(stdout);
 }
 
-int run(std::istream& script) {
-    Session session(printLine);
+int fail(const std::string& message) {
+    std::fprintf(stderr, "drive: %s\n", message.c_str());
+    return kFailed;
+}
+
+int run(std::istream& script, const std::string& name) {
+    int writeError = 0;
+    Session session([&](const Json& json) {
+        printLine(json);
+        if (writeError == 0 && std::ferror(stdout))
+            writeError = errno;
+    });
     int status = 0;
     for (std::string line; std::getline(script, line);) {
         try {
@@ -33,7 +46,20 @@ int run(std::istream& script) {
             status = kFailed;
         }
     }
+    // Standard input reports its errors to C only.
+    if (script.bad() || std::ferror(stdin))
+        return fail("cannot read " + name);
+    if (std::ferror(stdout))
+        return fail(std::string("cannot write the results: ") +
+                    std::strerror(writeError != 0 ? writeError : EIO));
     return status;
+}
+
+int runFile(const std::string& path) {
+    if (path == "-")
+        return run(std::cin, "standard input");
+    std::ifstream file(path);
+    return file ? run(file, "'" + path + "'") : fail("cannot read '" + path + "'");
 }
 
 constexpr const char* kUsage =
@@ -57,12 +83,9 @@ int main(int argc, char** argv) {
     tesmar::setDiagnosticHandler([](std::string_view message) {
         std::fprintf(stderr, "drive: %.*s\n", static_cast<int>(message.size()), message.data());
     });
-    if (script == "-")
-        return run(std::cin);
-    std::ifstream file(script);
-    if (!file) {
-        std::fprintf(stderr, "drive: cannot read '%s'\n", script.c_str());
-        return kFailed;
+    try {
+        return runFile(script);
+    } catch (const std::exception& error) { // no temporary directory, for example
+        return fail(error.what());
     }
-    return run(file);
 }

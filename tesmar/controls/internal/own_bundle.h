@@ -1,3 +1,4 @@
+// The library's own resource bundle.
 #pragma once
 
 #include "tesmar/platform/foundation/NSBundle.h"

@@ -1,6 +1,7 @@
 #include "tesmar/platform/foundation/NSArray.h"
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
+#include "tesmar/platform/foundation/internal/comparison.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <algorithm>
@@ -8,7 +9,7 @@
 namespace tesmar {
 
 Class& NSArray::classObject() {
-    static Class type("NSArray", &NSObject::classObject(), allocator<NSArray>());
+    static Class& type = *new Class("NSArray", &NSObject::classObject(), allocator<NSArray>());
     return type;
 }
 
@@ -31,9 +32,11 @@ bool NSArray::encodeWithCoder(NSCoder& coder) const {
 
 bool NSArray::isEqual(const NSObject* other) const {
     const auto* list = dynamic_cast<const NSArray*>(other);
-    return list && std::equal(objects_.begin(), objects_.end(), list->objects_.begin(),
-                              list->objects_.end(),
-                              [](const auto& a, const auto& b) { return a->isEqual(b.get()); });
+    return list && compareCollections(*this, *list, [&] {
+               return std::equal(objects_.begin(), objects_.end(), list->objects_.begin(),
+                                 list->objects_.end(),
+                                 [](const auto& a, const auto& b) { return a->isEqual(b.get()); });
+           });
 }
 
 } // namespace tesmar

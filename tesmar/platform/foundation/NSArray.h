@@ -1,4 +1,6 @@
 // An immutable ordered list of objects; elements are never null.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -19,6 +21,7 @@ class TESMAR_API NSArray : public NSObject {
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
     // Equal elements in the same order.
+    // Collections that hold themselves can be compared; deeper than 1,000 levels they are unequal.
     bool isEqual(const NSObject* other) const override;
 
   private:

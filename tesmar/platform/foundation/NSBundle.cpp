@@ -1,5 +1,6 @@
 #include "tesmar/platform/foundation/NSBundle.h"
 
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/internal/regular_file.h"
 #include "tesmar/platform/foundation/runtime.h"
 
@@ -34,7 +35,7 @@ Registry& registry() {
 } // namespace
 
 Class& NSBundle::classObject() {
-    static Class type("NSBundle", &NSObject::classObject(), {});
+    static Class& type = *new Class("NSBundle", &NSObject::classObject(), {});
     return type;
 }
 
@@ -75,6 +76,8 @@ Ref<NSBundle> NSBundle::bundleWithIdentifier(std::string_view identifier) {
 }
 
 void NSBundle::registerBundle(const Ref<NSBundle>& bundle) {
+    if (!bundle)
+        fatalError("NSBundle::registerBundle: the bundle is null");
     Registry& r = registry();
     auto replaced = bundle;
     const std::lock_guard lock(r.mutex);

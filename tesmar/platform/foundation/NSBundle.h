@@ -15,7 +15,7 @@ class TESMAR_API NSBundle : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Returns the bytes of the resource file of that name ("stepper-up@2x.png"), or nothing.
+    // Returns the bytes of the file of that name ("stepper-up@2x.png"), or std::nullopt.
     using Source = std::function<std::optional<std::string>(std::string_view fileName)>;
 
     // `identifier` is a reverse-domain name; that of the main bundle also names the application's
@@ -33,10 +33,11 @@ class TESMAR_API NSBundle : public NSObject {
 
     // The bundle last registered under this identifier, or null.
     static Ref<NSBundle> bundleWithIdentifier(std::string_view identifier);
+    // A null bundle is a fatal error.
     static void registerBundle(const Ref<NSBundle>& bundle);
 
     const std::string& bundleIdentifier() const { return identifier_; }
-    // Nothing if there is no such resource. Names that contain a path separator are never found.
+    // std::nullopt if there is no such resource. Names with a path separator are never found.
     std::optional<std::string> resource(std::string_view fileName) const;
 
   private:

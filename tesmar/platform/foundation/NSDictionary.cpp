@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/internal/comparison.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/foundation/scalars.h"
 
@@ -10,13 +11,14 @@
 namespace tesmar {
 
 Class& NSDictionary::classObject() {
-    static Class type("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>());
+    static Class& type =
+        *new Class("NSDictionary", &NSObject::classObject(), allocator<NSDictionary>());
     return type;
 }
 
 Class& NSMutableDictionary::classObject() {
-    static Class type("NSMutableDictionary", &NSDictionary::classObject(),
-                      allocator<NSMutableDictionary>());
+    static Class& type = *new Class("NSMutableDictionary", &NSDictionary::classObject(),
+                                    allocator<NSMutableDictionary>());
     return type;
 }
 
@@ -64,11 +66,13 @@ bool NSDictionary::encodeWithCoder(NSCoder& coder) const {
 
 bool NSDictionary::isEqual(const NSObject* other) const {
     const auto* dictionary = dynamic_cast<const NSDictionary*>(other);
-    return dictionary && std::equal(entries_.begin(), entries_.end(), dictionary->entries_.begin(),
-                                    dictionary->entries_.end(), [](const auto& a, const auto& b) {
-                                        return a.first == b.first &&
-                                               a.second->isEqual(b.second.get());
-                                    });
+    const auto isSame = [](const auto& a, const auto& b) {
+        return a.first == b.first && a.second->isEqual(b.second.get());
+    };
+    return dictionary && compareCollections(*this, *dictionary, [&] {
+               return std::equal(entries_.begin(), entries_.end(), dictionary->entries_.begin(),
+                                 dictionary->entries_.end(), isSame);
+           });
 }
 
 void NSMutableDictionary::setObject(const Ref<NSObject>& object, std::string_view forKey) {

@@ -31,6 +31,7 @@ class TESMAR_API NSDictionary : public NSObject {
     bool initWithCoder(NSCoder& coder) override;
     bool encodeWithCoder(NSCoder& coder) const override;
     // Same keys with equal values, whether mutable or not.
+    // Collections that hold themselves can be compared; deeper than 1,000 levels they are unequal.
     bool isEqual(const NSObject* other) const override;
 
   protected:

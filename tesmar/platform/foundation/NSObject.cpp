@@ -5,8 +5,8 @@
 namespace tesmar {
 
 Class& NSObject::classObject() {
-    static Class type("NSObject", nullptr, allocator<NSObject>(),
-                      {method<&NSObject::awakeFromNib>("awakeFromNib")});
+    static Class& type = *new Class("NSObject", nullptr, allocator<NSObject>(),
+                                    {method<&NSObject::awakeFromNib>("awakeFromNib")});
     return type;
 }
 

@@ -76,8 +76,8 @@ Ref<T> makeWith(Initialiser initialiser, Arguments&&... arguments) {
     return ((*object).*initialiser)(std::forward<Arguments>(arguments)...) ? object : nullptr;
 }
 
-// An owning reference to an object that is already owned, so never one under construction; null
-// for null.
+// An owning reference to an object that a Ref already owns; null for null. Throws
+// std::bad_weak_ptr for other objects, such as one under construction or destruction.
 template <class T>
 Ref<T> refTo(T* object) {
     return object ? std::static_pointer_cast<T>(object->shared_from_this()) : nullptr;

@@ -1,5 +1,6 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 
@@ -65,6 +66,8 @@ std::optional<double> NSRunLoop::nextDeadline() const {
 
 std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
     assertMainThread("NSRunLoop::schedule");
+    if (!work)
+        fatalError("NSRunLoop::schedule: the work is an empty function");
     const double due = now_ + (delay > 0 ? delay : 0);
     const auto at = std::upper_bound(items_.begin(), items_.end(), due,
                                      [](double d, const Item& item) { return d < item.due; });
@@ -85,6 +88,9 @@ void NSRunLoop::cancel(std::uint64_t id) {
 
 void NSRunLoop::performSelectorAfterDelay(const Ref<NSObject>& target, Selector selector,
                                           const Ref<NSObject>& argument, double delay) {
+    if (!target)
+        fatalError("NSRunLoop::performSelectorAfterDelay: the target of \"" +
+                   std::string(selector.name()) + "\" is null");
     const auto id = schedule(delay, [target, selector, argument] {
         const std::array<Value, 1> arguments{argument ? Value(argument) : Value()};
         performSelector(*target, selector, std::span(arguments).first(selector.argumentCount()));
@@ -109,6 +115,8 @@ void NSRunLoop::cancelPreviousPerformRequests(const NSObject& target) {
 
 void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {
     assertMainThread("NSRunLoop::addFrameClient");
+    if (!client)
+        fatalError("NSRunLoop::addFrameClient: the client is null");
     std::erase_if(frameClients_, [](const auto& known) { return known.expired(); });
     for (const auto& known : frameClients_)
         if (!known.owner_before(client) && !client.owner_before(known))

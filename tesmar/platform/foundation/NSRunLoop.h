@@ -2,7 +2,8 @@
 // time and calls advanceTo().
 //
 // Times are seconds on any monotonic clock that the host chooses. An earlier time than the last
-// one, NaN or infinity counts as the last one. Main thread only.
+// one, NaN or infinity counts as the last one. Null targets and clients and empty functions are
+// fatal errors. Main thread only.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -32,7 +33,7 @@ class TESMAR_API NSRunLoop {
     static NSRunLoop& mainRunLoop();
 
     // The current time: the last one that the host passed, or the deadline of the work that is
-    // running. 0 at the start.
+    // running. Initially 0.
     double now() const { return now_; }
 
     // Moves the time forward without running any work, before an event of that time is handled.
@@ -42,7 +43,7 @@ class TESMAR_API NSRunLoop {
     // apart. One call runs at most 20,000 items of work: after 10,000 the time jumps to `time`, so
     // work that repeats itself skips what it missed; items beyond 20,000 wait for the next call.
     void advanceTo(double time);
-    // The time at which advanceTo() next has work to do; nothing if there is none.
+    // The time at which advanceTo() next has work to do; std::nullopt if there is none.
     std::optional<double> nextDeadline() const;
 
     // Calls `work` once, `delay` seconds from now; in the next advanceTo() if that is not positive

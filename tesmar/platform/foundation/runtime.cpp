@@ -130,17 +130,16 @@ Value performSelector(NSObject& object, Selector selector, std::span<const Value
     return invoke(type.findMethod(selector), &object, type.name(), selector, arguments);
 }
 
-bool performSelectorIfItFits(NSObject& object, Selector selector,
-                             std::span<const Value> arguments) {
+std::optional<Value> performSelectorIfItFits(NSObject& object, Selector selector,
+                                             std::span<const Value> arguments) {
     const auto owner = object.weak_from_this().lock();
     const Method* method = object.isa().findMethod(selector);
     if (!method || arguments.size() != selector.argumentCount())
-        return false;
+        return std::nullopt;
     try {
-        method->invoke(&object, arguments);
-        return true;
+        return method->invoke(&object, arguments);
     } catch (const ArgumentMismatch&) {
-        return false;
+        return std::nullopt;
     }
 }
 

@@ -4,7 +4,7 @@
 // its source file:
 //
 //     Class& Lamp::classObject() {
-//         static Class type("Lamp", &NSObject::classObject(), allocator<Lamp>(),
+//         static Class& type = *new Class("Lamp", &NSObject::classObject(), allocator<Lamp>(),
 //                           {method<&Lamp::brightness>("brightness"),
 //                            method<&Lamp::setBrightness>("setBrightness:")});
 //         return type;
@@ -15,8 +15,10 @@
 // toolkit class lists only what these send to it.
 //
 // The classes that archives of plain values consist of (NSString, NSDictionary …) are registered
-// from the start, every other class by an explicit call: static constructors would vanish from a
-// static library.
+// from the start, every other class by an explicit call: a linker drops static constructors of
+// object files in a static library that nothing refers to.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -91,10 +93,10 @@ TESMAR_API const Class* classNamed(std::string_view name);
 // call returns.
 TESMAR_API Value performSelector(NSObject& object, Selector selector,
                                  std::span<const Value> arguments = {});
-// The same for messages that untrusted input names: returns false, without calling anything, when
+// The same for messages that untrusted input names: returns nothing, without calling anything, when
 // the class does not publish the selector or the arguments do not match its parameters.
-TESMAR_API bool performSelectorIfItFits(NSObject& object, Selector selector,
-                                        std::span<const Value> arguments);
+TESMAR_API std::optional<Value> performSelectorIfItFits(NSObject& object, Selector selector,
+                                                        std::span<const Value> arguments);
 // Calls a class operation; misuse is a fatal error as for performSelector.
 TESMAR_API Value performClassSelector(const Class& type, Selector selector,
                                       std::span<const Value> arguments = {});
@@ -111,7 +113,7 @@ Class::Allocator allocator() {
 
 namespace runtime {
 
-// A parameter that is a C++ reference to an object takes an object of its class, never nothing.
+// The argument for a parameter that is a C++ reference must be an object: null is a mismatch.
 template <class Parameter>
 decltype(auto) argument(const Value& value) {
     using T = std::remove_cvref_t<Parameter>;

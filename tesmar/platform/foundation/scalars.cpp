@@ -24,7 +24,7 @@ GText folded(std::string_view text) {
     return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
 }
 
-// glib stops at a zero, and expects valid UTF-8.
+// glib stops at a NUL, and expects valid UTF-8.
 bool isAcceptedByGlib(std::string_view text) {
     return text.find('\0') == std::string_view::npos && isValidUtf8(text);
 }
@@ -46,7 +46,7 @@ bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b) {
 }
 
 Class& NSString::classObject() {
-    static Class type("NSString", &NSObject::classObject(), allocator<NSString>());
+    static Class& type = *new Class("NSString", &NSObject::classObject(), allocator<NSString>());
     return type;
 }
 
@@ -77,7 +77,7 @@ bool NSString::isEqual(const NSObject* other) const {
 }
 
 Class& NSNumber::classObject() {
-    static Class type("NSNumber", &NSObject::classObject(), allocator<NSNumber>());
+    static Class& type = *new Class("NSNumber", &NSObject::classObject(), allocator<NSNumber>());
     return type;
 }
 
@@ -129,7 +129,7 @@ bool NSNumber::isEqual(const NSObject* other) const {
 }
 
 Class& NSData::classObject() {
-    static Class type("NSData", &NSObject::classObject(), allocator<NSData>());
+    static Class& type = *new Class("NSData", &NSObject::classObject(), allocator<NSData>());
     return type;
 }
 

@@ -50,7 +50,7 @@ class TESMAR_API NSData : public NSObject {
     TESMAR_CLASS
 
   public:
-    // Any bytes, including zeros.
+    // Any bytes, including NUL.
     static Ref<NSData> dataWithBytes(std::string bytes);
     const std::string& bytes() const { return bytes_; }
 
@@ -64,11 +64,11 @@ class TESMAR_API NSData : public NSObject {
 
 // Equality up to Unicode canonical equivalence: an accented letter equals the letter followed by a
 // combining accent. Case and spaces are significant. A text that is not valid UTF-8, or contains a
-// zero, is compared byte by byte.
+// NUL, is compared byte by byte.
 TESMAR_API bool stringsAreEqual(std::string_view a, std::string_view b);
 
 // Whether `a` sorts before `b` in the case-insensitive order of the current locale (the host's
-// LC_COLLATE). A text that is not valid UTF-8, or contains a zero, is compared byte by byte.
+// LC_COLLATE). A text that is not valid UTF-8, or contains a NUL, is compared byte by byte.
 TESMAR_API bool localizedCaseInsensitiveLess(std::string_view a, std::string_view b);
 
 } // namespace tesmar

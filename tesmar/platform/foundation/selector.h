@@ -1,4 +1,6 @@
 // The name of an operation in the object runtime, such as "setEnabled:".
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"

@@ -1,4 +1,6 @@
 // An argument or a result of a message that is sent by selector.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -13,14 +15,15 @@
 
 namespace tesmar {
 
-// std::monostate stands for "nothing". A list of objects is one NSArray.
+// std::monostate means "no value", such as the result of a void operation. A list of objects is one
+// NSArray.
 using Value = std::variant<std::monostate, bool, double, std::string, CGRect, Ref<NSObject>,
                            std::vector<std::string>, std::vector<double>>;
 
 namespace runtime {
 
 // Throws the error that performSelector turns into a fatal one and performSelectorIfItFits into
-// false. `expected` names the type that the parameter takes.
+// nothing. `expected` names the type that the parameter takes.
 [[noreturn]] TESMAR_API void valueMismatch(const char* expected, const Value& value);
 
 template <class T>
@@ -42,7 +45,7 @@ TESMAR_API std::vector<Ref<NSObject>> arrayElements(const Ref<NSObject>& array);
 } // namespace runtime
 
 // A C++ result as a value. A reference to something that is not an NSObject, such as a delegate
-// that the host implements in C++, becomes nothing.
+// that the host implements in C++, becomes std::monostate.
 template <class T>
 Value toValue(const T& result) {
     using namespace runtime;
@@ -55,7 +58,7 @@ Value toValue(const T& result) {
         return Value(result);
 }
 
-// The value as a parameter of type T. Numbers and Booleans convert into one another; nothing
+// The value as a parameter of type T. Numbers and Booleans convert into one another; std::monostate
 // becomes a null reference or an empty optional; any other difference in type is a mismatch (see
 // valueMismatch). An element of a list that is not of the parameter's class becomes null.
 template <class Parameter>

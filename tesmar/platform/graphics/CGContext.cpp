@@ -147,9 +147,10 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r) {
     const PixelRect box = pixels(r);
     if (image.pixelWidth() == 0)
         return;
-    const UIImage::Impl& picture = image.impl();
+    const UIImage::Impl& picture = image.impl().pictureFor(scale());
     cairo_surface_t* surface = picture.surface.get();
-    if (box.width == image.pixelWidth() && box.height == image.pixelHeight()) {
+    if (box.width == cairo_image_surface_get_width(surface) &&
+        box.height == cairo_image_surface_get_height(surface)) {
         impl_->paintPicture(surface, box.x, box.y, box, impl_->state.alpha);
         return;
     }
@@ -163,7 +164,7 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& 
     const PixelRect box = pixels(r);
     if (image.pixelWidth() == 0)
         return;
-    const UIImage::Impl& picture = image.impl();
+    const UIImage::Impl& picture = image.impl().pictureFor(scale());
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 1};
     impl_->paintCached(key, box, CAIRO_FORMAT_A8, Paint::of(tint).withAlpha(impl_->state.alpha),

@@ -74,7 +74,7 @@ class TESMAR_API CGContext {
     void setRGBFillColor(CGFloat red, CGFloat green, CGFloat blue, CGFloat alpha);
     // In points; initially 1. Zero and negative widths stroke nothing.
     void setLineWidth(CGFloat width);
-    // Multiplies the current alpha, initially 1, by which everything drawn is made translucent.
+    // Multiplies the alpha, initially 1, that applies to everything drawn from now on.
     void setAlpha(CGFloat alpha);
     // Moves the origin, in points.
     void translate(CGFloat dx, CGFloat dy);

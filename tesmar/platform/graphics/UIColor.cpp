@@ -17,7 +17,7 @@ CGFloat component(CGFloat value) {
 } // namespace
 
 Class& UIColor::classObject() {
-    static Class type("UIColor", &NSObject::classObject(), allocator<UIColor>());
+    static Class& type = *new Class("UIColor", &NSObject::classObject(), allocator<UIColor>());
     return type;
 }
 

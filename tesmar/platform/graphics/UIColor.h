@@ -1,4 +1,4 @@
-// A grey-scale or RGB colour; it remembers in which of the two spaces it was given. Immutable; may
+// A grey-scale or RGB colour, which keeps the colour space that it was created in. Immutable; may
 // be used by any thread.
 #pragma once
 

@@ -3,6 +3,8 @@
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 #include "tesmar/platform/graphics/internal/UIImageImpl.h"
 
+#include <utility>
+
 namespace tesmar {
 namespace {
 
@@ -21,15 +23,23 @@ struct ImageContext {
 struct StackEntry {
     CGContext* context;
     std::unique_ptr<ImageContext> image; // null for a context that was pushed
+    StackEntry* below;
 };
 
-std::vector<StackEntry>& contextStack() {
-    static thread_local std::vector<StackEntry> stack;
-    return stack;
+// The top of the stack; null when it is empty. A plain pointer, which destructors of thread-local
+// objects can use too.
+thread_local StackEntry* top = nullptr;
+
+void push(CGContext& context, std::unique_ptr<ImageContext> image) {
+    top = new StackEntry{&context, std::move(image), top};
+}
+
+void pop() {
+    const std::unique_ptr<StackEntry> popped(std::exchange(top, top->below));
 }
 
 ImageContext* currentImageContext() {
-    return contextStack().empty() ? nullptr : contextStack().back().image.get();
+    return top ? top->image.get() : nullptr;
 }
 
 // Null for a size that no image can have.
@@ -46,26 +56,26 @@ SurfacePtr imageSurface(CGSize size, double scale) {
 } // namespace
 
 CGContext* UIGraphicsGetCurrentContext() {
-    return contextStack().empty() ? nullptr : contextStack().back().context;
+    return top ? top->context : nullptr;
 }
 
 void UIGraphicsPushContext(CGContext& context) {
-    contextStack().push_back({&context, nullptr});
+    push(context, nullptr);
 }
 
 void UIGraphicsPopContext() {
-    if (!contextStack().empty() && !currentImageContext())
-        contextStack().pop_back();
+    if (top && !top->image)
+        pop();
 }
 
 void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale) {
     const double pixelsPerPoint =
-        scale == 0 ? UIImage::mainScreenScale() : finite(scale, 0.1, 16, 1);
+        scale == 0 ? std::ceil(UIImage::mainScreenScale()) : finite(scale, 0.1, 16, 1);
     auto image = std::make_unique<ImageContext>(imageSurface(size, pixelsPerPoint), pixelsPerPoint);
     CGContext& context = image->context;
     if (opaque)
         context.impl().fillPixels(context.clipPixels(), Paint{});
-    contextStack().push_back({&context, std::move(image)});
+    push(context, std::move(image));
 }
 
 Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext() {
@@ -89,7 +99,7 @@ Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext() {
 
 void UIGraphicsEndImageContext() {
     if (currentImageContext())
-        contextStack().pop_back();
+        pop();
 }
 
 } // namespace tesmar

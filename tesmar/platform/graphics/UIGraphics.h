@@ -13,20 +13,20 @@ class UIImage;
 
 // Null when the stack is empty. The stack owns image contexts, and no others.
 TESMAR_API CGContext* UIGraphicsGetCurrentContext();
-// `context` stays the caller's, and must outlive its time on the stack.
+// The caller owns `context`, which must exist until it is popped.
 TESMAR_API void UIGraphicsPushContext(CGContext& context);
 // Does nothing when the stack is empty, or when an image context is on top.
 TESMAR_API void UIGraphicsPopContext();
 
 // Pushes an image context: a new picture, transparent or, if `opaque`, black. `size` is in points,
 // rounded up to whole pixels; `scale` is in pixels per point, clamped to 0.1…16, and 0 means the
-// main screen's. If the size is empty, not finite or larger than an image may be, the context draws
-// nothing and yields no image.
+// main screen's, rounded up to a whole number: whole points are then whole pixels. If the size is
+// empty, not finite or larger than an image may be, the context draws nothing and yields no image.
 TESMAR_API void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale);
-// A new image, a copy of what has been drawn so far. Null when the top of the stack is no image
-// context, or one without a picture.
+// A new image, a copy of what has been drawn so far. Null when the top of the stack is not an image
+// context, or is one that draws nothing.
 TESMAR_API Ref<UIImage> UIGraphicsGetImageFromCurrentImageContext();
-// Pops the image context. Does nothing when the top of the stack is no image context.
+// Pops the image context. Does nothing when the top of the stack is not an image context.
 TESMAR_API void UIGraphicsEndImageContext();
 
 } // namespace tesmar

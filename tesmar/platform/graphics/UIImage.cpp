@@ -1,9 +1,9 @@
 #include "tesmar/platform/graphics/UIImage.h"
 
 #include "tesmar/platform/foundation/NSBundle.h"
-#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
+#include "tesmar/platform/graphics/internal/NamedImage.h"
 #include "tesmar/platform/graphics/internal/UIImageImpl.h"
 #include "tesmar/platform/graphics/internal/png.h"
 
@@ -13,12 +13,6 @@
 namespace tesmar {
 namespace {
 
-struct Variant {
-    int scale;
-    const char* suffix;
-};
-constexpr Variant kVariants[] = {{1, ".png"}, {2, "@2x.png"}, {3, "@3x.png"}};
-
 std::atomic<double>& screenScale() {
     static std::atomic<double> scale{1};
     return scale;
@@ -26,35 +20,6 @@ std::atomic<double>& screenScale() {
 
 double clampedScale(CGFloat scale) {
     return finite(scale, 0.1, 16, 1);
-}
-
-struct ImageFile {
-    std::string bytes;
-    int scale;
-};
-
-// The smallest scale that is not below the screen's, or else the largest.
-std::optional<ImageFile> bestVariant(std::string_view name, const NSBundle& bundle) {
-    const double screen = UIImage::mainScreenScale();
-    const auto load = [&](const Variant& variant) -> std::optional<ImageFile> {
-        if (auto bytes = bundle.resource(std::string(name) + variant.suffix))
-            return ImageFile{std::move(*bytes), variant.scale};
-        return std::nullopt;
-    };
-    for (const Variant& variant : kVariants)
-        if (variant.scale >= screen)
-            if (auto file = load(variant))
-                return file;
-    for (auto variant = std::rbegin(kVariants); variant != std::rend(kVariants); ++variant)
-        if (variant->scale < screen)
-            if (auto file = load(*variant))
-                return file;
-    return std::nullopt;
-}
-
-Ref<UIImage> reportMissing(std::string_view name, std::string_view why) {
-    diagnostic("image \"" + std::string(name) + "\" " + std::string(why));
-    return nullptr;
 }
 
 // False if there are no bytes, or if writing fails.
@@ -75,6 +40,12 @@ UIImage::Impl::Impl(SurfacePtr pixels, double pixelsPerPoint)
     id = ++lastId;
 }
 
+UIImage::Impl::~Impl() = default;
+
+const UIImage::Impl& UIImage::Impl::pictureFor(double drawnScale) const {
+    return named ? named->picture(drawnScale, *this) : *this;
+}
+
 void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
     const int ownWidth = cairo_image_surface_get_width(surface.get());
     const int ownHeight = cairo_image_surface_get_height(surface.get());
@@ -87,7 +58,7 @@ void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
 }
 
 Class& UIImage::classObject() {
-    static Class type("UIImage", &NSObject::classObject(), {});
+    static Class& type = *new Class("UIImage", &NSObject::classObject(), {});
     return type;
 }
 
@@ -107,11 +78,11 @@ Ref<UIImage> UIImage::imageNamed(std::string_view name) {
 }
 
 Ref<UIImage> UIImage::imageNamedFrom(std::string_view name, const NSBundle& bundle) {
-    const auto file = bestVariant(name, bundle);
-    if (!file)
-        return reportMissing(name, "is not in bundle \"" + bundle.bundleIdentifier() + "\"");
-    auto image = imageWithPNGData(file->bytes, file->scale);
-    return image ? image : reportMissing(name, "is no PNG file or is too large");
+    auto impl = NamedImage::load(name, bundle, mainScreenScale());
+    if (!impl)
+        return nullptr;
+    impl->named = std::make_unique<NamedImage>(name, bundle);
+    return imageWithImpl(std::move(impl));
 }
 
 Ref<UIImage> UIImage::imageWithPNGData(std::string_view bytes, CGFloat scale) {

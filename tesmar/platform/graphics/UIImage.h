@@ -1,4 +1,7 @@
-// An image: premultiplied ARGB pixels and a scale in pixels per point. Immutable.
+// An image: premultiplied ARGB pixels and a scale in pixels per point. Immutable; may be used by
+// any thread.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -29,9 +32,14 @@ class TESMAR_API UIImage : public NSObject {
     // smallest scale that is not below mainScreenScale, or else with the largest scale. Null, with
     // a diagnostic, if none exists or if the chosen one is broken or too large. `imageNamedFrom`
     // loads from another bundle.
+    //
+    // The first drawing at another scale loads the file for that scale, from the bundle that the
+    // image keeps alive and by the drawing thread, and draws it instead; the image's size
+    // and pixels are those of the file loaded first, which is also drawn if the other one is
+    // broken. The files should be of one size in points.
     static Ref<UIImage> imageNamed(std::string_view name);
     static Ref<UIImage> imageNamedFrom(std::string_view name, const NSBundle& bundle);
-    // Null if the bytes are no complete PNG, or one that is too large. `scale` is clamped to
+    // Null if the bytes are not a complete PNG, or if the image is too large. `scale` is clamped to
     // 0.1…16.
     static Ref<UIImage> imageWithPNGData(std::string_view bytes, CGFloat scale);
 
@@ -45,12 +53,12 @@ class TESMAR_API UIImage : public NSObject {
     // The image as a PNG file; std::nullopt if encoding fails.
     std::optional<std::string> PNGData() const;
 
-    // Pixels per point of the main screen: initially 1, set by the host, clamped to 0.1…16. Any
-    // thread.
+    // Pixels per point of the main screen: initially 1, set by windows, clamped to 0.1…16. Only
+    // the default where no drawing gives a scale. Any thread.
     static CGFloat mainScreenScale();
     static void setMainScreenScale(CGFloat scale);
 
-    // Added by the caption library
+    // Added by the caption library: a new transparent image of 1 × 1 point at mainScreenScale().
     static Ref<UIImage> emptyImageForBorders();
 
     // For the graphics layer: the implementation, which uses the drawing library.

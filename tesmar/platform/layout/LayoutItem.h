@@ -3,6 +3,8 @@
 //
 // Lengths are points in the parent's coordinate system. Layout changes items only through
 // setLayoutFrame() and setLayoutContentSize(), and never changes the root. Main thread only.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"

@@ -32,8 +32,8 @@ std::string number(double value) {
 } // namespace
 
 Class& NSLayoutConstraint::classObject() {
-    static Class type("NSLayoutConstraint", &NSObject::classObject(),
-                      allocator<NSLayoutConstraint>());
+    static Class& type =
+        *new Class("NSLayoutConstraint", &NSObject::classObject(), allocator<NSLayoutConstraint>());
     return type;
 }
 

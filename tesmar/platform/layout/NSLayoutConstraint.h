@@ -12,6 +12,8 @@
 //
 // References to items are weak: a constraint on a destroyed item has no effect. Lengths are points.
 // Main thread only.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

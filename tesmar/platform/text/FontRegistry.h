@@ -1,9 +1,11 @@
-// The font faces that exist, and the files that draw them. Any thread may use this.
+// The available font faces, and the files that draw them. Any thread may use this.
 //
 // A face is looked up by its name, which is compared byte for byte: first among the files that the
 // host added, then among the installed faces, then in the table of stand-ins,
 // internal/stand_in_fonts.def, whose rows count only if their file is installed. The system font
 // has a family of its own, which is not listed; its only face has the family's name.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"
@@ -36,7 +38,7 @@ class TESMAR_API FontRegistry {
     // Adds the faces of a font file. False if the file has none or cannot be read.
     static bool addFontFile(const std::string& path);
     // Limits the faces to these names and the system font, replacing any earlier limit. A name
-    // without a file is drawn by the system font's. The faces of files added later are allowed too.
+    // without a font file is drawn with the system font. Files added later add their faces.
     static void restrictTo(std::vector<std::string> fontNames);
     // Undoes addFontFile and restrictTo, and searches the installed fonts again. UIFont objects
     // keep their faces.

@@ -18,7 +18,7 @@ Ref<T> attribute(const NSDictionary& attributes, std::string_view name) {
 } // namespace
 
 Class& NSAttributedString::classObject() {
-    static Class type("NSAttributedString", &NSObject::classObject(), {});
+    static Class& type = *new Class("NSAttributedString", &NSObject::classObject(), {});
     return type;
 }
 

@@ -18,6 +18,11 @@ double points(int pangoUnits) {
     return static_cast<double>(pangoUnits) / PANGO_SCALE;
 }
 
+// A width or height. A broken font may make pango's sum overflow.
+double length(int pangoUnits) {
+    return std::max(0.0, points(pangoUnits));
+}
+
 CGRect pointsRect(const PangoRectangle& r) {
     return {points(r.x), points(r.y), points(r.width), points(r.height)};
 }
@@ -38,6 +43,19 @@ std::string validText(std::string_view text) {
     std::string result(valid);
     g_free(valid);
     return result;
+}
+
+// The part of valid UTF-8 that is shaped, followed by an ellipsis if that is not all.
+std::string shownText(const std::string& text, double pointSize) {
+    // In any font the characters, one below or beside the other, then stay within pango's int.
+    constexpr double kLargestTotalSize = 500'000; // points
+    const auto most = std::min<glong>(TextLayout::kMostShownCharacters,
+                                      static_cast<glong>(kLargestTotalSize / pointSize));
+    if (text.size() <= static_cast<std::size_t>(most) ||
+        g_utf8_strlen(text.data(), static_cast<gssize>(text.size())) <= most)
+        return text;
+    const char* const end = g_utf8_offset_to_pointer(text.data(), most);
+    return std::string(text.data(), end) + "\u2026";
 }
 
 constexpr std::string_view kLineSeparator = "\u2028";
@@ -65,17 +83,14 @@ std::string replaceSeparatorsBySpaces(std::string text, std::size_t from) {
     return text;
 }
 
-void setLayoutText(PangoLayout* layout, const std::string& text) {
-    pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
-}
-
 // Replaces the line breaks after the start of the last visible line by spaces: where the line is
 // cut off by an ellipsis, they would show as symbols.
-void joinLinesFrom(PangoLayout* layout, int lastLine) {
+void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
     if (const auto* line = pango_layout_get_line_readonly(layout, lastLine))
         setLayoutText(layout,
                       replaceSeparatorsBySpaces(pango_layout_get_text(layout),
-                                                static_cast<std::size_t>(line->start_index)));
+                                                static_cast<std::size_t>(line->start_index)),
+                      fallback);
 }
 
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
@@ -135,11 +150,12 @@ struct TextLayout::Impl {
 
     // Shapes the text if that is out of date.
     const ShapedText& shape();
-    GObjectPtr<PangoLayout> makeLayout(Fallback fallback) const;
+    GObjectPtr<PangoLayout> makeLayout(const std::string& shown, Fallback fallback) const;
     void render(cairo_t* cr, const ShapedText& s, double scale, const PixelRect& box) const;
 };
 
-GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
+GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(const std::string& shown,
+                                                     Fallback fallback) const {
     const FontFace& face = *font->face();
     GObjectPtr<PangoLayout> layout = face.shaper.makeLayout(face, font->pointSize(), fallback);
     if (!layout)
@@ -149,12 +165,13 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(Fallback fallback) const {
     if (width)
         pango_layout_set_width(layout.get(), static_cast<int>(*width * PANGO_SCALE));
     if (lineCount == 0) {
-        setLayoutText(layout.get(), text);
+        setLayoutText(layout.get(), shown, fallback);
         return layout;
     }
-    setLayoutText(layout.get(), replaceLineBreaks(text, lineCount == 1 ? " " : kLineSeparator));
+    setLayoutText(layout.get(), replaceLineBreaks(shown, lineCount == 1 ? " " : kLineSeparator),
+                  fallback);
     if (lineCount > 1)
-        joinLinesFrom(layout.get(), lineCount - 1);
+        joinLinesFrom(layout.get(), lineCount - 1, fallback);
     if (width) {
         pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
         pango_layout_set_height(layout.get(), -lineCount);
@@ -173,16 +190,17 @@ const ShapedText& TextLayout::Impl::shape() {
         return *shaped;
     auto s = std::make_shared<ShapedText>();
     s->id = nextId();
-    s->layout = makeLayout(Fallback::none);
+    const std::string shown = shownText(text, font->pointSize());
+    s->layout = makeLayout(shown, Fallback::none);
     if (s->layout && pango_layout_get_unknown_glyphs_count(s->layout.get()) > 0)
-        s->layout = makeLayout(Fallback::installedFonts);
+        s->layout = makeLayout(shown, Fallback::installedFonts);
     if (s->layout) {
         PangoRectangle ink, logical;
         pango_layout_get_extents(s->layout.get(), &ink, &logical);
-        s->size = {points(logical.width), points(logical.height)};
+        s->size = {length(logical.width), length(logical.height)};
         s->baseline = points(pango_layout_get_baseline(s->layout.get()));
         s->ink = ink.width > 0 && ink.height > 0 ? pointsRect(ink) : CGRect();
-        s->isTruncated = pango_layout_is_ellipsized(s->layout.get());
+        s->isTruncated = shown.size() != text.size() || pango_layout_is_ellipsized(s->layout.get());
         s->isColored = hasColoredGlyphs(s->layout.get());
     }
     shaped = std::move(s);
@@ -199,7 +217,8 @@ void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
     const double baseline = s.baseline * scale;
     cairo_translate(cr, -box.x, std::round(baseline) - baseline - box.y);
     cairo_scale(cr, scale, scale);
-    drawGlyphs(cr, s.layout.get());
+    const bool isTiled = box.width > kTileSide || box.height > kTileSide;
+    drawGlyphs(cr, s.layout.get(), isTiled ? Glyphs::inTheClip : Glyphs::all);
 }
 
 TextLayout::TextLayout() : impl_(std::make_unique<Impl>()) {}

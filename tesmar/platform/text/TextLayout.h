@@ -4,6 +4,8 @@
 //
 // Measurements do not depend on the scale at which the text is drawn. As with shapes, drawing
 // through several clips produces the same pixels as drawing at once (see CGContext).
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -34,8 +36,12 @@ class TESMAR_API TextLayout {
     // text is shaped again when it is next measured or drawn.
 
     // UTF-8; initially empty. Invalid bytes are replaced by U+FFFD, and text beyond kLargestText
-    // bytes is cut off between characters.
+    // bytes is cut off between characters. To bound the time for measuring and drawing, an ellipsis
+    // replaces all characters after the first kMostShownCharacters, and after fewer if the font is
+    // larger than 488 points: 500 of them at 1000 points. Words of more than 128 characters are
+    // shaped in parts, without kerning and ligatures between these.
     static constexpr std::size_t kLargestText = 64 * 1024;
+    static constexpr int kMostShownCharacters = 1024;
     void setText(std::string_view text);
     const std::string& text() const;
     // Initially the 17-point system font; null sets that one.

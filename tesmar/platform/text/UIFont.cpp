@@ -26,7 +26,7 @@ FaceMetrics metricsOf(const FontFace& face) {
 } // namespace
 
 Class& UIFont::classObject() {
-    static Class type("UIFont", &NSObject::classObject(), allocator<UIFont>());
+    static Class& type = *new Class("UIFont", &NSObject::classObject(), allocator<UIFont>());
     return type;
 }
 

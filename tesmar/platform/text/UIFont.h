@@ -27,9 +27,10 @@ class TESMAR_API UIFont : public NSObject {
     // The same face at another size; if that is not finite and positive, at this font's size.
     Ref<UIFont> fontWithSize(CGFloat size) const;
 
-    // All families except the system font's; and the names of a family's faces, none for an unknown
-    // family. Both are in ascending byte order. Each face belongs to one family.
+    // All families except the system font's, in ascending byte order.
     static std::vector<std::string> familyNames();
+    // The face names of a family, in ascending byte order; empty for an unknown family. Each face
+    // belongs to one family.
     static std::vector<std::string> fontNamesForFamilyName(std::string_view familyName);
 
     const std::string& fontName() const { return fontName_; }
@@ -52,7 +53,9 @@ class TESMAR_API UIFont : public NSObject {
     // True for the same face name and size.
     bool isEqual(const NSObject* other) const override;
 
-    // Added by the caption library
+    // Added by the caption library: the fonts of CCConstants::CCFontsNameList() that are available
+    // now, in the locale's order; the system font's family; and the sizes, in points, that the
+    // panel offers for a font, the default ones unless it has its own (see CCConstants).
     static std::vector<std::string> CCSupportedFonts();
     static std::string systemFontFamily();
     static std::vector<CGFloat> fontSizesForFontName(std::string_view name);

@@ -1,4 +1,4 @@
-// Whether things on the screen move or land at once.
+// The process-wide setting of animations: full or reduced motion.
 #pragma once
 
 #include "tesmar/platform/foundation/export.h"

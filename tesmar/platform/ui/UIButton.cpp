@@ -24,7 +24,7 @@ T forState(const std::map<unsigned, T>& values, unsigned state) {
 } // namespace
 
 Class& UIButton::classObject() {
-    static Class type("UIButton", &UIControl::classObject(), allocator<UIButton>());
+    static Class& type = *new Class("UIButton", &UIControl::classObject(), allocator<UIButton>());
     return type;
 }
 

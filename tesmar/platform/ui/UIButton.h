@@ -1,4 +1,6 @@
 // A control with a title or an image for each of its states.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"
@@ -27,14 +29,14 @@ class TESMAR_API UIButton : public UIControl {
     std::string titleForState(unsigned state) const;
     void setTitleColor(const Ref<UIColor>& color, unsigned forState);
     Ref<UIColor> titleColorForState(unsigned state) const;
-    // Images are drawn in the tint colour; black at the start and when it is null.
+    // Images are drawn in the tint colour, or in black if it is null, as it is initially.
     void setImage(const Ref<UIImage>& image, unsigned forState);
     Ref<UIImage> imageForState(unsigned state) const;
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
 
     // Shows the title of the present state; created at the first call. The button sets its text and
-    // colour; the font, the 18-point system font at the start, is the caller's to set.
+    // colour; the caller may set its font, initially the 18-point system font.
     const Ref<UILabel>& titleLabel();
 
     // The title plus 12 points of height, or the image; at least 30 points wide.

@@ -19,7 +19,7 @@ constexpr double kFlash = 0.1;
 } // namespace
 
 Class& UIControl::classObject() {
-    static Class type("UIControl", &UIView::classObject(), allocator<UIControl>());
+    static Class& type = *new Class("UIControl", &UIView::classObject(), allocator<UIControl>());
     return type;
 }
 

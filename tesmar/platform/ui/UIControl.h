@@ -1,4 +1,6 @@
-// A view that the user operates, and that sends its targets an action when that happens.
+// A view that the user operates, and that then sends actions to its targets.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/selector.h"
@@ -43,7 +45,7 @@ class TESMAR_API UIControl : public UIView {
     // Reads, besides the view's keys, "enabled" and "selected".
     bool initWithCoder(NSCoder& coder) override;
 
-    // True at the start. Disabling cancels the touch in progress.
+    // Initially true. Disabling cancels the touch in progress.
     bool isEnabled() const { return enabled_; }
     virtual void setEnabled(bool enabled);
     virtual bool isSelected() const { return selected_; }
@@ -53,14 +55,14 @@ class TESMAR_API UIControl : public UIView {
     // Bits of UIControlState.
     unsigned state() const;
 
-    // A finger is down on the control.
+    // Whether a finger is down on the control.
     bool isTracking() const { return touch_ != nullptr; }
-    // That finger, or the last one when it lifted, is within the tracking margin.
+    // Whether that finger is within the tracking margin, or the last one was when it lifted.
     bool isTouchInside() const { return touchInside_; }
 
     // Performs `action` on `target` (see performAction) whenever one of `events` is sent. The
-    // target is not owned; one that has been destroyed is skipped. Adding the same again adds the
-    // events.
+    // target is not owned; one that has been destroyed is skipped. Adding the same target and
+    // action again adds the events.
     void addTarget(const Ref<NSObject>& target, Selector action, unsigned events);
     // Stops sending `events`; a null target means every target.
     void removeTarget(const NSObject* target, Selector action, unsigned events);

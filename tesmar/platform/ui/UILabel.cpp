@@ -15,7 +15,7 @@ constexpr CGFloat kDefaultSize = 17;
 } // namespace
 
 Class& UILabel::classObject() {
-    static Class type("UILabel", &UIView::classObject(), allocator<UILabel>());
+    static Class& type = *new Class("UILabel", &UIView::classObject(), allocator<UILabel>());
     return type;
 }
 

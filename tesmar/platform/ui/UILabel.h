@@ -1,4 +1,6 @@
 // One line of read-only text. Takes no touches.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/text/TextLayout.h"
@@ -17,19 +19,19 @@ class TESMAR_API UILabel : public UIView {
     // centre, 2 right).
     bool initWithCoder(NSCoder& coder) override;
 
-    // UTF-8; empty at the start.
+    // UTF-8; initially empty.
     const std::string& text() const { return text_; }
     void setText(std::string text);
-    // The 17-point system font at the start and when null is set.
+    // Initially, and when null is set, the 17-point system font.
     const Ref<UIFont>& font() const { return font_; }
     void setFont(const Ref<UIFont>& font);
-    // Black at the start and when null is set.
+    // Initially, and when null is set, black.
     const Ref<UIColor>& textColor() const { return textColor_; }
     void setTextColor(const Ref<UIColor>& color);
-    // Left at the start.
+    // Initially left.
     void setTextAlignment(NSTextAlignment alignment);
 
-    // Text that does not fit ends in an ellipsis; it is centred vertically.
+    // The text is centred vertically; an ellipsis ends text that does not fit.
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;
     // The text's size rounded up to whole points; zero without text.

@@ -6,7 +6,7 @@
 namespace tesmar {
 
 Class& UINib::classObject() {
-    static Class type("UINib", &NSObject::classObject(), {});
+    static Class& type = *new Class("UINib", &NSObject::classObject(), {});
     return type;
 }
 

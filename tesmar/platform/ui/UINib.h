@@ -1,4 +1,6 @@
 // Makes objects from an interface file, an XML document (format: docs/interface-files.md).
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSBundle.h"

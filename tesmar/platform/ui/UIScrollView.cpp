@@ -9,7 +9,8 @@
 namespace tesmar {
 
 Class& UIScrollView::classObject() {
-    static Class type("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());
+    static Class& type =
+        *new Class("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());
     return type;
 }
 

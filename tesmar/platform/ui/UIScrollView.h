@@ -1,5 +1,7 @@
 // A view onto content larger than itself. A finger or a wheel drags the content; it glides on
 // afterwards, and springs back at its ends.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIView.h"
@@ -44,28 +46,28 @@ class TESMAR_API UIScrollView : public UIView {
     Ref<UIScrollViewDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(const Ref<UIScrollViewDelegate>& delegate) { delegate_ = delegate; }
 
-    // In points. Constraints between subviews and the scroll view's edges set it; so may code.
+    // In points. Also set by constraints between subviews and the scroll view's edges.
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
     // The content point at the top left corner.
     CGPoint contentOffset() const { return bounds().origin; }
-    // Stops any motion. Not animated, the offset may lie past the ends, where it stays until the
-    // next layout; animated, it is clamped to the ends. Coordinates that are not finite become
-    // finite.
+    // Stops any motion. Without animation, the offset may lie past the ends and stays there until
+    // the next layout; with animation, it is clamped to the ends. Coordinates that are NaN or
+    // infinite are made finite.
     void setContentOffset(CGPoint offset, bool animated);
-    // Scrolls by as little as shows `rect` (content coordinates), or its start where it is larger
-    // than the view.
+    // Scrolls the shortest distance that shows all of `rect` (content coordinates), or its start if
+    // it is larger than the view.
     void scrollRectToVisible(const CGRect& rect, bool animated);
 
-    // True at the start.
+    // Both initially true.
     bool showsVerticalScrollIndicator() const { return showsVertical_; }
     void setShowsVerticalScrollIndicator(bool shows);
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
     void setShowsHorizontalScrollIndicator(bool shows);
 
-    // From the start of a drag (or burst of wheel events) to its end.
+    // True from the start of a drag (or burst of wheel events) to its end.
     bool isDragging() const;
-    // The content moves on its own, outside a drag.
+    // Whether the content moves on its own, outside a drag.
     bool isDecelerating() const;
     // Whether a drag or wheel moves the content along `axis`.
     bool canScroll(LayoutAxis axis) const;

@@ -29,7 +29,7 @@ double finiteValue(double value) {
 } // namespace
 
 Class& UIStepper::classObject() {
-    static Class type("UIStepper", &UIControl::classObject(), allocator<UIStepper>());
+    static Class& type = *new Class("UIStepper", &UIControl::classObject(), allocator<UIStepper>());
     return type;
 }
 

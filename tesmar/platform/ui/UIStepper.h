@@ -1,4 +1,6 @@
 // A two-part control, 94 × 29 points, that decreases or increases a value by a step.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/graphics/UIImage.h"
@@ -26,25 +28,25 @@ class TESMAR_API UIStepper : public UIControl {
     // "wraps", "autorepeat" and "continuous".
     bool initWithCoder(NSCoder& coder) override;
 
-    // 0 at the start; clamped to the range (NaN becomes 0 first). Setting it sends no event.
+    // Initially 0; clamped to the range (NaN becomes 0 first). Setting it sends no event.
     double value() const { return value_; }
     void setValue(double value);
-    // 0 and 100 at the start. A maximum below the minimum lowers the minimum, a minimum above the
+    // Initially 0 and 100. A maximum below the minimum lowers the minimum, a minimum above the
     // maximum raises the maximum. Numbers beyond ±10^15 are clamped, NaN becomes 0.
     double minimumValue() const { return minimum_; }
     void setMinimumValue(double minimum);
     double maximumValue() const { return maximum_; }
     void setMaximumValue(double maximum);
-    // 1 at the start; setting a step that is not positive and finite is a fatal error.
+    // Initially 1; setting a step that is not positive and finite is a fatal error.
     void setStepValue(double step);
-    // Whether a step past one end continues at the other; false at the start.
+    // Whether a step past one end continues at the other; initially false.
     void setWraps(bool wraps);
-    // Whether a half that is held down keeps stepping; true at the start.
+    // Whether a half that is held down keeps stepping; initially true.
     void setAutorepeat(bool autorepeat) { autorepeat_ = autorepeat; }
-    // Whether value-changed is sent at every step, as at the start, or once when the touch ends.
+    // Whether value-changed is sent at every step (initially) or once when the touch ends.
     void setContinuous(bool continuous) { continuous_ = continuous; }
 
-    // Colour of the symbols and of the default border; null, as at the start, means the default
+    // Colour of the symbols and of the default border; null, the initial value, means the default
     // blue.
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
@@ -69,7 +71,7 @@ class TESMAR_API UIStepper : public UIControl {
     // there is no such stepper. The stepper is not owned.
     static std::pair<UIStepper*, UIStepperHalf> halfWithIdentifier(UIView& root,
                                                                    std::string_view identifier);
-    // Whether a step of that half would be made; false for none.
+    // Whether a tap on that half would step; false for none and for a disabled stepper.
     bool canStep(UIStepperHalf half) const;
 
     CGSize intrinsicContentSize() const override { return kSize; }

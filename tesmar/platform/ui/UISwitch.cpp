@@ -26,7 +26,7 @@ void setMixedFillColor(CGContext& context, const UIColor& a, const UIColor& b, d
 } // namespace
 
 Class& UISwitch::classObject() {
-    static Class type("UISwitch", &UIControl::classObject(), allocator<UISwitch>());
+    static Class& type = *new Class("UISwitch", &UIControl::classObject(), allocator<UISwitch>());
     return type;
 }
 

@@ -1,6 +1,8 @@
 // An on/off switch, 51 × 31 points. A tap toggles it, a drag moves its thumb; the thumb stretches
-// under the finger. It sends value-changed, at the lift, when the user has changed it, never when
-// code does.
+// under the finger. It sends UIControlEventValueChanged when a finger that has changed it lifts;
+// setOn() sends no event.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIControl.h"
@@ -22,14 +24,14 @@ class TESMAR_API UISwitch : public UIControl {
 
     // Only the origin of `frame` counts; the size is kSize.
     bool initWithFrame(CGRect frame) override;
-    // Reads, beside the control's keys, "on".
+    // Reads, besides the control's keys, "on".
     bool initWithCoder(NSCoder& coder) override;
 
     bool isOn() const { return on_; }
-    // Off at the start. Animated, the thumb slides; isOn() changes at once.
+    // Initially off. With animation the thumb slides; isOn() changes at once.
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
-    // The colour of the track while on; null, as at the start, means the default green.
+    // The colour of the track while on; null, the initial value, means the default green.
     void setOnTintColor(const Ref<UIColor>& color);
 
     CGSize intrinsicContentSize() const override { return kSize; }

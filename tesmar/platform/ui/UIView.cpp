@@ -13,7 +13,7 @@
 namespace tesmar {
 
 Class& UIView::classObject() {
-    static Class type("UIView", &NSObject::classObject(), allocator<UIView>());
+    static Class& type = *new Class("UIView", &NSObject::classObject(), allocator<UIView>());
     return type;
 }
 
@@ -137,7 +137,7 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
     if (!view)
         return;
     if (isDescendantOf(view.get()))
-        fatalError("a view cannot be added to itself or to a view inside it");
+        fatalError("a view cannot be added to itself or to one of its descendants");
     UIWindow* const before = view->window();
     const Ref<UIView> added = view;          // `view` may be an element of a list that changes
     subviews_.reserve(subviews_.size() + 1); // may throw, so before any change

@@ -1,5 +1,7 @@
 // A rectangle on the screen that draws itself, contains other views, takes touches and takes part
 // in layout. Main thread only. All lengths are in points; y grows down.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -26,7 +28,7 @@ class UITouch;
 class UIWindow;
 struct PixelRect;
 
-// Stands for "no preference" in an intrinsic size.
+// A width or height of an intrinsic size that means "no preference".
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
 inline constexpr CGSize UILayoutFittingCompressedSize{0, 0};
 
@@ -66,14 +68,14 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     const std::vector<Ref<UIView>>& subviews() const { return subviews_; }
     // The window that the view is in, or null; not owned.
     UIWindow* window() const;
-    // Adds `view` in front of the other subviews; a view that has another superview leaves it.
+    // Adds `view` in front of the other subviews and removes it from its previous superview.
     // Adding a view to itself or to one of its own descendants is a fatal error.
     void addSubview(const Ref<UIView>& view);
     // The same at an index of subviews(), 0 for the back; too large an index means the front.
     void insertSubview(const Ref<UIView>& view, std::size_t atIndex);
     // Does nothing without a superview.
     void removeFromSuperview();
-    // Whether `view` is this view or above it.
+    // Whether `view` is this view or one of its ancestors.
     bool isDescendantOf(const UIView* view) const;
     // The first view at or below this one with that accessibility identifier, in tree order, or
     // null; not owned.
@@ -82,9 +84,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // --- Look -----------------------------------------------------------------------------------
 
     const Ref<UIColor>& backgroundColor() const { return backgroundColor_; }
-    // Null, as at the start: no background is painted.
+    // Null, the initial value: no background is painted.
     void setBackgroundColor(const Ref<UIColor>& color);
-    // Opacity of the view with everything in it; 1 at the start, clamped to 0 to 1 (NaN becomes 1).
+    // Opacity of the view and its descendants; initially 1, clamped to 0 to 1 (NaN becomes 1).
     double alpha() const { return alpha_; }
     void setAlpha(double alpha);
     bool isHidden() const { return hidden_; }
@@ -116,7 +118,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     // --- Touches --------------------------------------------------------------------------------
 
-    // True at the start. False: neither the view nor what is in it takes touches.
+    // Initially true. If false, neither the view nor its descendants take touches.
     void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
     // Whether a finger can reach the view: not hidden, not transparent, and enabled.
     bool takesTouches() const { return !hidden_ && userInteractionEnabled_ && alpha_ >= 0.01; }

@@ -11,8 +11,9 @@
 namespace tesmar {
 
 Class& UIViewController::classObject() {
-    static Class type("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
-                      {method<&UIViewController::setView>("setView:")});
+    static Class& type =
+        *new Class("UIViewController", &NSObject::classObject(), allocator<UIViewController>(),
+                   {method<&UIViewController::setView>("setView:")});
     return type;
 }
 
@@ -44,7 +45,7 @@ const Ref<UIView>& UIViewController::view() {
             loadView();
         } catch (...) {
             loading_ = false;
-            view_ = nullptr; // incomplete: the next call loads it anew
+            view_ = nullptr; // incomplete: the next call loads it again
             throw;
         }
         loading_ = false;

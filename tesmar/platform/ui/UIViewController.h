@@ -36,8 +36,8 @@ class TESMAR_API UIViewController : public NSObject {
     bool initWithCoder(NSCoder& coder) override;
     bool init() override { return initWithNibName(std::nullopt, nullptr); }
 
-    // Loads the view at the first call. What loadView throws is passed on, and the next call loads
-    // anew.
+    // Loads the view at the first call. Passes exceptions of loadView on; the next call then loads
+    // again.
     const Ref<UIView>& view();
     void setView(const Ref<UIView>& view);
     bool isViewLoaded() const { return view_ != nullptr; }
@@ -46,9 +46,10 @@ class TESMAR_API UIViewController : public NSObject {
     // function; one that sets no view is a fatal error.
     virtual void loadView();
     virtual void viewDidLoad() {}
-    // Called in this order, each once for each appearance; one that has not been reached when the
-    // appearance is interrupted is left out. A full-screen controller that is presented above makes
-    // those below disappear and, when it is dismissed, appear again; a card does not.
+    // Called in this order, at most once per appearance; an interrupted appearance skips those not
+    // yet reached.
+    // A full-screen controller that is presented above makes those below disappear and, when it is
+    // dismissed, appear again; a card does not.
     virtual void viewWillAppear(bool /*animated*/) {}
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
@@ -56,23 +57,23 @@ class TESMAR_API UIViewController : public NSObject {
     // For the host to call when the process runs out of memory.
     virtual void didReceiveMemoryWarning() {}
 
-    // The size in points that a card would have at best; nothing (as here): as large as there is
-    // room. The card asks when the view has been laid out in that room, so an override may measure
-    // its subviews, and again when the room or the constraints of the view have changed.
+    // The size, in points, that a card should have; std::nullopt, the default, for all of the room.
+    // Called after the view has been laid out in that room, so that an override may measure its
+    // subviews, and again when the room or the constraints of the view have changed.
     virtual std::optional<CGSize> preferredContentSize() { return std::nullopt; }
 
     UIModalPresentationStyle modalPresentationStyle() const { return style_; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { style_ = style; }
 
     // Presents `controller` over this one, which must be a window's root controller or presented
-    // itself; otherwise, or when `controller` is presented already, there is a diagnostic and
-    // nothing else happens. A controller that is being dismissed comes back. The window owns it
-    // until it is dismissed. `completion` runs after viewDidAppear.
+    // itself; otherwise, or when `controller` is presented already, it only reports a diagnostic. A
+    // controller that is being dismissed is presented again from where it is. The window owns it
+    // until it is dismissed. `completion` runs after viewDidAppear. Null is ignored.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                Completion completion = {});
-    // Dismisses the controller that this one presents or, when there is none, this one; everything
-    // presented above goes with it. Does nothing when neither is presented, or when the dismissal
-    // is under way already. `completion` runs after viewDidDisappear.
+    // Dismisses the controller that this one presents or, when there is none, this one, together
+    // with everything presented above it. Does nothing when neither is presented, or when the
+    // dismissal is under way already. `completion` runs after viewDidDisappear.
     void dismissViewControllerAnimated(bool animated, Completion completion = {});
     // Null when there is none.
     Ref<UIViewController> presentedViewController() const;

@@ -49,7 +49,7 @@ class CurrentContext {
     explicit CurrentContext(CGContext& context) : context_(&context) {
         UIGraphicsPushContext(context);
     }
-    // Also ends what a view's drawing began on top of it and, because it threw, never ended.
+    // Also pops the contexts that a view's drawing pushed on top and, because it threw, left there.
     ~CurrentContext() {
         while (CGContext* const current = UIGraphicsGetCurrentContext()) {
             UIGraphicsEndImageContext();
@@ -83,7 +83,7 @@ class RootController : public UIViewController {
 } // namespace
 
 Class& UIWindow::classObject() {
-    static Class type("UIWindow", &UIView::classObject(), allocator<UIWindow>());
+    static Class& type = *new Class("UIWindow", &UIView::classObject(), allocator<UIWindow>());
     return type;
 }
 
@@ -93,7 +93,7 @@ UIWindow::UIWindow()
       history_(std::make_unique<DamageHistory>()), repainted_(std::make_unique<DamageRegion>()),
       context_(std::make_unique<CGContext>()) {}
 
-// Views and controllers that are notified of the end meanwhile find no window any more.
+// Views and controllers that are notified meanwhile must not find a window that is being destroyed.
 UIWindow::~UIWindow() {
     if (rootController_)
         presentations_->setRoot(*rootController_, PresentationStack::Root::detached);
@@ -174,7 +174,7 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
     assertMainThread("UIWindow::presentViewController");
     const auto self = refTo(this);
     auto presenter = presentations_->top();
-    // A controller that is being dismissed comes back over the root.
+    // A controller that is being dismissed is presented again, over the root.
     if (!presenter || presenter == controller)
         presenter = rootController_;
     if (!presenter)

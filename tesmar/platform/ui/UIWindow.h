@@ -35,7 +35,7 @@ class TouchDispatcher;
 
 // Keys that a window may handle.
 enum class UIKey { escape };
-// What a tap beside every card does.
+// What a tap outside all cards does: nothing, or dismiss the topmost controller.
 enum class OutsideTap { ignored, dismisses };
 
 class TESMAR_API UIWindow : public UIView {
@@ -53,20 +53,21 @@ class TESMAR_API UIWindow : public UIView {
     void setSize(CGSize size);
     CGFloat scale() const { return scale_; }
     void setScale(CGFloat scale);
-    // Margins of the surface that cards keep clear of; zero at the start, clamped to 0 to 65,535
+    // Margins of the surface that cards keep clear of; initially zero, clamped to 0 to 65,535
     // points (NaN becomes 0).
     UIEdgeInsets safeAreaInsets() const { return safeArea_; }
     void setSafeAreaInsets(UIEdgeInsets insets);
     // The area of the host's captions in window coordinates, which cards keep clear of where there
-    // is room. Nothing (as at the start) or an empty rectangle: no captions.
+    // is room. std::nullopt (initially) or an empty rectangle: no captions.
     std::optional<CGRect> captionArea() const { return captionArea_; }
     void setCaptionArea(std::optional<CGRect> area);
-    // Ignored at the start. When it dismisses, a tap beside a card is the window's touch.
+    // Initially ignored. With OutsideTap::dismisses, the window handles a touch outside all cards
+    // while a controller is presented.
     void setOutsideTap(OutsideTap behaviour) { outsideTap_ = behaviour; }
     OutsideTap outsideTap() const { return outsideTap_; }
 
-    // Its view covers the window below everything that is presented. That view is transparent, and
-    // touches on it that hit no subview are left to the host.
+    // The controller whose view covers the window, below everything that is presented. The view is
+    // transparent, and the window does not handle touches that hit none of its subviews.
     const Ref<UIViewController>& rootViewController() const { return rootController_; }
     // The topmost presented controller, or null.
     Ref<UIViewController> presentedViewController() const;
@@ -80,15 +81,15 @@ class TESMAR_API UIWindow : public UIView {
     // host's to use. A touch that the window took when it began belongs to the window until it
     // ends.
 
-    // `id` distinguishes fingers. Events of a finger that never landed are not handled. A finger
-    // that lands twice, and the oldest of more than 32, must have lifted without an event and is
-    // cancelled.
+    // `id` distinguishes fingers. Events of a finger that never landed are not handled. If a finger
+    // lands twice, or more than 32 are down, the window assumes that this finger, or the oldest,
+    // lifted without an event, and cancels its touch.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
     // one that does not scroll.
     bool wheel(CGPoint point, CGPoint delta, double time);
     bool key(UIKey key, double time);
-    // Cancels the touches of all fingers: for a host that loses its focus, say.
+    // Cancels the touches of all fingers, for example when the host loses the focus.
     void cancelTouches(double time);
 
     // Cancels the touches of `view` and what is in it; drags of scroll views go on.
@@ -112,7 +113,7 @@ class TESMAR_API UIWindow : public UIView {
     // drawing throws. Nothing outside the rows is written.
     std::span<const PixelRect> render(std::span<std::uint32_t> pixels, int stride,
                                       int bufferAge = 1);
-    // Marks every pixel as out of date: for a host that changes its buffer or has lost its content.
+    // Marks every pixel as out of date, for example when the host's buffer is new or was lost.
     void invalidate();
 
     // --- For views ------------------------------------------------------------------------------

@@ -14,8 +14,9 @@ std::optional<std::string> embeddedResource(std::string_view fileName) {
         return std::nullopt;
 
     // The getter registers the data at its first call, which is not thread-safe; the initialiser of
-    // a static is. The call also makes a linker take the data from a static library.
-    static GResource* const resource = tesmar_get_resource();
+    // a static is. The call also makes a linker take the data from a static library. The data's own
+    // reference is dropped at exit.
+    static GResource* const resource = g_resource_ref(tesmar_get_resource());
     const std::string path = "/tesmar/" + std::string(fileName);
     GBytes* bytes =
         g_resource_lookup_data(resource, path.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr);

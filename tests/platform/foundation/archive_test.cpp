@@ -24,7 +24,7 @@ Ref<NSObject> roundTrip(const Ref<NSObject>& object) {
     return unarchived(archived(object));
 }
 
-// A class of a higher layer, with a value of every kind.
+// A class with a value of every kind that a coder supports.
 class Lamp : public NSObject {
     TESMAR_CLASS
   public:
@@ -58,7 +58,7 @@ Class& Lamp::classObject() {
     return type;
 }
 
-TEST(Archive, ObjectsComeBackEqualOfTheirClassAndShared) {
+TEST(Archive, RoundTripKeepsValuesClassesAndSharing) {
     registerClass(Lamp::classObject());
     const auto inner = dictionary({{"", number(false)}, {"\u00e9", list({text("x")})}});
     const auto lamp = make<Lamp>();
@@ -76,7 +76,7 @@ TEST(Archive, ObjectsComeBackEqualOfTheirClassAndShared) {
     const auto decoded = as<Lamp>(unarchived(bytes));
     ASSERT_TRUE(decoded);
     EXPECT_EQ(archived(decoded), bytes);
-    EXPECT_EQ(decoded->values, lamp->values); // the class itself makes doubles finite
+    EXPECT_EQ(decoded->values, lamp->values); // the coder passes infinity on
     ASSERT_EQ(decoded->bulbs.size(), lamp->bulbs.size());
     for (std::size_t i = 0; i < lamp->bulbs.size(); ++i) {
         EXPECT_TRUE(decoded->bulbs[i]->isEqual(lamp->bulbs[i].get())) << i;
@@ -102,7 +102,7 @@ TEST(Archive, ValuesWithoutACodingAreDroppedWithTheirKeys) {
     EXPECT_FALSE(roundTrip(nullptr));
 }
 
-TEST(Archive, WhatWouldNotBeReadIsNotWritten) {
+TEST(Archive, WritesNoArchiveThatCouldNotBeRead) {
     Ref<NSObject> deep = list({}), wide = text("x");
     for (int i = 0; i < 400; ++i)
         deep = list({deep, number(1LL)});
@@ -122,7 +122,7 @@ TEST(Archive, WhatWouldNotBeReadIsNotWritten) {
     setDiagnosticHandler({});
 }
 
-// An archive of these objects, from number 1 on.
+// An archive with these objects in its table, from index 1 on.
 std::string of(Array objects) {
     objects.insert(objects.begin(), "$null");
     return writePropertyList(Dictionary{{"$version", 100000LL},
@@ -133,7 +133,7 @@ std::string of(Array objects) {
 PropertyList chain(Array names) {
     return Dictionary{{"$classes", names}, {"$classname", names.front()}};
 }
-// Their class is number 2.
+// A record whose class is at index 2.
 PropertyList record(Dictionary values) {
     values.push_back({"$class", UID{2}});
     return values;
@@ -187,6 +187,7 @@ TEST(Archive, OtherWritersArchivesDecodeToTheirObjectOrToNull) {
         {"an abstract class", of({array({}), chain({"NSBundle"})}), null},
         {"a class without a coding", of({array({}), chain({"NSObject"})}), null},
         {"a list in itself", of({array({UID{1}}), arrays}), null},
+        {"the null object in a list", of({array({UID{0}}), arrays}), null},
         {"too many keys", of({dict({"a", "b"}, {"a"}), dicts}), null},
         {"one bad value", of({dict({"a", "b"}, {"a", UID{99}}), dicts}), null},
         {"text of bad bytes", of({record({{"NS.bytes", bad}}), strings}), null},

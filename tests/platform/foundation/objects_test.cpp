@@ -1,6 +1,7 @@
 // The object runtime with its delayed messages, dictionaries, scalars and bundles.
 #include "tesmar/platform/foundation/NSBundle.h"
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"
@@ -8,6 +9,8 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 namespace tesmar {
 namespace {
@@ -66,6 +69,28 @@ TEST(RuntimeDeathTest, MisuseEndsWithOneLineThatNamesIt) {
     EXPECT_DEATH(send(object, "twin:"), line("selector \"twin:\" takes 1 arguments, not 0"));
     EXPECT_DEATH(send(object, "twin:", Ref<NSObject>(text(""))), line("a message argument .*"));
     EXPECT_DEATH(make<NSMutableDictionary>()->setObject(nullptr, "k"), line(".*\"k\" is null"));
+    EXPECT_DEATH(NSBundle::registerBundle(nullptr), line("NSBundle.* is null"));
+    NSRunLoop loop;
+    EXPECT_DEATH(loop.schedule(0, nullptr), line("NSRunLoop.*empty function"));
+    EXPECT_DEATH(loop.addFrameClient(nullptr), line("NSRunLoop.* is null"));
+    const Selector ring("ring");
+    EXPECT_DEATH(loop.performSelectorAfterDelay(nullptr, ring, nullptr, 0),
+                 line(".*\"ring\" is null"));
+}
+
+TEST(RuntimeDeathTest, AFatalErrorIsToldFirstAndEndsAllTheSame) {
+    const auto die = [](FatalErrorHandler handler) {
+        setFatalErrorHandler([=](std::string_view message) {
+            [[maybe_unused]] const auto size = ::write(2, message.data(), message.size());
+            handler(message);
+        });
+        std::thread([] { fatalError("misuse"); }).join();
+    };
+    constexpr char kBoth[] = "^misusetesmar: misuse\n$";
+    EXPECT_DEATH(die([](std::string_view) {}), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { throw 1; }), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { fatalError("again"); }), kBoth);
+    EXPECT_DEATH(die([](std::string_view) { setFatalErrorHandler({}); }), kBoth);
 }
 
 TEST(Runtime, DelayedMessagesOwnTheirTargetUntilSentOrCancelled) {
@@ -106,7 +131,29 @@ TEST(Dictionary, CopiesShareValuesButNotEntries) {
     EXPECT_FALSE(copy->isEqual(original.get()) || original->isEqual(nullptr));
 }
 
-TEST(Scalars, EqualityIsOfMeaningNotOfForm) {
+TEST(Dictionary, ComparesWithoutEndlessRecursion) {
+    const auto a = make<NSMutableDictionary>(), b = make<NSMutableDictionary>();
+    for (const char* key : {"1", "2"}) {
+        a->setObject(b, key);
+        b->setObject(a, key);
+    }
+    EXPECT_TRUE(a->isEqual(b.get()));
+    b->setObject(text("x"), "3");
+    EXPECT_FALSE(a->isEqual(b.get()));
+    a->setObject(list({a, b}), "3"), b->setObject(list({b, a}), "3");
+    EXPECT_TRUE(a->isEqual(b.get()));
+    Ref<NSObject> wide = text("w"), same = text("w"), deep = text("d"), other = text("d");
+    for (int i = 0; i < 40; ++i)
+        wide = list({wide, wide}), same = list({same, same});
+    EXPECT_TRUE(wide->isEqual(same.get()));
+    for (int i = 0; i < 2000; ++i)
+        deep = list({deep}), other = list({other});
+    EXPECT_FALSE(deep->isEqual(other.get()));
+    for (const char* key : {"1", "2", "3"})
+        a->removeObjectForKey(key);
+}
+
+TEST(Scalars, EqualityComparesValuesNotRepresentations) {
     EXPECT_TRUE(text("\u00e9")->isEqual(text("e\u0301").get()));
     EXPECT_FALSE(text("\xFF")->isEqual(text("\xFE").get()));
     EXPECT_FALSE(text("a\0b"s)->isEqual(text("a\0c"s).get()));

@@ -58,12 +58,12 @@ TEST_F(Preferences, EntriesOfOthersKeepTypeValueAndOrder) {
 TEST_F(Preferences, ReadsSeeTheFileAsItIsNowButUnsavedChangesWin) {
     PreferencesStore other(files);
     other.setPath(file);
-    // Same size, same clock tick, and the inode of the file before last.
+    // Successive files have the same size and clock tick, and reuse the inode of the last but one.
     for (int i = 10; i < 60; ++i) {
         ASSERT_TRUE(save(std::to_string(i), other));
         EXPECT_EQ(read(store), std::to_string(i));
     }
-    EXPECT_FALSE(save(PL::Data{std::string(17 << 20, 'x')})); // could not be read again
+    EXPECT_FALSE(save(PL::Data{std::string(17 << 20, 'x')})); // too large to be read again
     store.setValue("mine", "key");
     EXPECT_EQ(read(store), "mine");
     ASSERT_TRUE(save(std::nullopt));
@@ -114,13 +114,13 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
         SCOPED_TRACE(c.what);
         fs::remove_all(file);
         fs::remove(file + ".corrupt");
-        fs::create_directories(file + ".tmp/stuck"); // a name that no save can free
+        fs::create_directories(file + ".tmp/stuck"); // a directory, which a save cannot remove
         writeFile(file + ".tmp.1", "of a saver that died");
         store.setPath(file);
         c.make();
         EXPECT_FALSE(store.value("key"));
         EXPECT_EQ(save("new"), c.save != refused);
-        EXPECT_EQ(read(store), "new"); // maybe unsaved
+        EXPECT_EQ(read(store), "new"); // in memory even if not saved
         EXPECT_EQ(fs::exists(file + ".corrupt"), c.save == keepsCopy);
         EXPECT_EQ(fs::exists(file + ".tmp.1"), c.save == refused);
         store.setValue(std::nullopt, "key");
@@ -130,7 +130,7 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
 TEST_F(Preferences, CopiesOfUnparsableFilesNeverReplaceOneAnother) {
     for (int i = 0; i < 11; ++i) {
         const auto copy = file + ".corrupt" + (i == 0 ? "" : "." + std::to_string(i));
-        fs::remove(file); // or writing it again would change the linked copy
+        fs::remove(file); // it is linked to the copy, which writing would change
         writeFile(file, "broken " + std::to_string(i));
         ASSERT_EQ(save("x"), i < 10);
         EXPECT_EQ(readFile(i < 10 ? copy : file), "broken " + std::to_string(i));
@@ -163,7 +163,7 @@ TEST_F(UserDefaults, ObjectsComeBackAsNewCopies) {
     EXPECT_FALSE(defaults->objectForKey("key"));
 }
 
-TEST_F(UserDefaults, WhatIsNoPropertyListChangesNothing) {
+TEST_F(UserDefaults, RejectsObjectsThatCannotBeStored) {
     int complaints = 0;
     setDiagnosticHandler([&](std::string_view) { ++complaints; });
     defaults->setObject(text("stays"), "key");
@@ -181,7 +181,7 @@ TEST_F(UserDefaults, WhatIsNoPropertyListChangesNothing) {
     cyclic->removeObjectForKey("self");
 }
 
-TEST_F(UserDefaults, TypesWithoutAClassReadAsNothing) {
+TEST_F(UserDefaults, ValuesWithoutAClassReadAsNull) {
     for (const PropertyList& value : PL::Array{PL::Date{0}, PL::UID{1}, PL::Set{}, PL::Null(),
                                                "\xED\xA0\xBD", PL::Array{PL::Date{0}}}) {
         writeFile(file, writePropertyList(PL::Dictionary{{"key", value}, {"infinite", INFINITY}}));
@@ -190,7 +190,7 @@ TEST_F(UserDefaults, TypesWithoutAClassReadAsNothing) {
     EXPECT_TRUE(std::isfinite(as<NSNumber>(defaults->objectForKey("infinite"))->doubleValue()));
 }
 
-TEST_F(UserDefaults, TheFileIsWhereTheHostAndTheEnvironmentSay) {
+TEST_F(UserDefaults, HostAndEnvironmentChooseTheFile) {
     const std::string home = directory.path() / "home", config = directory.path() / "config";
     const std::string inHome = home + "/.config/app/preferences.plist";
     const std::string inBundle = config + "/bundle/preferences.plist", own = home + "/own.plist";

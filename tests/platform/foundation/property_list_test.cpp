@@ -1,4 +1,4 @@
-// Well-formed lists keep their values; hostile ones are refused at once, in little memory.
+// Well-formed lists keep their values; malformed ones are rejected quickly and in little memory.
 #include "tests/platform/measured.h"
 
 #include "support.h"
@@ -74,7 +74,7 @@ TEST(PropertyList, AgreesWithAnIndependentImplementation) {
     EXPECT_EQ(written(*list), theirs);
 }
 
-// Whether the list is read, within what a hostile input may cost.
+// Whether the list can be read; fails the test if that costs too much time or memory.
 bool isRead(const RawList& list, const DecodeLimits& limits = kPreferencesLimits) {
     const std::string bytes = list.bytes();
     const std::size_t perByte = limits.bytes == kArchiveLimits.bytes ? 0 : 100;

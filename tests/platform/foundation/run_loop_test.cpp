@@ -57,7 +57,7 @@ TEST_F(RunLoop, FiresInOrderOfDeadlineThenOfScheduling) {
     fired.clear();
     loop.advanceTo(5);
     EXPECT_EQ(fired, (Fired{{1, 5}, {3, 5}}));
-    EXPECT_FALSE(loop.nextDeadline()); // infinity is no deadline
+    EXPECT_FALSE(loop.nextDeadline()); // work after an infinite delay has no deadline
     const auto ticker = std::make_shared<Ticker>();
     loop.addFrameClient(ticker);
     loop.advanceTo(1e300); // where adding an interval changes nothing
@@ -86,7 +86,7 @@ TEST_F(RunLoop, FramesComeOncePerAdvanceAndStopWithTheirClient) {
     first->during = [&] {
         second.reset();
         loop.addFrameClient(third);
-        loop.addFrameClient(first); // it finishes all the same
+        loop.addFrameClient(first); // does not keep it from finishing
     };
     loop.addFrameClient(first); // after an expired client: one interval from now
     EXPECT_NEAR(*loop.nextDeadline(), 2 + kFrame, 1e-9);

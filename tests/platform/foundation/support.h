@@ -1,4 +1,4 @@
-// Shared by the tests of this layer.
+// Helpers for the tests of the foundation: objects, files and raw property lists.
 #pragma once
 
 #include "tesmar/platform/foundation/NSArray.h"
@@ -19,7 +19,7 @@ inline constexpr auto data = NSData::dataWithBytes;
 inline constexpr auto list = NSArray::arrayWithObjects;
 inline constexpr auto dictionary = NSDictionary::dictionaryWithEntries;
 
-// Removed with all its files by the destructor.
+// A new directory; the destructor removes it with its content.
 class TemporaryDirectory {
   public:
     explicit TemporaryDirectory(

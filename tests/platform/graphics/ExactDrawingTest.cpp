@@ -1,4 +1,4 @@
-// Windows repaint only damaged rectangles: that has to give the same bytes as a full repaint.
+// Windows repaint only damaged rectangles, which must give the same bytes as a full repaint.
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"

@@ -5,6 +5,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tests/platform/Canvas.h"
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,18 @@ Ref<UIImage> square(double side) {
     auto image = UIGraphicsGetImageFromCurrentImageContext();
     UIGraphicsEndImageContext();
     return image;
+}
+
+std::string filePNG(const std::vector<std::uint32_t>& pixels, int width, int height) {
+    const std::string path = testing::TempDir() + "tesmar_image" + std::to_string(getpid());
+    EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string emptyPNG(int width, int height) {
+    return filePNG(std::vector<std::uint32_t>(static_cast<std::size_t>(width * height)), width,
+                   height);
 }
 
 class UIImageTest : public testing::Test {
@@ -63,18 +76,35 @@ TEST_F(UIImageTest, ChoosesTheFileForTheScreensScale) {
     }
 }
 
-std::string emptyPNG(int width, int height) {
-    const std::string path = testing::TempDir() + "tesmar_empty" + std::to_string(getpid());
-    const std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width * height));
-    EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+// The files have different colours.
+TEST_F(UIImageTest, DrawingChoosesTheFileForItsOwnScale) {
+    const auto bundle = NSBundle::bundle("b", [](std::string_view name) {
+        const bool isLarge = name.find('@') != name.npos;
+        const std::vector<std::uint32_t> pixels(144, isLarge ? 0xff0000ff : 0xffff0000);
+        const int side = isLarge ? 12 : 6;
+        return name == "i@3x.png" ? "broken" : filePNG(pixels, side, side);
+    });
+    for (const double loaded : {1.0, 2.0}) {
+        UIImage::setMainScreenScale(loaded);
+        const auto image = UIImage::imageNamedFrom("i", *bundle);
+        for (const double drawn : {1.0, 2.0, 0.5, 1.5, 1.0, 3.0}) {
+            const bool usesFirst = drawn == 3; // as its own file is broken
+            Canvas canvas(6, 6, drawn);
+            CGContext context = canvas.context();
+            context.drawImage(*image, {0, 0, 6, 6});
+            EXPECT_EQ(canvas.at(1, 1), (usesFirst ? loaded : drawn) <= 1 ? 0xffff0000 : 0xff0000ff)
+                << drawn;
+            EXPECT_EQ(image->size(), CGSize(6, 6));
+        }
+        EXPECT_EQ(diagnostics.size(), 1u);
+        diagnostics.clear();
+    }
 }
 
 TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
     const std::string good = *square(8)->PNGData();
     std::string flipped = good;
-    flipped[good.size() - 20] ^= 0x55; // in the chunk of the pixels, the last but one
+    flipped[good.size() - 20] ^= 0x55; // in the pixel data, which is the last chunk but one
     const std::string rows[] = {"",
                                 std::string(4096, 'x'),
                                 flipped,
@@ -98,7 +128,7 @@ TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
 
 TEST_F(UIImageTest, ImageContextsHaveTheRequestedSize) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-    UIImage::setMainScreenScale(2);
+    UIImage::setMainScreenScale(1.5); // image contexts round it up
     const struct {
         CGSize size;
         double scale;

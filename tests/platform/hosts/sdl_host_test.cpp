@@ -112,7 +112,7 @@ TEST(SDLHost, HandsTouchesToTheWindowAndTapsToTheApplication) {
     constexpr auto down = SDL_MOUSEBUTTONDOWN, up = SDL_MOUSEBUTTONUP, motion = SDL_MOUSEMOTION;
     constexpr auto land = SDL_FINGERDOWN, lift = SDL_FINGERUP;
     constexpr auto echo = SDL_TOUCH_MOUSEID; // SDL's own mouse events for fingers
-    constexpr auto back = SDL_MOUSE_TOUCHID; // and the other way round
+    constexpr auto back = SDL_MOUSE_TOUCHID; // and its finger events for the mouse
     constexpr Uint8 right = SDL_BUTTON_RIGHT;
     constexpr CGPoint on = kOnPad, beside = kBesidePad;
     SDL_Event focusLost = event(SDL_WINDOWEVENT);

@@ -120,7 +120,7 @@ TEST_F(Engine, FittingSizes) {
     EXPECT_EQ(fitting({7, 8}), (CGSize{7, 8}));
     root->constrain("|[a]|", views);
     root->constrain("V:|[b]|", views);
-    EXPECT_EQ(fitting({10000, 10000}), (CGSize{40, 10000})); // a hugs more than the target pulls
+    EXPECT_EQ(fitting({10000, 10000}), (CGSize{40, 10000})); // a hugs
     root->constraints.clear();
     root->constrain("|-0-[a]->=20-[b(94)]-0-|", views);
     root->constrain("V:|-0-[a]-2-[b]->=0-|", views);

@@ -44,7 +44,7 @@ System randomSystem(std::mt19937& random) {
     System system{draw(2, 9), {}};
     std::vector<double> point(system.count);
     std::ranges::generate(point, [&] { return draw(0, 100); });
-    // For the other solver; first, since nothing makes an extent negative.
+    // Extents, for the other solver. They come first, so that conflicts never make one negative.
     for (int i = 0; i < system.count; i += 2)
         system.relations.push_back({1000, notNegative, {{{i, 1}}, {}}});
     for (int n = draw(3, 18); n > 0; --n) {

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <sys/stat.h>
 #include <tuple>
 #include <unistd.h>
 
@@ -133,6 +134,31 @@ TEST_F(FontRegistryTest, MissingFontFilesLeaveNoNames) {
     layout.setText("text");
     EXPECT_EQ(layout.size(), CGSize());
     EXPECT_TRUE(layout.lineBoxes().empty());
+}
+
+// Each in a process of its own, since the rules for fallback fonts are loaded once.
+TEST_F(FontRegistryTest, AConfigurationThatIsNoRegularFileDoesNotHang) {
+    const std::string fifo = directory_ + "/1.conf";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    const auto show =
+        [&](const std::string& main, const std::string& included) {
+            if (!included.empty())
+                std::ofstream(main)
+                    << "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><include>"
+                    << included << "</include></fontconfig>";
+            ::alarm(20);
+            useConfiguration(main);
+            TextLayout layout;
+            layout.setText("\u0634"); // needs a fallback font
+            std::_Exit(layout.size().width > 0 && layout.size().height > 10 ? 0 : 1);
+        };
+    const std::string file = directory_ + "/main";
+    for (const auto& [main, included] : {std::pair(fifo, ""s),
+                                         {"/dev/zero"s, ""s},
+                                         {file, fifo},
+                                         {file, directory_},
+                                         {file, "/dev/zero"s}})
+        EXPECT_EXIT(show(main, included), testing::ExitedWithCode(0), "") << main << included;
 }
 
 TEST_F(FontRegistryTest, ARestrictionLeavesOnlyItsNamesAndAddedFiles) {

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <tuple>
 
 namespace tesmar {
@@ -142,6 +143,38 @@ TEST(TextLayout, ReplacesInvalidTextAndCutsOffEndlessText) {
         endless += "\u20ac";
     constexpr std::size_t kWholeCharacters = TextLayout::kLargestText / 3 * 3;
     EXPECT_EQ(layoutOf(endless).text(), endless.substr(0, kWholeCharacters));
+}
+
+double processorTime() { // milliseconds
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+TEST(TextLayout, LimitsTimeAndSizeOfAnyText) {
+    constexpr double kLimit = 100; // sanitizers and a busy machine take longer than 20 ms
+    for (const char* part : {"a", "word ", " ", "\n", "\xff", "\t", "\u2028", "a\u0301", "a\u05d0",
+                             "\u0634\u0644", "\u4e2d", "aЖ中\u05d0ก", "\U0001F600"}) {
+        std::string text;
+        while (text.size() < TextLayout::kLargestText)
+            text += part;
+        for (const std::optional<double> width : {std::optional<double>(), {0.0}, {300.0}, {1e5}})
+            for (const auto& [lines, fontSize] : {std::pair(1, 17), {3, 17}, {0, 17}, {0, 1000}}) {
+                TextLayout layout = layoutOf("", fontSize);
+                layout.setWidth(width);
+                layout.setLineCount(lines);
+                layoutOf(part, fontSize).size(); // loads the fonts
+                const double start = processorTime();
+                layout.setText(text);
+                const CGSize size = layout.size();
+                const double measured = processorTime();
+                drawing(layout, 320, 240, 2, {0, 0});
+                EXPECT_LT(measured - start, kLimit) << part << lines << " " << fontSize;
+                EXPECT_LT(processorTime() - measured, kLimit) << part << lines << " " << fontSize;
+                EXPECT_TRUE(size.width >= 0 && size.height >= 15) << size.width << size.height;
+                EXPECT_TRUE(layout.isTruncated());
+            }
+    }
 }
 
 TEST(TextLayout, DrawsTheLatestTextAndFont) {

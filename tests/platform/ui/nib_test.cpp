@@ -55,7 +55,7 @@ TEST_F(UITest, InterfaceFilesMakeConnectAndWakeObjects) {
     EXPECT_EQ(panel->lampAtWaking->titleForState(UIControlStateNormal), "Lamp");
 }
 
-TEST_F(UITest, UnsoundInterfaceFilesSayWhatIsWrong) {
+TEST_F(UITest, UnsoundInterfaceFilesReportTheirProblem) {
     registerPlatformClasses();
     const auto repeated = [](int count, std::string_view text) {
         std::string all;

@@ -50,7 +50,7 @@ TEST_F(ScrollTest, DragsOrDeliversTouches) {
         {P::moved, {100, 191}, 0, "", 0}, // below the threshold
         {P::moved, {100, 190}, 0.02, "begin ", 0},
         {P::moved, {120, 150}, 1, "", 40},     // beyond the threshold, on one axis
-        {P::ended, {120, 150}, 0, "end ", 40}, // not thrown after a rest
+        {P::ended, {120, 150}, 0, "end ", 40}, // a finger that rested does not throw the content
         {P::began, {100, 200}, 0, "", 40},
         {P::ended, {100, 200}, 0, "down up ", 40},  // a tap is delivered at its lift
         {P::began, {100, 200}, 0.149, "", 40},      // a rest is delivered late
@@ -210,7 +210,7 @@ TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
     EXPECT_GT(farthest, 10010);
     EXPECT_EQ(motion.offset(), 10000);
 
-    motion.jumpTo(-50); // taken hold of past the end: no jump
+    motion.jumpTo(-50); // a drag that starts past the end does not jump
     motion.beginDrag();
     motion.dragBy(0);
     EXPECT_NEAR(motion.offset(), -50, 1e-9);

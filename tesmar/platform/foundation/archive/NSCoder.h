@@ -1,5 +1,7 @@
 // The interface through which objects read and write their values under keys. Objects are read from
 // keyed archives and from interface files, and written to keyed archives only.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
@@ -31,7 +33,7 @@ class TESMAR_API NSCoder : public NSObject {
     virtual std::vector<Ref<NSObject>> decodeObjects(std::string_view /*key*/) { return {}; }
     // The same for a list of strings.
     virtual std::vector<std::string> decodeStrings(std::string_view /*key*/) { return {}; }
-    // Whether any object of the source could not be decoded so far; the source is then unusable.
+    // Whether any object so far could not be decoded; the caller must then discard the result.
     virtual bool failed() const { return false; }
 
     // Writing.

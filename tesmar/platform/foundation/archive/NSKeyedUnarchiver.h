@@ -1,4 +1,6 @@
 // Reads objects from a keyed archive. The bytes need not be trusted.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 // The value of an environment variable that holds a directory; only absolute paths count.
 fs::path directoryFromEnvironment(const char* name) {
-    const char* value = std::getenv(name);
+    const char* value = ::secure_getenv(name); // a privileged program trusts no variable
     return value && *value == '/' ? value : fs::path();
 }
 
@@ -61,7 +61,7 @@ struct NSUserDefaults::State {
 };
 
 Class& NSUserDefaults::classObject() {
-    static Class type("NSUserDefaults", &NSObject::classObject(), {});
+    static Class& type = *new Class("NSUserDefaults", &NSObject::classObject(), {});
     return type;
 }
 
@@ -104,8 +104,21 @@ void NSUserDefaults::removeObjectForKey(std::string_view key) {
 }
 
 bool NSUserDefaults::synchronize() {
+    std::string problem;
+    {
+        const std::lock_guard lock(state_->mutex);
+        PreferencesStore& store = state_->storeAtCurrentPath();
+        if (store.synchronize())
+            return true;
+        problem = "NSUserDefaults: \"" + store.path() + "\" was not saved: " + store.failure();
+    }
+    diagnostic(problem);
+    return false;
+}
+
+std::string NSUserDefaults::synchronizeFailure() const {
     const std::lock_guard lock(state_->mutex);
-    return state_->storeAtCurrentPath().synchronize();
+    return state_->store.failure();
 }
 
 void NSUserDefaults::setPreferencesPath(std::string path) {

@@ -7,6 +7,10 @@
 // that does not parse, the old file is kept as `preferences.plist.corrupt` (.corrupt.1 and so on,
 // at most ten); if that fails, nothing is saved.
 //
+// A save leaves owner, group, mode, access control list and extended attributes of the file as they
+// are. Where the process may not set the owner, the file becomes its user's; where anything else
+// cannot be kept without admitting somebody else, the save fails. A first file is private.
+//
 // Any thread. No function waits longer than two seconds, prints, or changes process state.
 #pragma once
 
@@ -36,11 +40,14 @@ class TESMAR_API NSUserDefaults : public NSObject {
     void removeObjectForKey(std::string_view key);
 
     // Writes the changes since the last successful save; all other entries of the file stay as they
-    // are. True if the changes are on the disk, or if there were none. False if the save failed;
-    // the changes stay readable here, and the next call tries again. The file is then unchanged,
-    // or, if only the final flush failed, complete. One process saves at a time; others wait at
-    // most two seconds.
+    // are. True if the changes are on the disk, or if there were none. False, with a diagnostic
+    // that gives the reason, if the save failed; the changes stay readable here, and the next call
+    // tries again. The file is then unchanged, or, if only the final flush failed, complete. One
+    // process saves at a time; others wait at most two seconds.
     bool synchronize();
+    // Why the last call of synchronize(), on whichever thread, returned false: the step and the
+    // system's reason. Empty if it returned true.
+    std::string synchronizeFailure() const;
 
     // Sets the path of the file; empty restores the default. The next save writes unsaved changes
     // to the new path.

@@ -2,14 +2,30 @@
 
 #include "tesmar/platform/foundation/diagnostics.h"
 
-#include <thread>
+#include <atomic>
 
 #ifndef NDEBUG
 namespace tesmar {
+namespace {
+
+// Its address tells living threads apart; thread ids are used again.
+thread_local const char identity = 0;
+std::atomic<const char*> mainThread = nullptr;
+
+struct Release {
+    ~Release() {
+        const char* self = &identity;
+        mainThread.compare_exchange_strong(self, nullptr);
+    }
+};
+
+} // namespace
 
 void assertMainThread(const char* operation) {
-    static const std::thread::id main = std::this_thread::get_id();
-    if (std::this_thread::get_id() != main)
+    thread_local const Release atThreadEnd;
+    static_cast<void>(atThreadEnd);
+    const char* main = nullptr;
+    if (!mainThread.compare_exchange_strong(main, &identity) && main != &identity)
         fatalError(std::string(operation) +
                    " was called off the main thread, the first that used the user interface");
 }

@@ -3,8 +3,9 @@
 
 namespace tesmar {
 
-// The main thread is the first that calls this. In builds without NDEBUG, a call from another
-// thread is a fatal error that names `operation`; with NDEBUG this does nothing.
+// The main thread is the first that calls this; after its end, the next that calls is. In builds
+// without NDEBUG, a call from another thread is a fatal error that names `operation`; with NDEBUG
+// this does nothing.
 #ifdef NDEBUG
 inline void assertMainThread(const char* /*operation*/) {}
 #else

@@ -1,3 +1,4 @@
+// Reads regular files, and no pipes or devices.
 #pragma once
 
 #include <filesystem>
@@ -6,8 +7,8 @@
 
 namespace tesmar {
 
-// The bytes of a file; nothing if it is not a regular file, cannot be read, or has more than `most`
-// bytes. Any thread.
+// The bytes of a file; std::nullopt if it is not a regular file, cannot be read, or has more than
+// `most` bytes. Any thread.
 std::optional<std::string> readRegularFile(const std::filesystem::path& path, std::size_t most);
 
 } // namespace tesmar

@@ -1,12 +1,36 @@
 #include "tesmar/platform/graphics/internal/SurfaceCache.h"
 
 #include <algorithm>
+#include <cxxabi.h>
+#include <new>
+
+// Of the shared library or program that contains this code.
+extern "C" __attribute__((visibility("hidden"))) void* __dso_handle; // NOLINT(*-identifier*)
 
 namespace tesmar {
+namespace {
+
+// A plain pointer, because destructors of thread-local objects may draw.
+thread_local SurfaceCache* threadCache = nullptr;
+
+void deleteCache(void* cache) {
+    threadCache = nullptr;
+    delete static_cast<SurfaceCache*>(cache);
+}
+
+} // namespace
 
 SurfaceCache& SurfaceCache::ofThisThread() {
-    static thread_local SurfaceCache cache;
-    return cache;
+    if (!threadCache) {
+        auto cache = std::make_unique<SurfaceCache>();
+        // The call that compilers make for a thread-local object. It may be made again while the
+        // thread's objects are being destroyed; then the new cache is the next to be deleted. After
+        // them, on the main thread, it has no effect.
+        if (abi::__cxa_thread_atexit(deleteCache, cache.get(), &__dso_handle) != 0)
+            throw std::bad_alloc();
+        threadCache = cache.release();
+    }
+    return *threadCache;
 }
 
 std::size_t SurfaceCache::Hash::operator()(const SurfaceKey& key) const {

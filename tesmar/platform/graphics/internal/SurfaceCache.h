@@ -29,6 +29,8 @@ class SurfaceCache {
   public:
     static constexpr std::size_t kCapacity = 8 * 1024 * 1024; // bytes of pixels
 
+    // Deleted when the thread ends; that of the main thread never. Destructors of static and
+    // thread-local objects may use it too.
     static SurfaceCache& ofThisThread();
 
     // Null if there is none. Owned by the cache, and valid until the next insert. Allocates

@@ -1,6 +1,5 @@
 #include "tesmar/platform/graphics/internal/png.h"
 
-#include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 
 #include <cstring>
@@ -20,13 +19,13 @@ std::uint32_t bigEndian(std::string_view bytes) {
     return value;
 }
 
-bool hasBoundedSize(std::string_view bytes) {
+bool hasBoundedSize(std::string_view bytes, int mostPixels) {
     if (bytes.size() < kHeaderSize || !bytes.starts_with(kStart))
         return false;
     const std::uint64_t width = bigEndian(bytes.substr(kStart.size()));
     const std::uint64_t height = bigEndian(bytes.substr(kStart.size() + 4));
     return width > 0 && height > 0 && width <= UIImage::kMaximumSide &&
-           height <= UIImage::kMaximumSide && width * height <= UIImage::kMaximumPixels;
+           height <= UIImage::kMaximumSide && width * height <= static_cast<unsigned>(mostPixels);
 }
 
 // The PNG without the chunks that do not affect its pixels, such as texts and profiles: the decoder
@@ -64,8 +63,8 @@ cairo_status_t writeBytes(void* closure, const unsigned char* data, unsigned int
 
 } // namespace
 
-SurfacePtr decodePNG(std::string_view bytes) {
-    if (!hasBoundedSize(bytes))
+SurfacePtr decodePNG(std::string_view bytes, int mostPixels) {
+    if (!hasBoundedSize(bytes, mostPixels))
         return nullptr;
     const std::string chunks = pictureChunks(bytes);
     std::string_view rest = chunks;

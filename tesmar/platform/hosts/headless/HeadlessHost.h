@@ -1,5 +1,7 @@
 // A host without a screen: its pixels are in memory, and its time moves only when told to. For
 // tests, tools, and programs that render without a display. Main thread only.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"

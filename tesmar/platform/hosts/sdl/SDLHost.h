@@ -8,6 +8,8 @@
 //
 // Main thread only, except wakeUp(). One host at a time: it takes all SDL events of the process,
 // and pumps the main run loop with seconds of the system's monotonic clock.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIWindow.h"
@@ -26,12 +28,12 @@ class TESMAR_API SDLHost {
     struct Options {
         std::string title;
         CGSize size{960, 540}; // points
-        // Pixels per point, clamped to 0.1 to 16. Nothing: the display's own.
+        // Pixels per point, clamped to 0.1 to 16. std::nullopt: the display's.
         std::optional<CGFloat> scale = std::nullopt;
     };
     // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.
     // Black at first and after a change of size; otherwise with the content of the last frame. The
-    // pixels and rows are aligned to 64 bytes. Valid during the call that gets it.
+    // pixels and rows are aligned to 64 bytes. Valid only during the onPicture() callback.
     struct Picture {
         std::uint32_t* pixels;
         int width; // pixels
@@ -85,8 +87,8 @@ class TESMAR_API SDLHost {
     // when the display fails.
     void run();
     // One turn: sleeps until there is an event, the run loop has work due, or `longest` seconds
-    // have passed (nothing: no limit); handles all events, pumps the run loop, and shows what has
-    // changed. Returns false once the host is to quit. Throws as run() does.
+    // have passed (std::nullopt: no limit); handles all events, pumps the run loop, and shows what
+    // has changed. Returns false once the host is to quit. Throws as run() does.
     bool turn(std::optional<double> longest = std::nullopt);
     void quit();
 

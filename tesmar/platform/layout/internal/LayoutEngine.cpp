@@ -30,7 +30,7 @@ struct LayoutEngine::State {
     // Since the tree was last read.
     std::vector<bool> isConflictReported; // by conflict
     std::set<std::string> reported;
-    // Between the two last times that the tree was read.
+    // Between the last reading of the tree and the one before.
     std::set<std::string> reportedBefore;
 
     void readIfNeeded(LayoutItem& item);

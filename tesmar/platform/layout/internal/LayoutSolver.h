@@ -9,7 +9,7 @@
 //    relations as far as possible. This is a linear program; the simplex method solves it.
 // 3. Priorities are strict because they are minimised one after the other, the highest first. After
 //    each minimisation, all variables whose increase would worsen the result are fixed at 0.
-//    Whatever follows cannot undo it. If required relations conflict, each of them is minimised
+//    Later steps cannot undo it. If required relations conflict, each of them is minimised
 //    alone in this way, in the order of adding, so that the last one is violated.
 // 4. Tie-breaks decide what the relations leave open, also one minimisation after the other: first
 //    each extent becomes as small as possible, then each position as close to 0 as possible. So the

@@ -2,6 +2,7 @@
 
 #include <hb-ot.h>
 
+#include <algorithm>
 #include <array>
 
 namespace tesmar {
@@ -60,6 +61,9 @@ unsigned FontFile::unitsPerEm() {
 hb_font_extents_t FontFile::extents() {
     hb_font_extents_t extents{};
     hb_font_get_h_extents(font(), &extents);
+    const auto most = 4 * static_cast<hb_position_t>(unitsPerEm());
+    extents.ascender = std::clamp(extents.ascender, -most, most);
+    extents.descender = std::clamp(extents.descender, -most, most);
     return extents;
 }
 

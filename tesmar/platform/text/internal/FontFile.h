@@ -26,6 +26,8 @@ class FontFile {
     // Owned by this object. If the file cannot be read, a font without glyphs.
     hb_font_t* font();
     unsigned unitsPerEm();
+    // The ascender and the descender are clamped to four times the font size, as a broken font may
+    // have any.
     hb_font_extents_t extents();
     // Whether some of its glyphs have colours of their own, as emoji do.
     bool isColored();

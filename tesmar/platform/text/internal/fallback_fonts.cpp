@@ -1,6 +1,6 @@
 #include "tesmar/platform/text/internal/fallback_fonts.h"
 
-#include "tesmar/platform/text/internal/fontconfig_ptr.h"
+#include "tesmar/platform/text/internal/font_configuration.h"
 
 #include <map>
 #include <string_view>
@@ -13,15 +13,8 @@ const FcChar8* chars(const std::string& text) {
     return reinterpret_cast<const FcChar8*>(text.c_str());
 }
 
-// All installed fonts and the machine's own rules for choosing among them. Separate from
-// fontconfig's current configuration, which belongs to the whole process.
-FcConfig* fullConfiguration() {
-    static FcConfig* const config = FcInitLoadConfigAndFonts();
-    return config;
-}
-
 FcFontSetPtr sortedFonts(const std::string& family, const std::string& language) {
-    FcConfig* const config = fullConfiguration();
+    static FcConfig* const config = fullFontConfiguration().release(); // never destroyed
     const FcPatternPtr wanted(FcPatternCreate());
     FcPatternAddString(wanted.get(), FC_FAMILY, chars(family));
     if (!language.empty())

@@ -5,6 +5,9 @@
 
 #include <hb-ot.h>
 
+#include <cmath>
+#include <map>
+#include <utility>
 #include <vector>
 
 namespace tesmar {
@@ -70,33 +73,86 @@ bool drawLayers(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
     return !layers.empty();
 }
 
+// The pictures of glyphs, each decoded once. The number of pixels is limited.
+class Pictures {
+  public:
+    // Owned by this object. Null if the picture cannot be decoded, or is one too many.
+    cairo_surface_t* decoded(hb_font_t* font, hb_codepoint_t glyph, std::string_view png) {
+        const auto [entry, isNew] = decoded_.try_emplace({font, glyph});
+        SurfacePtr& picture = entry->second;
+        if (isNew && (picture = decodePNG(png, pixelsLeft_)))
+            pixelsLeft_ -= cairo_image_surface_get_width(picture.get()) *
+                           cairo_image_surface_get_height(picture.get());
+        return picture.get();
+    }
+
+  private:
+    int pixelsLeft_ = kMostPicturePixels;
+    std::map<std::pair<hb_font_t*, hb_codepoint_t>, SurfacePtr> decoded_;
+};
+
 // False if the glyph has no picture. One that cannot be decoded draws nothing.
-bool drawPicture(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
+bool drawPicture(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph, Pictures& pictures) {
     hb_blob_t* const png = hb_ot_color_glyph_reference_png(font, glyph);
     unsigned length = 0;
     const char* const data = hb_blob_get_data(png, &length);
     hb_glyph_extents_t box{};
     const bool exists = length > 0 && hb_font_get_glyph_extents(font, glyph, &box);
-    const SurfacePtr picture = exists ? decodePNG({data, length}) : nullptr;
+    cairo_surface_t* const picture =
+        exists ? pictures.decoded(font, glyph, {data, length}) : nullptr;
     hb_blob_destroy(png);
     if (picture) {
         cairo_save(cr);
         cairo_translate(cr, box.x_bearing, box.y_bearing);
-        cairo_scale(
-            cr, static_cast<double>(box.width) / cairo_image_surface_get_width(picture.get()),
-            static_cast<double>(box.height) / cairo_image_surface_get_height(picture.get()));
-        cairo_set_source_surface(cr, picture.get(), 0, 0);
+        cairo_scale(cr, static_cast<double>(box.width) / cairo_image_surface_get_width(picture),
+                    static_cast<double>(box.height) / cairo_image_surface_get_height(picture));
+        cairo_set_source_surface(cr, picture, 0, 0);
         cairo_paint(cr);
         cairo_restore(cr);
     }
     return exists;
 }
 
-void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) {
+// Whether the glyph, drawn with its own origin and in font units, touches the clip.
+bool isInTheClip(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
+    hb_glyph_extents_t box{};
+    if (!hb_font_get_glyph_extents(font, glyph, &box))
+        return true;
+    double left, top, right, bottom;
+    cairo_clip_extents(cr, &left, &top, &right, &bottom);
+    // Antialiasing adds less than a pixel; extents in fonts are rounded.
+    double marginX = 2, marginY = 2;
+    cairo_device_to_user_distance(cr, &marginX, &marginY);
+    const double x = marginX + 2, y = std::abs(marginY) + 2;
+    return box.x_bearing < right + x && box.x_bearing + box.width > left - x &&
+           box.y_bearing > top - y && box.y_bearing + box.height < bottom + y;
+}
+
+struct Painter {
+    cairo_t* cr;
+    Glyphs glyphs;
+    Pictures pictures;
+
+    // In font units, with the glyph's origin at that of `cr`.
+    void drawGlyph(FontFile& file, hb_codepoint_t glyph);
+    void drawRun(const PangoLayoutRun& run, double x, double baseline);
+};
+
+void Painter::drawGlyph(FontFile& file, hb_codepoint_t glyph) {
+    hb_font_t* const font = file.font();
+    const bool isColored = file.isColored();
+    if (isColored && drawLayers(cr, font, glyph))
+        return;
+    if (glyphs == Glyphs::inTheClip && !isInTheClip(cr, font, glyph))
+        return;
+    if (!isColored || !drawPicture(cr, font, glyph, pictures))
+        addOutline(cr, font, glyph);
+}
+
+void Painter::drawRun(const PangoLayoutRun& run, double x, double baseline) {
     PangoFont* const font = run.item->analysis.font;
     FontFile& file = fileOf(font);
     const double unit = pointSizeOf(font) / file.unitsPerEm();
-    const bool isColored = file.isColored();
     for (int i = 0; i < run.glyphs->num_glyphs; ++i) {
         const PangoGlyphInfo& info = run.glyphs->glyphs[i];
         const hb_codepoint_t glyph = glyphIndex(info.glyph);
@@ -105,9 +161,7 @@ void drawRun(cairo_t* cr, const PangoLayoutRun& run, double x, double baseline) 
             cairo_translate(cr, x + pango_units_to_double(info.geometry.x_offset),
                             baseline + pango_units_to_double(info.geometry.y_offset));
             cairo_scale(cr, unit, -unit); // in fonts, y grows upwards
-            if (!isColored ||
-                (!drawLayers(cr, file.font(), glyph) && !drawPicture(cr, file.font(), glyph)))
-                addOutline(cr, file.font(), glyph);
+            drawGlyph(file, glyph);
             cairo_restore(cr);
         }
         x += pango_units_to_double(info.geometry.width);
@@ -126,7 +180,8 @@ bool hasColoredGlyphs(PangoLayout* layout) {
     return false;
 }
 
-void drawGlyphs(cairo_t* cr, PangoLayout* layout) {
+void drawGlyphs(cairo_t* cr, PangoLayout* layout, Glyphs glyphs) {
+    Painter painter{cr, glyphs, {}};
     PangoLayoutIter* const iterator = pango_layout_get_iter(layout);
     do {
         const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
@@ -134,8 +189,8 @@ void drawGlyphs(cairo_t* cr, PangoLayout* layout) {
             continue; // at the end of a line
         PangoRectangle box;
         pango_layout_iter_get_run_extents(iterator, nullptr, &box);
-        drawRun(cr, *run, pango_units_to_double(box.x),
-                pango_units_to_double(pango_layout_iter_get_baseline(iterator)));
+        painter.drawRun(*run, pango_units_to_double(box.x),
+                        pango_units_to_double(pango_layout_iter_get_baseline(iterator)));
     } while (pango_layout_iter_next_run(iterator));
     pango_layout_iter_free(iterator);
 }

@@ -1,7 +1,6 @@
 #include "tesmar/platform/text/internal/installed_fonts.h"
 
-#include "tesmar/platform/foundation/internal/regular_file.h"
-#include "tesmar/platform/text/internal/fontconfig_ptr.h"
+#include "tesmar/platform/text/internal/font_configuration.h"
 
 #include <unordered_map>
 
@@ -55,37 +54,6 @@ std::vector<FontRegistry::Source> facesOf(const FcFontSet* fonts) {
     return result;
 }
 
-// Fontconfig's main configuration file without its includes: the included rules take several times
-// as long to load as the font caches, and are needed for matching fonts, not for listing them.
-// Empty if the file cannot be read.
-std::string configurationWithoutIncludes(FcConfig* config) {
-    FcChar8* const path = FcConfigGetFilename(config, nullptr);
-    if (!path)
-        return {};
-    constexpr std::size_t kLargestFile = 1 << 20; // bytes
-    std::string configuration =
-        readRegularFile(reinterpret_cast<const char*>(path), kLargestFile).value_or("");
-    FcStrFree(path);
-    constexpr std::string_view kStart = "<include", kEnd = "</include>";
-    for (std::size_t start; (start = configuration.find(kStart)) != std::string::npos;) {
-        const std::size_t end = configuration.find(kEnd, start);
-        if (end == std::string::npos)
-            return {};
-        configuration.erase(start, end + kEnd.size() - start);
-    }
-    return configuration;
-}
-
-FcConfigPtr configurationForListing() {
-    FcConfigPtr config(FcConfigCreate());
-    const std::string rules = configurationWithoutIncludes(config.get());
-    const auto* const bytes = reinterpret_cast<const FcChar8*>(rules.c_str());
-    if (!rules.empty() && FcConfigParseAndLoadFromMemory(config.get(), bytes, FcFalse) &&
-        FcConfigBuildFonts(config.get()))
-        return config;
-    return FcConfigPtr(FcInitLoadConfigAndFonts());
-}
-
 } // namespace
 
 std::vector<FontRegistry::Source> facesInFile(const std::string& path) {
@@ -97,7 +65,7 @@ std::vector<FontRegistry::Source> facesInFile(const std::string& path) {
 }
 
 std::vector<FontRegistry::Source> installedFaces() {
-    const FcConfigPtr config = configurationForListing();
+    const FcConfigPtr config = listingFontConfiguration();
     return config ? facesOf(FcConfigGetFonts(config.get(), FcSetSystem))
                   : std::vector<FontRegistry::Source>();
 }

@@ -2,6 +2,11 @@
 
 #include "tesmar/platform/text/internal/FontFace.h"
 
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace tesmar {
 namespace {
 
@@ -21,12 +26,40 @@ void setFont(PangoLayout* layout, double points) {
     pango_font_description_free(description);
 }
 
-// Makes pango use the face for every character, without determining its coverage.
-void forbidFallback(PangoLayout* layout) {
+// With Fallback::none, makes pango use the face for every character, without determining its
+// coverage.
+//
+// Pango needs time in proportion to the square of a run's length to break that run within words, so
+// each part of the text gets an attribute of its own, which ends the run.
+void setFallback(PangoLayout* layout, Fallback fallback, const std::vector<unsigned>& cuts) {
     PangoAttrList* const attributes = pango_attr_list_new();
-    pango_attr_list_insert(attributes, pango_attr_fallback_new(FALSE));
+    unsigned start = PANGO_ATTR_INDEX_FROM_TEXT_BEGINNING;
+    const auto addPart = [&](unsigned end) {
+        PangoAttribute* const part = pango_attr_fallback_new(fallback != Fallback::none);
+        part->start_index = start;
+        part->end_index = end;
+        pango_attr_list_insert(attributes, part);
+        start = end;
+    };
+    std::for_each(cuts.begin(), cuts.end(), addPart);
+    addPart(PANGO_ATTR_INDEX_TO_TEXT_END);
     pango_layout_set_attributes(layout, attributes);
     pango_attr_list_unref(attributes);
+}
+
+// Where to cut words, and rows of spaces, that no text of a language has.
+std::vector<unsigned> cutsOfLongWords(const char* text) {
+    constexpr int kLongestWord = 128, kPart = 32; // characters
+    std::vector<unsigned> cuts;
+    int length = 0;
+    bool isSpace = false;
+    for (const char* c = text; *c; c = g_utf8_next_char(c)) {
+        const bool wasSpace = std::exchange(isSpace, *c == ' ');
+        length = isSpace == wasSpace ? length + 1 : 1;
+        if (length > kLongestWord && length % kPart == 1)
+            cuts.push_back(static_cast<unsigned>(c - text));
+    }
+    return cuts;
 }
 
 } // namespace
@@ -59,9 +92,14 @@ GObjectPtr<PangoLayout> Shaper::makeLayout(const FontFace& face, double pointSiz
         context = makeContext(file(face), fallback);
     GObjectPtr<PangoLayout> layout(pango_layout_new(context.get()));
     setFont(layout.get(), pointSize);
-    if (fallback == Fallback::none)
-        forbidFallback(layout.get());
+    setFallback(layout.get(), fallback, {});
     return layout;
+}
+
+void setLayoutText(PangoLayout* layout, const std::string& text, Fallback fallback) {
+    pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+    if (const auto cuts = cutsOfLongWords(pango_layout_get_text(layout)); !cuts.empty())
+        setFallback(layout, fallback, cuts);
 }
 
 FaceMetrics Shaper::metrics(const FontFace& face) {

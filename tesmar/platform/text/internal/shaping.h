@@ -8,6 +8,7 @@
 #include "tesmar/platform/text/internal/FontFileMap.h"
 
 #include <mutex>
+#include <string>
 
 namespace tesmar {
 
@@ -43,5 +44,8 @@ class Shaper {
     GObjectPtr<PangoContext> withoutFallback_;
     GObjectPtr<PangoContext> withFallback_;
 };
+
+// Sets the text, valid UTF-8, of a layout that was made with that fallback.
+void setLayoutText(PangoLayout* layout, const std::string& text, Fallback fallback);
 
 } // namespace tesmar

@@ -24,8 +24,8 @@ class CardView : public ContainerView {
     UIEdgeInsets drawingOverflow() const override;
 };
 
-// The size that a card's content preferred when it was last measured. Kept, because measuring lays
-// the content out again.
+// The size that a card's content preferred when last measured. Cached, because measuring lays the
+// content out again.
 struct MeasuredSize {
     CGSize room;                     // that was available
     std::uint64_t layoutChanges = 0; // of the content, see UIView::layoutChanges

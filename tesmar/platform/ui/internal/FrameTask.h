@@ -17,8 +17,8 @@ class FrameTask {
 
     bool isRunning() const { return client_ != nullptr; }
     // Calls `work` with the run loop's time, in seconds, at every frame from the next one on, until
-    // stop(). `work` may stop or destroy this task. A task that runs already goes on with the work
-    // that it has. Throws std::bad_alloc, and changes nothing, when allocation fails.
+    // stop(). `work` may stop or destroy this task. Does nothing while the task is running. Throws
+    // std::bad_alloc, and changes nothing, when allocation fails.
     void start(std::function<void(double now)> work);
     void stop();
 

@@ -26,10 +26,11 @@ struct InterfaceFile {
 
     // Sets the problem, with the place, unless there is one already.
     void fail(const pugi::xml_node& at, const std::string& what);
-    // Spends the cost of an object or of constraints. False, with the problem, if it is too much.
+    // Spends the cost of an object or of constraints. Returns false and calls fail() if it is too
+    // much.
     bool spend(const DecodeBudget::Cost& cost, const pugi::xml_node& at);
-    // The object of an <object>, <color>, <font> or <image> element, or null with a problem; null
-    // without one for a missing image or font.
+    // The object of an <object>, <color>, <font> or <image> element. Null for a missing image or
+    // font, and for an invalid element, which also sets `problem`.
     Ref<NSObject> instantiate(const pugi::xml_node& element);
     // Decoded once, however many objects show it.
     Ref<UIImage> imageNamed(const std::string& name);

@@ -183,7 +183,7 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
     presentation->stage = Stage::dismissing;
     presentation->animated = animated;
     presentation->completion = std::move(completion);
-    // The dismissal goes on whatever callbacks throw; at once when its animation cannot start.
+    // Continues even if callbacks throw. Without an animation, the dismissal ends at once.
     if (presentation->container)
         presentation->container->setUserInteractionEnabled(false);
     FirstException all;

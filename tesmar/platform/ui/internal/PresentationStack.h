@@ -16,8 +16,8 @@ class PresentationStack {
     // The window is being destroyed: forgets all controllers without notifying them.
     void abandon() noexcept;
 
-    // Lets the window's root controller, which is not in the stack itself, present others through
-    // this stack, or no longer.
+    // While attached, the window's root controller presents others through this stack. It is not
+    // in the stack itself.
     enum class Root { attached, detached };
     void setRoot(UIViewController& controller, Root root);
 

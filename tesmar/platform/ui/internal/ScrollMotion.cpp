@@ -113,7 +113,7 @@ bool ScrollMotion::step(double now) {
     offset_ = startOffset_ + startVelocity_ * (left - 1) / kLogRate;
     const double rest = nearestRest(offset_);
     if (offset_ != rest) {
-        // It reached an end in between: a spring takes over from there, at the speed of that time.
+        // It reached an end in between: a spring takes over there, at the speed that it had then.
         const double reached =
             std::log1p((rest - startOffset_) * kLogRate / startVelocity_) / kLogRate;
         offset_ = rest;

@@ -9,7 +9,7 @@ class ScrollMotion {
     // The part of the speed that remains after each millisecond.
     static constexpr double kDecelerationRate = 0.998;
 
-    // The offsets at which the content may rest; past them it is on a rubber band.
+    // The offsets at which the content may rest; past them it stretches a rubber band.
     void setRange(double lowest, double highest);
     // The length of the visible part; the rubber band always stretches by less.
     void setExtent(double extent) { extent_ = extent; }
@@ -19,7 +19,7 @@ class ScrollMotion {
     // Stops any motion; `offset` may lie past the ends.
     void jumpTo(double offset);
 
-    // A finger takes hold. Content past an end does not jump: the rubber band keeps its stretch.
+    // Starts a drag. Content past an end does not jump: the rubber band keeps its stretch.
     void beginDrag();
     // The finger has moved the content by `distance` in all since beginDrag().
     void dragBy(double distance);

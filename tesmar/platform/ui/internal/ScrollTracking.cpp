@@ -12,12 +12,12 @@
 namespace tesmar {
 namespace {
 
-// A finger that rests this long before its lift throws nothing. Seconds.
+// A finger that rests this long, in seconds, before its lift does not throw the content.
 constexpr double kRestBeforeLift = 0.1;
-// A pause this long ends a burst of wheel events. Seconds.
+// A pause this long, in seconds, ends a burst of wheel events.
 constexpr double kWheelPause = 0.15;
-// A wheel turns in notches, over which the content glides; a trackpad's events are smaller than
-// this, and followed exactly. Points.
+// A wheel turns in notches of at least this many points, over which the content glides. A trackpad
+// sends smaller events, which the content follows exactly.
 constexpr CGFloat kSmallestNotch = 16;
 // A drag is locked to one axis when its movement along the other is less than this part of it.
 constexpr double kClearDirection = 0.5;
@@ -201,7 +201,7 @@ void ScrollTracking::wheel(CGPoint delta) {
         return;
     const auto self = refTo(&view_);
     updateRange();
-    // Scheduled before the delegate is told of the drag: whatever it throws, the burst ends.
+    // Scheduled before the delegate is notified: the burst must end even if the delegate throws.
     const auto end =
         scheduleWeakly(view_, kWheelPause, [](UIScrollView& view) { of(view).endWheelBurst(); });
     NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, end));
@@ -290,7 +290,7 @@ void ScrollTracking::glideStep(double now) {
     if (!moving)
         stopGliding();
     applyOffset();
-    // Within a burst of wheel events the end of the burst is the end of the drag.
+    // In a burst of wheel events the drag ends with the burst instead.
     if (!moving && !dragging_)
         if (const auto delegate = view_.delegate())
             delegate->scrollViewDidEndDecelerating(view_);

@@ -33,15 +33,15 @@ class ScrollTracking {
 
     // Whether a finger that has moved by `translation` drags the content now.
     bool wantsDrag(CGPoint translation) const;
-    // The finger is at `point`, `translation` from where it landed. Whatever it moved beyond the
-    // threshold moves the content: a flick may be a single event.
+    // The finger is at `point`, `translation` from where it landed. The part of the translation
+    // beyond the threshold moves the content at once, since a flick may be a single event.
     void beginDrag(CGPoint point, CGPoint translation, double time);
     void continueDrag(CGPoint point, double time);
     // The content glides on at the finger's speed, or springs back from past an end.
     void endDrag(double time);
     // The finger was taken away: the content springs back, but does not glide on.
     void cancelDrag();
-    // A finger has landed: stops content that glides. Returns whether it did.
+    // A finger has landed: stops gliding content. Returns whether the content was gliding.
     bool catchMotion();
     // The finger that caught the content has lifted without a drag: content past an end springs
     // back.
@@ -59,7 +59,8 @@ class ScrollTracking {
 
     // The view or its content has a new size: content at rest stays within its ends.
     void layoutChanged();
-    // The view is in no window any more: motion ends where it would have.
+    // The view has left its window: motion stops at once. Content past an end jumps back to the
+    // end.
     void leaveWindow();
 
   private:
@@ -85,7 +86,7 @@ class ScrollTracking {
     ScrollMotion y_;
     bool dragging_ = false;
     AxisLock lock_ = AxisLock::none;
-    CGPoint grip_;     // the finger's position that corresponds to the offset at the start
+    CGPoint grip_;     // the finger's position that corresponds to the offset when the drag began
     CGPoint velocity_; // of the content offset, points per second
     CGPoint lastPoint_;
     double lastTime_ = 0;

@@ -15,7 +15,7 @@ namespace {
 
 // How far the finger of a tap may move, in points.
 constexpr CGFloat kTapSlack = 10;
-// The fingers of a few hands; a limit for hosts that do not report every lift.
+// More than any user has; limits the memory when a host does not report every lift.
 constexpr std::size_t kMostFingers = 32;
 
 bool canScroll(const UIScrollView& view) {
@@ -34,7 +34,7 @@ TouchDispatcher::TouchDispatcher(UIWindow& window) : window_(window) {
     fingers_.reserve(kMostFingers);
 }
 
-// No view is in the window any more, but scroll views with other owners must not stay dragged.
+// The views have left the window, but scroll views with other owners must not stay dragged.
 TouchDispatcher::~TouchDispatcher() {
     FirstException dropped;
     while (!fingers_.empty()) {
@@ -169,7 +169,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
     return true;
 }
 
-// Ends the touch and notifies its receiver, whatever callbacks throw.
+// Ends the touch and notifies its receiver even if callbacks throw.
 bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
     const Shared finger = find(id);
     if (!finger)

@@ -60,8 +60,8 @@ void addConstraints(InterfaceFile& file, const NSLayoutConstraint::Views& views,
     for (const auto& constraints : node.children("constraints")) {
         const auto option = optionNames().find(constraints.attribute("options").value());
         if (!view || option == optionNames().end()) {
-            file.fail(constraints, "constraints with unknown options, or on something that is no "
-                                   "view");
+            file.fail(constraints, "constraints with unknown options, or on an object that is "
+                                   "not a view");
             continue;
         }
         const std::string format = constraints.attribute("format").value();

@@ -11,7 +11,7 @@
 namespace tesmar {
 
 // New top-level objects in the order of the file, as UINib makes them; images come from `bundle`.
-// If the text is invalid, returns nothing and sets `problem`.
+// If the text is invalid, returns std::nullopt and sets `problem`.
 std::optional<std::vector<Ref<NSObject>>>
 instantiateInterface(std::string_view text, const Ref<NSBundle>& bundle, std::string& problem);
 

@@ -1,4 +1,4 @@
-// Controls take touches a little outside their bounds.
+// Finds the control for a touch a little outside its bounds.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"

@@ -1,3 +1,4 @@
+// Registration of the toolkit's classes.
 #pragma once
 
 namespace tesmar {

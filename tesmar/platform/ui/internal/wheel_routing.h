@@ -1,4 +1,4 @@
-// Which scroll view an event of the wheel moves.
+// Chooses the scroll view that a wheel event moves.
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"

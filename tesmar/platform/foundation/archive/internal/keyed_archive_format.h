@@ -25,18 +25,18 @@ inline constexpr const char* kClassKey = "$class";
 inline constexpr const char* kClassNameKey = "$classname";
 inline constexpr const char* kClassChainKey = "$classes";
 
-// What an object costs at most in an archive of ours, in bytes. Writer and reader spend the same,
-// so an archive that was read can be written again and read once more.
+// The most bytes that an object takes in our archives. Writer and reader spend the same, so an
+// archive that was read can be written again and read once more.
 inline std::size_t recordCost(std::size_t values = 0) {
-    return 16 * std::max<std::size_t>(values, 8); // more than a few values count each
+    return 16 * std::max<std::size_t>(values, 8); // at least as much as for 8 values
 }
 inline std::size_t listCost(std::size_t elements) {
-    return 16 * elements; // besides the objects themselves
+    return 16 * elements; // without the elements themselves
 }
 inline std::size_t scalarCost(std::size_t bytes = 0) {
     return 24 + 2 * bytes; // text may be written as UTF-16
 }
-// What a scalar costs besides its bytes: it is a value one level deeper.
+// The cost of a scalar besides its bytes: one value, one level below the object that holds it.
 inline constexpr DecodeBudget::Cost kScalarObject{.values = 1, .depth = 1};
 // Half of the longest archive. The other half is room for the classes.
 inline constexpr std::size_t kMostObjectBytes = kArchiveLimits.bytes / 2;

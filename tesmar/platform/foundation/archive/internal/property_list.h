@@ -111,10 +111,10 @@ struct PropertyList::Entry {
     PropertyList value;
 };
 
-// Reads the binary form; property lists in XML are not read. Returns nothing if `bytes` is not a
-// whole, well-formed list, holds a URL or a UUID, or exceeds the budget, which must be a new one.
-// Time and memory grow at most linearly with the size of `bytes`. Values that are referred to from
-// several places stay shared. A list that was read and is written again can be read again.
+// Reads the binary form, but not XML. Returns std::nullopt if `bytes` is not a whole, well-formed
+// list, holds a URL or a UUID, or exceeds the budget, which must be a new one. Time and memory grow
+// at most linearly with the size of `bytes`. Values that are referred to from several places stay
+// shared. A list that was read and is written again can be read again.
 std::optional<PropertyList> readPropertyList(std::string_view bytes, DecodeBudget& budget);
 // The same within kPreferencesLimits.
 std::optional<PropertyList> readPropertyList(std::string_view bytes);

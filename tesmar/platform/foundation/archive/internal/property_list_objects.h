@@ -9,7 +9,7 @@
 
 namespace tesmar {
 
-// The number of a Boolean, an integer or a real, else nothing. Integers too large for long long
+// The number of a Boolean, an integer or a real, else nullopt. Integers too large for long long
 // become double. May be NaN or infinite.
 std::optional<NSNumber::Number> numberFromPropertyList(const PropertyList& list);
 
@@ -18,9 +18,9 @@ std::optional<NSNumber::Number> numberFromPropertyList(const PropertyList& list)
 // either. NaN becomes 0, infinity the largest finite number.
 Ref<NSObject> objectFromPropertyList(const PropertyList& list);
 
-// Nothing if `object` is or holds an object of another class than NSString, NSNumber, NSData,
-// NSArray and NSDictionary, text that is not valid UTF-8, or itself, or if the result would exceed
-// kPreferencesLimits.
+// std::nullopt if `object` is or contains text that is not valid UTF-8, or an object of another
+// class than NSString, NSNumber, NSData, NSArray and NSDictionary; if it contains itself; or if the
+// result would exceed kPreferencesLimits.
 std::optional<PropertyList> propertyListFromObject(const NSObject& object);
 
 } // namespace tesmar

@@ -1,26 +1,22 @@
 #include "tesmar/platform/foundation/defaults/internal/preferences_file.h"
 
+#include "tesmar/platform/foundation/defaults/internal/file_access.h"
 #include "tesmar/platform/foundation/defaults/internal/open_file.h"
+#include "tesmar/platform/foundation/defaults/internal/preferences_directory.h"
+#include "tesmar/platform/foundation/defaults/internal/save_lock.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <climits>
 #include <fcntl.h>
-#include <filesystem>
-#include <sys/file.h>
+#include <random>
 #include <sys/resource.h>
-#include <thread>
+#include <system_error>
 
 namespace tesmar {
 namespace {
 
 constexpr mode_t kPrivate = S_IRUSR | S_IWUSR;
-
-std::string parentOf(const std::string& path) {
-    const auto parent = std::filesystem::path(path).parent_path();
-    return parent.empty() ? "." : parent.string();
-}
 
 // The bytes of the open file; nothing if reading fails. Reads one byte beyond the limit, so that
 // the parser rejects a longer file.
@@ -42,86 +38,9 @@ std::optional<std::string> readAll(FileSystem& files, int descriptor) {
     return bytes;
 }
 
-// The target of the symbolic links at `path`, which need not exist.
-std::optional<std::string> resolved(FileSystem& files, std::string path) {
-    constexpr int kMostLinks = 40;
-    for (int i = 0; i < kMostLinks; ++i) {
-        char target[PATH_MAX];
-        const ssize_t size = files.readlink(path, target, sizeof target);
-        if (size < 0)
-            return errno == EINVAL || errno == ENOENT ? std::optional(path) : std::nullopt;
-        path = std::filesystem::path(parentOf(path)) /
-               std::string(target, static_cast<std::size_t>(size));
-    }
-    return std::nullopt;
-}
-
 // `path`, with the suffix ".i" if i > 0.
 std::string numbered(const std::string& path, int i) {
     return i == 0 ? path : path + "." + std::to_string(i);
-}
-
-bool sync(FileSystem& files, const std::string& path) {
-    const OpenFile file(files, path, O_RDONLY | O_NONBLOCK);
-    // Some file systems cannot flush directories and report EINVAL.
-    return file.isOpen() && (files.fsync(file.descriptor()) == 0 || errno == EINVAL);
-}
-
-// Errors are ignored here: creating a file in the directory fails next.
-void makeDirectories(FileSystem& files, const std::string& path) {
-    int result = files.mkdir(path, S_IRWXU);
-    if (result != 0 && errno == ENOENT && parentOf(path) != path) {
-        makeDirectories(files, parentOf(path));
-        result = files.mkdir(path, S_IRWXU);
-    }
-    if (result == 0)
-        sync(files, parentOf(path));
-}
-
-class Lock {
-  public:
-    Lock(FileSystem& files, const std::string& path)
-        : files_(files), file_(files, path, O_RDWR | O_CREAT | O_NONBLOCK, kPrivate) {
-        constexpr auto kLongestWait = std::chrono::seconds(2);
-        constexpr auto kPause = std::chrono::milliseconds(2);
-        const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
-        while (file_.isOpen()) {
-            isHeld_ = files_.flock(file_.descriptor(), LOCK_EX | LOCK_NB) == 0;
-            if (isHeld_ || errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline)
-                return;
-            std::this_thread::sleep_for(kPause);
-        }
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-    ~Lock() {
-        // Closing does not unlock if a child process has inherited the descriptor.
-        if (isHeld_)
-            files_.flock(file_.descriptor(), LOCK_UN);
-    }
-    bool isHeld() const { return isHeld_; }
-
-  private:
-    FileSystem& files_;
-    OpenFile file_;
-    bool isHeld_ = false;
-};
-
-// Links the file to a second name, flushed, so that it survives being replaced.
-bool keepCopy(FileSystem& files, const std::string& path, const struct stat& status) {
-    constexpr int kMostCopies = 10;
-    for (int i = 0; i < kMostCopies; ++i) {
-        const std::string copy = numbered(path + ".corrupt", i);
-        const bool isLinked = files.link(path, copy) == 0;
-        if (!isLinked && errno != EEXIST)
-            return false;
-        // An earlier save that failed may have linked this file already.
-        struct stat linked;
-        if (isLinked || (files.stat(copy, linked) == 0 && linked.st_dev == status.st_dev &&
-                         linked.st_ino == status.st_ino))
-            return sync(files, copy) && sync(files, parentOf(path));
-    }
-    return false;
 }
 
 void apply(const PreferencesChanges& changes, PropertyList::Dictionary& entries) {
@@ -159,53 +78,126 @@ bool isWithinFileSizeLimit(std::size_t size) {
     return ::getrlimit(RLIMIT_FSIZE, &limit) != 0 || size <= limit.rlim_cur;
 }
 
-// Writes and flushes a new file with the mode and owner of `replaced`.
-bool writeNewFile(FileSystem& files, const std::string& path, std::string_view bytes,
-                  const PreferencesFile& replaced) {
-    OpenFile file(files, path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kPrivate);
-    if (!file.isOpen())
-        return false;
-    mode_t mode = kPrivate;
-    if (replaced.state != PreferencesFile::absent) {
-        mode = replaced.status.st_mode & ACCESSPERMS;
-        // A program that runs as root must not take the file from its user. Without root this
-        // fails, and the file belongs to the user who saves.
-        files.fchown(file.descriptor(), replaced.status.st_uid, replaced.status.st_gid);
+// Removes the files that interrupted saves left. One that cannot be removed, such as a file of
+// another user in a sticky directory, does no harm.
+void removeTemporaries(FileSystem& files, int directory, const std::string& prefix) {
+    for (const std::string& name : files.names(directory, prefix)) {
+        if (name.size() == prefix.size() || name[prefix.size()] == '.')
+            files.unlink(directory, name);
     }
-    return files.fchmod(file.descriptor(), mode) == 0 &&
-           writeAll(files, file.descriptor(), bytes) && files.fsync(file.descriptor()) == 0 &&
-           file.close();
 }
 
-// A free name for the temporary file. Removes files that interrupted saves left; skips a name that
-// cannot be freed, such as a directory or a file of another user in a sticky directory.
-std::string temporaryBeside(FileSystem& files, const std::string& path) {
-    constexpr int kMostNames = 3;
-    std::string first;
-    for (int i = 0; i < kMostNames; ++i) {
-        const std::string name = numbered(path + ".tmp", i);
-        const bool isFree = files.unlink(name) == 0 || errno == ENOENT;
-        if (isFree && first.empty())
-            first = name;
-    }
-    return first;
+// A name that nobody can occupy in advance.
+std::string temporaryName(const std::string& prefix) {
+    std::random_device random;
+    return prefix + "." + std::to_string(random()) + std::to_string(random());
 }
 
-bool replaceFile(FileSystem& files, const std::string& path, std::string_view bytes,
-                 const PreferencesFile& replaced) {
-    const std::string temporary = temporaryBeside(files, path);
-    if (temporary.empty() || !isWithinFileSizeLimit(bytes.size()))
-        return false;
-    if (!writeNewFile(files, temporary, bytes, replaced) || files.rename(temporary, path) != 0) {
-        files.unlink(temporary);
+// One try to save. Every function returns false after a failure and records it.
+class Save {
+  public:
+    Save(FileSystem& files, const PreferencesDirectory& place, SaveLock& lock)
+        : files_(files), directory_(place.directory.descriptor()), name_(place.name), lock_(lock) {}
+
+    bool run(const PreferencesChanges& changes) {
+        PreferencesFile file = readPreferencesFile(files_, name_, directory_, O_NOFOLLOW);
+        if (file.state == PreferencesFile::unusable)
+            return fail("the file cannot be read");
+        if (file.state == PreferencesFile::unparsable && !keepCopy(file.status))
+            return fail("a copy of the broken file cannot be kept");
+        const auto access = wantedAccess(file);
+        if (!access)
+            return fail("the access to the file is not known");
+        lock_.share(*access);
+        apply(changes, file.entries);
+        const std::string bytes = writePropertyList(std::move(file.entries));
+        // Together with the entries of other programs it may exceed what can be read again.
+        errno = EFBIG;
+        return (readPropertyList(bytes) && isWithinFileSizeLimit(bytes.size()))
+                   ? replace(bytes, *access)
+                   : fail("the file would be too large");
+    }
+    const std::string& failure() const { return failure_; }
+
+  private:
+    bool fail(const char* what) {
+        failure_ = std::string(what) + ": " + std::generic_category().message(errno);
         return false;
     }
-    return sync(files, parentOf(path));
-}
+
+    bool sync(const std::string& name) { return syncFile(files_, directory_, name); }
+
+    // Links the file to a second name, flushed, so that it survives being replaced.
+    bool keepCopy(const struct stat& status) {
+        constexpr int kMostCopies = 10;
+        for (int i = 0; i < kMostCopies; ++i) {
+            const std::string copy = numbered(name_ + ".corrupt", i);
+            const bool isLinked = files_.link(directory_, name_, copy) == 0;
+            if (!isLinked && errno != EEXIST)
+                return false;
+            // An earlier save that failed may have linked this file already.
+            struct stat linked;
+            if (isLinked || (files_.stat(directory_, copy, linked, AT_SYMLINK_NOFOLLOW) == 0 &&
+                             linked.st_dev == status.st_dev && linked.st_ino == status.st_ino))
+                return sync(copy) && sync(".");
+        }
+        return false;
+    }
+
+    // The old file's, so that saving neither takes it from its user nor shows it to others.
+    std::optional<FileAccess> wantedAccess(const PreferencesFile& file) {
+        if (file.state != PreferencesFile::absent) {
+            const OpenFile old(files_, directory_, name_, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
+            return old.isOpen() ? accessOf(files_, old.descriptor()) : std::nullopt;
+        }
+        struct stat above;
+        if (files_.fstat(directory_, above) != 0)
+            return std::nullopt;
+        return FileAccess{above.st_uid, above.st_gid, kPrivate, {}};
+    }
+
+    bool replace(std::string_view bytes, const FileAccess& access) {
+        const std::string prefix = name_ + ".tmp";
+        removeTemporaries(files_, directory_, prefix);
+        const std::string temporary = temporaryName(prefix);
+        OpenFile file(files_, directory_, temporary, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW,
+                      kPrivate);
+        if (!file.isOpen())
+            return fail("a temporary file cannot be made");
+        const bool isReplaced = write(file, bytes, access) && rename(temporary);
+        if (!isReplaced) {
+            files_.unlink(directory_, temporary);
+            return false;
+        }
+        return sync(".") || fail("the directory cannot be flushed");
+    }
+
+    bool write(OpenFile& file, std::string_view bytes, const FileAccess& access) {
+        if (!setAccess(files_, file.descriptor(), access))
+            return fail("the access to the file cannot be kept");
+        return (writeAll(files_, file.descriptor(), bytes) &&
+                files_.fsync(file.descriptor()) == 0 && file.close()) ||
+               fail("the file cannot be written");
+    }
+
+    bool rename(const std::string& temporary) {
+        if (!lock_.isHeld())
+            return fail("the lock was taken away");
+        return files_.rename(directory_, temporary, name_) == 0 ||
+               fail("the file cannot be replaced");
+    }
+
+    FileSystem& files_;
+    const int directory_;
+    const std::string& name_;
+    SaveLock& lock_;
+    std::string failure_;
+};
 
 } // namespace
 
-PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path) {
+PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path, int directory,
+                                    int flags) {
     PreferencesFile result;
     const auto unusable = [&result] {
         result = {};
@@ -213,7 +205,7 @@ PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path) 
         return result;
     };
     // Checked before opening: opening a device can have side effects.
-    if (files.stat(path, result.status) != 0) {
+    if (files.stat(directory, path, result.status, flags ? AT_SYMLINK_NOFOLLOW : 0) != 0) {
         if (errno != ENOENT)
             return unusable();
         result.status = {};
@@ -221,7 +213,7 @@ PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path) 
     }
     if (!S_ISREG(result.status.st_mode))
         return unusable();
-    const OpenFile file(files, path, O_RDONLY | O_NONBLOCK);
+    const OpenFile file(files, directory, path, O_RDONLY | O_NONBLOCK | flags);
     if (!file.isOpen() || files.fstat(file.descriptor(), result.status) != 0 ||
         !S_ISREG(result.status.st_mode))
         return unusable();
@@ -236,26 +228,28 @@ PreferencesFile readPreferencesFile(FileSystem& files, const std::string& path) 
     return result;
 }
 
-bool savePreferences(FileSystem& files, const std::string& path,
-                     const PreferencesChanges& changes) {
-    const auto target = resolved(files, path);
-    if (!target)
-        return false;
-    makeDirectories(files, parentOf(*target));
-    const Lock lock(files, *target + ".lock");
-    if (!lock.isHeld())
-        return false;
-
-    PreferencesFile file = readPreferencesFile(files, *target);
-    if (file.state == PreferencesFile::unusable ||
-        (file.state == PreferencesFile::unparsable && !keepCopy(files, *target, file.status)))
-        return false;
-    apply(changes, file.entries);
-    const std::string bytes = writePropertyList(std::move(file.entries));
-    // Together with the entries of other programs it may exceed what can be read again.
-    if (!readPropertyList(bytes))
-        return false;
-    return replaceFile(files, *target, bytes, file);
+std::string savePreferences(FileSystem& files, const std::string& path,
+                            const PreferencesChanges& changes) {
+    const auto fail = [](const char* what) {
+        return what + (": " + std::generic_category().message(errno));
+    };
+    const auto place = openPreferencesDirectory(files, path);
+    if (!place.directory.isOpen())
+        return fail("the directory cannot be opened");
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    while (true) {
+        SaveLock lock(files, place.directory.descriptor(), place.name + ".lock", deadline);
+        if (!lock.isHeld())
+            return fail("the lock cannot be had");
+        Save save(files, place, lock);
+        const bool isSaved = save.run(changes);
+        // If the lock file was replaced meanwhile, a holder of the new one may have read the file
+        // before this save, and replaced it since.
+        if (lock.isHeld())
+            return isSaved ? "" : save.failure();
+        if (std::chrono::steady_clock::now() >= deadline)
+            return fail("the lock was taken away");
+    }
 }
 
 } // namespace tesmar

@@ -1,6 +1,7 @@
 #include "tesmar/platform/foundation/defaults/internal/preferences_store.h"
 
 #include <chrono>
+#include <fcntl.h>
 
 namespace tesmar {
 namespace {
@@ -46,9 +47,11 @@ void PreferencesStore::setValue(std::optional<PropertyList> value, std::string_v
 }
 
 bool PreferencesStore::synchronize() {
+    failure_.clear();
     if (unsaved_.empty())
         return true;
-    if (path_.empty() || !savePreferences(files_, path_, unsaved_))
+    failure_ = path_.empty() ? "there is no path" : savePreferences(files_, path_, unsaved_);
+    if (!failure_.empty())
         return false;
     unsaved_.clear();
     status_.reset();
@@ -57,7 +60,7 @@ bool PreferencesStore::synchronize() {
 
 void PreferencesStore::refresh() {
     struct stat now;
-    if (status_ && files_.stat(path_, now) == 0 && isSameFile(*status_, now))
+    if (status_ && files_.stat(AT_FDCWD, path_, now) == 0 && isSameFile(*status_, now))
         return;
     const nanoseconds readAt = std::chrono::system_clock::now().time_since_epoch();
     PreferencesFile file = path_.empty() ? PreferencesFile() : readPreferencesFile(files_, path_);

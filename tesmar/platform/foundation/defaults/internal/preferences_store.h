@@ -19,13 +19,16 @@ class PreferencesStore {
     void setValue(std::optional<PropertyList> value, std::string_view key);
     // Saves the changes, see savePreferences(). After a failure they stay unsaved.
     bool synchronize();
+    // Why the last call of synchronize() failed; empty if it did not.
+    const std::string& failure() const { return failure_; }
+    const std::string& path() const { return path_; }
 
   private:
     // Reads the file again if it may have changed.
     void refresh();
 
     FileSystem& files_;
-    std::string path_;
+    std::string path_, failure_;
     PreferencesChanges unsaved_;
     PropertyList saved_ = PropertyList::Dictionary(); // as last read
     // Of the file as last read, if that suffices to recognise a change.

@@ -1,0 +1,180 @@
+// What a host may put in the place of the library's own parts: delegates of any kind, and
+// subclasses.
+#include "panel_fixture.h"
+
+#include "tesmar/platform/foundation/runtime.h"
+
+#include <array>
+#include <fstream>
+
+namespace tesmar {
+namespace {
+
+constexpr const char* kEveryCall = "switch style willDisappear ";
+
+// Uses the panel once: each call of a delegate is due once.
+void use(const Ref<TESMARViewController>& panel) {
+    HeadlessHost host({568, 320});
+    host.window()->presentViewController(panel, false);
+    for (const char* control : {"CCSwitch", "textColorPicker.5"})
+        host.tap(centerOf(*host.window(), control));
+    panel->dismissViewControllerAnimated(false);
+}
+
+// An object of the runtime that happens to publish the delegate's selectors.
+class Listener : public NSObject {
+    TESMAR_CLASS
+  public:
+    void switched(bool) { log.record("switch"); }
+    void styled(const Ref<NSDictionary>& style) { log.record(style ? "style" : "null"); }
+    void disappears() { log.record("willDisappear"); }
+    CallLog log;
+};
+Class& Listener::classObject() {
+    static Class type("Listener", &NSObject::classObject(), allocator<Listener>(),
+                      {method<&Listener::switched>("CCSwitchValueChanged:"),
+                       method<&Listener::styled>("CCStyleAttributesChanged:"),
+                       method<&Listener::disappears>("CCViewControllerWillDisappear")});
+    return type;
+}
+
+TEST_F(PanelTest, DelegatesMayBeBorrowedOrBeObjectsOfTheRuntime) {
+    const auto panel = make<TESMARViewController>();
+    const auto listener = make<Listener>();
+    const auto give = [&](const Ref<NSObject>& object) {
+        const std::array<Value, 1> argument{object};
+        return performSelectorIfItFits(*panel, Selector("setDelegate:"), argument).has_value();
+    };
+    EXPECT_TRUE(give(listener));
+    EXPECT_FALSE(give(make<UIView>()));
+    EXPECT_EQ(performSelector(*panel, Selector("delegate")), Value(Ref<NSObject>(listener)));
+    use(panel);
+    EXPECT_EQ(listener->log.calls, kEveryCall);
+
+    CallLog log;
+    {
+        const TESMARBorrowedDelegate borrowed(log);
+        panel->setDelegate(borrowed.delegate());
+        use(panel);
+    }
+    use(panel); // the loan has ended
+    EXPECT_EQ(std::exchange(log.calls, ""), kEveryCall);
+    std::optional<TESMARBorrowedDelegate> ended(std::in_place, log);
+    panel->setDelegate(ended->delegate());
+    log.action = [&] { ended.reset(); };
+    use(panel);
+    EXPECT_EQ(log.calls, "switch ");
+}
+
+struct ComputedPanel : TESMARViewController {
+    double autoHideInterval() const override { return 2; }
+    void selfDismiss() override { log->record("selfDismiss"); }
+    bool rememberChangedStyle() const override { return true; }
+    Ref<TESMARViewControllerDelegate> delegate() const override { return log; }
+    Ref<NSMutableDictionary> CCStyleAttributes() const override { return style; }
+    void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) override {
+        style = attributes;
+        TESMARViewController::setCCStyleAttributes(make<NSMutableDictionary>());
+    }
+    Ref<CallLog> log = std::make_shared<CallLog>();
+    Ref<NSMutableDictionary> style = make<NSMutableDictionary>();
+};
+
+TEST_F(PanelTest, GoesThroughTheAccessorsOfASubclass) {
+    const auto panel = make<ComputedPanel>();
+    use(panel);
+    EXPECT_EQ(panel->log->calls, kEveryCall);
+    EXPECT_TRUE(UIColor::redColor()->isEqual(panel->style->objectForKey("NSColor").get()));
+    EXPECT_TRUE(panel->style->isEqual(TESMARConfig::sessionClosedCaptureStyle().get()));
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    loop.advanceTo(loop.now() + 2);
+    EXPECT_EQ(panel->log->calls, std::string(kEveryCall) + "selfDismiss ");
+}
+
+TEST_F(PanelTest, ReportsASaveThatFails) {
+    const auto panel = make<TESMARViewController>();
+    panel->setRememberChangedStyle(true);
+    std::ofstream(directory / "file") << "no directory";
+    setDiagnosticHandler({});
+    for (const bool works : {true, false, true}) {
+        NSUserDefaults::standardUserDefaults()->setPreferencesPath(directory /
+                                                                   (works ? "saved" : "file/x"));
+        panel->resetButtonTap();
+        EXPECT_EQ(panel->saveFailure().empty(), works);
+    }
+}
+
+// Selecting a swatch replaces the list of swatches.
+struct ComputedPicker : ColorPicker {
+    struct Swatch : ColorPickerButton {
+        void setSelected(bool selected) override {
+            ColorPickerButton::setSelected(selected);
+            std::exchange(picker, nullptr)->setColorButtons({});
+        }
+        ColorPicker* picker = nullptr;
+    };
+    const Ref<UILabel>& titleLabel() const override { return title; }
+    const Ref<UIColor>& selectedColor() const override { return CCConstants::paletteColors()[2]; }
+    const std::vector<Ref<ColorPickerButton>>& colorButtons() const override { return buttons; }
+    void setColorButtons(std::vector<Ref<ColorPickerButton>> list) override { buttons = list; }
+    Ref<UILabel> title = make<UILabel>();
+    std::vector<Ref<ColorPickerButton>> buttons;
+};
+
+TEST(Widgets, GoThroughTheAccessorsOfASubclass) {
+    const auto picker = makeWith<ComputedPicker>(&ColorPicker::initWithTitle, "COLOR");
+    EXPECT_EQ(picker->title->text(), "COLOR");
+    EXPECT_EQ(picker->title->superview(), picker.get());
+    ASSERT_EQ(picker->buttons.size(), 8u);
+    picker->setSelectedColor(nullptr);
+    EXPECT_TRUE(picker->buttons[2]->isSelected());
+    const auto swatch = make<ComputedPicker::Swatch>();
+    swatch->setColor(UIColor::whiteColor());
+    swatch->picker = picker.get();
+    picker->setColorButtons({swatch, picker->buttons[0]});
+    picker->setSelectedColor(nullptr);
+    EXPECT_TRUE(swatch->isSelected() && picker->buttons.empty());
+}
+
+struct RenamingPicker : FontNamePickerView {
+    std::string selectedFontName() const override { return "Other"; }
+};
+
+TEST(Widgets, TheNameShownIsThatOfTheList) {
+    const auto picker = make<RenamingPicker>();
+    const auto label = make<UILabel>();
+    const auto button = make<UIButton>();
+    picker->setFontNameLabel(label), picker->setPrevButton(button), picker->setNextButton(button);
+    picker->updateFonts({"Courier"});
+    picker->selectFontName("Courier");
+    EXPECT_EQ(label->text(), "Courier");
+    EXPECT_DEATH(picker->nextFont(), "no font name at index 1 of 1");
+}
+
+// A static object that is older than the constants.
+struct Late {
+    ~Late() {
+        for (std::size_t size = 16; size < 1024; size += 16)
+            new std::string(size, 'x'); // takes the place of freed memory
+        const bool lasts = CCConstants::CCFontsNameList()[1] == "HelveticaNeue" &&
+                           CCConstants::CCFontsSizesDict().size() == 2 &&
+                           CCConstants::paletteColors()[5]->isEqual(UIColor::redColor().get()) &&
+                           CCConstants::CCDefaultStyleAttributes()->entries().size() == 3 &&
+                           FontNamePickerView::nibName().size() == 18;
+        std::_Exit(lasts ? 0 : 1);
+    }
+};
+
+TEST(Constants, LastUntilTheProcessEnds) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // a new process, without the constants yet
+    EXPECT_EXIT(
+        {
+            static const Late late;
+            const auto panel = make<TESMARViewController>(); // makes all of them
+            std::exit(2);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+} // namespace
+} // namespace tesmar
