@@ -53,7 +53,7 @@ void UIStepper::setDividerImage(const Ref<UIImage>& image, unsigned left, unsign
 }
 
 const UIColor& UIStepper::tint() const {
-    static const auto blue = UIColor::colorWithRed(0, 0.35, 0.85, 1);
+    static const auto& blue = *new Ref<UIColor>(UIColor::colorWithRed(0, 0.35, 0.85, 1));
     return tintColor_ ? *tintColor_ : *blue;
 }
 

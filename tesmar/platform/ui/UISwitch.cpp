@@ -116,9 +116,9 @@ void UISwitch::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)
         return;
-    static const auto green = UIColor::colorWithRed(0.13, 0.60, 0.27, 1);
-    static const auto off = UIColor::colorWithRed(0.52, 0.52, 0.54, 1);
-    static const auto shade = UIColor::colorWithWhite(0, 0.35);
+    static const auto& green = *new Ref<UIColor>(UIColor::colorWithRed(0.13, 0.60, 0.27, 1));
+    static const auto& off = *new Ref<UIColor>(UIColor::colorWithRed(0.52, 0.52, 0.54, 1));
+    static const auto& shade = *new Ref<UIColor>(UIColor::colorWithWhite(0, 0.35));
     const double at = position_->value();
     const CGFloat dim = isEnabled() ? 1 : 0.5;
 

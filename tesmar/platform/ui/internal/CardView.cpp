@@ -91,8 +91,8 @@ void CardView::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)
         return;
-    static const auto paper = UIColor::colorWithWhite(0.97, 0.97);
-    static const auto shade = UIColor::colorWithWhite(0, 0.45);
+    static const auto& paper = *new Ref<UIColor>(UIColor::colorWithWhite(0.97, 0.97));
+    static const auto& shade = *new Ref<UIColor>(UIColor::colorWithWhite(0, 0.45));
     context->drawShadow(bounds(), kCornerRadius, kShadowBlur, kShadowOffset, *shade);
     context->setFillColor(*paper);
     context->fillRoundedRect(bounds(), kCornerRadius);

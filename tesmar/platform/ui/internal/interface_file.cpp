@@ -14,7 +14,7 @@ namespace tesmar {
 namespace {
 
 const std::map<std::string_view, NSLayoutFormatOptions>& optionNames() {
-    static const std::map<std::string_view, NSLayoutFormatOptions> names{
+    static const auto& names = *new std::map<std::string_view, NSLayoutFormatOptions>{
         {"", NSLayoutFormatNone},
         {"alignAllTop", NSLayoutFormatAlignAllTop},
         {"alignAllBottom", NSLayoutFormatAlignAllBottom},
