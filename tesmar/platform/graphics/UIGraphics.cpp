@@ -22,24 +22,30 @@ struct ImageContext {
 
 struct StackEntry {
     CGContext* context;
-    std::unique_ptr<ImageContext> image; // null for a context that was pushed
+    ImageContext* image; // owned; null for a context that was pushed
     StackEntry* below;
 };
 
-// The top of the stack; null when it is empty. A plain pointer, which destructors of thread-local
-// objects can use too.
+// The bottom entry, which every frame uses, needs no allocation. `top` is null when the stack is
+// empty. Neither has a destructor, so that those of other thread-local objects can draw.
+thread_local StackEntry bottom;
 thread_local StackEntry* top = nullptr;
 
 void push(CGContext& context, std::unique_ptr<ImageContext> image) {
-    top = new StackEntry{&context, std::move(image), top};
+    StackEntry* const entry = top ? new StackEntry : &bottom;
+    *entry = {&context, image.release(), top};
+    top = entry;
 }
 
 void pop() {
-    const std::unique_ptr<StackEntry> popped(std::exchange(top, top->below));
+    StackEntry* const popped = std::exchange(top, top->below);
+    const std::unique_ptr<ImageContext> image(popped->image);
+    if (popped != &bottom)
+        delete popped;
 }
 
 ImageContext* currentImageContext() {
-    return top ? top->image.get() : nullptr;
+    return top ? top->image : nullptr;
 }
 
 // Null for a size that no image can have.
