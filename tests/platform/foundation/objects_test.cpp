@@ -109,15 +109,6 @@ TEST(Runtime, DelayedMessagesOwnTheirTargetUntilSentOrCancelled) {
     EXPECT_TRUE(weak.expired());
 }
 
-TEST(Runtime, ClassesAreFoundByNameOnceRegistered) {
-    EXPECT_FALSE(classNamed("Derived"));
-    registerClass(Derived::classObject());
-    EXPECT_TRUE(as<Derived>(classNamed("Derived")->alloc()));
-    EXPECT_EQ(classNamed("NSDictionary"), &NSDictionary::classObject());
-    registerClass(NSBundle::classObject());
-    EXPECT_FALSE(classNamed("NSBundle")->alloc()); // abstract
-}
-
 TEST(Dictionary, CopiesShareValuesButNotEntries) {
     const auto value = text("v");
     const auto original = dictionary({{"b", value}, {"a", nullptr}, {"", value}});

@@ -77,19 +77,6 @@ class PreferencesFault : public testing::Test {
             return entry.path().string().find(".tmp") != std::string::npos;
         });
     }
-    // Runs `body` in a process of its own; its status is 0 if `body` returns true.
-    template <class Body>
-    static pid_t start(Body&& body) {
-        const pid_t child = ::fork();
-        if (child == 0)
-            ::_exit(body() ? 0 : 1);
-        return child;
-    }
-    static bool isKilled(pid_t child) {
-        int status = 0;
-        return ::waitpid(child, &status, 0) == child && WIFSIGNALED(status);
-    }
-
     // In memory, where flushing takes no time: no test simulates a loss of power.
     TemporaryDirectory directory{fs::exists("/dev/shm") ? "/dev/shm" : fs::temp_directory_path()};
     std::string file = directory.path() / "app" / "preferences.plist";
@@ -177,7 +164,8 @@ TEST_F(PreferencesFault, AKilledSaverLeavesTheOldFileOrTheNewOne) {
             FaultyFiles files;
             files.first = files.last = i % all.calls.size() + 1;
             files.error = -1;
-            ASSERT_TRUE(isKilled(start([&] { return storeWith(files).synchronize(); })));
+            const int status = statusOf(start([&] { return storeWith(files).synchronize(); }));
+            ASSERT_TRUE(WIFSIGNALED(status));
             files.last = 0;
             const std::string now = readFile(file);
             ASSERT_TRUE(now == scene.before || now == scene.after) << scene.what << i;
@@ -212,7 +200,7 @@ TEST_F(PreferencesFault, ManySaversLoseNothing) {
         const pid_t victim = start([&] { return saver("victim", 1'000'000); });
         ::usleep(3000);
         ::kill(victim, SIGKILL);
-        EXPECT_TRUE(isKilled(victim));
+        EXPECT_TRUE(WIFSIGNALED(statusOf(victim)));
         ASSERT_TRUE(readPropertyList(readFile(file)));
         for (int status; running > 0 && ::waitpid(-1, &status, WNOHANG) > 0; --running)
             EXPECT_EQ(status, 0);

@@ -22,15 +22,14 @@ class Preferences : public testing::Test {
   protected:
     Preferences() { store.setPath(file); }
 
-    bool save(std::optional<PropertyList> value, PreferencesStore& into) {
-        into.setValue(std::move(value), "key");
-        return into.synchronize();
+    static bool saveInto(PreferencesStore& store, std::optional<PropertyList> value) {
+        store.setValue(std::move(value), "key");
+        return store.synchronize();
     }
-    bool save(std::optional<PropertyList> value) { return save(std::move(value), store); }
-    static std::string read(PreferencesStore& from) {
-        const auto value = from.value("key");
-        const auto* found = value ? value->get<std::string>() : nullptr;
-        return found ? *found : "(none)";
+    bool save(std::optional<PropertyList> value) { return saveInto(store, std::move(value)); }
+    std::string read() {
+        const auto value = store.value("key");
+        return value ? *value->get<std::string>() : "(none)";
     }
 
     TemporaryDirectory directory;
@@ -60,17 +59,17 @@ TEST_F(Preferences, ReadsSeeTheFileAsItIsNowButUnsavedChangesWin) {
     other.setPath(file);
     // Successive files have the same size and clock tick, and reuse the inode of the last but one.
     for (int i = 10; i < 60; ++i) {
-        ASSERT_TRUE(save(std::to_string(i), other));
-        EXPECT_EQ(read(store), std::to_string(i));
+        ASSERT_TRUE(saveInto(other, std::to_string(i)));
+        EXPECT_EQ(read(), std::to_string(i));
     }
     EXPECT_FALSE(save(PL::Data{std::string(17 << 20, 'x')})); // too large to be read again
     store.setValue("mine", "key");
-    EXPECT_EQ(read(store), "mine");
+    EXPECT_EQ(read(), "mine");
     ASSERT_TRUE(save(std::nullopt));
     EXPECT_FALSE(other.value("key"));
-    ASSERT_TRUE(save("again", other));
+    ASSERT_TRUE(saveInto(other, "again"));
     ASSERT_TRUE(store.synchronize()); // has nothing to write
-    EXPECT_EQ(read(store), "again");
+    EXPECT_EQ(read(), "again");
 }
 
 TEST_F(Preferences, LinksAndModesSurviveASave) {
@@ -84,7 +83,7 @@ TEST_F(Preferences, LinksAndModesSurviveASave) {
     ASSERT_TRUE(save("again"));
     EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
     EXPECT_TRUE(fs::is_symlink(file) && fs::is_symlink(directory.path() / "real" / "link"));
-    EXPECT_EQ(read(store), "again");
+    EXPECT_EQ(read(), "again");
     store.setPath(directory.path() / "new" / "deeper" / "preferences.plist");
     ASSERT_TRUE(save("x"));
     EXPECT_EQ(fs::status(directory.path() / "new").permissions(), fs::perms(0700));
@@ -120,7 +119,7 @@ TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
         c.make();
         EXPECT_FALSE(store.value("key"));
         EXPECT_EQ(save("new"), c.save != refused);
-        EXPECT_EQ(read(store), "new"); // in memory even if not saved
+        EXPECT_EQ(read(), "new"); // in memory even if not saved
         EXPECT_EQ(fs::exists(file + ".corrupt"), c.save == keepsCopy);
         EXPECT_EQ(fs::exists(file + ".tmp.1"), c.save == refused);
         store.setValue(std::nullopt, "key");
@@ -172,9 +171,9 @@ TEST_F(UserDefaults, RejectsObjectsThatCannotBeStored) {
     Ref<NSObject> wide = text(std::string(1000, 'x'));
     for (int i = 0; i < 40; ++i)
         wide = list({wide, wide});
-    for (const Ref<NSObject>& object :
-         {Ref<NSObject>(list({make<NSObject>()})), Ref<NSObject>(cyclic), wide,
-          Ref<NSObject>(text("\xFF")), Ref<NSObject>(dictionary({{"\xFF", data("")}}))})
+    const Ref<NSObject> rejected[] = {list({make<NSObject>()}), cyclic, wide, text("\xFF"),
+                                      dictionary({{"\xFF", data("")}})};
+    for (const auto& object : rejected)
         defaults->setObject(object, "key");
     EXPECT_EQ(complaints, 5);
     EXPECT_TRUE(defaults->objectForKey("key")->isEqual(text("stays").get()));

@@ -89,30 +89,19 @@ bool isRead(const RawList& list, const DecodeLimits& limits = kPreferencesLimits
 
 TEST(HostilePropertyList, ImpossibleObjectsAreRefused) {
     const std::string large = bigEndian(1ull << 32, 8), overflowing = bigEndian(1ull << 63, 8);
-    const std::vector<std::string> lists[] = {
+    const std::string objects[] = {
         // Unknown kinds and sizes, and ASCII text that is not.
-        {"\x0C"},
-        {"\x0F"},
-        {"\xB0"},
-        {"\x15" + std::string(32, 'x')},
-        {"\x24" + std::string(16, 'x')},
-        {"\x32" + std::string(8, 'x')},
-        {"\x88" + std::string(9, 'x')},
-        {"\x52\xC3\xA9"},
-        // References out of the table and into the object itself, and a key that is a number.
-        {"\xA1\x01"},
-        {"\xA1\0"s},
-        {"\xD1\0\0"s},
-        {"\xA1\x01", "\xD1\x03\x02", "\xC1\0"s, "\x51k"},
-        {"\xD1\x01\x01", "\x10\x01"},
+        "\x0C", "\x0F", "\xB0", "\x15" + std::string(32, 'x'), "\x24" + std::string(16, 'x'),
+        "\x32" + std::string(8, 'x'), "\x88" + std::string(9, 'x'), "\x52\xC3\xA9",
+        // References out of the table and into the object itself.
+        "\xA1\x01", "\xA1\0"s, "\xD1\0\0"s,
         // A count that is a real, and counts beyond the end.
-        {"\xAF\x23" + bigEndian(0, 8)},
-        {"\x4F\x12\xFF\xFF\xFF\xFF"},
-        {"\xAF\x13" + large},
-        {"\xDF\x13" + overflowing},
-        {"\x6F\x13" + overflowing}};
-    for (const auto& objects : lists)
-        EXPECT_FALSE(isRead({objects})) << testing::PrintToString(objects);
+        "\xAF\x23" + bigEndian(0, 8), "\x4F\x12\xFF\xFF\xFF\xFF", "\xAF\x13" + large,
+        "\xDF\x13" + overflowing, "\x6F\x13" + overflowing};
+    for (const auto& object : objects)
+        EXPECT_FALSE(isRead({{object}})) << testing::PrintToString(object);
+    EXPECT_FALSE(isRead({{"\xA1\x01", "\xD1\x03\x02", "\xC1\0"s, "\x51k"}}));
+    EXPECT_FALSE(isRead({{"\xD1\x01\x01", "\x10\x01"}})); // a key that is a number
 }
 
 using References = std::vector<std::uint64_t>;

@@ -4,6 +4,8 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace tesmar::test {
 
@@ -19,6 +21,19 @@ std::string readFile(const std::filesystem::path& path) {
 
 void writeFile(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary) << bytes;
+}
+
+pid_t start(const std::function<bool()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(body() ? 0 : 1);
+    return child;
+}
+
+int statusOf(pid_t child) {
+    int status = W_EXITCODE(1, 0);
+    ::waitpid(child, &status, 0);
+    return status;
 }
 
 std::string bigEndian(std::uint64_t value, std::size_t size) {

@@ -7,6 +7,8 @@
 #include "tesmar/platform/foundation/scalars.h"
 
 #include <filesystem>
+#include <functional>
+#include <sys/types.h>
 
 namespace tesmar::test {
 
@@ -34,6 +36,10 @@ class TemporaryDirectory {
 // Empty if the file cannot be read.
 std::string readFile(const std::filesystem::path& path);
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
+
+// Runs `body` in a process of its own, whose status is 0 if `body` returns true.
+pid_t start(const std::function<bool()>& body);
+int statusOf(pid_t child); // waits for its end
 
 std::string bigEndian(std::uint64_t value, std::size_t size);
 
