@@ -117,8 +117,7 @@ class Session {
     void pump(double seconds) { NSRunLoop::mainRunLoop().advanceTo(now_ += seconds); }
     CGPoint target() { // usually a control
         const char* const control = any(kControls);
-        return below(4) == 0 || !window_->viewWithIdentifier(control) ? point()
-                                                                      : centerOf(*window_, control);
+        return below(4) == 0 ? point() : centerOf(*window_, control);
     }
 
     void act() {
@@ -141,10 +140,7 @@ class Session {
             {1, [&] { w->key(UIKey::escape, time); }},
             {2, [&] { w->cancelTouches(time); }},
             {1, [&] { w->setScale(any(kScales)); }},
-            {2,
-             [&] {
-                 w->setSize(below(4) == 0 ? CGRect(0, 0, other.x, other.y).size : any(kSizes));
-             }},
+            {2, [&] { w->setSize(below(4) == 0 ? area->size : any(kSizes)); }},
             {1, [&] { w->setSafeAreaInsets(below(2) == 0 ? insets : UIEdgeInsets()); }},
             {1, [&] { w->setCaptionArea(below(2) == 0 ? area : std::nullopt); }},
             {1, [&] { w->setOutsideTap(any(kOutsideTaps)), setMotionSetting(any(kMotions)); }},
