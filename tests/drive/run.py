@@ -23,8 +23,6 @@ import subprocess
 import sys
 import tempfile
 
-ANY = "..."
-
 
 def same(expected, actual):
     if {type(expected), type(actual)} <= {int, float}:
@@ -34,8 +32,8 @@ def same(expected, actual):
     if isinstance(expected, list):
         return len(expected) == len(actual) and all(map(same, expected, actual))
     if isinstance(expected, dict):
-        keys = expected.keys() - {ANY}
-        complete = ANY in expected or keys == actual.keys()
+        keys = expected.keys() - {"..."}
+        complete = "..." in expected or keys == actual.keys()
         return complete and all(k in actual and same(expected[k], actual[k]) for k in keys)
     return expected == actual
 

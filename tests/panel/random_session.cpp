@@ -38,9 +38,8 @@ class Session {
     }
     ~Session() { disconnect(); }
 
-    long play() {
-        long events = 0;
-        for (; !ended_; ++events) {
+    void play() {
+        while (!ended_) {
             try {
                 depth_ = 0;
                 act();
@@ -49,7 +48,6 @@ class Session {
             requireValidState(*window_);
         }
         finish();
-        return events;
     }
 
   private:
@@ -190,11 +188,9 @@ class Session {
     void render(UIWindow& window) {
         const CGSize size = window.pixelSize();
         const int stride = static_cast<int>(size.width) * 4;
-        std::uint32_t pixel = 0;
-        const int tooShort[] = {0, -4, stride - 4, stride + 2};
-        if (!window.render({}, stride).empty() ||
-            !window.render({&pixel, 1}, any(tooShort)).empty())
-            throw InvariantViolated("it painted without pixels, or into rows that are too short");
+        const int strides[] = {0, -4, stride - 4, stride + 2}; // too short or not in whole pixels
+        if (!window.render(pixels_, any(strides)).empty())
+            throw InvariantViolated("it painted into rows that are too short");
         if (size.width * size.height > kMaximumPixels || &window != window_.get())
             return;
         if (&window != painted_ || size != paintedSize_)
@@ -221,8 +217,8 @@ class Session {
 
 } // namespace
 
-long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
-    return Session(nextByte).play();
+void playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
+    Session(nextByte).play();
 }
 
 } // namespace tesmar
