@@ -4,22 +4,18 @@
 import os
 import subprocess
 import sys
-import tempfile
 
-with tempfile.TemporaryDirectory() as directory, open("/dev/full", "wb") as full:
-    missing = os.environ | {"TMPDIR": directory + "/none"}
+with open("/dev/full", "wb") as full:
     rows = [
         (["/none"], {}, "drive: cannot read '/none'"),
-        ([directory], {}, f"drive: cannot read '{directory}'"),
-        ([], {"stdin": os.open("/", os.O_RDONLY)}, "drive: cannot read standard input"),
+        (["/"], {}, "drive: cannot read '/'"),
+        ([], {"input": None, "stdin": os.open("/", os.O_RDONLY)}, "drive: cannot read standard input"),
         ([], {"stdout": full}, "drive: cannot write the results: No space left on device"),
-        ([], {"env": missing}, "TMPDIR"),
+        ([], {"env": os.environ | {"TMPDIR": "/none"}}, "TMPDIR"),
         ([], {"input": b"assign " + b"[" * 1000000}, ""),
     ]
     for arguments, how, message in rows:
-        how.setdefault("stdout", subprocess.DEVNULL)
-        if "stdin" not in how:
-            how.setdefault("input", b"pending\n")
+        how = {"input": b"pending\n", "stdout": subprocess.DEVNULL} | how
         ran = subprocess.run([sys.argv[1], *arguments], stderr=subprocess.PIPE, timeout=60, check=False, **how)
         lines = ran.stderr.decode().splitlines()
         if ran.returncode != 2 or len(lines) != bool(message) or message not in "".join(lines):

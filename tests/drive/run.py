@@ -23,31 +23,27 @@ import subprocess
 import sys
 import tempfile
 
-ANY = "..."
-
 
 def same(expected, actual):
-    number = (int, float)
-    if isinstance(expected, bool) or isinstance(actual, bool):
-        return expected is actual
-    if isinstance(expected, number) and isinstance(actual, number):
+    if {type(expected), type(actual)} <= {int, float}:
         return abs(expected - actual) <= 1e-9
-    if isinstance(expected, list) and isinstance(actual, list):
+    if type(expected) is not type(actual):
+        return False
+    if isinstance(expected, list):
         return len(expected) == len(actual) and all(map(same, expected, actual))
-    if isinstance(expected, dict) and isinstance(actual, dict):
-        keys = expected.keys() - {ANY}
-        complete = ANY in expected or keys == actual.keys()
+    if isinstance(expected, dict):
+        keys = expected.keys() - {"..."}
+        complete = "..." in expected or keys == actual.keys()
         return complete and all(k in actual and same(expected[k], actual[k]) for k in keys)
-    return type(expected) is type(actual) and expected == actual
+    return expected == actual
 
 
 def parsed(line):
     return json.loads(line) if line.startswith("{") else line
 
 
-def jsonable(value):
-    """A value of a property list, where bytes are archives."""
-    return {"archiver": plistlib.loads(value)["$archiver"]} if isinstance(value, bytes) else value
+def archiver(data):
+    return {"archiver": plistlib.loads(data)["$archiver"]}
 
 
 class Script:
@@ -56,8 +52,6 @@ class Script:
         self.commands, self.out, self.err, self.status = [], [], [], 0
 
     def flush(self):
-        if not self.commands:
-            return
         ran = subprocess.run([self.drive], input="\n".join(self.commands), cwd=self.directory,
                              capture_output=True, encoding="utf-8", timeout=60, check=False)
         self.commands = []
@@ -72,8 +66,7 @@ class Script:
                 plistlib.dumps(json.loads(words[2]), fmt=plistlib.FMT_BINARY))
         elif words[0] == "dump":
             entries = plistlib.loads((self.directory / words[1]).read_bytes())
-            shown = {key: jsonable(value) for key, value in entries.items()}
-            self.out.append(json.dumps({"plist": shown}))
+            self.out.append(json.dumps({"plist": entries}, default=archiver))
         elif words[0] != "restart":
             sys.exit(f"run.py: no such directive: {words[0]}")
 
@@ -104,10 +97,9 @@ def main():
     problems = [f"expected  {expected}\n printed  {actual}"
                 for expected, actual in itertools.zip_longest(out, session.out)
                 if None in (expected, actual) or not same(parsed(expected), parsed(actual))]
-    if err != session.err:
-        problems.append(f"expected on standard error  {err}\n                    printed  {session.err}")
-    if status != session.status:
-        problems.append(f"expected exit status {status}, not {session.status}")
+    if (status, err) != (session.status, session.err):
+        problems.append(f"expected status and standard error  {status}, {err}\n"
+                        f"                               were  {session.status}, {session.err}")
     sys.exit("\n".join(problems) or 0)
 
 

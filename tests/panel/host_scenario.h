@@ -131,8 +131,6 @@ struct HostScenario {
     void end() {
         const WeakRef<UIViewController> released = panel;
         log->action = {};
-        if (panel)
-            panel->setDelegate(nullptr);
         dismissAll(*host->window(), [this](double seconds) { host->advance(seconds); });
         host->advance(30);
         if (panel)

@@ -66,7 +66,6 @@ TEST_F(PanelTest, SurvivesAnyFailedAllocation) {
         s.perform([&](auto&) { s.panel->setCCStyleAttributes(style->mutableCopy()); });
         try {
             s.play();
-            s.panel->setRememberChangedStyle(true);
             s.perform([&](auto&) { s.panel->bgColorChanged(); });
             hasFailed = std::exchange(allocationsLeft, 0) == 0;
             s.panel->dismissViewControllerAnimated(false);
@@ -75,7 +74,7 @@ TEST_F(PanelTest, SurvivesAnyFailedAllocation) {
             s.present(s.panel, false);
             s.log->calls.clear();
             for (const char* control : {"textColorPicker.1", "CCSwitch", "resetButton"})
-                tap(*s.host, control);
+                s.host->tap(centerOf(*s.host->window(), control));
             EXPECT_EQ(s.log->calls, "style switch style operated ");
             s.end();
             EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);

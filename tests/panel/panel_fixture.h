@@ -21,11 +21,6 @@ class PanelTest : public testing::Test {
     }
     ~PanelTest() override { setDiagnosticHandler({}); }
 
-    static void tap(HeadlessHost& host, const char* identifier) {
-        ASSERT_TRUE(host.window()->viewWithIdentifier(identifier)) << identifier;
-        host.tap(centerOf(*host.window(), identifier));
-    }
-
     const drive::TemporaryDirectory temporary;
     const std::filesystem::path directory = temporary.path();
 };

@@ -38,9 +38,8 @@ class Session {
     }
     ~Session() { disconnect(); }
 
-    long play() {
-        long events = 0;
-        for (; !ended_; ++events) {
+    void play() {
+        while (!ended_) {
             try {
                 depth_ = 0;
                 act();
@@ -49,7 +48,6 @@ class Session {
             requireValidState(*window_);
         }
         finish();
-        return events;
     }
 
   private:
@@ -117,8 +115,7 @@ class Session {
     void pump(double seconds) { NSRunLoop::mainRunLoop().advanceTo(now_ += seconds); }
     CGPoint target() { // usually a control
         const char* const control = any(kControls);
-        return below(4) == 0 || !window_->viewWithIdentifier(control) ? point()
-                                                                      : centerOf(*window_, control);
+        return below(4) == 0 ? point() : centerOf(*window_, control);
     }
 
     void act() {
@@ -141,10 +138,7 @@ class Session {
             {1, [&] { w->key(UIKey::escape, time); }},
             {2, [&] { w->cancelTouches(time); }},
             {1, [&] { w->setScale(any(kScales)); }},
-            {2,
-             [&] {
-                 w->setSize(below(4) == 0 ? CGRect(0, 0, other.x, other.y).size : any(kSizes));
-             }},
+            {2, [&] { w->setSize(below(4) == 0 ? area->size : any(kSizes)); }},
             {1, [&] { w->setSafeAreaInsets(below(2) == 0 ? insets : UIEdgeInsets()); }},
             {1, [&] { w->setCaptionArea(below(2) == 0 ? area : std::nullopt); }},
             {1, [&] { w->setOutsideTap(any(kOutsideTaps)), setMotionSetting(any(kMotions)); }},
@@ -194,11 +188,9 @@ class Session {
     void render(UIWindow& window) {
         const CGSize size = window.pixelSize();
         const int stride = static_cast<int>(size.width) * 4;
-        std::uint32_t pixel = 0;
-        const int tooShort[] = {0, -4, stride - 4, stride + 2};
-        if (!window.render({}, stride).empty() ||
-            !window.render({&pixel, 1}, any(tooShort)).empty())
-            throw InvariantViolated("it painted without pixels, or into rows that are too short");
+        const int strides[] = {0, -4, stride - 4, stride + 2}; // too short or not in whole pixels
+        if (!window.render(pixels_, any(strides)).empty())
+            throw InvariantViolated("it painted into rows that are too short");
         if (size.width * size.height > kMaximumPixels || &window != window_.get())
             return;
         if (&window != painted_ || size != paintedSize_)
@@ -225,8 +217,8 @@ class Session {
 
 } // namespace
 
-long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
-    return Session(nextByte).play();
+void playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte) {
+    Session(nextByte).play();
 }
 
 } // namespace tesmar

@@ -9,7 +9,7 @@
 namespace tesmar {
 
 // Plays until `nextByte` returns nothing; then dismisses and releases everything, and uses a new
-// panel in the same window. Throws InvariantViolated (invariants.h). Returns the number of events.
-long playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte);
+// panel in the same window. Throws InvariantViolated (invariants.h).
+void playRandomSession(const std::function<std::optional<std::uint8_t>()>& nextByte);
 
 } // namespace tesmar

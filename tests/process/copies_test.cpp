@@ -1,10 +1,10 @@
 // Two copies of the library in one process, as in a host whose plug-ins each link their own.
+#include "tools/drive/TemporaryDirectory.h"
+
 #include <dlfcn.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
-#include <unistd.h>
 
 namespace {
 
@@ -25,9 +25,8 @@ class Plugin {
                                                                      identifier);
     }
     std::string saved() const {
-        std::ostringstream bytes;
-        bytes << std::ifstream(preferences_, std::ios::binary).rdbuf();
-        return bytes.str();
+        std::ifstream file(preferences_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
   private:
@@ -36,11 +35,10 @@ class Plugin {
 };
 
 TEST(Copies, AreIndependent) {
-    const auto directory = fs::temp_directory_path() / ("copies-" + std::to_string(::getpid()));
-    fs::create_directories(directory);
-    const Plugin b(directory / "b.so");
+    const tesmar::drive::TemporaryDirectory directory;
+    const Plugin b(directory.path() / "b.so");
     {
-        const Plugin a(directory / "a.so");
+        const Plugin a(directory.path() / "a.so");
         const auto pristine = a.tap("");
         EXPECT_EQ(b.tap(""), pristine);
         const auto changed = a.tap("textColorPicker.5");
@@ -55,7 +53,6 @@ TEST(Copies, AreIndependent) {
     EXPECT_NE(before, "");
     b.tap("backgroundColorPicker.1");
     EXPECT_NE(b.saved(), before);
-    fs::remove_all(directory);
 }
 
 } // namespace
