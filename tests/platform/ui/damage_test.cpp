@@ -91,7 +91,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         std::vector<std::uint32_t> words;
         int shown = -1; // in which frame; none
     };
-    for (unsigned round = 0; round < 80; ++round) {
+    for (unsigned round = 0; round < 100; ++round) {
         host = HeadlessHost({160, 120}, std::array{1.0, 1.5, 2.0, 3.0}[round % 4]);
         UIWindow& window = *host.window();
         std::mt19937 random(round);
@@ -118,7 +118,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             (i % 3 == 0 ? root() : i % 3 == 1 ? *scroll : *views[i - 1]).addSubview(view);
         }
         CGSize size;
-        std::vector<Buffer> buffers(round % 2 == 0 ? 1 : 2 + round / 2 % 4);
+        std::vector<Buffer> buffers(1 + round % 5);
         for (int frame = 0; frame < 60; ++frame) {
             const auto view = views[random() % views.size()];
             const auto control = as<UIControl>(view);
@@ -151,6 +151,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { host.resize(CGSize(100 + below(60), 90 + below(30)), 1 + below(5) / 2.0); }};
             const std::size_t change = random() % std::size(changes);
             changes[change]();
+            if (buffers.size() > 1)
+                views[random() % views.size()]->setFrame(rect());
             if (std::exchange(size, window.pixelSize()) != window.pixelSize())
                 buffers.assign(buffers.size(), {});
             const std::size_t stride = static_cast<std::size_t>(size.width) + 3;
