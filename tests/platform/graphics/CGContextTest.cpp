@@ -6,15 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
-#include <limits>
 #include <numbers>
 
 namespace tesmar {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 double coveredArea(const Canvas& canvas) {
     double sum = 0;
@@ -59,12 +56,10 @@ TEST(CGContext, SnapsEveryEdgeToTheNearestPixel) {
         double scale;
         PixelRect expected;
     } rows[] = {
-        {{0.4, 0.5, 1, 1}, 1, {0, 1, 1, 1}},
-        {{-0.5, -0.6, 1, 1}, 1, {0, -1, 1, 1}},
+        {{0.4, 0.5, 1, 1}, 1, {0, 1, 1, 1}},      {{-0.5, -0.6, 1, 1}, 1, {0, -1, 1, 1}},
         {{0.1, 0.1, 0.2, 0.2}, 1, {0, 0, 1, 1}},  // at least one pixel
         {{2.5 - 1e-9, 0, 1, 1}, 1, {3, 0, 1, 1}}, // counts as a half
-        {{5, 5, 0, 10}, 1, {5, 5, 0, 0}},
-        {{kNaN, kInfinity, kNaN, 5}, 1, {0, 1 << 22, 0, 0}},
+        {{5, 5, 0, 10}, 1, {5, 5, 0, 0}},         {{NAN, INFINITY, NAN, 5}, 1, {0, 1 << 22, 0, 0}},
     };
     for (const auto& row : rows)
         EXPECT_EQ(snappedToPixels(row.rect, row.scale), row.expected) << row.rect.minX();
@@ -73,7 +68,7 @@ TEST(CGContext, SnapsEveryEdgeToTheNearestPixel) {
 TEST(CGContext, NonFiniteNumbersLeaveItUsable) {
     Canvas canvas(20, 20, 1);
     CGContext context = canvas.context();
-    const double odd[] = {kNaN, kInfinity, -kInfinity, 1e300, -1e300, 1e-300};
+    const double odd[] = {NAN, INFINITY, -INFINITY, 1e300, -1e300, 1e-300};
     for (const double a : odd)
         for (const double b : odd)
             for (const CGRect& r : {CGRect(a, b, 10, 10), CGRect(1, 1, a, b), CGRect(a, a, b, b)}) {

@@ -7,13 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 
 namespace tesmar {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(UIColor, IsEqualToTheSameColorInTheSameSpaceOnly) {
     const auto white = UIColor::whiteColor();
@@ -23,7 +20,7 @@ TEST(UIColor, IsEqualToTheSameColorInTheSameSpaceOnly) {
     EXPECT_FALSE(equals(white, white->colorWithAlphaComponent(0.999)));
     EXPECT_TRUE(equals(white, white->colorWithAlphaComponent(0)->colorWithAlphaComponent(1)));
     EXPECT_TRUE(equals(UIColor::cyanColor(), UIColor::colorWithRed(0, 1, 1, 1)));
-    EXPECT_TRUE(equals(UIColor::clearColor(), UIColor::colorWithWhite(kNaN, -kInfinity)));
+    EXPECT_TRUE(equals(UIColor::clearColor(), UIColor::colorWithWhite(NAN, -INFINITY)));
     EXPECT_FALSE(white->isEqual(nullptr));
     registerClass(UIColor::classObject());
     for (const auto& color :
@@ -40,7 +37,7 @@ TEST(UIColor, DecodesOnlyCompleteRecordsAndClampsThem) {
         Ref<UIColor> expected; // null: not decoded
     } rows[] = {
         {{{count, 2.0}, {"UIWhite", 3.0}, {"UIAlpha", -1.0}}, UIColor::colorWithWhite(1, 0)},
-        {{{count, 4.0}, {"UIRed", kNaN}, {"UIGreen", kInfinity}, {"UIBlue", .5}, {"UIAlpha", 1.0}},
+        {{{count, 4.0}, {"UIRed", NAN}, {"UIGreen", INFINITY}, {"UIBlue", .5}, {"UIAlpha", 1.0}},
          UIColor::colorWithRed(0, 1, 0.5, 1)},
         {{{"UIWhite", 1.0}, {"UIAlpha", 1.0}}, nullptr},
         {{{count, 2.0}, {"UIWhite", 1.0}}, nullptr},

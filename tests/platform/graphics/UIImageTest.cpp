@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <iterator>
-#include <limits>
 #include <unistd.h>
 #include <vector>
 
@@ -29,16 +29,14 @@ Ref<UIImage> square(double side) {
     return image;
 }
 
-std::string filePNG(const std::vector<std::uint32_t>& pixels, int width, int height) {
+using Pixels = std::vector<std::uint32_t>;
+
+std::string filePNG(const Pixels& pixels, int width) {
     const std::string path = testing::TempDir() + "tesmar_image" + std::to_string(getpid());
+    const int height = static_cast<int>(pixels.size()) / width;
     EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::string emptyPNG(int width, int height) {
-    return filePNG(std::vector<std::uint32_t>(static_cast<std::size_t>(width * height)), width,
-                   height);
 }
 
 class UIImageTest : public testing::Test {
@@ -80,20 +78,19 @@ TEST_F(UIImageTest, ChoosesTheFileForTheScreensScale) {
 TEST_F(UIImageTest, DrawingChoosesTheFileForItsOwnScale) {
     const auto bundle = NSBundle::bundle("b", [](std::string_view name) {
         const bool isLarge = name.find('@') != name.npos;
-        const std::vector<std::uint32_t> pixels(144, isLarge ? 0xff0000ff : 0xffff0000);
-        const int side = isLarge ? 12 : 6;
-        return name == "i@3x.png" ? "broken" : filePNG(pixels, side, side);
+        const std::string file =
+            isLarge ? filePNG(Pixels(144, 0xff0000ff), 12) : filePNG(Pixels(36, 0xffff0000), 6);
+        return name == "i@3x.png" ? "broken" : file;
     });
     for (const double loaded : {1.0, 2.0}) {
         UIImage::setMainScreenScale(loaded);
         const auto image = UIImage::imageNamedFrom("i", *bundle);
         for (const double drawn : {1.0, 2.0, 0.5, 1.5, 1.0, 3.0}) {
-            const bool usesFirst = drawn == 3; // as its own file is broken
+            const double shown = drawn == 3 ? loaded : drawn; // the file for 3 is broken
             Canvas canvas(6, 6, drawn);
             CGContext context = canvas.context();
             context.drawImage(*image, {0, 0, 6, 6});
-            EXPECT_EQ(canvas.at(1, 1), (usesFirst ? loaded : drawn) <= 1 ? 0xffff0000 : 0xff0000ff)
-                << drawn;
+            EXPECT_EQ(canvas.at(1, 1), shown <= 1 ? 0xffff0000 : 0xff0000ff) << drawn;
             EXPECT_EQ(image->size(), CGSize(6, 6));
         }
         EXPECT_EQ(diagnostics.size(), 1u);
@@ -108,18 +105,17 @@ TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
     const std::string rows[] = {"",
                                 std::string(4096, 'x'),
                                 flipped,
-                                good.substr(0, 8),
                                 good.substr(0, 33),
                                 good.substr(0, good.size() - 12),
-                                emptyPNG(8193, 1),
-                                emptyPNG(1, 8193)};
+                                filePNG(Pixels(8193), 8193),
+                                filePNG(Pixels(8193), 1)};
     for (const std::string& bytes : rows) {
         diagnostics.clear();
         const auto bundle = NSBundle::bundle("b", [&bytes](std::string_view) { return bytes; });
         EXPECT_EQ(UIImage::imageNamedFrom("i", *bundle), nullptr) << bytes.size();
         EXPECT_EQ(diagnostics.size(), 1u);
     }
-    EXPECT_TRUE(UIImage::imageWithPNGData(emptyPNG(8192, 1), 1));
+    EXPECT_TRUE(UIImage::imageWithPNGData(filePNG(Pixels(8192), 8192), 1));
     const auto back = UIImage::imageWithPNGData(good + "trailing", 1);
     ASSERT_TRUE(back);
     EXPECT_EQ(back->pixel(3, 3), 0x80800000u);
@@ -127,14 +123,13 @@ TEST_F(UIImageTest, RefusesBrokenAndHugeFiles) {
 }
 
 TEST_F(UIImageTest, ImageContextsHaveTheRequestedSize) {
-    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     UIImage::setMainScreenScale(1.5); // image contexts round it up
     const struct {
         CGSize size;
         double scale;
         int expectedPixels; // 0: no image
-    } rows[] = {{{10, 10}, 0, 20},  {{10.2, 10.2}, 1, 11}, {{1, 1}, nan, 1},  {{-5, 10}, 1, 0},
-                {{nan, nan}, 1, 0}, {{1e9, 1e9}, 1, 0},    {{9000, 1}, 1, 0}, {{8000, 8000}, 1, 0}};
+    } rows[] = {{{10, 10}, 0, 20},  {{10.2, 10.2}, 1, 11}, {{1, 1}, NAN, 1},  {{-5, 10}, 1, 0},
+                {{NAN, NAN}, 1, 0}, {{1e9, 1e9}, 1, 0},    {{9000, 1}, 1, 0}, {{8000, 8000}, 1, 0}};
     for (const auto& row : rows) {
         UIGraphicsBeginImageContextWithOptions(row.size, true, row.scale);
         const auto image = UIGraphicsGetImageFromCurrentImageContext();

@@ -54,11 +54,13 @@ class FontRegistryTest : public testing::Test {
     }
 
     // Until the end of the test, only the fonts of these directories are installed.
-    void install(std::initializer_list<std::string> directories) {
+    void install(std::initializer_list<std::string> directories, const std::string& include = "") {
         std::ofstream file(directory_ + "/fonts.conf");
         file << "<fontconfig><cachedir prefix=\"xdg\">fontconfig</cachedir>";
         for (const auto& directory : directories)
             file << "<dir>" << directory << "</dir>";
+        if (!include.empty())
+            file << "<include>" << include << "</include>";
         file << "</fontconfig>" << std::flush;
         useConfiguration(directory_ + "/fonts.conf");
     }
@@ -140,25 +142,19 @@ TEST_F(FontRegistryTest, MissingFontFilesLeaveNoNames) {
 TEST_F(FontRegistryTest, AConfigurationThatIsNoRegularFileDoesNotHang) {
     const std::string fifo = directory_ + "/1.conf";
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-    const auto show =
-        [&](const std::string& main, const std::string& included) {
-            if (!included.empty())
-                std::ofstream(main)
-                    << "<fontconfig><dir>/usr/share/fonts/truetype/dejavu</dir><include>"
-                    << included << "</include></fontconfig>";
-            ::alarm(20);
-            useConfiguration(main);
-            TextLayout layout;
-            layout.setText("\u0634"); // needs a fallback font
-            std::_Exit(layout.size().width > 0 && layout.size().height > 10 ? 0 : 1);
-        };
-    const std::string file = directory_ + "/main";
-    for (const auto& [main, included] : {std::pair(fifo, ""s),
-                                         {"/dev/zero"s, ""s},
-                                         {file, fifo},
-                                         {file, directory_},
-                                         {file, "/dev/zero"s}})
-        EXPECT_EXIT(show(main, included), testing::ExitedWithCode(0), "") << main << included;
+    const auto exitWithText = [](const auto& configure) {
+        ::alarm(20);
+        configure();
+        TextLayout layout;
+        layout.setText("\u0634"); // needs a fallback font
+        std::_Exit(layout.size().width > 0 && layout.size().height > 10 ? 0 : 1);
+    };
+    for (const std::string& path : {fifo, directory_, "/dev/zero"s}) {
+        const auto included = [&] { install({"/usr/share/fonts/truetype/dejavu"}, path); };
+        EXPECT_EXIT(exitWithText(included), testing::ExitedWithCode(0), "") << path;
+        const auto alone = [&] { useConfiguration(path); };
+        EXPECT_EXIT(exitWithText(alone), testing::ExitedWithCode(0), "") << path;
+    }
 }
 
 TEST_F(FontRegistryTest, ARestrictionLeavesOnlyItsNamesAndAddedFiles) {

@@ -31,8 +31,8 @@ Canvas drawing(const TextLayout& layout, int width, int height, double scale, CG
     return canvas;
 }
 
-// The smallest rectangle around the drawn pixels.
-PixelRect drawnPixels(const Canvas& canvas) {
+// The smallest rectangle around the drawn pixels, in points.
+CGRect drawnArea(const Canvas& canvas) {
     int left = canvas.width, top = canvas.height, right = 0, bottom = 0;
     for (int y = 0; y < canvas.height; ++y)
         for (int x = 0; x < canvas.width; ++x)
@@ -40,7 +40,8 @@ PixelRect drawnPixels(const Canvas& canvas) {
                 left = std::min(left, x), right = std::max(right, x + 1);
                 top = std::min(top, y), bottom = std::max(bottom, y + 1);
             }
-    return {left, top, right - left, bottom - top};
+    const double s = canvas.scale;
+    return {left / s, top / s, (right - left) / s, (bottom - top) / s};
 }
 
 TEST(TextLayout, InkFillsItsBounds) {
@@ -50,12 +51,10 @@ TEST(TextLayout, InkFillsItsBounds) {
             const double scale = std::array{1.0, 1.5, 2.0, 3.0}[random() % 4];
             const CGPoint origin{20 + (random() % 100) / 100.0, 20 + (random() % 100) / 100.0};
             const TextLayout layout = layoutOf(text, 10 + random() % 20, face);
-            const PixelRect drawn = drawnPixels(drawing(layout, 500, 90, scale, origin));
+            const CGRect drawn = drawnArea(drawing(layout, 500, 90, scale, origin));
             const CGRect bounds = layout.inkBounds().offsetBy(origin);
-            EXPECT_TRUE(bounds.contains(CGRect(drawn.x / scale, drawn.y / scale,
-                                               drawn.width / scale, drawn.height / scale)))
-                << face << " " << text << " at " << scale;
-            EXPECT_LT(bounds.size.width, drawn.width / scale + 6) << face << text;
+            EXPECT_TRUE(bounds.contains(drawn)) << face << " " << text << " at " << scale;
+            EXPECT_LT(bounds.size.width, drawn.size.width + 6) << face << text;
         }
 }
 
@@ -65,10 +64,10 @@ TEST(TextLayout, EmojiHaveTheirOwnColorsAndTheSizeOfTheText) {
     int yellow = 0;
     for (const std::uint32_t pixel : canvas.pixels)
         yellow += (pixel >> 16 & 255) > 200 && (pixel >> 8 & 255) > 150 && (pixel & 255) < 128;
-    const PixelRect drawn = drawnPixels(canvas);
-    EXPECT_GT(yellow, drawn.width * drawn.height / 2);
-    EXPECT_NEAR(drawn.height, layout.inkBounds().size.height * 2, 20); // pictures have a margin
-    EXPECT_NEAR(drawn.height, 90, 20);
+    const CGSize drawn = drawnArea(canvas).size;
+    EXPECT_GT(yellow, drawn.width * drawn.height * 2);             // half of the pixels
+    EXPECT_NEAR(drawn.height, layout.inkBounds().size.height, 10); // pictures have a margin
+    EXPECT_NEAR(drawn.height, 45, 10);
 }
 
 TEST(TextLayout, ClippedPiecesMakeTheWholeText) {
@@ -145,14 +144,8 @@ TEST(TextLayout, ReplacesInvalidTextAndCutsOffEndlessText) {
     EXPECT_EQ(layoutOf(endless).text(), endless.substr(0, kWholeCharacters));
 }
 
-double processorTime() { // milliseconds
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
-
 TEST(TextLayout, LimitsTimeAndSizeOfAnyText) {
-    constexpr double kLimit = 100; // sanitizers and a busy machine take longer than 20 ms
+    constexpr auto kLimit = CLOCKS_PER_SEC / 10; // sanitizers and a busy machine exceed 20 ms
     for (const char* part : {"a", "word ", " ", "\n", "\xff", "\t", "\u2028", "a\u0301", "a\u05d0",
                              "\u0634\u0644", "\u4e2d", "aЖ中\u05d0ก", "\U0001F600"}) {
         std::string text;
@@ -164,13 +157,13 @@ TEST(TextLayout, LimitsTimeAndSizeOfAnyText) {
                 layout.setWidth(width);
                 layout.setLineCount(lines);
                 layoutOf(part, fontSize).size(); // loads the fonts
-                const double start = processorTime();
+                const std::clock_t start = std::clock();
                 layout.setText(text);
                 const CGSize size = layout.size();
-                const double measured = processorTime();
+                const std::clock_t measured = std::clock();
                 drawing(layout, 320, 240, 2, {0, 0});
                 EXPECT_LT(measured - start, kLimit) << part << lines << " " << fontSize;
-                EXPECT_LT(processorTime() - measured, kLimit) << part << lines << " " << fontSize;
+                EXPECT_LT(std::clock() - measured, kLimit) << part << lines << " " << fontSize;
                 EXPECT_TRUE(size.width >= 0 && size.height >= 15) << size.width << size.height;
                 EXPECT_TRUE(layout.isTruncated());
             }

