@@ -105,12 +105,14 @@ Boxes panel(int) {
         root->constrain("|-20-[" + std::string(name) + "]-20-|", views);
     root->constrain("V:|-15-[label]-15-[top(1)]-0-[scroll]-0-[bottom(1)]-15-|", views);
     std::string column = "V:|-15-";
+    const auto rowFormat = [](const std::string& n) {
+        return "|-0-[name" + n + "]-35-[value" + n + "]->=20-[step" + n + "]-0-|";
+    };
     for (int row = 0; row < 6; ++row) {
         const std::string n = std::to_string(row);
         for (const std::string part : {"name", "value", "step"})
             box(scroll, part + n, 90, 29);
-        scroll->constrain("|-0-[name" + n + "]-35-[value" + n + "]->=20-[step" + n + "]-0-|", views,
-                          NSLayoutFormatAlignAllCenterY);
+        scroll->constrain(rowFormat(n), views, NSLayoutFormatAlignAllCenterY);
         column += "[name" + n + "]-10-";
     }
     views["rule"] = scroll->add("rule");

@@ -131,7 +131,7 @@ std::string Session::writePicture(const std::string& name) {
         drawBackdrop(backdrop.data(), width, height, width * 4);
 
     const std::string file = "0" + std::to_string(++picturesWritten_) + "-" + name + ".png";
-    const std::string path = (std::filesystem::path(directory_) / file).string();
+    std::string path = (std::filesystem::path(directory_) / file).string();
     if (!host_.writePNG(path, backdrop))
         throw std::runtime_error("cannot write " + path);
     return path;

@@ -154,7 +154,7 @@ void TESMARViewController::bgColorChanged() {
 void TESMARViewController::colorChanged(std::string_view key, const ColorPicker& picker,
                                         const UIStepper& stepper) {
     const auto self = refTo(this); // the pending dismissal may be the only owner
-    if (const auto color = picker.selectedColor())
+    if (const auto& color = picker.selectedColor())
         editedStyle()->setObject(color->colorWithAlphaComponent(stepper.value() / kOpaqueSteps),
                                  key);
     else

@@ -21,7 +21,7 @@ std::string fileNamed(const char* name) {
     const FcConfigPtr config(FcConfigCreate()); // else the process's one would be loaded
     FcChar8* const found =
         FcConfigGetFilename(config.get(), reinterpret_cast<const FcChar8*>(name));
-    const std::string path = found ? reinterpret_cast<const char*>(found) : "";
+    std::string path = found ? reinterpret_cast<const char*>(found) : "";
     FcStrFree(found);
     return path;
 }

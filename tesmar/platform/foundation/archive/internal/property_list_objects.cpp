@@ -50,7 +50,7 @@ class ToObjects {
     Ref<NSObject> makeOnce(const void* contents, Make&& make) {
         if (const auto known = made_.find(contents); known != made_.end())
             return known->second;
-        const Ref<NSObject> object = make();
+        Ref<NSObject> object = make();
         made_.emplace(contents, object);
         return object;
     }
