@@ -1,6 +1,4 @@
 // Notifications from the panel to the host.
-//
-// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSDictionary.h"

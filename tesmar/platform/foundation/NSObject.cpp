@@ -5,8 +5,7 @@
 namespace tesmar {
 
 Class& NSObject::classObject() {
-    static Class& type = *new Class("NSObject", nullptr, allocator<NSObject>(),
-                                    {method<&NSObject::awakeFromNib>("awakeFromNib")});
+    static Class& type = *new Class("NSObject", nullptr, allocator<NSObject>());
     return type;
 }
 

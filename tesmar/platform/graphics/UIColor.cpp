@@ -47,8 +47,6 @@ Ref<UIColor> UIColor::colorWithRed(CGFloat red, CGFloat green, CGFloat blue, CGF
 SHARED_COLOR(whiteColor, colorWithWhite(1, 1))
 SHARED_COLOR(blackColor, colorWithWhite(0, 1))
 SHARED_COLOR(grayColor, colorWithWhite(0.5, 1))
-SHARED_COLOR(lightGrayColor, colorWithWhite(2.0 / 3, 1))
-SHARED_COLOR(darkGrayColor, colorWithWhite(1.0 / 3, 1))
 SHARED_COLOR(clearColor, colorWithWhite(0, 0))
 SHARED_COLOR(redColor, colorWithRed(1, 0, 0, 1))
 SHARED_COLOR(greenColor, colorWithRed(0, 1, 0, 1))

@@ -22,10 +22,8 @@ class TESMAR_API UIColor : public NSObject {
     // Grey-scale; all but clearColor are opaque.
     static Ref<UIColor> whiteColor();
     static Ref<UIColor> blackColor();
-    static Ref<UIColor> grayColor();      // 0.5
-    static Ref<UIColor> lightGrayColor(); // 2/3
-    static Ref<UIColor> darkGrayColor();  // 1/3
-    static Ref<UIColor> clearColor();     // black, alpha 0
+    static Ref<UIColor> grayColor();  // 0.5
+    static Ref<UIColor> clearColor(); // black, alpha 0
     // RGB, opaque.
     static Ref<UIColor> redColor();
     static Ref<UIColor> greenColor();

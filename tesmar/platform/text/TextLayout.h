@@ -10,6 +10,7 @@
 
 #include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/text/NSTextAlignment.h"
 
 #include <memory>
 #include <optional>
@@ -22,8 +23,6 @@ namespace tesmar {
 class CGContext;
 class UIColor;
 class UIFont;
-
-enum class NSTextAlignment { left = 0, center = 1, right = 2 };
 
 class TESMAR_API TextLayout {
   public:

@@ -60,11 +60,6 @@ void UISwitch::setOn(bool on, bool animated) {
     moveThumb(animated);
 }
 
-void UISwitch::setOnTintColor(const Ref<UIColor>& color) {
-    onTintColor_ = color;
-    setNeedsDisplay();
-}
-
 void UISwitch::moveThumb(bool animated) {
     const double target = shownOn_ ? 1 : 0;
     position_->moveTo(target, animated ? kSlide : 0);
@@ -122,7 +117,7 @@ void UISwitch::draw(CGRect) {
     const double at = position_->value();
     const CGFloat dim = isEnabled() ? 1 : 0.5;
 
-    setMixedFillColor(*context, *off, onTintColor_ ? *onTintColor_ : *green, at, dim);
+    setMixedFillColor(*context, *off, *green, at, dim);
     context->fillRoundedRect({{0, 0}, kSize}, kSize.height / 2);
 
     const CGFloat width = kThumb + kStretchBy * stretch_->value();

@@ -31,8 +31,6 @@ class TESMAR_API UISwitch : public UIControl {
     // Initially off. With animation the thumb slides; isOn() changes at once.
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
-    // The colour of the track while on; null, the initial value, means the default green.
-    void setOnTintColor(const Ref<UIColor>& color);
 
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
@@ -49,9 +47,8 @@ class TESMAR_API UISwitch : public UIControl {
     void moveThumb(bool animated);
 
     bool on_ = false;
-    bool shownOn_ = false; // the thumb's position, or where it is sliding
-    bool dragged_ = false; // the finger has moved the thumb across since it landed
-    Ref<UIColor> onTintColor_;
+    bool shownOn_ = false;                 // the thumb's position, or where it is sliding
+    bool dragged_ = false;                 // the finger has moved the thumb across since it landed
     std::unique_ptr<Transition> position_; // of the thumb: 0 off … 1 on
     std::unique_ptr<Transition> stretch_;  // of the thumb: 0 round … 1 stretched
 };

@@ -1,7 +1,5 @@
 // A rectangle on the screen that draws itself, contains other views, takes touches and takes part
 // in layout. Main thread only. All lengths are in points; y grows down.
-//
-// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
