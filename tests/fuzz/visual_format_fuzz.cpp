@@ -63,6 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         root->frame = {0, 0, width, 320};
         reused.layout(*root);
         std::vector<CGRect> frames;
+        frames.reserve(boxes.size());
         for (const auto& box : boxes)
             frames.push_back(box->frame);
         LayoutEngine().layout(*root);

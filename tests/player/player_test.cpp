@@ -5,6 +5,7 @@
 
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 
+#include <cmath>
 #include <cstring>
 
 namespace tesmar {
@@ -63,7 +64,7 @@ CGRect drawnBox(const char* text, CGFloat size, CGRect room) {
     CGRect box;
     for (int i = 0; i < 300 * 200; ++i)
         if (host.pixels()[static_cast<std::size_t>(i)] == 0xFF0000FF)
-            box = CGRectUnion(box, CGRect(i % 300, i / 300, 1, 1));
+            box = CGRectUnion(box, CGRect(i % 300, std::floor(i / 300.0), 1, 1));
     return box;
 }
 

@@ -17,6 +17,7 @@ namespace {
     std::barrier start(kThreads);
     std::array<std::string, kThreads> seen;
     std::vector<std::jthread> threads;
+    threads.reserve(kThreads);
     for (std::string& mine : seen)
         threads.emplace_back([&] {
             start.arrive_and_wait();

@@ -41,7 +41,7 @@ Session::Session(Output output)
     NSBundle::setMainBundle(TESMARHostBundle("org.tesmar.drive"));
     NSUserDefaults::standardUserDefaults()->setPreferencesPath(home_.path() / "preferences.plist");
     // A pending message may keep the panel alive after the session.
-    report_ = [this, weakOutput = std::weak_ptr(output_)](const char* event, Json fields) {
+    report_ = [this, weakOutput = std::weak_ptr(output_)](const char* event, const Json& fields) {
         const auto sink = weakOutput.lock();
         if (!sink)
             return;

@@ -139,7 +139,8 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
     if (isDescendantOf(view.get()))
         fatalError("a view cannot be added to itself or to one of its descendants");
     UIWindow* const before = view->window();
-    const Ref<UIView> added = view;          // `view` may be an element of a list that changes
+    // `view` may be an element of a list that changes.
+    const Ref<UIView> added = view;          // NOLINT(performance-unnecessary-copy-initialization)
     subviews_.reserve(subviews_.size() + 1); // may throw, so before any change
     if (UIView* old = added->superview_) {
         added->damageSubtree();

@@ -79,7 +79,7 @@ TEST(RuntimeDeathTest, MisuseEndsWithOneLineThatNamesIt) {
 }
 
 TEST(RuntimeDeathTest, AFatalErrorIsToldFirstAndEndsAllTheSame) {
-    const auto die = [](FatalErrorHandler handler) {
+    const auto die = [](const FatalErrorHandler& handler) {
         setFatalErrorHandler([=](std::string_view message) {
             [[maybe_unused]] const auto size = ::write(2, message.data(), message.size());
             handler(message);

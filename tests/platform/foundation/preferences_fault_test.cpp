@@ -180,7 +180,7 @@ TEST_F(PreferencesFault, AKilledSaverLeavesTheOldFileOrTheNewOne) {
 
 TEST_F(PreferencesFault, ManySaversLoseNothing) {
     prepare(kScenes[1]);
-    const auto saves = static_cast<long long>(10 * soak());
+    const auto saves = 10 * static_cast<long long>(soak());
     const auto saver = [&](const std::string& own, long long count) {
         FileSystem files;
         auto store = storeWith(files);

@@ -91,7 +91,9 @@ TEST_F(Preferences, LinksAndModesSurviveASave) {
 
 TEST_F(Preferences, WhatCannotBeReadReadsAsEmpty) {
     enum Save { refused, replaces, keepsCopy };
-    const auto write = [&](std::string bytes) { return [=, this] { writeFile(file, bytes); }; };
+    const auto write = [&](const std::string& bytes) {
+        return [=, this] { writeFile(file, bytes); };
+    };
     const struct {
         const char* what;
         std::function<void()> make;

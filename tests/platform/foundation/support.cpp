@@ -9,7 +9,7 @@
 
 namespace tesmar::test {
 
-TemporaryDirectory::TemporaryDirectory(std::filesystem::path parent) {
+TemporaryDirectory::TemporaryDirectory(const std::filesystem::path& parent) {
     std::string name = (parent / "foundation-XXXXXX").string();
     path_ = ::mkdtemp(name.data());
 }

@@ -25,7 +25,7 @@ inline constexpr auto dictionary = NSDictionary::dictionaryWithEntries;
 class TemporaryDirectory {
   public:
     explicit TemporaryDirectory(
-        std::filesystem::path parent = std::filesystem::temp_directory_path());
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path());
     ~TemporaryDirectory() { std::filesystem::remove_all(path_); }
     std::filesystem::path path() const { return path_; }
 

@@ -91,7 +91,7 @@ TEST_F(UIImageTest, DrawingChoosesTheFileForItsOwnScale) {
             CGContext context = canvas.context();
             context.drawImage(*image, {0, 0, 6, 6});
             EXPECT_EQ(canvas.at(1, 1), shown <= 1 ? 0xffff0000 : 0xff0000ff) << drawn;
-            EXPECT_EQ(image->size(), CGSize(6, 6));
+            EXPECT_EQ(image->size(), (CGSize{6, 6}));
         }
         EXPECT_EQ(diagnostics.size(), 1u);
         diagnostics.clear();

@@ -76,9 +76,9 @@ LayoutSolver load(const System& system) {
 
 std::vector<double> solve(LayoutSolver& solver, const System& system, double size) {
     solver.solve({size, 0});
-    std::vector<double> values;
+    std::vector<double> values(static_cast<std::size_t>(system.count));
     for (int i = 0; i < system.count; ++i)
-        values.push_back(solver.value(i));
+        values[static_cast<std::size_t>(i)] = solver.value(i);
     return values;
 }
 

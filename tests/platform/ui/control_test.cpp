@@ -24,7 +24,7 @@ class ControlTest : public UITest {
     // Adds a control that notifies the listener of everything.
     template <class T>
     Ref<T> addHeard(CGRect frame) {
-        const auto control = add<T>(frame);
+        auto control = add<T>(frame);
         const std::pair<const char*, unsigned> actions[] = {
             {"down", UIControlEventTouchDown},
             {"up", UIControlEventTouchUpInside},

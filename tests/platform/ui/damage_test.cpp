@@ -19,7 +19,7 @@ using DamageTest = UITest;
 
 TEST_F(DamageTest, IsExact) {
     const auto box = [&](CGRect frame) {
-        const auto view = add<UIView>(frame);
+        auto view = add<UIView>(frame);
         view->setBackgroundColor(UIColor::redColor());
         return view;
     };
@@ -140,7 +140,9 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { stepper ? stepper->setWraps(chance()) : void(); },
                 [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
                 [&] { scroll->setContentOffset(point(200), chance()); },
-                [&] { scroll->setContentSize(CGSize(part(400), part(400))); },
+                [&] {
+                    scroll->setContentSize(CGSize{part(400), part(400)});
+                },
                 [&] { scroll->setShowsVerticalScrollIndicator(chance()); },
                 [&] { scroll->setShowsHorizontalScrollIndicator(chance()); },
                 [&] { host.touch(UITouchPhase::began, near); },
@@ -148,7 +150,9 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { host.touch(UITouchPhase::ended, near); },
                 [&] { host.tap(near); },
                 [&] { host.advance(part(0.1)); },
-                [&] { host.resize(CGSize(100 + below(60), 90 + below(30)), 1 + below(5) / 2.0); }};
+                [&] {
+                    host.resize({100.0 + below(60), 90.0 + below(30)}, 1 + below(5) / 2.0);
+                }};
             const std::size_t change = random() % std::size(changes);
             changes[change]();
             if (buffers.size() > 1)

@@ -73,7 +73,7 @@ Ref<NSObject> InterfaceFile::instantiate(const pugi::xml_node& element) {
     }
     const std::string className = element.attribute("class").value();
     const Class* const type = classNamed(className);
-    const auto object = type ? type->alloc() : nullptr;
+    auto object = type ? type->alloc() : nullptr;
     if (!object) {
         fail(element, "unknown class \"" + className + "\"");
         return nullptr;

@@ -33,6 +33,7 @@ void PresentationStack::setRoot(UIViewController& controller, Root root) {
 // --- Presenting ---------------------------------------------------------------------------------
 
 // By value: a callback may clear the host's references.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewController> presenter,
                                 bool animated, UIViewController::Completion completion) {
     const auto window = refTo(&window_);
