@@ -140,8 +140,8 @@ TEST(Dictionary, ComparesWithoutEndlessRecursion) {
     for (int i = 0; i < 2000; ++i)
         deep = list({deep}), other = list({other});
     EXPECT_FALSE(deep->isEqual(other.get()));
-    for (const char* key : {"1", "2", "3"})
-        a->removeObjectForKey(key);
+    for (const char* key : {"1", "2", "3"}) // or they would own each other for ever
+        a->removeObjectForKey(key), b->removeObjectForKey(key);
 }
 
 TEST(Scalars, EqualityComparesValuesNotRepresentations) {
