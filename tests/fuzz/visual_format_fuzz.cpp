@@ -7,6 +7,7 @@
 #include "tesmar/platform/layout/internal/visual_format.h"
 #include "tests/platform/layout/LayoutBox.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -62,10 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const double width : {data[0] * 3.0, 0.0, 480.0}) {
         root->frame = {0, 0, width, 320};
         reused.layout(*root);
-        std::vector<CGRect> frames;
-        frames.reserve(boxes.size());
-        for (const auto& box : boxes)
-            frames.push_back(box->frame);
+        std::vector<CGRect> frames(boxes.size());
+        std::transform(boxes.begin(), boxes.end(), frames.begin(),
+                       [](const auto& box) { return box->frame; });
         LayoutEngine().layout(*root);
         for (std::size_t i = 0; i < boxes.size(); ++i) {
             require(finiteRect(boxes[i]->frame) == boxes[i]->frame);

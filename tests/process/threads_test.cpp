@@ -16,14 +16,13 @@ namespace {
     constexpr std::size_t kThreads = 64;
     std::barrier start(kThreads);
     std::array<std::string, kThreads> seen;
-    std::vector<std::jthread> threads;
-    threads.reserve(kThreads);
-    for (std::string& mine : seen)
-        threads.emplace_back([&] {
+    std::vector<std::jthread> threads(kThreads);
+    for (std::size_t i = 0; i < kThreads; ++i)
+        threads[i] = std::jthread([&, i] {
             start.arrive_and_wait();
-            mine = useEverything();
+            seen[i] = useEverything();
         });
-    threads.clear();
+    threads.clear(); // joins
     std::_Exit(std::count(seen.begin(), seen.end(), seen[0]) == std::ssize(seen) ? 0 : 1);
 }
 
