@@ -87,7 +87,7 @@ void removeTemporaries(FileSystem& files, int directory, const std::string& pref
     }
 }
 
-// A name that nobody can occupy in advance.
+// An unpredictable name, which no other program can occupy in advance.
 std::string temporaryName(const std::string& prefix) {
     std::random_device random;
     return prefix + "." + std::to_string(random()) + std::to_string(random());
