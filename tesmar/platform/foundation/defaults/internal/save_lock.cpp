@@ -14,7 +14,7 @@ SaveLock::SaveLock(FileSystem& files, int directory, std::string name, Clock::ti
     do {
         release();
         open();
-        // A lock on a file that was replaced before it could be locked excludes nobody.
+        // A lock on a file that was replaced before it could be locked excludes no other saver.
     } while (lock(deadline) && !isHeld() && errno == ESTALE && Clock::now() < deadline);
 }
 
