@@ -11,7 +11,11 @@ namespace {
 class Controller : public UIViewController {
   public:
     void viewDidLoad() override { note("load"); }
-    void viewWillAppear(bool) override { note("will"); }
+    void viewWillAppear(bool) override {
+        note("will");
+        if (fails)
+            throw 1;
+    }
     void viewDidAppear(bool) override { note("did"); }
     void viewWillDisappear(bool) override { note("willnot"); }
     void viewDidDisappear(bool) override { note("gone"); }
@@ -19,6 +23,7 @@ class Controller : public UIViewController {
 
     std::string name;
     std::optional<CGSize> preferredSize;
+    bool fails = false;
     static inline std::string log; // of all of them
 
   private:
@@ -62,7 +67,13 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         {[&] { show(full), wait(0.1); }, "a.willnot b.willnot f.will "},
         {[&] { dismiss(full); }, "f.willnot a.will b.will "},
         {[&] { wait(1); }, "a.did b.did f.gone done "},
-        {[&] { reduce(), show(full); }, "a.willnot b.willnot f.will f.did a.gone b.gone done "},
+        {[&] {
+             full->fails = true;
+             EXPECT_THROW(show(full), int);
+         },
+         "a.willnot b.willnot f.will a.will b.will a.did b.did "},
+        {[&] { full->fails = false, reduce(), show(full); },
+         "a.willnot b.willnot f.will f.did a.gone b.gone done "},
         {[&] { dismiss(a); }, "f.willnot a.will a.did f.gone done "}, // b, which `a` presents
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
