@@ -139,7 +139,7 @@ TEST_F(UITest, LeavingCardsTakeNoTouches) {
     EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
-TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
+TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
     struct Case {
         CGSize size;
         std::optional<CGRect> captions;
@@ -155,16 +155,23 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
     const auto c = make<Controller>();
     c->preferredSize = CGSize{440, 375};
     window.presentViewController(c, false);
+    const auto full = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    window.presentViewController(full, false);
     for (const Case& t : cases) {
         window.setSize(t.size);
         window.setSafeAreaInsets(t.safe);
         window.setCaptionArea(t.captions);
         window.layoutIfNeeded();
         const CGRect card = window.viewWithIdentifier("card")->frame();
-        EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(card)) << t.size.width;
-        EXPECT_GE(card.size.height, 180);
-        EXPECT_TRUE(CGRectIntersection(card, t.captions.value_or(CGRect())).isEmpty());
+        for (const CGRect& r :
+             {card, full->view()->convertRectTo(full->view()->bounds(), nullptr)}) {
+            EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(r)) << t.size.width;
+            EXPECT_GE(r.size.height, 180);
+            EXPECT_TRUE(CGRectIntersection(r, t.captions.value_or(CGRect())).isEmpty());
+        }
     }
+    full->dismissViewControllerAnimated(false);
     // Captions that the card does not cover neither move it nor cost a frame.
     window.setSafeAreaInsets({});
     host.resize({1024, 768}, 1);

@@ -18,7 +18,13 @@ class ContainerView : public UIView {
     bool subviewsAreLayoutRoots() const override { return true; }
 };
 
-// Rounded and light with a soft shadow, so that black text is legible over any picture.
+// White paper, so that black text is legible over any picture. Opaque: nothing shows through.
+class PaperView : public ContainerView {
+  public:
+    PaperView();
+};
+
+// The same, rounded and with a soft shadow.
 class CardView : public ContainerView {
   public:
     static constexpr CGFloat kCornerRadius = 14;
@@ -26,6 +32,12 @@ class CardView : public ContainerView {
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;
 };
+
+// The paper of a controller that fills the window: clear of the host's captions where that leaves
+// enough room.
+CGRect paperFrame(const UIWindow& window);
+// What of the paper, in its own coordinates, is inside the safe area.
+CGRect safePartOfPaper(const UIWindow& window, const CGRect& paper);
 
 // The size that a card's content preferred when last measured. Cached, because measuring lays the
 // content out again.

@@ -103,6 +103,8 @@ void PresentationStack::covered(const Shared& presentation) {
     for (const auto& below : hiddenBy(presentation))
         if (presentation->stage == Stage::shown && below->cover == Cover::covering) {
             below->cover = Cover::covered;
+            if (below->container)
+                below->container->setHidden(true); // also where the one above leaves a margin
             below->controller->viewDidDisappear(presentation->animated);
         }
 }
@@ -112,6 +114,8 @@ void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated
     for (const auto& below : hidden)
         if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
             below->cover = Cover::none;
+            if (below->container)
+                below->container->setHidden(false);
             all.run([&] { below->controller->viewWillAppear(animated); });
         }
 }
@@ -141,7 +145,7 @@ void PresentationStack::appear(const Shared& presentation) {
         presentation->container = make<CardView>();
         presentation->container->setAccessibilityIdentifier("card");
     } else {
-        presentation->container = make<ContainerView>();
+        presentation->container = make<PaperView>();
     }
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
     presentation->container->addSubview(view);
@@ -306,9 +310,14 @@ void PresentationStack::layOut(const Shared& presentation) {
         return;
     const Ref<UIView> content = controller->view();
     const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    presentation->container->setFrame(card ? cardFrame(window_, *controller, presentation->measured)
-                                           : window_.bounds());
-    content->setFrame(presentation->container->bounds());
+    const auto container = presentation->container;
+    if (card) {
+        container->setFrame(cardFrame(window_, *controller, presentation->measured));
+        content->setFrame(container->bounds());
+    } else {
+        container->setFrame(paperFrame(window_));
+        content->setFrame(safePartOfPaper(window_, container->frame()));
+    }
 }
 
 void PresentationStack::showProgress(Presentation& presentation) {
