@@ -187,7 +187,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-    routeWheel(hit, delta);
+    routeWheel(*this, hit, delta);
     return hit != nullptr;
 }
 

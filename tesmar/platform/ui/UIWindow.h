@@ -86,7 +86,8 @@ class TESMAR_API UIWindow : public UIView {
     // lifted without an event, and cancels its touch.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
-    // one that does not scroll.
+    // one that does not scroll: beside what scrolls in a card, it moves the card's content. Where
+    // content scrolls sideways only, `delta.y` moves it as well.
     bool wheel(CGPoint point, CGPoint delta, double time);
     bool key(UIKey key, double time);
     // Cancels the touches of all fingers, for example when the host loses the focus.
