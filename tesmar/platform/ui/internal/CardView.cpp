@@ -108,6 +108,17 @@ CGRect safePartOfPaper(const UIWindow& window, const CGRect& paper) {
     return (safe.isEmpty() ? paper : safe).offsetBy(CGPoint() - paper.origin);
 }
 
+void ContainerView::drawOverlay(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    const UIWindow* const window = this->window();
+    if (!context || !window || window->presentedBrightness() >= 1)
+        return;
+    // Brightness is of light; black at an opacity scales what the display's gamma of 2.2 takes.
+    const double kept = std::pow(window->presentedBrightness(), 1 / 2.2);
+    context->setRGBFillColor(0, 0, 0, 1 - kept);
+    context->fillRoundedRect(bounds(), cornerRadius());
+}
+
 PaperView::PaperView() {
     setBackgroundColor(paperColor());
 }

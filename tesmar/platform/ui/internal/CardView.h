@@ -14,8 +14,12 @@ class ContainerView : public UIView {
   public:
     using UIView::setKeepsPicture; // while the container moves
 
+    // Darkens all in it as the window's presentedBrightness says.
+    void drawOverlay(CGRect rect) override;
+
   protected:
     bool subviewsAreLayoutRoots() const override { return true; }
+    virtual CGFloat cornerRadius() const { return 0; } // points
 };
 
 // White paper, so that black text is legible over any picture. Opaque: nothing shows through.
@@ -31,6 +35,9 @@ class CardView : public ContainerView {
 
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;
+
+  protected:
+    CGFloat cornerRadius() const override { return kCornerRadius; }
 };
 
 // The paper of a controller that fills the window: clear of the host's captions where that leaves
