@@ -141,6 +141,35 @@ TEST_F(ControlTest, AnActionMayRemoveItsTargetOrDestroyItsControl) {
     }
 }
 
+TEST_F(ControlTest, AListenerMayUnsubscribeOrDestroyItsControl) {
+    Ref<UIButton> button;
+    UIControlListener token;
+    const auto send = [](UIControl& c) { c.sendActionsForControlEvents(UIControlEventAllEvents); };
+    const std::pair<std::function<void(UIControl&)>, int> rows[] = {
+        {[](UIControl&) {}, 2},
+        {[&](UIControl&) { token = {}; }, 1},
+        {[&](UIControl& sender) { token = {}, send(sender); }, 1},
+        {[&](UIControl& sender) { sender.removeFromSuperview(), button.reset(); }, 1},
+        {[&](UIControl& sender) { token = sender.addListener(0, [](UIControl&) {}); }, 1}};
+    for (const auto& [act, calls] : rows) {
+        button = add<UIButton>({100, 100, 100, 50});
+        const auto count = std::make_shared<int>(0);
+        token = button->addListener(UIControlEventTouchUpInside,
+                                    [&act, count](UIControl& c) { ++*count, act(c); });
+        UIControlListener moved = std::move(token); // still subscribed
+        token = std::move(moved);
+        host.tap({150, 120});
+        host.tap({150, 120});
+        host.advance(1);
+        EXPECT_EQ(*count, calls) << &act - &rows[0].first;
+        token = {};
+        EXPECT_EQ(count.use_count(), 1); // the function is destroyed
+        if (button)
+            button->removeFromSuperview();
+    }
+    EXPECT_DEATH(token = add<UIButton>({})->addListener(1, {}), "function is empty");
+}
+
 TEST_F(ControlTest, StepperStaysInItsRange) {
     const auto stepper = addHeard<UIStepper>({100, 100, 94, 29});
     using enum UIStepperHalf;
