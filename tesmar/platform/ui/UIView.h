@@ -71,6 +71,10 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void addSubview(const Ref<UIView>& view);
     // The same at an index of subviews(), 0 for the back; too large an index means the front.
     void insertSubview(const Ref<UIView>& view, std::size_t atIndex);
+    // Moves `view`, which must be a subview, in front of or behind the other subviews; ignored for
+    // other views and null.
+    void bringSubviewToFront(const Ref<UIView>& view);
+    void sendSubviewToBack(const Ref<UIView>& view);
     // Does nothing without a superview.
     void removeFromSuperview();
     // Whether `view` is this view or one of its ancestors.
