@@ -29,6 +29,8 @@ TEST_F(DamageTest, IsExact) {
     cover->setHidden(true);
     const auto stepper = add<UIStepper>({0, 200, 94, 29});
     stepper->setValue(4);
+    const auto toggle = add<UISwitch>({100, 200, 51, 31});
+    const Rects toggleArea{{98, 198, 55, 37}};
     const auto above = make<UIViewController>();
     above->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     above->view()->setBackgroundColor(UIColor::colorWithWhite(0.5, 1));
@@ -47,10 +49,16 @@ TEST_F(DamageTest, IsExact) {
         {[&] { a->setFrame(place); }, {{50, 10, 20, 20}}},
         {[&] { cover->setHidden(false); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {}}, // covered
+        {[&] { root().sendSubviewToBack(cover); }, {{40, 0, 100, 100}}},
+        {[&] { root().sendSubviewToBack(cover), a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
+        {[&] { root().bringSubviewToFront(cover); }, {{40, 0, 100, 100}}},
+        {[&] { root().bringSubviewToFront(cover), root().sendSubviewToBack(nullptr); }, {}},
         {[&] { cover->setAlpha(0.5); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}}, // as before
-        {[&] { stepper->setValue(5); }, {}},                                     // looks the same
+        {[&] { toggle->setThumbTintColor(UIColor::redColor()); }, toggleArea},
+        {[&] { toggle->setThumbTintColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}},
+        {[&] { stepper->setValue(5); }, {}}, // looks the same
         {[&] { stepper->setValue(0); }, {{0, 200, 94, 29}}},
         {[&] { host.window()->presentViewController(above, false); }, all},
         {[&] { a->setNeedsDisplay(), cover->setHidden(true), stepper->setValue(4); }, {}},
@@ -103,6 +111,9 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         const auto rect = [&] {
             return CGRect{point(140) - CGPoint{20, 20}, CGSize{part(70), part(50)}};
         };
+        const auto color = [&] {
+            return chance() ? nullptr : UIColor::colorWithWhite(part(1), part(1.5));
+        };
         const auto scroll = add<UIScrollView>({20.3, 10, 100, 90});
         scroll->setContentSize({300, 300});
         std::vector<Ref<UIView>> views;
@@ -139,6 +150,9 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { stepper ? stepper->setMaximumValue(part(100)) : void(); },
                 [&] { stepper ? stepper->setWraps(chance()) : void(); },
                 [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
+                [&] { toggle ? toggle->setThumbTintColor(color()) : void(); },
+                [&] { root().bringSubviewToFront(view); },
+                [&] { root().sendSubviewToBack(view); },
                 [&] { scroll->setContentOffset(point(200), chance()); },
                 [&] {
                     scroll->setContentSize(CGSize{part(400), part(400)});
