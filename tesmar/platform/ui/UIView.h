@@ -23,6 +23,7 @@ class CGContext;
 class LayoutEngine;
 class NSBundle;
 class UITouch;
+class UIViewController;
 class UIWindow;
 struct PixelRect;
 
@@ -230,8 +231,11 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void paint(CGContext& context, CGPoint superOrigin);
 
   private:
+    friend class UIViewController;
+
     UIView& layoutRoot();
     void layoutTree();
+    void layoutPass();
     void layoutOwnSubviews();
     void layoutSubtreeSubviews();
     void applyFrame(CGRect frame);
@@ -270,7 +274,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool treeNeedsLayout_ = true; // of a layout root
     double hugging_[2] = {UILayoutPriorityDefaultLow, UILayoutPriorityDefaultLow}; // by axis
     std::vector<Ref<NSLayoutConstraint>> constraints_;
-    std::unique_ptr<LayoutEngine> engine_; // of a layout root
+    std::unique_ptr<LayoutEngine> engine_;   // of a layout root
+    UIViewController* controller_ = nullptr; // whose view this is
 };
 
 } // namespace tesmar
