@@ -1,9 +1,13 @@
 #include "fixture.h"
 
 #include "tesmar/platform/ui/UIButton.h"
+#include "tesmar/platform/ui/UILabel.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 #include "tesmar/platform/ui/UISwitch.h"
+
+#include <cmath>
+#include <tuple>
 
 namespace tesmar {
 
@@ -168,6 +172,21 @@ TEST_F(ControlTest, AListenerMayUnsubscribeOrDestroyItsControl) {
             button->removeFromSuperview();
     }
     EXPECT_DEATH(token = add<UIButton>({})->addListener(1, {}), "function is empty");
+}
+
+TEST_F(ControlTest, LabelsMeasureTheLinesThatTheyMayHave) {
+    const auto label = make<UILabel>();
+    label->setText("two words\nand more");
+    const CGSize line = label->intrinsicContentSize();
+    const std::tuple<int, CGFloat, double> rows[] = {{0, 0, 2}, {2, 0, 2},  {0, 60, 4}, {3, 60, 3},
+                                                     {1, 0, 1}, {1, 60, 1}, {-7, 0, 2}};
+    for (const auto& [lines, width, expected] : rows) {
+        label->setNumberOfLines(lines);
+        label->setPreferredMaxLayoutWidth(width);
+        const CGSize size = label->intrinsicContentSize();
+        EXPECT_EQ(std::round(size.height / line.height), expected) << lines << " " << width;
+        EXPECT_LE(size.width, width > 0 && lines != 1 ? width : line.width);
+    }
 }
 
 TEST_F(ControlTest, StepperStaysInItsRange) {

@@ -30,6 +30,8 @@ TEST_F(DamageTest, IsExact) {
     const auto stepper = add<UIStepper>({0, 200, 94, 29});
     stepper->setValue(4);
     const auto toggle = add<UISwitch>({100, 200, 51, 31});
+    const auto label = add<UILabel>({200, 200, 90, 50});
+    label->setText("label");
     const Rects toggleArea{{98, 198, 55, 37}};
     const auto above = make<UIViewController>();
     above->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
@@ -56,6 +58,10 @@ TEST_F(DamageTest, IsExact) {
         {[&] { cover->setAlpha(0.5); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}}, // as before
+        {[&] { label->setNumberOfLines(0), label->setLineBreakMode(NSLineBreakMode::clipping); },
+         {{198, 200, 92, 50}}},
+        {[&] { label->setNumberOfLines(0), label->setLineBreakMode(NSLineBreakMode::clipping); },
+         {}},
         {[&] { toggle->setThumbTintColor(UIColor::redColor()); }, toggleArea},
         {[&] { toggle->setThumbTintColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}},
         {[&] { stepper->setValue(5); }, {}}, // looks the same
@@ -120,8 +126,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         for (unsigned i = 0; i < 12; ++i) {
             const auto view = views.emplace_back(as<UIView>(kinds[i % 5]->alloc()));
             view->initWithFrame(rect());
-            if (const auto label = as<UILabel>(view))
-                label->setText("Wavy text");
+            if (const auto text = as<UILabel>(view))
+                text->setText("Wavy text\nof several lines");
             else if (const auto button = as<UIButton>(view))
                 button->setTitle("off", 0), button->setTitle("on", UIControlStateHighlighted);
             else if (i % 5 == 3)
@@ -135,6 +141,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             const auto control = as<UIControl>(view);
             const auto stepper = as<UIStepper>(view);
             const auto toggle = as<UISwitch>(view);
+            const auto label = as<UILabel>(view);
             const CGPoint center = view->convertPointTo(view->bounds().center(), nullptr);
             const CGPoint near = center + point(40) - CGPoint{20, 20};
             const std::function<void()> changes[] = {
@@ -151,6 +158,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { stepper ? stepper->setWraps(chance()) : void(); },
                 [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
                 [&] { toggle ? toggle->setThumbTintColor(color()) : void(); },
+                [&] { label ? label->setNumberOfLines(below(4)) : void(); },
+                [&] { label ? label->setLineBreakMode(NSLineBreakMode{below(6)}) : void(); },
                 [&] { root().bringSubviewToFront(view); },
                 [&] { root().sendSubviewToBack(view); },
                 [&] { scroll->setContentOffset(point(200), chance()); },
