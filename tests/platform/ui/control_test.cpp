@@ -174,6 +174,43 @@ TEST_F(ControlTest, AListenerMayUnsubscribeOrDestroyItsControl) {
     EXPECT_DEATH(token = add<UIButton>({})->addListener(1, {}), "function is empty");
 }
 
+TEST_F(ControlTest, ButtonsKeepTheirInsets) {
+    const auto button = add<UIButton>({0, 0, 100, 50});
+    button->setTitle("title", 0);
+    const CGSize plain = button->intrinsicContentSize();
+    button->setContentEdgeInsets({1, 20, 3, 40});
+    const CGSize inset = button->intrinsicContentSize();
+    EXPECT_EQ(inset, (CGSize{plain.width + 60, plain.height + 4}));
+    const CGFloat baseline = *button->layoutBaselineBelowCenter();
+    button->setTitleEdgeInsets({10, 5, 0, std::nan("")});
+    EXPECT_EQ(button->intrinsicContentSize(), inset);
+    EXPECT_EQ(*button->layoutBaselineBelowCenter(), baseline + 5);
+    host.render();
+    EXPECT_EQ(button->titleLabel()->frame(), CGRect(25, 11, 35, 36));
+}
+
+// Paler only where a state shows the normal one.
+TEST_F(ControlTest, ButtonsStretchTheBackgroundImageOfTheirState) {
+    const auto button = add<UIButton>({10, 10, 60, 30});
+    const auto pixel = [&](int x, int y) {
+        return host.pixels()[static_cast<std::size_t>(y * 300 + x)];
+    };
+    const auto middle = [&] {
+        host.render();
+        return pixel(40, 25);
+    };
+    const auto empty = middle();
+    button->setBackgroundImage(imageOf(3, 2), 0);
+    const auto full = middle();
+    EXPECT_NE(full, empty);
+    EXPECT_EQ(pixel(12, 12), full);
+    EXPECT_EQ(pixel(67, 37), full);
+    button->setHighlighted(true);
+    EXPECT_TRUE(middle() != full && middle() != empty);
+    button->setBackgroundImage(imageOf(3, 2), UIControlStateHighlighted);
+    EXPECT_EQ(middle(), full);
+}
+
 TEST_F(ControlTest, LabelsMeasureTheLinesThatTheyMayHave) {
     const auto label = make<UILabel>();
     label->setText("two words\nand more");

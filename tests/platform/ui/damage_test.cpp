@@ -32,6 +32,8 @@ TEST_F(DamageTest, IsExact) {
     const auto toggle = add<UISwitch>({100, 200, 51, 31});
     const auto label = add<UILabel>({200, 200, 90, 50});
     label->setText("label");
+    const auto button = add<UIButton>({0, 240, 50, 30});
+    const auto image = imageOf(6, 6);
     const Rects toggleArea{{98, 198, 55, 37}};
     const auto above = make<UIViewController>();
     above->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
@@ -62,6 +64,9 @@ TEST_F(DamageTest, IsExact) {
          {{198, 200, 92, 50}}},
         {[&] { label->setNumberOfLines(0), label->setLineBreakMode(NSLineBreakMode::clipping); },
          {}},
+        {[&] { button->setBackgroundImage(image, 0); }, {{0, 240, 50, 30}}},
+        {[&] { button->setTintColor(nullptr), button->setImage(image, 4); }, {}},
+        {[&] { button->setBackgroundImage(image, 0), button->setContentEdgeInsets({}); }, {}},
         {[&] { toggle->setThumbTintColor(UIColor::redColor()); }, toggleArea},
         {[&] { toggle->setThumbTintColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}},
         {[&] { stepper->setValue(5); }, {}}, // looks the same
@@ -105,6 +110,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         std::vector<std::uint32_t> words;
         int shown = -1; // in which frame; none
     };
+    const auto image = imageOf(6, 6);
     for (unsigned round = 0; round < 100; ++round) {
         host = HeadlessHost({160, 120}, std::array{1.0, 1.5, 2.0, 3.0}[round % 4]);
         UIWindow& window = *host.window();
@@ -120,6 +126,9 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         const auto color = [&] {
             return chance() ? nullptr : UIColor::colorWithWhite(part(1), part(1.5));
         };
+        const auto insets = [&] {
+            return UIEdgeInsets{part(20) - 5, part(20) - 5, part(20) - 5, part(20) - 5};
+        };
         const auto scroll = add<UIScrollView>({20.3, 10, 100, 90});
         scroll->setContentSize({300, 300});
         std::vector<Ref<UIView>> views;
@@ -128,8 +137,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             view->initWithFrame(rect());
             if (const auto text = as<UILabel>(view))
                 text->setText("Wavy text\nof several lines");
-            else if (const auto button = as<UIButton>(view))
-                button->setTitle("off", 0), button->setTitle("on", UIControlStateHighlighted);
+            else if (const auto control = as<UIButton>(view))
+                control->setTitle("off", 0), control->setTitle("on", UIControlStateHighlighted);
             else if (i % 5 == 3)
                 view->setBackgroundColor(UIColor::colorWithWhite(part(1), i > 5 ? 1 : part(1)));
             (i % 3 == 0 ? root() : i % 3 == 1 ? *scroll : *views[i - 1]).addSubview(view);
@@ -142,6 +151,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             const auto stepper = as<UIStepper>(view);
             const auto toggle = as<UISwitch>(view);
             const auto label = as<UILabel>(view);
+            const auto button = as<UIButton>(view);
             const CGPoint center = view->convertPointTo(view->bounds().center(), nullptr);
             const CGPoint near = center + point(40) - CGPoint{20, 20};
             const std::function<void()> changes[] = {
@@ -158,6 +168,11 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { stepper ? stepper->setWraps(chance()) : void(); },
                 [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
                 [&] { toggle ? toggle->setThumbTintColor(color()) : void(); },
+                [&] { button ? button->setContentEdgeInsets(insets()) : void(); },
+                [&] { button ? button->setTitleEdgeInsets(insets()) : void(); },
+                [&] { button ? button->setBackgroundImage(image, random() % 4) : void(); },
+                [&] { button ? button->setImage(image, random() % 4) : void(); },
+                [&] { button ? button->setTintColor(color()) : void(); },
                 [&] { label ? label->setNumberOfLines(below(4)) : void(); },
                 [&] { label ? label->setLineBreakMode(NSLineBreakMode{below(6)}) : void(); },
                 [&] { root().bringSubviewToFront(view); },
