@@ -181,6 +181,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] {
                     scroll->setContentSize(CGSize{part(400), part(400)});
                 },
+                [&] { scroll->setContentInset(insets()); },
+                [&] { scroll->setPagingEnabled(chance()), scroll->setBounces(chance()); },
                 [&] { scroll->setShowsVerticalScrollIndicator(chance()); },
                 [&] { scroll->setShowsHorizontalScrollIndicator(chance()); },
                 [&] { host.touch(UITouchPhase::began, near); },
