@@ -237,8 +237,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGRect drawnRect() const;
     CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
     CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
+    UIWindow* windowToDamage() const;
     void damageSubtree();
-    void damage(CGRect rect);
+    void damage(const CGRect& rect, UIWindow& window);
     // The part of a rectangle on the surface where this view can be seen, in whole pixels; empty
     // when it is hidden, clipped, outside the surface or covered.
     PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;

@@ -75,11 +75,15 @@ CGRect UIView::drawnRect() const {
 }
 
 void UIView::setNeedsDisplay() {
-    damage(drawnRect());
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = windowToDamage())
+        damage(drawnRect(), *window);
 }
 
 void UIView::setNeedsDisplayInRect(const CGRect& rect) {
-    damage(CGRectIntersection(rect, drawnRect()));
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = windowToDamage())
+        damage(CGRectIntersection(rect, drawnRect()), *window);
 }
 
 void UIView::draw(CGRect) {}
@@ -123,19 +127,25 @@ bool UIView::isOnScreen() const {
                 .isEmpty();
 }
 
+// The window whose damage a change of this view may add to. Null while the view is in none, or in
+// one that is repainted wholly anyway: where views draw is not worth computing then, since that may
+// take the shaping of texts at widths that they never get on screen.
+UIWindow* UIView::windowToDamage() const {
+    UIWindow* const window = this->window();
+    return window && !window->isDamagedWholly() ? window : nullptr;
+}
+
 void UIView::damageSubtree() {
     assertMainThread("UIView::setNeedsDisplay");
-    if (UIWindow* const window = this->window())
+    if (UIWindow* const window = windowToDamage())
         window->damagePixels(
             visiblePixels(subtreeExtent(originOnSurface(), window->scale()), *window));
 }
 
-void UIView::damage(CGRect rect) {
-    assertMainThread("UIView::setNeedsDisplay");
-    UIWindow* const window = rect.isEmpty() ? nullptr : this->window();
-    if (window)
-        window->damagePixels(
-            visiblePixels(onSurface(rect, originOnSurface(), window->scale()), *window));
+void UIView::damage(const CGRect& rect, UIWindow& window) {
+    if (!rect.isEmpty())
+        window.damagePixels(
+            visiblePixels(onSurface(rect, originOnSurface(), window.scale()), window));
 }
 
 // Whether an opaque view in front hides all of these pixels.

@@ -65,6 +65,25 @@ TEST_F(DamageTest, IsExact) {
     }
 }
 
+TEST_F(DamageTest, IsNotComputedWhereItAddsNothing) {
+    struct Measured : UIView {
+        UIEdgeInsets drawingOverflow() const override { return ++count, UIEdgeInsets(); }
+        mutable int count = 0;
+    };
+    const auto view = make<Measured>();
+    const auto change = [&] {
+        view->setFrame(CGRect(view->frame().minX() + 1, 0, 20, 20));
+        view->setNeedsDisplay();
+        return std::exchange(view->count, 0);
+    };
+    EXPECT_EQ(change(), 0) << "in no window";
+    host.window()->addSubview(view);
+    host.window()->invalidate();
+    EXPECT_EQ(change(), 0) << "in a window that is repainted wholly";
+    damage();
+    EXPECT_GT(change(), 0);
+}
+
 TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
     std::mt19937 random(7);
     const auto upTo = [&](unsigned n) { return static_cast<int>(random() % n); };
