@@ -245,6 +245,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;
     bool isCovered(const PixelRect& pixels, CGFloat scale) const;
     bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
+    bool isFarFrom(const PixelRect& clip, CGPoint origin, CGFloat scale) const;
     void paintSelf(CGContext& context, CGPoint origin);
     void paintSubviews(CGContext& context, CGPoint origin);
 

@@ -177,10 +177,24 @@ bool UIView::covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) cons
            });
 }
 
+// A quick test that passes over most views of a small frame; false if it is unsure.
+bool UIView::isFarFrom(const PixelRect& clip, CGPoint origin, CGFloat scale) const {
+    if (!clipsToBounds_ && !subviews_.empty())
+        return false;
+    constexpr int kRounding = 2; // pixels, at most, by which rounding moves an edge
+    const UIEdgeInsets overflow = clipsToBounds_ ? UIEdgeInsets() : drawingOverflow();
+    return (origin.x - overflow.left) * scale > clip.right() + kRounding ||
+           (origin.y - overflow.top) * scale > clip.bottom() + kRounding ||
+           (origin.x + frame_.size.width + overflow.right) * scale < clip.x - kRounding ||
+           (origin.y + frame_.size.height + overflow.bottom) * scale < clip.y - kRounding;
+}
+
 void UIView::paint(CGContext& context, CGPoint superOrigin) {
     if (hidden_ || alpha_ <= 0)
         return;
     const CGPoint origin = superOrigin + originInSuperview();
+    if (isFarFrom(context.clipPixels(), origin, context.scale()))
+        return;
     if (alpha_ >= 1) {
         paintSelf(context, origin);
         return;
