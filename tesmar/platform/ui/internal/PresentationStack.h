@@ -1,6 +1,7 @@
 // The controllers presented over a window's content, bottom to top, and their transitions.
 #pragma once
 
+#include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/internal/CardView.h"
 #include "tesmar/platform/ui/internal/Transition.h"
@@ -36,6 +37,18 @@ class PresentationStack {
     // Gives every presentation its frame; called when the window's size, safe area or caption area
     // have changed.
     void layOut();
+    void setNeedsDisplay();
+
+    // --- Dragging down --------------------------------------------------------------------------
+
+    // Whether a finger on `view` may drag the topmost controller's card.
+    bool canPull(const UIView& view) const;
+    // Moves the topmost card down by `distance`, in points.
+    void pull(CGFloat distance);
+    // The finger has let go, moving down with `velocity` in points per second: dismisses the
+    // controller, or moves its card back.
+    void endPull(CGFloat velocity);
+    void cancelPull();
 
   private:
     enum class Stage { appearing, shown, dismissing, removed };
@@ -45,13 +58,14 @@ class PresentationStack {
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
-        Ref<UIView> container;
+        Ref<ContainerView> container;
         Stage stage = Stage::appearing;
         Cover cover = Cover::none;
         bool leaves = false; // is dismissed together with what is above it
         bool animated = false;
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
+        std::unique_ptr<Transition> pulled;   // how far a finger has dragged the card, in points
         std::optional<MeasuredSize> measured; // of a card
     };
     using Shared = std::shared_ptr<Presentation>;
@@ -63,6 +77,10 @@ class PresentationStack {
     std::vector<Shared> hiddenBy(const Shared& presentation) const;
     void cover(const Shared& presentation);
     void covered(const Shared& presentation);
+    // Tells those that a presentation hid that they will appear and, once it has gone, that they
+    // did.
+    static void uncover(const std::vector<Shared>& hidden, bool animated, FirstException& all);
+    static void uncovered(const std::vector<Shared>& hidden, bool animated, FirstException& all);
     void appear(const Shared& presentation);
     void appeared(const Shared& presentation);
     void startDismissal(const Shared& presentation, bool animated,
