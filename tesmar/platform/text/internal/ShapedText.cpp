@@ -22,9 +22,10 @@ ShapedTextRef ShapedTextCache::find(const ShapingRequest& request) {
     const auto matches = [&](const Entry& e) { return e.request == request; };
     auto found = std::ranges::find_if(entries_, matches);
     // Labels are shaped without a width first, to be measured. One line that starts on the left is
-    // the same in every width that it fits into.
+    // the same in every width that it fits into, unless its ink is cut off there.
     if (found == entries_.end() && request.width && request.lineCount == 1 &&
-        request.alignment == NSTextAlignment::left) {
+        request.alignment == NSTextAlignment::left &&
+        request.lineBreakMode != NSLineBreakMode::clipping) {
         ShapingRequest unlimited = request;
         unlimited.width.reset();
         found = std::ranges::find_if(entries_, [&](const Entry& e) {
