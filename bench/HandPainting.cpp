@@ -110,8 +110,7 @@ void HandPainting::addCard() {
     const CGRect card = frame("card");
     const CGFloat corner = 14, blur = 16, top = card.minY() + corner, bottom = card.maxY() - corner;
     const auto black = UIColor::blackColor();
-    const auto shade = UIColor::colorWithWhite(0, 0.45),
-               paper = UIColor::colorWithWhite(0.97, 0.97);
+    const auto shade = UIColor::colorWithWhite(0, 0.45), paper = UIColor::whiteColor();
     const auto shadow = [&](CGContext& c) { c.drawShadow(card, corner, blur, {0, 4}, *black); };
     const auto sheet = [&](CGContext& c) { c.fillRoundedRect(card, corner); };
     const CGRect around = CGRectInset(card, -24, -24);
