@@ -252,6 +252,11 @@ void UIWindow::damagePixels(const PixelRect& pixels) {
     damage_->add(pixels);
 }
 
+bool UIWindow::isDamagedWholly() const {
+    const auto rects = damage_->rects();
+    return rects.size() == 1 && rects[0] == surfacePixels(bounds());
+}
+
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
     damage_->clear();

@@ -133,6 +133,8 @@ class TESMAR_API UIWindow : public UIView {
     PixelRect surfacePixels(const CGRect& rect) const;
     // Marks these pixels of the surface as out of date.
     void damagePixels(const PixelRect& pixels);
+    // Whether every pixel of the surface is out of date.
+    bool isDamagedWholly() const;
     // Includes controls that take touches around their bounds.
     UIView* hitTest(CGPoint point) override;
     void layoutSubviews() override;

@@ -84,6 +84,25 @@ TEST_F(DamageTest, IsExact) {
     }
 }
 
+TEST_F(DamageTest, IsNotComputedWhereItAddsNothing) {
+    struct Measured : UIView {
+        UIEdgeInsets drawingOverflow() const override { return ++count, UIEdgeInsets(); }
+        mutable int count = 0;
+    };
+    const auto view = make<Measured>();
+    const auto change = [&] {
+        view->setFrame(CGRect(view->frame().minX() + 1, 0, 20, 20));
+        view->setNeedsDisplay();
+        return std::exchange(view->count, 0);
+    };
+    EXPECT_EQ(change(), 0) << "in no window";
+    host.window()->addSubview(view);
+    host.window()->invalidate();
+    EXPECT_EQ(change(), 0) << "in a window that is repainted wholly";
+    damage();
+    EXPECT_GT(change(), 0);
+}
+
 // An age that reaches back to a larger surface repaints everything, and nothing outside.
 TEST_F(DamageTest, ANewSizeOrScaleForgetsEarlierFrames) {
     for (const auto& [size, scale] : {std::pair(CGSize{100, 100}, 1.0), {CGSize{300, 400}, 0.5}}) {

@@ -148,7 +148,7 @@ TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
             shown->host.window()->presentViewController(shown->controller, true);
         host.advance(0.1), later.host.render(), later.change();
         host.advance(0.1), later.host.render(), before.host.render();
-        EXPECT_TRUE(later.host.pixels() == before.host.pixels()) << scale;
+        EXPECT_TRUE(std::ranges::equal(later.host.pixels(), before.host.pixels())) << scale;
     }
 }
 
