@@ -19,15 +19,19 @@ class Controller : public UIViewController {
     void viewDidAppear(bool) override { note("did"); }
     void viewWillDisappear(bool) override { note("willnot"); }
     void viewDidDisappear(bool) override { note("gone"); }
-    std::optional<CGSize> preferredContentSize() override { return preferredSize; }
+    std::optional<CGSize> preferredContentSize() override { return whenMeasured(), preferredSize; }
 
     std::string name;
+    std::function<void()> whenNotified = [] {}, whenMeasured = [] {};
     std::optional<CGSize> preferredSize;
     bool fails = false;
     static inline std::string log; // of all of them
 
   private:
-    void note(const std::string& what) { log += name + what + " "; }
+    void note(const std::string& what) {
+        log += name + what + " ";
+        whenNotified();
+    }
 };
 
 TEST_F(UITest, PresentationsNotifyControllersInOrder) {
@@ -93,6 +97,38 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
     EXPECT_LT(scroll->contentOffset().y, 250);
     EXPECT_DEATH(make<UIWindow>()->presentViewController(make<Controller>(), false),
                  "made by UIWindow::windowWithSize");
+}
+
+TEST_F(UITest, CallbacksMayReleaseTheWindow) {
+    const auto full = make<Controller>(), card = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    Ref<UIWindow> window;
+    WeakRef<UIWindow> watched;
+    const auto release = [&] {
+        window.reset();
+        EXPECT_FALSE(watched.expired()); // until the call that it is in the middle of has returned
+    };
+    const std::function<void(UIWindow&)> calls[] = {
+        [&](UIWindow& w) {
+            w.presentViewController(full, true);
+            host.advance(0.1);
+            full->whenNotified = release;
+            host.advance(1);
+        },
+        [&](UIWindow& w) {
+            card->whenMeasured = release, w.setSize({200, 200});
+        },
+        [&](UIWindow& w) {
+            w.setSafeAreaInsets({1, 1, 1, 1});
+            card->whenMeasured = release, w.needsRender();
+        }};
+    for (const auto& call : calls) {
+        watched = window = UIWindow::windowWithSize({300, 400});
+        window->presentViewController(card, false);
+        call(*window);
+        EXPECT_TRUE(watched.expired());
+        full->whenNotified = card->whenMeasured = [] {};
+    }
 }
 
 TEST_F(UITest, LeavingCardsTakeNoTouches) {

@@ -161,6 +161,7 @@ void PresentationStack::appear(const Shared& presentation) {
 void PresentationStack::appeared(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
+    const auto window = refTo(&window_);
     presentation->stage = Stage::shown;
     const auto completion = std::exchange(presentation->completion, {});
     if (presentation->cover == Cover::none)
