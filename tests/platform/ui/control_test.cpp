@@ -77,6 +77,15 @@ TEST_F(ControlTest, TracksAFingerUpToTheMargin) {
     host.touch(P::ended, {150, 120});
     EXPECT_EQ(listener->take(), "down cancelled ");
     EXPECT_EQ(NSRunLoop::mainRunLoop().nextDeadline(), std::nullopt);
+    button = addHeard<UIButton>({100, 100, 100, 50});
+    const WeakRef<UIButton> watched = button;
+    host.touch(P::began, {150, 120});
+    listener->afterCancelled = [&] {
+        button->removeFromSuperview(), button.reset();
+        EXPECT_FALSE(watched.expired()); // setEnabled() has not returned
+    };
+    button->setEnabled(false);
+    EXPECT_TRUE(watched.expired());
 }
 
 TEST_F(ControlTest, KeepsFingersApart) {
