@@ -128,6 +128,11 @@ TEST_F(ControlTest, TargetsReachPastTheEdgeOfAScrollView) {
     EXPECT_FALSE(hits(216));                   // too far from them
     scroll->setContentOffset({0, -20}, false); // out of sight
     EXPECT_FALSE(hits(205));
+    add<UIButton>({100, 50, 100, 30});
+    scroll->setContentOffset({0, 113}, false); // one point of it is shown
+    EXPECT_TRUE(hits(95) && !hits(82));        // not on its hidden part, close to the other
+    scroll->setContentOffset({0, 114}, false);
+    EXPECT_FALSE(hits(95) || hits(103));
 }
 
 // The next target still gets its action.
