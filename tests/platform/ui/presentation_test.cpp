@@ -42,8 +42,9 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
     const auto show = [&](const auto& c) { window.presentViewController(c, true, done); };
     const auto dismiss = [&](const auto& c) { c->dismissViewControllerAnimated(true, done); };
     const auto wait = [&](double seconds) { host.advance(seconds); };
-    const auto full = make<Controller>();
+    const auto full = make<Controller>(), next = make<Controller>();
     full->name = "f.", full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    next->name = "n.", next->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     const auto reduce = [] { setMotionSetting(MotionSetting::reduced); };
     const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] { show(a); }, "a.load a.will "},
@@ -71,6 +72,14 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         {[&] { show(full), wait(0.1); }, "a.willnot b.willnot f.will "},
         {[&] { dismiss(full); }, "f.willnot a.will b.will "},
         {[&] { wait(1); }, "a.did b.did f.gone done "},
+        {[&] { show(full), wait(1), dismiss(full), wait(0.1), show(next); }, // before it is gone
+         "a.willnot b.willnot f.will f.did a.gone b.gone done f.willnot a.will b.will n.load "
+         "a.willnot b.willnot n.will "},
+        {[&] { wait(1), dismiss(next), wait(1); },
+         "f.gone done n.did a.gone b.gone done n.willnot a.will b.will a.did b.did n.gone done "},
+        {[&] { dismiss(b), wait(1); }, "b.willnot b.gone done "},
+        {[&] { show(b), wait(0.2), show(full), wait(0.05), dismiss(full), wait(1); }, // b slower
+         "b.will a.willnot b.willnot f.will f.willnot a.will b.will done a.did b.did f.gone done "},
         {[&] {
              full->fails = true;
              EXPECT_THROW(show(full), int);

@@ -69,7 +69,8 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     all.rethrow();
 }
 
-// Down to the next one that fills the window: that one hid those below it before.
+// Down to the next one that fills the window: that one hid those below it before. One that is being
+// dismissed hides them no longer.
 std::vector<PresentationStack::Shared>
 PresentationStack::hiddenBy(const Shared& presentation) const {
     const auto fills = [](const Shared& p) {
@@ -81,7 +82,7 @@ PresentationStack::hiddenBy(const Shared& presentation) const {
     std::vector<Shared> hidden;
     while (first != stack_.begin()) {
         hidden.insert(hidden.begin(), *--first);
-        if (fills(*first))
+        if (fills(*first) && (*first)->stage != Stage::dismissing)
             break;
     }
     return hidden;
@@ -92,7 +93,7 @@ void PresentationStack::cover(const Shared& presentation) {
         if (presentation->stage != Stage::appearing)
             return;
         const bool isShown = below->stage == Stage::appearing || below->stage == Stage::shown;
-        if (!isShown || below->cover != Cover::none)
+        if (!isShown || below->isToldHidden())
             continue;
         below->cover = Cover::covering;
         below->controller->viewWillDisappear(presentation->animated);
@@ -110,8 +111,8 @@ void PresentationStack::covered(const Shared& presentation) {
 void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated,
                                 FirstException& all) {
     for (const auto& below : hidden)
-        if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
-            below->cover = Cover::none;
+        if (below->isToldHidden() && !below->leaves && below->stage != Stage::removed) {
+            below->cover = Cover::uncovering;
             all.run([&] { below->controller->viewWillAppear(animated); });
         }
 }
@@ -119,8 +120,11 @@ void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated
 void PresentationStack::uncovered(const std::vector<Shared>& hidden, bool animated,
                                   FirstException& all) {
     for (const auto& below : hidden)
-        if (below->stage == Stage::shown && below->cover == Cover::none && !below->leaves)
-            all.run([&] { below->controller->viewDidAppear(animated); });
+        if (below->cover == Cover::uncovering) {
+            below->cover = Cover::none;
+            if (below->stage == Stage::shown && !below->leaves)
+                all.run([&] { below->controller->viewDidAppear(animated); });
+        }
 }
 
 // Every callback may dismiss the presentation.
@@ -208,7 +212,7 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
     FirstException all;
     if (presentation->container)
         all.run([&] { window_.cancelTouchesIn(*presentation->container); });
-    if (presentation->cover == Cover::none)
+    if (!presentation->isToldHidden())
         all.run([&] { presentation->controller->viewWillDisappear(animated); });
     uncover(hiddenBy(presentation), animated, all);
     all.run([&] { slideOut(presentation, animated); });

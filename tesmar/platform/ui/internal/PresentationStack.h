@@ -40,9 +40,8 @@ class PresentationStack {
 
   private:
     enum class Stage { appearing, shown, dismissing, removed };
-    // Whether a full-screen controller above hides this one, as far as the controller has been
-    // told.
-    enum class Cover { none, covering, covered };
+    // Whether full-screen controllers above hide this one, as far as the controller has been told.
+    enum class Cover { none, covering, covered, uncovering };
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
@@ -54,6 +53,8 @@ class PresentationStack {
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
         std::optional<MeasuredSize> measured; // of a card
+
+        bool isToldHidden() const { return cover == Cover::covering || cover == Cover::covered; }
     };
     using Shared = std::shared_ptr<Presentation>;
 
