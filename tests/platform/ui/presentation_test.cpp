@@ -140,7 +140,7 @@ TEST_F(UITest, CallbacksMayReleaseTheWindow) {
     }
 }
 
-TEST_F(UITest, LeavingCardsTakeNoTouches) {
+TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     const auto c = make<Controller>();
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));
     button->addTarget(listener, Selector("cancelled"), UIControlEventTouchCancel);
@@ -148,6 +148,12 @@ TEST_F(UITest, LeavingCardsTakeNoTouches) {
     host.window()->setOutsideTap(OutsideTap::dismisses);
     host.window()->presentViewController(c, false);
     const CGPoint finger = button->convertPointTo({50, 50}, nullptr);
+    const auto full = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    EXPECT_TRUE(host.touch(UITouchPhase::began, finger, 0));
+    host.window()->presentViewController(full, true);
+    EXPECT_EQ(listener->take(), "cancelled ");
+    full->dismissViewControllerAnimated(false);
     EXPECT_TRUE(host.touch(UITouchPhase::began, finger, 1));
     c->dismissViewControllerAnimated(true);
     EXPECT_EQ(listener->take(), "cancelled ");

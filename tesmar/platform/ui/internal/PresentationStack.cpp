@@ -89,6 +89,9 @@ PresentationStack::hiddenBy(const Shared& presentation) const {
 }
 
 void PresentationStack::cover(const Shared& presentation) {
+    for (const auto& below : hiddenBy(presentation))
+        if (below->container)
+            window_.cancelTouchesIn(*below->container);
     for (const auto& below : hiddenBy(presentation)) {
         if (presentation->stage != Stage::appearing)
             return;
