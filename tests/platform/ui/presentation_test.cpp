@@ -17,7 +17,11 @@ class Controller : public UIViewController {
             throw 1;
     }
     void viewDidAppear(bool) override { note("did"); }
-    void viewWillDisappear(bool) override { note("willnot"); }
+    void viewWillDisappear(bool) override {
+        note("willnot");
+        if (fails)
+            throw 1;
+    }
     void viewDidDisappear(bool) override { note("gone"); }
     std::optional<CGSize> preferredContentSize() override { return whenMeasured(), preferredSize; }
 
@@ -85,8 +89,13 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
              EXPECT_THROW(show(full), int);
          },
          "a.willnot b.willnot f.will a.will b.will a.did b.did "},
-        {[&] { full->fails = false, reduce(), show(full); },
-         "a.willnot b.willnot f.will f.did a.gone b.gone done "},
+        {[&] {
+             full->fails = false, reduce(), show(full), full->fails = true;
+             EXPECT_THROW(dismiss(a), int);
+         },
+         "a.willnot b.willnot f.will f.did a.gone b.gone done f.willnot a.will a.did f.gone done "},
+        {[&] { full->fails = false, show(b), show(full); },
+         "b.will b.did done a.willnot b.willnot f.will f.did a.gone b.gone done "},
         {[&] { dismiss(a); }, "f.willnot a.will a.did f.gone done "}, // b, which `a` presents
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {

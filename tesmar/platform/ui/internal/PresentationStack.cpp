@@ -192,16 +192,24 @@ void PresentationStack::dismiss(const UIViewController& controller, bool animate
             break;
     }
     // First those above, without animation.
-    while (!stack_.empty() && stack_.back() != target) {
+    FirstException all;
+    const auto isPresented = [](const Shared& p) {
+        return p->stage != Stage::removed && p->stage != Stage::dismissing;
+    };
+    while (isPresented(target) && stack_.back() != target) {
         const auto above = stack_.back();
-        if (above->stage == Stage::dismissing)
-            finishDismissal(above);
-        else
-            startDismissal(above, false, {});
-        if (target->stage == Stage::removed || target->stage == Stage::dismissing)
-            return;
+        all.run([&] {
+            if (above->stage == Stage::dismissing)
+                finishDismissal(above);
+            else
+                startDismissal(above, false, {});
+        });
+        if (above->stage != Stage::removed) // without memory
+            break;
     }
-    startDismissal(target, animated, std::move(completion));
+    if (isPresented(target))
+        all.run([&] { startDismissal(target, animated, std::move(completion)); });
+    all.rethrow();
 }
 
 void PresentationStack::startDismissal(const Shared& presentation, bool animated,
