@@ -51,6 +51,7 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     const auto presentation = std::make_shared<Presentation>();
     presentation->controller = controller;
     presentation->presenter = presenter;
+    presentation->style = controller->modalPresentationStyle();
     presentation->animated = animated;
     presentation->completion = std::move(completion);
     presentation->progress = std::make_unique<Transition>(
@@ -74,7 +75,7 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
 std::vector<PresentationStack::Shared>
 PresentationStack::hiddenBy(const Shared& presentation) const {
     const auto fills = [](const Shared& p) {
-        return p->controller->modalPresentationStyle() == UIModalPresentationStyle::fullScreen;
+        return p->style == UIModalPresentationStyle::fullScreen;
     };
     auto first = std::find(stack_.begin(), stack_.end(), presentation);
     if (first == stack_.end() || !fills(presentation))
@@ -144,7 +145,7 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
 
-    if (controller->modalPresentationStyle() == UIModalPresentationStyle::card) {
+    if (presentation->style == UIModalPresentationStyle::card) {
         presentation->container = make<CardView>();
         presentation->container->setAccessibilityIdentifier("card");
     } else {
@@ -317,7 +318,7 @@ void PresentationStack::layOut(const Shared& presentation) {
     if (!presentation->container || !controller->isViewLoaded())
         return;
     const Ref<UIView> content = controller->view();
-    const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
+    const bool card = presentation->style == UIModalPresentationStyle::card;
     presentation->container->setFrame(card ? cardFrame(window_, *controller, presentation->measured)
                                            : window_.bounds());
     content->setFrame(presentation->container->bounds());
