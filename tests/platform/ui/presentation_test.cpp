@@ -176,25 +176,27 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
         CGSize size;
         std::optional<CGRect> captions;
         UIEdgeInsets safe;
+        CGSize preferred{440, 375};
     };
     const Case cases[] = {{{568, 320}, {}, {}},
                           {{760, 420}, CGRect(315, 216, 445, 204), {}}, // largest part: narrow
                           {{568, 320}, CGRect(0, 260, 568, 60), {}},
+                          {{760, 420}, CGRect(100, 150, 560, 260), {}, {200, 100}}, // small
                           {{320, 568}, CGRect(0, 480, 320, 60), {20, 0, 20, 0}},
                           {{1024, 768}, CGRect(100, 600, 824, 100), {}},
                           {{640, 360}, CGRect(0, 0, 640, 50), {0, 44, 0, 44}}};
     UIWindow& window = *host.window();
     const auto c = make<Controller>();
-    c->preferredSize = CGSize{440, 375};
     window.presentViewController(c, false);
     for (const Case& t : cases) {
+        c->preferredSize = t.preferred;
         window.setSize(t.size);
         window.setSafeAreaInsets(t.safe);
         window.setCaptionArea(t.captions);
         window.layoutIfNeeded();
         const CGRect card = window.viewWithIdentifier("card")->frame();
         EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(card)) << t.size.width;
-        EXPECT_GE(card.size.height, 180);
+        EXPECT_GE(card.size.height, std::min(180.0, t.preferred.height));
         EXPECT_TRUE(CGRectIntersection(card, t.captions.value_or(CGRect())).isEmpty());
     }
     // Captions that the card does not cover neither move it nor cost a frame.

@@ -45,8 +45,8 @@ class PresentationStack {
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
-        UIModalPresentationStyle style =
-            UIModalPresentationStyle::card; // the controller's may change meanwhile
+        // As presented: the controller's may change meanwhile.
+        UIModalPresentationStyle style = UIModalPresentationStyle::card;
         Ref<UIView> container;
         Stage stage = Stage::appearing;
         Cover cover = Cover::none;
