@@ -100,9 +100,11 @@ class TESMAR_API CGContext {
     // The radius, in points, is clamped to half of the shorter side.
     void fillRoundedRect(const CGRect& r, CGFloat radius);
 
-    // The soft shadow of the rounded rectangle, moved by `offset` (each way clamped to ±100 points)
-    // and reaching `blur` points (clamped to 0…100) beyond its edge. Draws nothing inside the
-    // rounded rectangle itself, which may therefore be translucent.
+    // The soft shadow of the rounded rectangle, moved by `offset` (each way clamped to ±100 points
+    // and ±300 pixels) and reaching `blur` points (clamped to 0…100, and to 300 pixels) beyond its
+    // edge. Draws nothing inside the rounded rectangle itself, which may therefore be translucent.
+    // The limits in pixels bound the time: a first shadow takes at most about 0.1 s, and the same
+    // again next to none.
     void drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoint offset,
                     const UIColor& color);
 
@@ -110,10 +112,10 @@ class TESMAR_API CGContext {
     void drawImage(const UIImage& image, const CGRect& r);
     // Fills the image's shape, its alpha, with one colour.
     void drawImage(const UIImage& image, const CGRect& r, const UIColor& tint);
-    // Draws premultiplied ARGB pixels, in the constructor's format, from the top left corner of the
-    // surface, one device pixel each: the translation does not apply. Sizes out of range draw
-    // nothing. The memory is only read, and not used after the call.
-    void drawPixels(const void* pixels, int width, int height, int stride);
+    // Draws premultiplied ARGB pixels, in the constructor's format, at `place`, in device pixels of
+    // the whole surface and one device pixel each: the translation does not apply. Sizes out of
+    // range draw nothing. The memory is only read, and not used after the call.
+    void drawPixels(const void* pixels, const PixelRect& place, int stride);
 
     // Makes pixels of the whole surface transparent, within the clip; alpha and translation do not
     // apply.

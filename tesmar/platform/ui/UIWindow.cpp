@@ -5,9 +5,9 @@
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
-#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/internal/CurrentContext.h"
 #include "tesmar/platform/ui/internal/DamageHistory.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
@@ -25,6 +25,7 @@ constexpr CGFloat kLargestSide = 65535;  // points
 constexpr CGFloat kLargestPixel = 32767; // pixels per side
 constexpr CGFloat kSmallestScale = 0.1;
 constexpr CGFloat kLargestScale = 16;
+constexpr double kLeastBrightness = 0.4;
 
 CGSize finiteSize(CGSize size) {
     return {finite(size.width, 0, kLargestSide, 0), finite(size.height, 0, kLargestSide, 0)};
@@ -42,29 +43,6 @@ bool fits(const PixelRect& surface, int stride, std::size_t bytes) {
     return !surface.isEmpty() && stride >= row && stride % 4 == 0 &&
            bytes >= static_cast<std::size_t>((surface.height - 1LL) * stride + row);
 }
-
-// Makes `context` current while this exists.
-class CurrentContext {
-  public:
-    explicit CurrentContext(CGContext& context) : context_(&context) {
-        UIGraphicsPushContext(context);
-    }
-    // Also pops the contexts that a view's drawing pushed on top and, because it threw, left there.
-    ~CurrentContext() {
-        while (CGContext* const current = UIGraphicsGetCurrentContext()) {
-            UIGraphicsEndImageContext();
-            if (UIGraphicsGetCurrentContext() == current)
-                UIGraphicsPopContext();
-            if (current == context_)
-                break;
-        }
-    }
-    CurrentContext(const CurrentContext&) = delete;
-    CurrentContext& operator=(const CurrentContext&) = delete;
-
-  private:
-    CGContext* context_;
-};
 
 // Takes touches only on its subviews.
 class PassThroughView : public UIView {
@@ -89,9 +67,9 @@ Class& UIWindow::classObject() {
 
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
-      touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
-      history_(std::make_unique<DamageHistory>()), repainted_(std::make_unique<DamageRegion>()),
-      context_(std::make_unique<CGContext>()) {}
+      touches_(std::make_unique<TouchDispatcher>(*this, *presentations_)),
+      damage_(std::make_unique<DamageRegion>()), history_(std::make_unique<DamageHistory>()),
+      repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
 
 // Views and controllers that are notified meanwhile must not find a window that is being destroyed.
 UIWindow::~UIWindow() {
@@ -157,6 +135,13 @@ void UIWindow::setCaptionArea(std::optional<CGRect> area) {
     setNeedsLayout();
 }
 
+void UIWindow::setPresentedBrightness(double brightness) {
+    assertMainThread("UIWindow::setPresentedBrightness");
+    brightness = finite(brightness, kLeastBrightness, 1, 1);
+    if (std::exchange(presentedBrightness_, brightness) != brightness)
+        presentations_->setNeedsDisplay();
+}
+
 void UIWindow::layoutSubviews() {
     if (!rootController_)
         return;
@@ -211,7 +196,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-    routeWheel(hit, delta);
+    routeWheel(*this, hit, delta);
     return hit != nullptr;
 }
 

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <unistd.h>
@@ -33,7 +32,7 @@ Ref<UIImage> square(double side) {
 using Pixels = std::vector<std::uint32_t>;
 
 std::string filePNG(const Pixels& pixels, int width) {
-    std::string path = testing::TempDir() + "image-XXXXXX";
+    std::string path = testing::TempDir() + "tesmar-image-XXXXXX";
     ::close(::mkstemp(path.data()));
     const int height = static_cast<int>(pixels.size()) / width;
     EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));

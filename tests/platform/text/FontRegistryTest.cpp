@@ -65,7 +65,7 @@ class FontRegistryTest : public testing::Test {
         useConfiguration(directory_ + "/fonts.conf");
     }
 
-    std::string directory_ = testing::TempDir() + "fonts-XXXXXX";
+    std::string directory_ = testing::TempDir() + "tesmar-fonts-XXXXXX";
 };
 
 TEST_F(FontRegistryTest, StandInsDrawNamesThatAreNotInstalled) {

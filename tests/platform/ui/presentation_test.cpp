@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/UISwitch.h"
 
 #include <functional>
 
@@ -151,6 +152,35 @@ TEST_F(UITest, CallbacksMayReleaseTheWindow) {
     }
 }
 
+// Against a window that was changed before the motion.
+TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
+    struct Shown {
+        explicit Shown(CGFloat scale) : host({300, 400}, scale) {
+            panel->addSubview(part), controller->view()->addSubview(panel);
+            part->setBackgroundColor(UIColor::redColor());
+        }
+        void change() {
+            part->setBackgroundColor(UIColor::blueColor());
+            panel->setFrame({30.4, 20, 80, 60}), panel->setClipsToBounds(true);
+            panel->addSubview(makeWith<UISwitch>(&UISwitch::initWithFrame, CGRect(1.3, 2, 0, 0)));
+        }
+        Ref<UIView> view(CGRect frame) { return makeWith<UIView>(&UIView::initWithFrame, frame); }
+
+        HeadlessHost host;
+        Ref<UIView> panel = view({30, 20, 90, 50}), part = view({7.5, 40, 90.3, 30});
+        Ref<Controller> controller = make<Controller>();
+    };
+    for (const CGFloat scale : {1.0, 1.25, 3.0}) {
+        Shown later(scale), before(scale);
+        before.change();
+        for (Shown* const shown : {&later, &before})
+            shown->host.window()->presentViewController(shown->controller, true);
+        host.advance(0.1), later.host.render(), later.change();
+        host.advance(0.1), later.host.render(), before.host.render();
+        EXPECT_TRUE(later.host.pixels() == before.host.pixels()) << scale;
+    }
+}
+
 TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     const auto c = make<Controller>();
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));
@@ -171,7 +201,48 @@ TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
-TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
+TEST_F(UITest, CardsFollowADragDown) {
+    const auto c = make<Controller>();
+    c->name = "c.", c->preferredSize = CGSize{280, 200}, Controller::log = "";
+    UIWindow& window = *host.window();
+    const CGPoint header{150, 110};
+    const auto pull = [&](CGFloat distance, double seconds) {
+        host.drag(header, {0, distance}, seconds);
+        const CGFloat moved = window.viewWithIdentifier("card")->translation().y;
+        host.advance(1);
+        return moved;
+    };
+    window.presentViewController(c, false);
+    pull(150, 1);
+    EXPECT_EQ(std::exchange(Controller::log, {}), "c.load c.will c.did "); // ignored
+    window.setDragDown(DragDown::dismisses);
+    EXPECT_NEAR(pull(50, 1), 40, 1); // and back
+    pull(-80, 0.1);
+    EXPECT_EQ(window.viewWithIdentifier("card")->translation(), CGPoint());
+    EXPECT_EQ(Controller::log, "");
+    for (const auto& [distance, seconds] : {std::pair(70, 1.0), std::pair(40, 0.05)}) {
+        pull(distance, seconds);
+        EXPECT_EQ(std::exchange(Controller::log, {}), "c.willnot c.gone ") << distance;
+        window.presentViewController(c, false), Controller::log = "";
+    }
+    host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 300});
+    c->dismissViewControllerAnimated(false); // while a finger holds it
+    EXPECT_FALSE(host.touch(UITouchPhase::ended, {150, 300}) && window.presentedViewController());
+}
+
+TEST_F(UITest, CardsDimOnRequest) {
+    host.window()->presentViewController(make<Controller>(), false);
+    const auto paper = [&] { return host.render(), host.pixels()[200 * 300 + 150]; };
+    for (const auto& [brightness, expected] :
+         {std::pair(0.0, 0xFFA8A8A8u), std::pair(0.7, 0xFFD9D9D9u), std::pair(2.0, 0xFFFFFFFFu)}) {
+        host.window()->setPresentedBrightness(brightness);
+        EXPECT_EQ(paper(), expected) << std::hex << paper();
+    }
+    host.window()->setPresentedBrightness(NAN);
+    EXPECT_FALSE(host.window()->needsRender());
+}
+
+TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
     struct Case {
         CGSize size;
         std::optional<CGRect> captions;
@@ -188,6 +259,9 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
     UIWindow& window = *host.window();
     const auto c = make<Controller>();
     window.presentViewController(c, false);
+    const auto full = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    window.presentViewController(full, false);
     for (const Case& t : cases) {
         c->preferredSize = t.preferred;
         window.setSize(t.size);
@@ -195,10 +269,16 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
         window.setCaptionArea(t.captions);
         window.layoutIfNeeded();
         const CGRect card = window.viewWithIdentifier("card")->frame();
-        EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(card)) << t.size.width;
-        EXPECT_GE(card.size.height, std::min(180.0, t.preferred.height));
-        EXPECT_TRUE(CGRectIntersection(card, t.captions.value_or(CGRect())).isEmpty());
+        std::vector<CGRect> shown{card};
+        if (t.preferred.height > 180)
+            shown.push_back(full->view()->convertRectTo(full->view()->bounds(), nullptr));
+        for (const CGRect& r : shown) {
+            EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(r)) << t.size.width;
+            EXPECT_GE(r.size.height, std::min(180.0, t.preferred.height));
+            EXPECT_TRUE(CGRectIntersection(r, t.captions.value_or(CGRect())).isEmpty());
+        }
     }
+    full->dismissViewControllerAnimated(false);
     // Captions that the card does not cover neither move it nor cost a frame.
     window.setSafeAreaInsets({});
     host.resize({1024, 768}, 1);
