@@ -24,19 +24,16 @@ class Controller : public UIViewController {
             throw 1;
     }
     void viewDidDisappear(bool) override { note("gone"); }
-    std::optional<CGSize> preferredContentSize() override { return whenMeasured(), preferredSize; }
+    std::optional<CGSize> preferredContentSize() override { return whenCalled(), preferredSize; }
 
     std::string name;
-    std::function<void()> whenNotified = [] {}, whenMeasured = [] {};
+    std::function<void()> whenCalled = [] {};
     std::optional<CGSize> preferredSize;
     bool fails = false;
     static inline std::string log; // of all of them
 
   private:
-    void note(const std::string& what) {
-        log += name + what + " ";
-        whenNotified();
-    }
+    void note(const std::string& what) { log += name + what + " ", whenCalled(); }
 };
 
 TEST_F(UITest, PresentationsNotifyControllersInOrder) {
@@ -48,8 +45,10 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
     const auto dismiss = [&](const auto& c) { c->dismissViewControllerAnimated(true, done); };
     const auto wait = [&](double seconds) { host.advance(seconds); };
     const auto full = make<Controller>(), next = make<Controller>();
-    full->name = "f.", full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
-    next->name = "n.", next->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    constexpr auto card = UIModalPresentationStyle::card,
+                   fills = UIModalPresentationStyle::fullScreen;
+    full->name = "f.", full->setModalPresentationStyle(fills);
+    next->name = "n.", next->setModalPresentationStyle(fills);
     const auto reduce = [] { setMotionSetting(MotionSetting::reduced); };
     const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] { show(a); }, "a.load a.will "},
@@ -72,10 +71,8 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         {[&] { setMotionSetting(MotionSetting::full), show(full); },
          "f.load a.willnot b.willnot f.will "},
         {[&] { wait(1); }, "f.did a.gone b.gone done "},
-        {[&] { full->setModalPresentationStyle(UIModalPresentationStyle::card), dismiss(full); },
-         "f.willnot a.will b.will "},
-        {[&] { wait(1); }, "a.did b.did f.gone done "},
-        {[&] { full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen); }, ""},
+        {[&] { full->setModalPresentationStyle(card), dismiss(full); }, "f.willnot a.will b.will "},
+        {[&] { full->setModalPresentationStyle(fills), wait(1); }, "a.did b.did f.gone done "},
         {[&] { show(full), wait(0.1); }, "a.willnot b.willnot f.will "},
         {[&] { dismiss(full); }, "f.willnot a.will b.will "},
         {[&] { wait(1); }, "a.did b.did f.gone done "},
@@ -121,34 +118,26 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
 }
 
 TEST_F(UITest, CallbacksMayReleaseTheWindow) {
-    const auto full = make<Controller>(), card = make<Controller>();
-    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
-    Ref<UIWindow> window;
-    WeakRef<UIWindow> watched;
-    const auto release = [&] {
-        window.reset();
-        EXPECT_FALSE(watched.expired()); // until the call that it is in the middle of has returned
-    };
+    const auto c = make<Controller>();
     const std::function<void(UIWindow&)> calls[] = {
-        [&](UIWindow& w) {
-            w.presentViewController(full, true);
-            host.advance(0.1);
-            full->whenNotified = release;
-            host.advance(1);
+        [&](UIWindow&) { host.advance(1); },
+        [](UIWindow& w) {
+            w.setSize({200, 200});
         },
-        [&](UIWindow& w) {
-            card->whenMeasured = release, w.setSize({200, 200});
-        },
-        [&](UIWindow& w) {
-            w.setSafeAreaInsets({1, 1, 1, 1});
-            card->whenMeasured = release, w.needsRender();
+        [](UIWindow& w) {
+            w.setSafeAreaInsets({1, 1, 1, 1}), w.needsRender();
         }};
     for (const auto& call : calls) {
-        watched = window = UIWindow::windowWithSize({300, 400});
-        window->presentViewController(card, false);
+        auto window = UIWindow::windowWithSize({300, 400});
+        const WeakRef<UIWindow> watched = window;
+        window->presentViewController(c, true);
+        c->whenCalled = [&] {
+            window.reset();
+            EXPECT_FALSE(watched.expired()); // until the call has returned
+        };
         call(*window);
         EXPECT_TRUE(watched.expired());
-        full->whenNotified = card->whenMeasured = [] {};
+        c->whenCalled = [] {};
     }
 }
 
@@ -228,6 +217,13 @@ TEST_F(UITest, CardsFollowADragDown) {
     host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 300});
     c->dismissViewControllerAnimated(false); // while a finger holds it
     EXPECT_FALSE(host.touch(UITouchPhase::ended, {150, 300}) && window.presentedViewController());
+    window.presentViewController(c, false);
+    const UIView& card = *window.viewWithIdentifier("card");
+    host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 150});
+    window.presentViewController(make<Controller>(), false); // meanwhile
+    host.touch(UITouchPhase::ended, {150, 300}), host.advance(1);
+    EXPECT_EQ(card.translation(), CGPoint());
+    EXPECT_NE(window.presentedViewController(), c);
 }
 
 TEST_F(UITest, CardsDimOnRequest) {

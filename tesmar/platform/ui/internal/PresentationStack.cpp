@@ -360,33 +360,39 @@ void PresentationStack::showProgress(Presentation& presentation) {
 
 // --- Dragging down ------------------------------------------------------------------------------
 
-bool PresentationStack::canPull(const UIView& view) const {
+bool PresentationStack::startPull(const UIView& view) {
     if (stack_.empty() || window_.dragDown() == DragDown::ignored)
         return false;
-    const Presentation& top = *stack_.back();
-    return top.style == UIModalPresentationStyle::card && top.stage == Stage::shown &&
-           view.isDescendantOf(top.container.get());
+    const Shared& top = stack_.back();
+    const bool mayMove = top->style == UIModalPresentationStyle::card &&
+                         top->stage == Stage::shown && view.isDescendantOf(top->container.get());
+    if (mayMove)
+        pulled_ = top;
+    return mayMove;
 }
 
 void PresentationStack::pull(CGFloat distance) {
-    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
-        stack_.back()->pulled->jumpTo(std::max(0.0, distance));
+    const Shared card = pulled_.lock();
+    if (card && card->stage == Stage::shown)
+        card->pulled->jumpTo(std::max(0.0, distance));
 }
 
 void PresentationStack::endPull(CGFloat velocity) {
-    const Shared top = stack_.empty() ? nullptr : stack_.back();
-    if (!top || top->stage != Stage::shown)
+    const Shared card = pulled_.lock();
+    if (!card || card->stage != Stage::shown)
         return;
-    const CGFloat enough = top->container->frame().size.height * kPullThatDismisses;
-    if (velocity >= kFlick || (velocity > -kFlick && top->pulled->value() >= enough))
-        dismiss(*top->controller, true, {});
+    const CGFloat enough = card->container->frame().size.height * kPullThatDismisses;
+    if (card == stack_.back() &&
+        (velocity >= kFlick || (velocity > -kFlick && card->pulled->value() >= enough)))
+        dismiss(*card->controller, true, {});
     else
         cancelPull();
 }
 
 void PresentationStack::cancelPull() {
-    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
-        stack_.back()->pulled->moveTo(0, kReturning);
+    const Shared card = pulled_.lock();
+    if (card && card->stage == Stage::shown)
+        card->pulled->moveTo(0, kReturning);
 }
 
 } // namespace tesmar

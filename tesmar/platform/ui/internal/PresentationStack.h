@@ -41,12 +41,12 @@ class PresentationStack {
 
     // --- Dragging down --------------------------------------------------------------------------
 
-    // Whether a finger on `view` may drag the topmost controller's card.
-    bool canPull(const UIView& view) const;
-    // Moves the topmost card down by `distance`, in points.
+    // A finger on `view` drags the topmost controller's card from now on. Returns whether it may.
+    bool startPull(const UIView& view);
+    // Moves that card down by `distance`, in points.
     void pull(CGFloat distance);
     // The finger has let go, moving down with `velocity` in points per second: dismisses the
-    // controller, or moves its card back.
+    // controller, or moves its card back. Back, too, if another was presented meanwhile.
     void endPull(CGFloat velocity);
     void cancelPull();
 
@@ -94,6 +94,7 @@ class PresentationStack {
 
     UIWindow& window_;
     std::vector<Shared> stack_;
+    std::weak_ptr<Presentation> pulled_;
 };
 
 } // namespace tesmar
