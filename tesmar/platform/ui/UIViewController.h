@@ -69,6 +69,7 @@ class TESMAR_API UIViewController : public NSObject {
     // subviews, and again when the room or the constraints of the view have changed.
     virtual std::optional<CGSize> preferredContentSize() { return std::nullopt; }
 
+    // Initially a card. A change counts from the next presentation on.
     UIModalPresentationStyle modalPresentationStyle() const { return style_; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { style_ = style; }
 

@@ -190,8 +190,6 @@ bool UIView::isCovered(const PixelRect& pixels, CGFloat scale) const {
         for (++above; above != siblings.end(); ++above)
             if ((*above)->covers(pixels, (*above)->originOnSurface(), scale))
                 return true;
-        if (view->superview_->alpha_ < 1)
-            return false;
     }
     return false;
 }

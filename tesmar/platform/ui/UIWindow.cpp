@@ -93,6 +93,7 @@ Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
 
 void UIWindow::setSize(CGSize size) {
     assertMainThread("UIWindow::setSize");
+    const auto self = refTo(this);
     size = finiteSize(size);
     if (size == frame().size)
         return;
@@ -265,6 +266,7 @@ void UIWindow::invalidate() {
 
 bool UIWindow::needsRender() {
     assertMainThread("UIWindow::needsRender");
+    const auto self = refTo(this);
     layoutIfNeeded();
     return !damage_->isEmpty();
 }

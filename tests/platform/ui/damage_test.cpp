@@ -72,7 +72,8 @@ TEST_F(DamageTest, IsExact) {
         {[&] { stepper->setValue(5); }, {}}, // looks the same
         {[&] { stepper->setValue(0); }, {{0, 200, 94, 29}}},
         {[&] { host.window()->presentViewController(above, false); }, all},
-        {[&] { a->setNeedsDisplay(), cover->setHidden(true), stepper->setValue(4); }, {}},
+        {[&] { root().setAlpha(0.5), a->setNeedsDisplay(), stepper->setValue(4); }, {}},
+        {[&] { root().setAlpha(1), cover->setHidden(true); }, {}},
         {[&] { above->dismissViewControllerAnimated(false); }, all},
         {[&] { a->setHidden(true); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(nullptr); }, {}}, // hidden

@@ -33,18 +33,18 @@ CGRect enlarged(const CGRect& r, CGFloat least) {
 }
 
 // `clip`, on the surface, is what the views above show of this one. A control that is cut off by it
-// takes touches around the part that is shown.
+// takes touches on and around the part that is shown, and none while nothing of it is.
 void search(UIView& view, CGPoint onSurface, CGRect clip, Nearest& nearest) {
     if (!view.takesTouches())
         return;
     const CGRect shown = CGRectIntersection(view.convertRectTo(view.bounds(), nullptr), clip);
     const CGPoint point = view.convertPointFrom(onSurface, nullptr);
     if (auto* control = dynamic_cast<UIControl*>(&view);
-        control && control->isEnabled() && isLeafControl(view) &&
+        control && control->isEnabled() && isLeafControl(view) && !shown.isEmpty() &&
         control->touchRect().contains(point) &&
         (clip.contains(onSurface) ||
-         (!shown.isEmpty() && enlarged(shown, UIControl::kTouchTarget).contains(onSurface)))) {
-        const CGFloat d = distance(point, view.bounds());
+         enlarged(shown, UIControl::kTouchTarget).contains(onSurface))) {
+        const CGFloat d = distance(onSurface, shown);
         if (d < nearest.distance)
             nearest = {control, d};
     }
