@@ -1,4 +1,4 @@
-// One line of read-only text. Takes no touches.
+// Read-only text. Takes no touches. The font never shrinks to fit; a host sets another one.
 //
 // Toolkit: may change with any version.
 #pragma once
@@ -15,8 +15,8 @@ class TESMAR_API UILabel : public UIView {
   public:
     UILabel();
 
-    // Reads, besides the view's keys, "text", "font", "textColor" and "textAlignment" (0 left, 1
-    // centre, 2 right).
+    // Reads, besides the view's keys, "text", "font", "textColor", "textAlignment" (0 left, 1
+    // centre, 2 right), "numberOfLines" and "lineBreakMode" (the number of an NSLineBreakMode).
     bool initWithCoder(NSCoder& coder) override;
 
     // UTF-8; initially empty.
@@ -31,11 +31,24 @@ class TESMAR_API UILabel : public UIView {
     // Initially left.
     void setTextAlignment(NSTextAlignment alignment);
 
-    // The text is centred vertically; an ellipsis ends text that does not fit.
+    // The largest number of lines; 0 means no limit, and negative numbers count as 0. Initially 1.
+    int numberOfLines() const { return numberOfLines_; }
+    void setNumberOfLines(int lines);
+    // How text that does not fit is shown; initially truncatingTail.
+    NSLineBreakMode lineBreakMode() const { return lineBreakMode_; }
+    void setLineBreakMode(NSLineBreakMode mode);
+    // The width, in points, at which lines break for the intrinsic size if there may be several; 0,
+    // the initial value, means at line breaks in the text only. The drawn text always breaks at the
+    // label's width, which does not change the intrinsic size by itself.
+    CGFloat preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; }
+    void setPreferredMaxLayoutWidth(CGFloat width);
+
+    // The text is centred vertically, and is not cut off where it is higher than the label.
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;
     // The text's size rounded up to whole points; zero without text.
     CGSize intrinsicContentSize() const override;
+    // That of a single line in the centre, for several lines too.
     std::optional<CGFloat> layoutBaselineBelowCenter() const override;
 
     // --- Added by the caption library -----------------------------------------------------------
@@ -47,12 +60,16 @@ class TESMAR_API UILabel : public UIView {
 
   private:
     TextLayout& currentLayout() const;
-    void contentChanged();
+    template <class T>
+    void change(T& property, T value);
 
     std::string text_;
     Ref<UIFont> font_;
     Ref<UIColor> textColor_;
     NSTextAlignment alignment_ = NSTextAlignment::left;
+    int numberOfLines_ = 1;
+    NSLineBreakMode lineBreakMode_ = NSLineBreakMode::truncatingTail;
+    CGFloat preferredMaxLayoutWidth_ = 0;
     mutable TextLayout layout_;
 };
 

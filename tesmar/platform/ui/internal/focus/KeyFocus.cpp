@@ -14,8 +14,8 @@
 namespace tesmar {
 namespace {
 
-// The touch of a key: no finger of a host has this identifier in the control's eyes, which compares
-// touches by their addresses.
+// Identifies the touch of a key. Controls compare touches by address, so a host's finger with the
+// same identifier does no harm.
 constexpr std::int64_t kKeyFinger = std::numeric_limits<std::int64_t>::min();
 
 bool isArrow(UIKey key) {
