@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/ui/UIKey.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tools/drive/json_values.h"
@@ -63,7 +64,9 @@ struct Send {
 
 // --- Viewer actions -----------------------------------------------------------------------------
 
-struct PressEscape {};
+struct PressKey {
+    UIKey key;
+};
 struct Advance {
     double seconds;
 };
@@ -85,7 +88,7 @@ struct Reveal {
 
 // --- Queries ------------------------------------------------------------------------------------
 
-enum class Query { style, stored, sessionOrDefault, fonts, methods, tree, damage, pending };
+enum class Query { style, stored, sessionOrDefault, fonts, methods, tree, focus, damage, pending };
 
 struct RunQuery {
     Query query;
@@ -102,7 +105,7 @@ struct TakePicture {
 
 using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
                              SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present,
-                             Dismiss, Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal,
+                             Dismiss, Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal,
                              RunQuery, QuerySizes, QueryView, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault

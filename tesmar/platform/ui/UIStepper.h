@@ -74,6 +74,10 @@ class TESMAR_API UIStepper : public UIControl {
     // Whether a tap on that half would step; false for none and for a disabled stepper.
     bool canStep(UIStepperHalf half) const;
 
+    // Its halves.
+    std::vector<UIFocusCell> focusCells() const override;
+    UIFocusTarget focusStepTarget(UIFocusStep step) override;
+
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
 

@@ -36,6 +36,7 @@ class TESMAR_API UISwitch : public UIControl {
     const Ref<UIColor>& thumbTintColor() const { return thumbTintColor_; }
     void setThumbTintColor(const Ref<UIColor>& color);
 
+    std::vector<UIFocusCell> focusCells() const override;
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override { return {2, 2, 4, 2}; }

@@ -61,6 +61,17 @@ class TESMAR_API UIViewController : public NSObject {
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
+    // Called before the window handles a key other than back, while this controller is the topmost:
+    // for example to restart an idle timer. An override may do anything, including dismissing the
+    // controller.
+    virtual void willHandleKey() {}
+    // A key has shown or moved the focus. `identifier` is that of UIFocus. An override may do
+    // anything.
+    virtual void focusDidMove(const std::string& /*identifier*/) {}
+    // The identifier, as of UIFocus, where the focus starts each time the controller is presented;
+    // an empty or unknown one means the first place in reading order.
+    virtual std::string initialFocus() const { return {}; }
+
     // For the host to call when the process runs out of memory.
     virtual void didReceiveMemoryWarning() {}
 

@@ -70,6 +70,8 @@ SDLHost::State::State(const Options& options)
     : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
       screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
+    if (options.controllers == Controllers::used)
+        input.useControllers();
     if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
@@ -154,7 +156,7 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
         screenIsStale = true;
         break;
     case SDL_WINDOWEVENT_FOCUS_LOST:
-        input.forgetTouches(time);
+        input.releaseAll(time);
         break;
     default:
         break;
