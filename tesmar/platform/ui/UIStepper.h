@@ -64,6 +64,7 @@ class TESMAR_API UIStepper : public UIControl {
     CGRect halfRect(UIStepperHalf half) const;
     // The half on the side of `point` (bounds coordinates), which may lie outside the bounds.
     UIStepperHalf halfNearest(CGPoint point) const;
+    CGRect touchTarget(CGPoint point) const override { return halfRect(halfNearest(point)); }
     // Tests and tools address a half by the stepper's accessibility identifier followed by this
     // suffix: ".decrement" or ".increment"; empty for none.
     static std::string_view identifierSuffix(UIStepperHalf half);
