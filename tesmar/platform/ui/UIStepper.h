@@ -1,4 +1,5 @@
-// A two-part control, 94 × 29 points, that decreases or increases a value by a step.
+// A two-part control, 94 × 29 points, that decreases or increases a value by a step. The half that
+// decreases it is the leading one.
 //
 // Toolkit: may change with any version.
 #pragma once
@@ -101,6 +102,8 @@ class TESMAR_API UIStepper : public UIControl {
         bool operator==(const Look&) const = default;
     };
 
+    UIStepperHalf leftHalf() const;
+    UIStepperHalf rightHalf() const;
     unsigned stateOf(UIStepperHalf half) const;
     Look look() const;
     // Every change of the state behind look() is followed by this.
