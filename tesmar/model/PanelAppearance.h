@@ -20,7 +20,7 @@ enum class TESMARMirroring {
 };
 
 // Passed by the panel to its controls.
-struct PanelAppearance {
+struct TESMAR_API PanelAppearance {
     // The smallest font in which a text that does not fit is drawn, in points.
     static constexpr CGFloat kMinimumFontSize = 10;
 
