@@ -7,13 +7,16 @@ namespace tesmar {
 
 class FirstException {
   public:
+    // Returns whether the call returned without an exception.
     template <class Call>
-    void run(Call&& call) {
+    bool run(Call&& call) {
         try {
             call();
+            return true;
         } catch (...) {
             if (!first_)
                 first_ = std::current_exception();
+            return false;
         }
     }
     // Throws the first exception that a call threw, if any.

@@ -1,7 +1,6 @@
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 
 #include "tesmar/platform/foundation/diagnostics.h"
-#include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/platform/ui/internal/CardView.h"
 
@@ -58,14 +57,16 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
         startsAt, [this, p = presentation.get()] { showProgress(*p); });
     stack_.push_back(presentation);
     controller->stack_ = this;
-    try {
-        appear(presentation);
-    } catch (...) {
+    FirstException all;
+    const bool returned = all.run([&] { appear(presentation); });
+    if (!returned && presentation->stage == Stage::appearing) {
         // Do not leave it half presented.
-        if (presentation->stage == Stage::appearing)
-            remove(presentation);
-        throw;
+        const auto hidden = hiddenBy(presentation);
+        uncover(hidden, animated, all);
+        all.run([&] { remove(presentation); });
+        uncovered(hidden, animated, all);
     }
+    all.rethrow();
 }
 
 // Down to the next one that fills the window: that one hid those below it before.
@@ -106,6 +107,22 @@ void PresentationStack::covered(const Shared& presentation) {
         }
 }
 
+void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated,
+                                FirstException& all) {
+    for (const auto& below : hidden)
+        if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
+            below->cover = Cover::none;
+            all.run([&] { below->controller->viewWillAppear(animated); });
+        }
+}
+
+void PresentationStack::uncovered(const std::vector<Shared>& hidden, bool animated,
+                                  FirstException& all) {
+    for (const auto& below : hidden)
+        if (below->stage == Stage::shown && below->cover == Cover::none && !below->leaves)
+            all.run([&] { below->controller->viewDidAppear(animated); });
+}
+
 // Every callback may dismiss the presentation.
 void PresentationStack::appear(const Shared& presentation) {
     const auto controller = presentation->controller;
@@ -135,6 +152,7 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
     const std::weak_ptr<Presentation> weak = presentation;
+    presentation->container->setKeepsPicture(animated);
     presentation->progress->moveTo(1, animated ? kAppearing : 0, [this, weak] {
         if (const auto p = weak.lock())
             appeared(p);
@@ -145,6 +163,7 @@ void PresentationStack::appeared(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
     presentation->stage = Stage::shown;
+    presentation->container->setKeepsPicture(false);
     const auto completion = std::exchange(presentation->completion, {});
     if (presentation->cover == Cover::none)
         presentation->controller->viewDidAppear(presentation->animated);
@@ -192,11 +211,7 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
         all.run([&] { window_.cancelTouchesIn(*presentation->container); });
     if (presentation->cover == Cover::none)
         all.run([&] { presentation->controller->viewWillDisappear(animated); });
-    for (const auto& below : hiddenBy(presentation))
-        if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
-            below->cover = Cover::none;
-            all.run([&] { below->controller->viewWillAppear(animated); });
-        }
+    uncover(hiddenBy(presentation), animated, all);
     all.run([&] { slideOut(presentation, animated); });
     if (presentation->stage == Stage::dismissing && !presentation->progress->isMoving())
         all.run([&] { finishDismissal(presentation); });
@@ -208,6 +223,8 @@ void PresentationStack::slideOut(const Shared& presentation, bool animated) {
         return;
     const std::weak_ptr<Presentation> weak = presentation;
     const bool moves = animated && presentation->container;
+    if (moves)
+        presentation->container->setKeepsPicture(true);
     presentation->progress->moveTo(0, moves ? kDismissing : 0, [this, weak] {
         if (const auto p = weak.lock())
             finishDismissal(p);
@@ -223,9 +240,7 @@ void PresentationStack::finishDismissal(const Shared& presentation) {
     const auto hidden = hiddenBy(presentation);
     FirstException all;
     all.run([&] { remove(presentation); });
-    for (const auto& below : hidden)
-        if (below->stage == Stage::shown && below->cover == Cover::none && !below->leaves)
-            all.run([&] { below->controller->viewDidAppear(presentation->animated); });
+    uncovered(hidden, presentation->animated, all);
     if (presentation->cover != Cover::covered)
         all.run([&] { controller->viewDidDisappear(presentation->animated); });
     if (completion)

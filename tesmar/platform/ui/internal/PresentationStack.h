@@ -1,6 +1,7 @@
 // The controllers presented over a window's content, bottom to top, and their transitions.
 #pragma once
 
+#include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/internal/CardView.h"
 #include "tesmar/platform/ui/internal/Transition.h"
@@ -45,7 +46,7 @@ class PresentationStack {
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
-        Ref<UIView> container;
+        Ref<ContainerView> container;
         Stage stage = Stage::appearing;
         Cover cover = Cover::none;
         bool leaves = false; // is dismissed together with what is above it
@@ -63,6 +64,10 @@ class PresentationStack {
     std::vector<Shared> hiddenBy(const Shared& presentation) const;
     void cover(const Shared& presentation);
     void covered(const Shared& presentation);
+    // Tells those that a presentation hid that they will appear and, once it has gone, that they
+    // did.
+    static void uncover(const std::vector<Shared>& hidden, bool animated, FirstException& all);
+    static void uncovered(const std::vector<Shared>& hidden, bool animated, FirstException& all);
     void appear(const Shared& presentation);
     void appeared(const Shared& presentation);
     void startDismissal(const Shared& presentation, bool animated,
