@@ -35,10 +35,10 @@ class TESMAR_API TextLayout {
     // text is shaped again when it is next measured or drawn.
 
     // UTF-8; initially empty. Invalid bytes are replaced by U+FFFD, and text beyond kLargestText
-    // bytes is cut off between characters. To bound the time for measuring and drawing, an ellipsis
-    // replaces all characters after the first kMostShownCharacters, and after fewer if the font is
-    // larger than 488 points: 500 of them at 1000 points. Words of more than 128 characters are
-    // shaped in parts, without kerning and ligatures between these.
+    // bytes is cut off between characters. To bound the time for measuring and for drawing to about
+    // 20 ms each, an ellipsis replaces all characters after the first kMostShownCharacters, and
+    // after fewer if the font is larger than 488 points: 500 of them at 1000 points. Words of more
+    // than 128 characters are shaped in parts, without kerning and ligatures between these.
     static constexpr std::size_t kLargestText = 64 * 1024;
     static constexpr int kMostShownCharacters = 1024;
     void setText(std::string_view text);

@@ -9,6 +9,8 @@
 
 namespace tesmar {
 
+UIScrollViewDelegate::~UIScrollViewDelegate() = default;
+
 Class& UIScrollView::classObject() {
     static Class& type =
         *new Class("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());

@@ -18,7 +18,7 @@ class UIScrollView;
 // delegate may do anything, releasing the scroll view included.
 class TESMAR_API UIScrollViewDelegate {
   public:
-    virtual ~UIScrollViewDelegate() = default;
+    virtual ~UIScrollViewDelegate();
     // The content offset has changed.
     virtual void scrollViewDidScroll(UIScrollView&) {}
     // A finger, or a burst of wheel events, starts to drag the content.

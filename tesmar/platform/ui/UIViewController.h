@@ -16,7 +16,8 @@ class PresentationStack;
 
 enum class UIModalPresentationStyle {
     card,       // the view is on a rounded card over what the host draws below
-    fullScreen, // the view fills the window
+    fullScreen, // the view fills the window's safe area, on paper; where there is room, the paper
+                // keeps clear of the captions
 };
 
 class TESMAR_API UIViewController : public NSObject {

@@ -65,6 +65,25 @@ TEST_F(DamageTest, IsExact) {
     }
 }
 
+// An age that reaches back to a larger surface repaints everything, and nothing outside.
+TEST_F(DamageTest, ANewSizeOrScaleForgetsEarlierFrames) {
+    for (const auto& [size, scale] : {std::pair(CGSize{100, 100}, 1.0), {CGSize{300, 400}, 0.5}}) {
+        host = HeadlessHost({300, 400});
+        damage();
+        add<UIView>({290, 390, 5, 5})->setBackgroundColor(UIColor::redColor());
+        EXPECT_EQ(damage(), (Rects{{290, 390, 5, 5}}));
+        UIWindow& window = *host.window();
+        window.setSize(size);
+        window.setScale(scale);
+        const int width = static_cast<int>(window.pixelSize().width);
+        const int height = static_cast<int>(window.pixelSize().height);
+        std::vector<std::uint32_t> pixels(300 * 400);
+        window.render(pixels, 4 * width);
+        const auto rects = window.render(pixels, 4 * width, 3);
+        EXPECT_EQ(Rects(rects.begin(), rects.end()), (Rects{{0, 0, width, height}})) << scale;
+    }
+}
+
 TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
     std::mt19937 random(7);
     const auto upTo = [&](unsigned n) { return static_cast<int>(random() % n); };

@@ -187,6 +187,27 @@ TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {
     EXPECT_EQ(listener->take(), "begin end+glide rest ");
 }
 
+TEST_F(UITest, WheelMovesWhatScrollsNearby) {
+    const auto card = make<UIViewController>();
+    const auto add = [](UIView& to, CGRect frame, CGSize content) {
+        const auto s = makeWith<UIScrollView>(&UIScrollView::initWithFrame, frame);
+        to.addSubview(s), s->setContentSize(content);
+        return s;
+    };
+    const auto page = add(*card->view(), {0, 100, 280, 200}, {280, 900});
+    const auto row = add(*page, {0, 0, 280, 50}, {900, 50});
+    const auto strip = add(*card->view(), {0, 320, 280, 50}, {900, 50});
+    host.window()->presentViewController(card, false);
+    const auto roll = [&](const UIView& over, CGPoint at, CGPoint delta) {
+        host.window()->wheel(over.convertPointTo(at, nullptr), delta, host.now()), host.advance(1);
+        return page->contentOffset() + row->contentOffset() + strip->contentOffset();
+    };
+    EXPECT_EQ(roll(*row, {20, 20}, {0, -5}), CGPoint(0, 5));
+    EXPECT_EQ(roll(*row, {20, 20}, {-5, 0}), CGPoint(5, 5));
+    EXPECT_EQ(roll(*strip, {20, 20}, {0, -5}), CGPoint(10, 5)); // up and down moves it sideways
+    EXPECT_EQ(roll(*card->view(), {20, 20}, {0, -5}), CGPoint(10, 10)); // above the page
+}
+
 TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
     ScrollMotion motion;
     motion.setRange(0, 10000);

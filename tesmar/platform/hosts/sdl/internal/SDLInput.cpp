@@ -111,8 +111,8 @@ void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
     touches_.erase(found);
     if (touch.taken)
         window_.touch(UITouchPhase::ended, touch.id, point, time);
-    else if (!touch.moved && !isApart(touch.start, point) && onTap)
-        onTap(point);
+    else if (!touch.moved && !isApart(touch.start, point))
+        callCopy(onTap, point);
 }
 
 void SDLInput::forgetTouches(double time) {
@@ -126,9 +126,8 @@ void SDLInput::keyDown(const SDL_KeyboardEvent& key, double time) {
     const bool repeated = key.repeat != 0;
     if (key.keysym.sym == SDLK_ESCAPE && !repeated && window_.key(UIKey::escape, time))
         return;
-    if (!onKey || (key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)))
-        return;
-    onKey({SDL_GetKeyName(key.keysym.sym), repeated});
+    if (!(key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)))
+        callCopy(onKey, SDLHost::Key{SDL_GetKeyName(key.keysym.sym), repeated});
 }
 
 } // namespace tesmar
