@@ -6,6 +6,9 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/Transition.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
+
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -50,6 +53,7 @@ bool UISwitch::initWithFrame(CGRect frame) {
 bool UISwitch::initWithCoder(NSCoder& coder) {
     if (!UIControl::initWithCoder(coder))
         return false;
+    thumbTintColor_ = as<UIColor>(coder.decodeObject("thumbTintColor"));
     setOn(coder.decodeBool("on").value_or(false));
     return true;
 }
@@ -58,6 +62,11 @@ void UISwitch::setOn(bool on, bool animated) {
     on_ = on;
     shownOn_ = on;
     moveThumb(animated);
+}
+
+void UISwitch::setThumbTintColor(const Ref<UIColor>& color) {
+    if (!equalObjects(std::exchange(thumbTintColor_, color), color))
+        setNeedsDisplay();
 }
 
 void UISwitch::moveThumb(bool animated) {
@@ -124,7 +133,7 @@ void UISwitch::draw(CGRect) {
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;
     const CGRect thumb{x, kInset, width, kThumb};
     context->drawShadow(thumb, kThumb / 2, 3, {0, 1}, *shade);
-    context->setFillColor(*UIColor::whiteColor());
+    context->setFillColor(thumbTintColor_ ? *thumbTintColor_ : *UIColor::whiteColor());
     context->fillRoundedRect(thumb, kThumb / 2);
 }
 

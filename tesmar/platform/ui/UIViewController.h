@@ -47,6 +47,12 @@ class TESMAR_API UIViewController : public NSObject {
     // function; one that sets no view is a fatal error.
     virtual void loadView();
     virtual void viewDidLoad() {}
+    // Called before and after each layout of the view and its descendants, whenever a size, a
+    // constraint or setNeedsLayout() requires one. The first may still change constraints; the
+    // second finds the new frames, and its changes are laid out at once. Only called while the view
+    // is the root of a layout (see UIView::layoutIfNeeded), as that of a controller on a window is.
+    virtual void viewWillLayoutSubviews() {}
+    virtual void viewDidLayoutSubviews() {}
     // Called in this order, at most once per appearance; an interrupted appearance skips those not
     // yet reached.
     // A full-screen controller that is presented above makes those below disappear and, when it is
@@ -83,6 +89,8 @@ class TESMAR_API UIViewController : public NSObject {
 
   private:
     friend class PresentationStack;
+
+    void adoptView(const Ref<UIView>& view);
 
     Ref<UIView> view_;
     bool loading_ = false;

@@ -96,6 +96,33 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
                  "made by UIWindow::windowWithSize");
 }
 
+TEST_F(UITest, ControllersSeeEachLayoutOfTheirViews) {
+    struct Observer : UIViewController {
+        void viewWillLayoutSubviews() override { note("will "); }
+        void viewDidLayoutSubviews() override { note("did "); }
+        void note(const char* what) {
+            log += what + std::to_string(static_cast<int>(inner->frame().size.width)) + " ";
+        }
+        Ref<UIView> inner = make<UIView>();
+        std::string log;
+    };
+    const auto c = make<Observer>();
+    c->inner->setTranslatesAutoresizingMaskIntoConstraints(false);
+    c->view()->addSubview(c->inner);
+    c->view()->addConstraintsWithVisualFormats({{"|[inner]|"}}, {{"inner", c->inner}});
+    const auto layOut = [&](CGFloat width) {
+        c->view()->setFrame(CGRect(0, 0, width, 50));
+        c->view()->layoutIfNeeded();
+        return std::exchange(c->log, {});
+    };
+    EXPECT_EQ(layOut(100), "will 0 did 100 ");
+    EXPECT_EQ(layOut(100), "");
+    const Ref<UIView> view = c->view();
+    c->setView(make<UIView>());
+    view->setNeedsLayout(), view->layoutIfNeeded();
+    EXPECT_EQ(c->log, ""); // no longer its view
+}
+
 // Against a window that was changed before the motion.
 TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
     struct Shown {

@@ -204,13 +204,16 @@ bool hasColoredGlyphs(PangoLayout* layout) {
     return false;
 }
 
-void drawGlyphs(cairo_t* cr, PangoLayout* layout, Glyphs glyphs) {
+void drawGlyphs(cairo_t* cr, PangoLayout* layout, int lineCount, Glyphs glyphs) {
     Painter painter{cr, glyphs, {}};
     PangoLayoutIter* const iterator = pango_layout_get_iter(layout);
     do {
         const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
-        if (!run)
-            continue; // at the end of a line
+        if (!run) { // at the end of a line
+            if (--lineCount == 0)
+                break;
+            continue;
+        }
         PangoRectangle box;
         pango_layout_iter_get_run_extents(iterator, nullptr, &box);
         painter.drawRun(*run, pango_units_to_double(box.x),
