@@ -43,9 +43,18 @@ void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
 bool lacksGlyphs(PangoLayout* layout) {
     if (!pango_layout_is_ellipsized(layout))
         return pango_layout_get_unknown_glyphs_count(layout) > 0;
-    const GObjectPtr<PangoLayout> whole(pango_layout_copy(layout));
-    pango_layout_set_ellipsize(whole.get(), PANGO_ELLIPSIZE_NONE);
-    return pango_layout_get_unknown_glyphs_count(whole.get()) > 0;
+    const PangoLayoutLine* const line = pango_layout_get_line_readonly(layout, 0);
+    if (!line || !line->runs)
+        return false;
+    const auto* const run = static_cast<const PangoGlyphItem*>(line->runs->data);
+    hb_font_t* const font = pango_font_get_hb_font(run->item->analysis.font);
+    for (const char* at = pango_layout_get_text(layout); *at; at = g_utf8_next_char(at)) {
+        hb_codepoint_t glyph = 0;
+        const gunichar character = g_utf8_get_char(at);
+        if (g_unichar_isgraph(character) && !hb_font_get_nominal_glyph(font, character, &glyph))
+            return true;
+    }
+    return false;
 }
 
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
