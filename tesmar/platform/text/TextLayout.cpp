@@ -38,6 +38,25 @@ void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
                       fallback);
 }
 
+// Whether the font lacks a character of the text, even one that an ellipsis replaces: the wide
+// signs for missing glyphs may be why there is one.
+bool lacksGlyphs(PangoLayout* layout) {
+    if (!pango_layout_is_ellipsized(layout))
+        return pango_layout_get_unknown_glyphs_count(layout) > 0;
+    const PangoLayoutLine* const line = pango_layout_get_line_readonly(layout, 0);
+    if (!line || !line->runs)
+        return false;
+    const auto* const run = static_cast<const PangoGlyphItem*>(line->runs->data);
+    hb_font_t* const font = pango_font_get_hb_font(run->item->analysis.font);
+    for (const char* at = pango_layout_get_text(layout); *at; at = g_utf8_next_char(at)) {
+        hb_codepoint_t glyph = 0;
+        const gunichar character = g_utf8_get_char(at);
+        if (g_unichar_isgraph(character) && !hb_font_get_nominal_glyph(font, character, &glyph))
+            return true;
+    }
+    return false;
+}
+
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
     switch (alignment) {
     case NSTextAlignment::center:
@@ -167,7 +186,8 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(const std::string& shown,
     if (!layout)
         return nullptr;
     pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
-    const int pangoWidth = width ? static_cast<int>(*width * PANGO_SCALE) : -1;
+    // Rounded: a width that the layout of views computes may be a little less than it should be.
+    const int pangoWidth = width ? static_cast<int>(std::lround(*width * PANGO_SCALE)) : -1;
     if (lineBreakMode != NSLineBreakMode::clipping)
         pango_layout_set_width(layout.get(), pangoWidth);
     pango_layout_set_wrap(layout.get(), lineBreakMode == NSLineBreakMode::charWrapping
@@ -205,7 +225,7 @@ const ShapedText& TextLayout::Impl::shape() {
     s->id = nextId();
     const std::string shown = shownText(text, font->pointSize(), lineBreakMode, lineCount);
     s->layout = makeLayout(shown, Fallback::none);
-    if (s->layout && pango_layout_get_unknown_glyphs_count(s->layout.get()) > 0)
+    if (s->layout && lacksGlyphs(s->layout.get()))
         s->layout = makeLayout(shown, Fallback::installedFonts);
     if (s->layout) {
         PangoRectangle ink, logical;

@@ -79,6 +79,10 @@ class TESMAR_API UIControl : public UIView {
     // The area in which a finger may land, in bounds coordinates: the bounds, enlarged to
     // kTouchTarget each way.
     CGRect touchRect() const;
+    // The part of the control that a finger at `point` operates, both in bounds coordinates: by
+    // default all of it. If superviews clip that part, what remains still takes touches in an area
+    // of kTouchTarget each way.
+    virtual CGRect touchTarget(CGPoint /*point*/) const { return bounds(); }
 
     // One cell, unless the control contains other controls; a little flatter than the control, so
     // that the ring leaves titles above it free.

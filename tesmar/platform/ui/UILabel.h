@@ -30,6 +30,9 @@ class TESMAR_API UILabel : public UIView {
     void setTextColor(const Ref<UIColor>& color);
     // Initially left.
     void setTextAlignment(NSTextAlignment alignment);
+    // A single line that is wider than the label is drawn in a smaller font, down to this size in
+    // points, before it is cut off. 0, the initial value: never smaller.
+    void setMinimumFontSize(CGFloat size);
 
     // The largest number of lines; 0 means no limit, and negative numbers count as 0. Initially 1.
     int numberOfLines() const { return numberOfLines_; }
@@ -60,6 +63,8 @@ class TESMAR_API UILabel : public UIView {
 
   private:
     TextLayout& currentLayout() const;
+    // The layout for drawing, in the present width.
+    TextLayout& fittedLayout() const;
     template <class T>
     void change(T& property, T value);
 
@@ -67,6 +72,7 @@ class TESMAR_API UILabel : public UIView {
     Ref<UIFont> font_;
     Ref<UIColor> textColor_;
     NSTextAlignment alignment_ = NSTextAlignment::left;
+    CGFloat minimumFontSize_ = 0;
     int numberOfLines_ = 1;
     NSLineBreakMode lineBreakMode_ = NSLineBreakMode::truncatingTail;
     CGFloat preferredMaxLayoutWidth_ = 0;

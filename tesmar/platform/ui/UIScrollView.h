@@ -61,7 +61,9 @@ class TESMAR_API UIScrollView : public UIView {
     // finite. Content that is at rest within the new ends does not move.
     const UIEdgeInsets& contentInset() const { return contentInset_; }
     void setContentInset(const UIEdgeInsets& inset);
-    // The content point at the top left corner.
+    // The content point at the top left corner. Content starts at its left edge. In a superview
+    // that is read from right to left it starts at its right edge, and keeps its distance from that
+    // edge when content or view become wider or narrower.
     CGPoint contentOffset() const { return bounds().origin; }
     // Stops any motion. Without animation, the offset may lie past the ends and stays there until
     // the next layout; with animation, it is clamped to the ends. Coordinates that are NaN or
@@ -117,9 +119,11 @@ class TESMAR_API UIScrollView : public UIView {
         }
     };
     OffsetRange offsetRange() const;
+    void anchorContent();
 
     WeakRef<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
+    CGFloat anchor_ = 0; // the horizontal offset of content that has not been scrolled
     UIEdgeInsets contentInset_;
     bool bounces_ = true;
     bool paging_ = false;

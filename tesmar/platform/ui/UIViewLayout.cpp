@@ -6,6 +6,7 @@
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tesmar {
@@ -37,6 +38,15 @@ void UIView::addConstraint(const Ref<NSLayoutConstraint>& constraint) {
 void UIView::addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints) {
     for (const auto& constraint : constraints)
         addConstraint(constraint);
+}
+
+void UIView::removeConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints) {
+    std::vector<Ref<NSLayoutConstraint>> others;
+    for (const auto& constraint : constraints_)
+        if (std::find(constraints.begin(), constraints.end(), constraint) == constraints.end())
+            others.push_back(constraint);
+    constraints_ = std::move(others);
+    layoutNeedsUpdate();
 }
 
 void UIView::addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
@@ -90,6 +100,22 @@ void UIView::sizeToFit() {
     if (size.height == UIViewNoIntrinsicMetric)
         size.height = frame_.size.height;
     setFrame({frame_.origin, size});
+}
+
+void UIView::setSemanticContentAttribute(UISemanticContentAttribute attribute) {
+    if (attribute == semanticContentAttribute_)
+        return;
+    semanticContentAttribute_ = attribute;
+    layoutNeedsUpdate();
+    setNeedsLayout();
+    damageSubtree();
+}
+
+bool UIView::isRightToLeft() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->semanticContentAttribute_ != UISemanticContentAttribute::unspecified)
+            return view->semanticContentAttribute_ == UISemanticContentAttribute::forceRightToLeft;
+    return false;
 }
 
 UIView& UIView::layoutRoot() {
