@@ -6,24 +6,27 @@ using namespace tesmar;
 
 namespace {
 
-// Points; the largest size that the panel offers for most fonts.
-constexpr CGFloat kLargestSize = 30;
 // Lines: captions are written for two; in a narrow picture they need a third.
 constexpr int kLines = 2;
 constexpr int kLinesWhenNarrow = 3;
 constexpr CGFloat kNarrow = 400; // points
-// The largest part of the height for captions: in a small window the panel needs the rest.
-constexpr CGFloat kLargestShare = 0.25;
+// The panel needs this much of the height, in points; where captions leave less, they are drawn
+// above it.
+constexpr CGFloat kLeftForPanel = 196;
 // Points; script fonts draw outside their line boxes.
 constexpr CGFloat kOverflow = 24;
 
 } // namespace
 
-CGRect CaptionView::reservedArea(const CGRect& room) {
-    const int count = room.size.width < kNarrow ? kLinesWhenNarrow : kLines;
-    const CGFloat lines = count * UIFont::systemFontOfSize(kLargestSize)->lineHeight();
-    const CGFloat height = std::min(std::ceil(lines), std::floor(room.size.height * kLargestShare));
-    return {room.minX(), room.maxY() - height, room.size.width, height};
+CGRect CaptionView::reservedArea() const {
+    const int count = room_.size.width < kNarrow ? kLinesWhenNarrow : kLines;
+    std::string lines = "x";
+    for (int line = 1; line < count; ++line)
+        lines += "\nx";
+    const CGFloat text = NSAttributedString::attributedString(lines, style_)->size().height;
+    const CGFloat height =
+        finite(std::ceil(text), 0, std::max(0.0, room_.size.height - kLeftForPanel), 0);
+    return {room_.minX(), room_.maxY() - height, room_.size.width, height};
 }
 
 bool CaptionView::initWithFrame(CGRect frame) {

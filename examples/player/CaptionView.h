@@ -5,9 +5,9 @@
 
 class CaptionView : public tesmar::UIView {
   public:
-    // The part of `room`, at its bottom, that captions may need in any style that the panel offers.
-    // It does not depend on the style, so that a panel that avoids it never moves. Points.
-    static tesmar::CGRect reservedArea(const tesmar::CGRect& room);
+    // The part of the room, at its bottom, that two lines in the present style need (three in a
+    // narrow picture), as far as it leaves room for the panel. In the superview's coordinates.
+    tesmar::CGRect reservedArea() const;
 
     // Lines are separated by "\n". An empty text shows nothing.
     void setText(std::string text);

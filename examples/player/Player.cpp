@@ -11,7 +11,8 @@ constexpr const char* kSampleCaption = "Captions look like this.\nThe panel chan
 } // namespace
 
 Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
-    : window_(std::move(window)), video_(video), remembersStyle_(options.remembersStyle),
+    : window_(std::move(window)), safeArea_(window_->safeAreaInsets()), video_(video),
+      remembersStyle_(options.remembersStyle),
       // The first captions already have the style that the viewer chose last time.
       style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()) {
     if (options.autoHide)
@@ -58,11 +59,19 @@ void Player::layOut() {
     controls_->setFrame({0, barTop, size.width, ControlsBar::kHeight});
     message_->setFrame({kMargin, kMargin, std::max(0.0, size.width - 2 * kMargin), 24});
 
-    const CGRect room = CGRectInset(CGRect{0, 0, size.width, std::max(0.0, barTop)},
-                                    {0, kMargin, kMargin / 2, kMargin});
+    const CGRect picture{0, 0, size.width,
+                         std::max(0.0, std::min(barTop, size.height - safeArea_.bottom))};
+    const CGRect room = CGRectInset(picture, {safeArea_.top, std::max(kMargin, safeArea_.left),
+                                              kMargin / 2, std::max(kMargin, safeArea_.right)});
     captions_->setRoom(room);
-    window_->setSafeAreaInsets({0, 0, bar, 0});
-    window_->setCaptionArea(CaptionView::reservedArea(room));
+    window_->setSafeAreaInsets(
+        {safeArea_.top, safeArea_.left, std::max(bar, safeArea_.bottom), safeArea_.right});
+    window_->setCaptionArea(captions_->reservedArea());
+    // In front of the panel, which covers large captions where the window is low.
+    if (isPanelOpen())
+        window_->addSubview(captions_);
+    else
+        window_->rootViewController()->view()->insertSubview(captions_, 0);
 }
 
 // --- The video ----------------------------------------------------------------------------------
@@ -113,8 +122,11 @@ void Player::togglePanel() {
     }
     panel_->setCCEnabled(captionsAreOn_);
     window_->presentViewController(panel_, true);
-    // A panel that appears shows the stored style, which is out of date unless changes are stored.
-    if (!remembersStyle_)
+    // A panel that appears shows the stored style: that is out of date unless changes are stored,
+    // and else another program may have changed it.
+    if (remembersStyle_)
+        CCStyleAttributesChanged(panel_->CCStyleAttributes());
+    else
         panel_->setCCStyleAttributes(style_->mutableCopy());
     layOut();
 }
@@ -130,6 +142,7 @@ void Player::CCSwitchValueChanged(bool on) {
 void Player::CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) {
     style_ = attributes;
     captions_->setStyle(style_);
+    window_->setCaptionArea(captions_->reservedArea());
 }
 
 void Player::setCaptionsOn(bool on) {

@@ -41,6 +41,7 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     void setCaptionsOn(bool on);
 
     tesmar::Ref<tesmar::UIWindow> window_;
+    const tesmar::UIEdgeInsets safeArea_; // of the window, without the bar
     Video* video_;
     bool captionsAreOn_ = true;
     bool remembersStyle_;

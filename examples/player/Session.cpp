@@ -2,6 +2,8 @@
 
 #include "BackdropPicture.h"
 
+#include "tesmar/platform/ui/UIViewing.h"
+
 #include <filesystem>
 #include <stdexcept>
 
@@ -41,6 +43,8 @@ Session::Session(const Options& options)
         video_ = std::make_unique<Video>(Video::Sound::off, std::function<void()>());
         video_->play(options.video);
     }
+    if (options.television)
+        host_.window()->setSafeAreaInsets(safeAreaInsets(UIViewing::television));
     player_ = std::make_unique<Player>(host_.window(), video_.get(), withAutoHide(options));
     showVideo();
 }

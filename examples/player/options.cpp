@@ -31,6 +31,7 @@ cxxopts::Options commandLine() {
           value<Text>(), "DIR"},
          {"size", "size of the window in points (960x540)", value<Text>(), "WxH"},
          {"scale", "pixels per point, 0.5 to 8 (the display's)", value<Text>(), "S"},
+         {"tv", "for a television: large, and clear of the screen's edges"},
          {"h,help", "print this text"}});
     return line;
 }
@@ -82,6 +83,7 @@ Options optionsFrom(const cxxopts::ParseResult& given) {
     options.preferences = valueOf(given, "prefs", "a path", path).value_or("");
     options.pictures = valueOf(given, "headless", "a directory", path);
     options.remembersStyle = !given["no-remember"].as<bool>();
+    options.television = given["tv"].as<bool>();
     options.reducedMotion = given["reduced-motion"].as<bool>();
     const auto& videos = given.unmatched();
     if (videos.size() > 1)

@@ -18,6 +18,7 @@ struct Options {
     std::optional<std::string> pictures;
     tesmar::CGSize size{960, 540}; // points
     std::optional<double> scale;   // pixels per point; unset: the display's
+    bool television = false;       // watched from the sofa
 };
 
 // Its text is one line that names the argument at fault.

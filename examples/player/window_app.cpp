@@ -25,6 +25,7 @@ class WindowApp {
         : host_({.title = title(options),
                  .size = options.size,
                  .scale = options.scale,
+                 .viewing = options.television ? UIViewing::television : UIViewing::desk,
                  .controllers = SDLHost::Controllers::used}) {
         if (!options.video.empty()) {
             video_ = std::make_unique<Video>(Video::Sound::on, [this] { host_.wakeUp(); });

@@ -131,8 +131,8 @@ UIFocusCell UIControl::flatCell(const CGRect& part, std::string_view suffix) {
 }
 
 bool UIControl::isWithinMargin(const UITouch& touch) const {
-    return CGRectInset(bounds(), -kTrackingMargin, -kTrackingMargin)
-        .contains(touch.locationIn(*this));
+    const CGFloat margin = touch.trackingMargin();
+    return CGRectInset(bounds(), -margin, -margin).contains(touch.locationIn(*this));
 }
 
 // --- Tracking: one finger at a time -------------------------------------------------------------

@@ -37,9 +37,6 @@ class TESMAR_API UIControl : public UIView {
     TESMAR_CLASS
 
   public:
-    // A finger that is down counts as inside the control up to this distance from its bounds, in
-    // points.
-    static constexpr CGFloat kTrackingMargin = 70;
     // Smaller controls take touches in an area of this width and height, in points.
     static constexpr CGFloat kTouchTarget = 44;
 

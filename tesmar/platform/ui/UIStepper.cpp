@@ -199,10 +199,11 @@ bool UIStepper::beginTracking(UITouch& touch) {
 }
 
 bool UIStepper::continueTracking(UITouch& touch) {
-    const CGRect near = CGRectInset(halfRect(pressed_), 0, -kTrackingMargin);
+    const CGFloat margin = touch.trackingMargin();
+    const CGRect near = CGRectInset(halfRect(pressed_), 0, -margin);
     const CGPoint point = touch.locationIn(*this);
-    const CGFloat outer = pressed_ == leftHalf() ? -kTrackingMargin : 0;
-    const CGRect reach{near.minX() + outer, near.minY(), near.size.width + kTrackingMargin,
+    const CGFloat outer = pressed_ == leftHalf() ? -margin : 0;
+    const CGRect reach{near.minX() + outer, near.minY(), near.size.width + margin,
                        near.size.height};
     fingerOnHalf_ = reach.contains(point);
     updateLook();

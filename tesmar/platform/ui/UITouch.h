@@ -12,11 +12,14 @@ namespace tesmar {
 class UIView;
 
 enum class UITouchPhase { began, moved, ended, cancelled };
+// What touches: a mouse points exactly, a finger does not.
+enum class UITouchSource { finger, mouse };
 
 class TESMAR_API UITouch {
   public:
-    UITouch(std::int64_t id, CGPoint point, double time)
-        : id_(id), start_(point), point_(point), time_(time) {}
+    UITouch(std::int64_t id, CGPoint point, double time,
+            UITouchSource source = UITouchSource::finger)
+        : id_(id), start_(point), point_(point), time_(time), source_(source) {}
 
     // The host's identifier of the finger.
     std::int64_t id() const { return id_; }
@@ -25,6 +28,9 @@ class TESMAR_API UITouch {
     CGPoint startLocation() const { return start_; }
     // In the bounds coordinates of `view`.
     CGPoint locationIn(const UIView& view) const;
+    UITouchSource source() const { return source_; }
+    // How far outside a control, in points, a touch that is down still counts as on it.
+    CGFloat trackingMargin() const { return source_ == UITouchSource::mouse ? 10 : 70; }
     // Time of the last event, in seconds on the host's clock.
     double timestamp() const { return time_; }
 
@@ -38,6 +44,7 @@ class TESMAR_API UITouch {
     CGPoint start_;
     CGPoint point_;
     double time_;
+    UITouchSource source_;
 };
 
 } // namespace tesmar

@@ -171,7 +171,8 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 
 // --- Input --------------------------------------------------------------------------------------
 
-bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time) {
+bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time,
+                     UITouchSource source) {
     assertMainThread("UIWindow::touch");
     const auto self = refTo(this);
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
@@ -183,7 +184,7 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
         keysAreInUse_ = false;
         if (focus_)
             focus_->touchLanded();
-        return touches_->began(id, point, loop.now());
+        return touches_->began(UITouch(id, point, loop.now(), source));
     case UITouchPhase::moved:
         return touches_->moved(id, point, loop.now());
     case UITouchPhase::ended:

@@ -95,7 +95,9 @@ class TESMAR_API UIWindow : public UIView {
     // `id` distinguishes fingers. Events of a finger that never landed are not handled. If a finger
     // lands twice, or more than 32 are down, the window assumes that this finger, or the oldest,
     // lifted without an event, and cancels its touch.
-    bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
+    // `source` counts when the touch begins.
+    bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time,
+               UITouchSource source = UITouchSource::finger);
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
     // one that does not scroll: beside what scrolls in a card, it moves the card's content. Where
     // content scrolls sideways only, `delta.y` moves it as well.

@@ -300,6 +300,17 @@ TEST(SDLHost, ConvertsPositionsAndSizesToPoints) {
     EXPECT_EQ(screen.pixel(90, 110), 0xFFFF0000u);
 }
 
+TEST(SDLHost, ScalesForATelevision) {
+    SDLHost host({.title = "test", .size = {384, 216}, .viewing = UIViewing::television});
+    for (const int height : {216, 540, 1080}) {
+        SDL_SetWindowSize(Screen::window(), height * 16 / 9, height);
+        for (int i = 0; i < 3; ++i)
+            host.turn(0);
+        EXPECT_EQ(host.window()->frame().size, (CGSize{960, 540})) << height;
+        EXPECT_EQ(host.window()->safeAreaInsets().left, 48);
+    }
+}
+
 // --- Sleep --------------------------------------------------------------------------------------
 
 TEST(SDLHost, SleepsUntilTheNextDeadline) {

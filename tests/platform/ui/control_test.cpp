@@ -62,6 +62,11 @@ TEST_F(ControlTest, TracksAFingerUpToTheMargin) {
         EXPECT_FALSE(button->isHighlighted());
         EXPECT_EQ(listener->take(), c.log) << c.lift.x << "," << c.lift.y;
     }
+    for (const auto& [right, log] : {std::pair(209, "down up "), std::pair(211, "down outside ")}) {
+        host.window()->touch(P::began, 1, {150, 120}, host.now(), UITouchSource::mouse);
+        host.window()->touch(P::ended, 1, {CGFloat(right), 120}, host.now());
+        EXPECT_EQ(listener->take(), log) << right;
+    }
     host.tap({150, 120}); // too quick to be seen: highlighted for a moment
     EXPECT_TRUE(button->isHighlighted());
     host.advance(0.05);

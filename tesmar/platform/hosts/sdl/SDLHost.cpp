@@ -48,6 +48,7 @@ struct SDLHost::State {
     void showChanges();
 
     std::optional<CGFloat> scale; // chosen by the application
+    UIViewing viewing;
     SDLScreen screen;
     Ref<UIWindow> window = UIWindow::windowWithSize({1, 1});
     SDLInput input{*window};
@@ -68,10 +69,13 @@ struct SDLHost::State {
 
 SDLHost::State::State(const Options& options)
     : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
-      screen(options.title, pixels(options.size, scale.value_or(1))),
+      viewing(options.viewing), screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
     if (options.controllers == Controllers::used)
         input.useControllers();
+    window->setSafeAreaInsets(safeAreaInsets(viewing));
+    window->setOutsideTap(OutsideTap::dismisses);
+    window->setDragDown(DragDown::dismisses);
     if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
@@ -166,9 +170,10 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
 void SDLHost::State::fitWindow() {
     const SDLScreen::Size size = screen.pixelSize();
     const SDLScreen::Size units = screen.unitSize();
-    const CGFloat pointScale = scale.value_or(CGFloat(size.width) / units.width);
-    input.setUnits({CGFloat(units.width), CGFloat(units.height)});
     const CGSize surface{CGFloat(size.width), CGFloat(size.height)};
+    const CGFloat pointScale = scale.value_or(pixelsPerPoint(
+        viewing, {surface, CGFloat(size.width) / units.width, screen.dotsPerInch()}));
+    input.setUnits({CGFloat(units.width), CGFloat(units.height)});
     if (size == shownSize && pointScale == shownScale && window->pixelSize() == surface)
         return;
     shownSize = size;

@@ -17,6 +17,7 @@
 // Toolkit: may change with any version.
 #pragma once
 
+#include "tesmar/platform/ui/UIViewing.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <cstdint>
@@ -35,8 +36,11 @@ class TESMAR_API SDLHost {
     struct Options {
         std::string title;
         CGSize size{960, 540}; // points
-        // Pixels per point, clamped to 0.1 to 16. std::nullopt: the display's.
+        // Pixels per point, clamped to 0.1 to 16. std::nullopt: as `viewing` asks, also after a
+        // change of size.
         std::optional<CGFloat> scale = std::nullopt;
+        // Also sets the window's safe area, once.
+        UIViewing viewing = UIViewing::desk;
         Controllers controllers = Controllers::ignored;
     };
     // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.
@@ -72,7 +76,7 @@ class TESMAR_API SDLHost {
     SDLHost(const SDLHost&) = delete;
     SDLHost& operator=(const SDLHost&) = delete;
 
-    // The host sets its size and scale.
+    // The host sets its size and scale, and that a tap outside and a drag down dismiss.
     const Ref<UIWindow>& window() const;
 
     // --- Callbacks; setting one replaces the one before -----------------------------------------

@@ -67,26 +67,26 @@ void TouchDispatcher::forget(Finger& finger) {
     std::erase_if(fingers_, [&](const auto& known) { return known.get() == &finger; });
 }
 
-bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
-    cancelled(id, time); // its lift was not reported
+bool TouchDispatcher::began(const UITouch& touch) {
+    const double time = touch.timestamp();
+    cancelled(touch.id(), time); // its lift was not reported
     while (fingers_.size() >= kMostFingers)
         cancel(Shared(fingers_.front()), time);
-    UIView* const hit = window_.hitTest(point);
+    UIView* const hit = window_.hitTest(touch.location());
     if (!hit && window_.outsideTap() == OutsideTap::ignored)
         return false;
     const auto top = window_.presentedViewController();
     if (!hit && (!top || top->isBeingDismissed()))
         return false;
 
-    const auto finger =
-        std::make_shared<Finger>(Finger{UITouch(id, point, time), Stage::waiting, {}, {}, 0, 0});
+    const auto finger = std::make_shared<Finger>(Finger{touch, Stage::waiting, {}, {}, 0, 0});
     fingers_.push_back(finger);
     if (!hit) {
         finger->stage = Stage::outside;
         return true;
     }
     finger->view = hit->weak_from_this();
-    lastLanding_ = {finger->view, hit->convertPointFrom(point, nullptr)};
+    lastLanding_ = {finger->view, hit->convertPointFrom(touch.location(), nullptr)};
     for (UIScrollView* s = UIScrollView::enclosing(hit); s;
          s = UIScrollView::enclosing(s->superview()))
         if (ScrollTracking::of(*s).catchMotion()) {

@@ -21,7 +21,7 @@ class TouchDispatcher {
 
     // Points are in window coordinates, times in seconds. Each returns whether the finger belongs
     // to the window.
-    bool began(std::int64_t id, CGPoint point, double time);
+    bool began(const UITouch& touch);
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
     bool cancelled(std::int64_t id, double time);

@@ -69,6 +69,14 @@ std::optional<UIKey> keyOf(const SDL_Keysym& key) {
     }
 }
 
+// In points; with Shift, a wheel that turns up and down scrolls sideways.
+CGPoint wheelDelta(const SDL_MouseWheelEvent& wheel) {
+    const CGPoint delta{-kWheelNotch * CGFloat(wheel.preciseX),
+                        kWheelNotch * CGFloat(wheel.preciseY)};
+    const bool isTurned = (SDL_GetModState() & KMOD_SHIFT) && delta.x == 0;
+    return isTurned ? CGPoint{delta.y, 0} : delta;
+}
+
 } // namespace
 
 CGPoint SDLInput::pointOfMouse(CGPoint position) const {
@@ -108,10 +116,7 @@ void SDLInput::handle(const SDL_Event& event, double time) {
         touchUp({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
         break;
     case SDL_MOUSEWHEEL:
-        window_.wheel(mouse(event.wheel.mouseX, event.wheel.mouseY),
-                      {-kWheelNotch * CGFloat(event.wheel.preciseX),
-                       kWheelNotch * CGFloat(event.wheel.preciseY)},
-                      time);
+        window_.wheel(mouse(event.wheel.mouseX, event.wheel.mouseY), wheelDelta(event.wheel), time);
         break;
     case SDL_KEYDOWN:
         keyDown(event.key, time);
@@ -127,7 +132,8 @@ void SDLInput::handle(const SDL_Event& event, double time) {
 
 void SDLInput::touchDown(TouchName name, CGPoint point, double time) {
     const std::int64_t id = ++lastId_;
-    const bool taken = window_.touch(UITouchPhase::began, id, point, time);
+    const auto source = name == kMouse ? UITouchSource::mouse : UITouchSource::finger;
+    const bool taken = window_.touch(UITouchPhase::began, id, point, time, source);
     touches_[name] = {id, point, taken, false};
 }
 

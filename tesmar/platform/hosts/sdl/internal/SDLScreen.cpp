@@ -43,6 +43,8 @@ SDLVideo::~SDLVideo() {
 }
 
 SDLScreen::SDLScreen(const std::string& title, Size size) {
+    // A click into a window without the focus also reaches the views.
+    SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     window_.reset(SDL_CreateWindow(title.c_str(), SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED,
                                    size.width, size.height,
                                    SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
@@ -67,6 +69,14 @@ SDLScreen::Size SDLScreen::unitSize() const {
     Size size;
     SDL_GetWindowSize(window_.get(), &size.width, &size.height);
     return {std::max(1, size.width), std::max(1, size.height)};
+}
+
+std::optional<double> SDLScreen::dotsPerInch() const {
+    float dots = 0;
+    const int display = SDL_GetWindowDisplayIndex(window_.get());
+    if (display < 0 || SDL_GetDisplayDPI(display, &dots, nullptr, nullptr) != 0 || !(dots > 0))
+        return std::nullopt;
+    return dots;
 }
 
 void SDLScreen::setPixelSize(Size size) {

@@ -41,6 +41,8 @@ class SDLScreen {
     Size pixelSize() const;
     // The window's size in the units of mouse positions, each of which may be several pixels.
     Size unitSize() const;
+    // Of the display that the window is on; std::nullopt where it does not tell.
+    std::optional<double> dotsPerInch() const;
     // Resizes the window's content to `size` pixels; the window system may refuse.
     void setPixelSize(Size size);
     void toggleFullScreen();
