@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tools/drive/json_values.h"
@@ -96,14 +97,20 @@ struct QuerySizes {
 struct QueryView {
     ViewName view;
 };
+struct QueryAccessibleTree {};
+struct Perform {
+    std::string identifier; // of an accessible element
+    UIAccessibleAction action;
+};
 struct TakePicture {
     std::string path;
 };
 
-using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
-                             SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present,
-                             Dismiss, Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal,
-                             RunQuery, QuerySizes, QueryView, TakePicture>;
+using Command =
+    std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
+                 SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present, Dismiss,
+                 Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal, RunQuery,
+                 QuerySizes, QueryView, QueryAccessibleTree, Perform, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
 // that quotes the wrong word for a line that is not a command.

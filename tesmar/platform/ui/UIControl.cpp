@@ -3,10 +3,12 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -15,6 +17,8 @@ namespace {
 
 // A highlight must last this long to be seen, in seconds.
 constexpr double kFlash = 0.1;
+// Identifies the touch of tap(); no host's finger has this number.
+constexpr std::int64_t kTapTouch = std::numeric_limits<std::int64_t>::min();
 
 } // namespace
 
@@ -179,6 +183,28 @@ void UIControl::touchEnded(UITouch& touch) {
 void UIControl::touchCancelled(UITouch& touch) {
     if (touch_ == &touch)
         stopTracking();
+}
+
+bool UIControl::tap(CGPoint point) {
+    if (!enabled_ || touch_ || !window())
+        return false;
+    const auto self = refTo(this);
+    UITouch touch(kTapTouch, convertPointTo(point, nullptr), NSRunLoop::mainRunLoop().now());
+    touchBegan(touch);
+    touchEnded(touch);
+    return true;
+}
+
+void UIControl::describe(UIAccessibleElement& element) const {
+    if (!enabled_)
+        element.states |= UIAccessibleStateDisabled;
+    if (isSelected())
+        element.states |= UIAccessibleStateSelected;
+    element.actions = {UIAccessibleAction::press};
+}
+
+bool UIControl::perform(const UIAccessibleElement&, UIAccessibleAction action) {
+    return action == UIAccessibleAction::press && tap(bounds().center());
 }
 
 void UIControl::stopTracking() {

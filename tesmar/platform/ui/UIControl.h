@@ -74,6 +74,15 @@ class TESMAR_API UIControl : public UIView {
     // kTouchTarget each way.
     CGRect touchRect() const;
 
+    // Touches and releases the control at a point of its bounds, whether or not that can be seen.
+    // Returns false, and does nothing, when the control is disabled, not in a window or under a
+    // finger.
+    bool tap(CGPoint point);
+    // States, and UIAccessibleAction::press; the role is left to subclasses.
+    void describe(UIAccessibleElement& element) const override;
+    // Taps the middle for UIAccessibleAction::press.
+    bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
+
     void touchBegan(UITouch& touch) final;
     void touchMoved(UITouch& touch) final;
     void touchEnded(UITouch& touch) final;

@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 
 #include <cmath>
 
@@ -82,6 +83,13 @@ TextLayout& UILabel::currentLayout() const {
     layout_.setFont(font_);
     layout_.setAlignment(alignment_);
     return layout_;
+}
+
+void UILabel::describe(UIAccessibleElement& element) const {
+    if (text_.empty())
+        return;
+    element.role = UIAccessibleRole::text;
+    element.name = text_;
 }
 
 CGSize UILabel::intrinsicContentSize() const {

@@ -31,6 +31,8 @@ class TESMAR_API UILabel : public UIView {
     // Initially left.
     void setTextAlignment(NSTextAlignment alignment);
 
+    // A text, unless it is empty.
+    void describe(UIAccessibleElement& element) const override;
     // The text is centred vertically; an ellipsis ends text that does not fit.
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;

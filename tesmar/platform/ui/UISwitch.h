@@ -32,6 +32,7 @@ class TESMAR_API UISwitch : public UIControl {
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
 
+    void describe(UIAccessibleElement& element) const override;
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override { return {2, 2, 4, 2}; }
