@@ -1,6 +1,7 @@
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLAccessibility.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLInput.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLScreen.h"
 
@@ -46,7 +47,9 @@ struct SDLHost::State {
     void windowEvent(const SDL_WindowEvent& event, double time);
     void fitWindow();
     void showChanges();
+    void wakeUp();
 
+    ScreenReaders screenReaders;
     std::optional<CGFloat> scale; // chosen by the application
     SDLScreen screen;
     Ref<UIWindow> window = UIWindow::windowWithSize({1, 1});
@@ -63,16 +66,19 @@ struct SDLHost::State {
 
     Uint32 wakeEvent = 0;
     std::atomic<bool> wakes = false; // a wake event is in the queue
+    SDLAccessibility accessibility{*window, [this] { wakeUp(); }};
 };
 
 SDLHost::State::State(const Options& options)
-    : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
+    : screenReaders(options.screenReaders),
+      scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
       screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
     if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
     NSRunLoop::mainRunLoop().noteTime(now());
+    accessibility.check(screenReaders, screen.window());
 }
 
 // --- Sleeping -----------------------------------------------------------------------------------
@@ -91,6 +97,7 @@ bool SDLHost::turn(std::optional<double> longest) {
     for (int wait = state_->waitMilliseconds(longest); SDL_WaitEventTimeout(&event, wait); wait = 0)
         state_->handle(event);
     NSRunLoop::mainRunLoop().advanceTo(now());
+    state_->accessibility.turn(now());
     state_->showChanges();
     return !state_->quits;
 }
@@ -101,12 +108,16 @@ void SDLHost::run() {
 }
 
 void SDLHost::wakeUp() {
-    if (state_->wakes.exchange(true))
+    state_->wakeUp();
+}
+
+void SDLHost::State::wakeUp() {
+    if (wakes.exchange(true))
         return;
     SDL_Event event{};
-    event.type = state_->wakeEvent;
+    event.type = wakeEvent;
     if (SDL_PushEvent(&event) != 1)
-        state_->wakes = false;
+        wakes = false;
 }
 
 // --- Events -------------------------------------------------------------------------------------
@@ -147,7 +158,12 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
     case SDL_WINDOWEVENT_EXPOSED:
         screenIsStale = true;
         break;
+    case SDL_WINDOWEVENT_FOCUS_GAINED:
+        accessibility.setActive(true);
+        accessibility.check(screenReaders, screen.window());
+        break;
     case SDL_WINDOWEVENT_FOCUS_LOST:
+        accessibility.setActive(false);
         input.forgetTouches(time);
         break;
     default:

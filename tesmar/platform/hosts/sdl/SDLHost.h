@@ -25,11 +25,17 @@ namespace tesmar {
 
 class TESMAR_API SDLHost {
   public:
+    // Whether the window is connected with the desktop's screen readers (AT-SPI), through a module
+    // that is loaded at run time. With asDesktopAsks that is when an assistive technology runs:
+    // asked of the session bus when the host is made and whenever the window gets the keyboard's
+    // focus. NO_AT_BRIDGE=1 in the environment forbids it, ACCESSIBILITY_ENABLED=1 demands it.
+    enum class ScreenReaders { asDesktopAsks, never, always };
     struct Options {
         std::string title;
         CGSize size{960, 540}; // points
         // Pixels per point, clamped to 0.1 to 16. std::nullopt: the display's.
         std::optional<CGFloat> scale = std::nullopt;
+        ScreenReaders screenReaders = ScreenReaders::asDesktopAsks;
     };
     // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.
     // Black at first and after a change of size; otherwise with the content of the last frame. The
