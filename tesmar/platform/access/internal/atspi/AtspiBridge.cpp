@@ -1,4 +1,4 @@
-#include "tesmar/platform/access/atspi/AtspiBridge.h"
+#include "tesmar/platform/access/internal/atspi/AtspiBridge.h"
 
 #include <atk-bridge.h>
 

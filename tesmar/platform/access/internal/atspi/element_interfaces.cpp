@@ -1,6 +1,6 @@
-#include "tesmar/platform/access/atspi/element_interfaces.h"
+#include "tesmar/platform/access/internal/atspi/element_interfaces.h"
 
-#include "tesmar/platform/access/atspi/element_object.h"
+#include "tesmar/platform/access/internal/atspi/element_object.h"
 
 #include <algorithm>
 #include <cmath>

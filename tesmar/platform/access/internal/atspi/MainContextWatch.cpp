@@ -1,4 +1,4 @@
-#include "tesmar/platform/access/atspi/MainContextWatch.h"
+#include "tesmar/platform/access/internal/atspi/MainContextWatch.h"
 
 #include <cerrno>
 #include <cstdint>

@@ -1,9 +1,9 @@
 // Serves a window's accessible elements to AT-SPI clients through ATK.
 #pragma once
 
-#include "tesmar/platform/access/atspi/MainContextWatch.h"
-#include "tesmar/platform/access/atspi/element_object.h"
 #include "tesmar/platform/access/internal/AccessibilityBridge.h"
+#include "tesmar/platform/access/internal/atspi/MainContextWatch.h"
+#include "tesmar/platform/access/internal/atspi/element_object.h"
 
 #include <exception>
 #include <map>
