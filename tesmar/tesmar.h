@@ -42,6 +42,7 @@
 #include "tesmar/platform/text/NSTextAlignment.h"
 #include "tesmar/platform/text/UIFont.h"
 #include "tesmar/platform/ui/Motion.h"
+#include "tesmar/platform/ui/UIKey.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"

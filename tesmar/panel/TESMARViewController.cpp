@@ -19,6 +19,12 @@ namespace {
 // The value of an opacity stepper for an opacity of 1.
 constexpr double kOpaqueSteps = 10;
 
+// The identifier of the focused control.
+std::string& lastFocus() {
+    static std::string& identifier = *new std::string;
+    return identifier;
+}
+
 } // namespace
 
 Class& TESMARViewController::classObject() {
@@ -239,6 +245,17 @@ void TESMARViewController::didReceiveMemoryWarning() {
     UIViewController::didReceiveMemoryWarning();
 }
 
+// --- Focus --------------------------------------------------------------------------------------
+
+void TESMARViewController::focusDidMove(const std::string& identifier) {
+    UIViewController::focusDidMove(identifier);
+    lastFocus() = identifier;
+}
+
+std::string TESMARViewController::initialFocus() const {
+    return lastFocus();
+}
+
 // --- Auto-hide ----------------------------------------------------------------------------------
 
 void TESMARViewController::resetAutoHideTimer() {
@@ -252,6 +269,15 @@ void TESMARViewController::resetAutoHideTimer() {
 
 void TESMARViewController::selfDismiss() {
     dismissViewControllerAnimated(true);
+}
+
+void TESMARViewController::willHandleKey() {
+    const auto self = refTo(this);
+    UIViewController::willHandleKey();
+    if (const auto scroll = refTo(scrollView())) {
+        scrollViewWillBeginDragging(*scroll);
+        scrollViewDidEndDragging(*scroll, false);
+    }
 }
 
 void TESMARViewController::scrollViewWillBeginDragging(UIScrollView&) {

@@ -75,6 +75,11 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
     void didReceiveMemoryWarning() override;
+    // A key counts as an interaction, as a drag of the scroll view does.
+    void willHandleKey() override;
+    void focusDidMove(const std::string& identifier) override;
+    // Where any panel of this process last had the focus.
+    std::string initialFocus() const override;
     // Large enough to show all of the controls without scrolling.
     std::optional<CGSize> preferredContentSize() override;
     // Builds the panel in the root view. loadView calls it once.
@@ -108,6 +113,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void saveStyle();
     void resetAutoHideTimer();
     Ref<UIView> createScrollView();
+    UIScrollView* scrollView() const;
     void wire(UIControl& control, unsigned events, std::string_view action);
 
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();

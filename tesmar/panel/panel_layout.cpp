@@ -114,13 +114,18 @@ Ref<UIView> TESMARViewController::createScrollView() {
     return scrollView;
 }
 
+// Null if a subclass has laid the panel out without one.
+UIScrollView* TESMARViewController::scrollView() const {
+    return UIScrollView::enclosing(textColorPicker_.get());
+}
+
 std::optional<CGSize> TESMARViewController::preferredContentSize() {
-    const auto* const scrollView = UIScrollView::enclosing(textColorPicker_.get());
-    if (!scrollView)
+    const auto* const scroll = scrollView();
+    if (!scroll)
         return std::nullopt;
     const CGSize all = view()->frame().size;
-    const CGSize visible = scrollView->frame().size;
-    const CGSize content = scrollView->contentSize();
+    const CGSize visible = scroll->frame().size;
+    const CGSize content = scroll->contentSize();
     return CGSize{all.width - visible.width + content.width,
                   all.height - visible.height + content.height};
 }

@@ -45,6 +45,8 @@ class TESMAR_API ColorPicker : public UIControl {
     // The action of every swatch: selects its colour and sends UIControlEventValueChanged.
     virtual void colorButtonTouched(ColorPickerButton& button);
 
+    bool isFocusGroup() const override { return true; }
+
     // Also names the title ("<identifier>.title") and the swatches ("<identifier>.0" …).
     void setAccessibilityIdentifier(std::string identifier) override;
 

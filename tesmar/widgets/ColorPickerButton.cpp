@@ -52,6 +52,10 @@ CGRect ColorPickerButton::discRect() const {
     return CGRectInset(bounds(), kDiscInset, kDiscInset);
 }
 
+std::vector<UIFocusCell> ColorPickerButton::focusCells() const {
+    return {{.rect = bounds(), .cornerRadius = bounds().size.width / 2}};
+}
+
 void ColorPickerButton::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)

@@ -95,6 +95,10 @@ void FontNamePickerView::prevFont() {
     step(-1);
 }
 
+UIFocusTarget FontNamePickerView::focusStepTarget(UIFocusStep step) {
+    return {step == UIFocusStep::increment ? nextButton() : prevButton(), 0};
+}
+
 void FontNamePickerView::step(long by) {
     selectedIndex_ += by;
     // The buttons prevent a step past the ends, so update them even if updating the label throws.

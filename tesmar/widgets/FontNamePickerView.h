@@ -48,6 +48,9 @@ class TESMAR_API FontNamePickerView : public UIControl {
     virtual void nextFont();
     virtual void prevFont();
 
+    bool isFocusGroup() const override { return true; }
+    UIFocusTarget focusStepTarget(UIFocusStep step) override;
+
   protected:
     void stateChanged() override {} // draws nothing itself
 

@@ -135,7 +135,7 @@ class Session {
             {6, [&] { drag(*w, at, time); }},
             {4, [&] { w->wheel(at, other, time); }},
             {14, [&] { pump(any(kWaits)), NSRunLoop::mainRunLoop().advanceTo(time); }},
-            {1, [&] { w->key(UIKey::escape, time); }},
+            {1, [&] { w->key(UIKey::back, UIKeyRepeat::pressed, time); }},
             {2, [&] { w->cancelTouches(time); }},
             {1, [&] { w->setScale(any(kScales)); }},
             {2, [&] { w->setSize(below(4) == 0 ? area->size : any(kSizes)); }},

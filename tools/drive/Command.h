@@ -4,6 +4,7 @@
 
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
+#include "tesmar/platform/ui/UIKey.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tools/drive/json_values.h"
@@ -64,7 +65,9 @@ struct Send {
 
 // --- Viewer actions -----------------------------------------------------------------------------
 
-struct PressEscape {};
+struct PressKey {
+    UIKey key;
+};
 struct Advance {
     double seconds;
 };
@@ -86,7 +89,7 @@ struct Reveal {
 
 // --- Queries ------------------------------------------------------------------------------------
 
-enum class Query { style, stored, sessionOrDefault, fonts, methods, tree, damage, pending };
+enum class Query { style, stored, sessionOrDefault, fonts, methods, tree, focus, damage, pending };
 
 struct RunQuery {
     Query query;
@@ -109,8 +112,8 @@ struct TakePicture {
 using Command =
     std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
                  SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present, Dismiss,
-                 Release, Send, PressEscape, Advance, Tap, Touch, Drag, Reveal, RunQuery,
-                 QuerySizes, QueryView, QueryAccessibleTree, Perform, TakePicture>;
+                 Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery, QuerySizes,
+                 QueryView, QueryAccessibleTree, Perform, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
 // that quotes the wrong word for a line that is not a command.

@@ -185,8 +185,8 @@ CGPoint Session::touchPoint(const ViewName& name) {
     return visible.center();
 }
 
-void Session::perform(const PressEscape&) {
-    host_.window()->key(UIKey::escape, NSRunLoop::mainRunLoop().now());
+void Session::perform(const PressKey& command) {
+    host_.key(command.key);
 }
 
 void Session::perform(const Advance& command) {
@@ -247,6 +247,8 @@ Json Session::resultOf(Query query) {
         return TESMARViewController::classObject().publishedSelectors();
     case Query::tree:
         return tree();
+    case Query::focus:
+        return focus();
     case Query::damage:
         return damage();
     case Query::pending:
@@ -283,6 +285,11 @@ Json Session::tree() {
     for (const Place& p : places)
         json.push_back(describe(p));
     return json;
+}
+
+Json Session::focus() {
+    const auto focus = host_.window()->focus();
+    return focus ? Json(focus->identifier) : Json(nullptr);
 }
 
 void Session::render() {

@@ -44,7 +44,7 @@ class Session {
     void perform(const Dismiss& command);
     void perform(const Release& command);
     void perform(const Send& command);
-    void perform(const PressEscape& command);
+    void perform(const PressKey& command);
     void perform(const Advance& command);
     void perform(const Tap& command);
     void perform(const Touch& command);
@@ -61,6 +61,7 @@ class Session {
     void outputResult(std::string_view key, Json result);
     Json resultOf(Query query);
     Json tree();
+    Json focus();
     Json damage();
     Json pending();
 

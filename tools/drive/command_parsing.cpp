@@ -212,9 +212,22 @@ Command parseDrag(Words& words) {
 }
 
 Command parseKey(Words& words) {
-    if (const std::string key = words.word("the key"); key != "escape")
-        throw Fault("key: escape, not " + key);
-    return PressEscape{};
+    static const std::map<std::string, UIKey, std::less<>> keys{
+        {"up", UIKey::up},         {"down", UIKey::down},
+        {"left", UIKey::left},     {"right", UIKey::right},
+        {"next", UIKey::next},     {"previous", UIKey::previous},
+        {"select", UIKey::select}, {"increment", UIKey::increment},
+        {"back", UIKey::back},     {"decrement", UIKey::decrement},
+        {"escape", UIKey::back},   {"first", UIKey::first},
+        {"last", UIKey::last}};
+    const std::string name = words.word("the key");
+    const auto key = keys.find(name);
+    if (key == keys.end())
+        throw Fault(
+            "key: up, down, left, right, next, previous, select, back, increment, decrement, "
+            "first or last, not " +
+            name);
+    return PressKey{key->second};
 }
 
 Command parseTree(Words& words) {
@@ -288,6 +301,7 @@ const std::map<std::string, Parser, std::less<>>& parsers() {
         {"get", withView<QueryView>},
         {"tree", parseTree},
         {"perform", parsePerform},
+        {"focus", query<Query::focus>},
         {"shot", [](Words& w) -> Command { return TakePicture{w.rest("PATH")}; }},
         {"damage", query<Query::damage>},
         {"pending", query<Query::pending>},
@@ -324,6 +338,8 @@ std::string_view nameOf(Query query) {
         return "methods";
     case Query::tree:
         return "tree";
+    case Query::focus:
+        return "focus";
     case Query::damage:
         return "damage";
     case Query::pending:

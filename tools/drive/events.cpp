@@ -17,6 +17,11 @@ void ReportingPanel::viewDidDisappear(bool animated) {
     TESMARViewController::viewDidDisappear(animated);
 }
 
+void ReportingPanel::focusDidMove(const std::string& identifier) {
+    report_("focus", Json::object({{"id", identifier}}));
+    TESMARViewController::focusDidMove(identifier);
+}
+
 void ReportingDelegate::CCSwitchValueChanged(bool on) {
     report_("CCSwitchValueChanged:", Json::object({{"on", on}}));
 }

@@ -11,8 +11,8 @@ namespace tesmar::drive {
 // Called with the event's name and its further fields, a JSON object.
 using Report = std::function<void(const char* event, Json fields)>;
 
-// A panel that reports when it appears and disappears. The object runtime sees a
-// TESMARViewController.
+// A panel that reports when it appears and disappears, and where the focus is. The object runtime
+// sees a TESMARViewController.
 class ReportingPanel : public TESMARViewController {
   public:
     // Required before the panel is presented.
@@ -21,6 +21,7 @@ class ReportingPanel : public TESMARViewController {
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewDidDisappear(bool animated) override;
+    void focusDidMove(const std::string& identifier) override;
 
   private:
     Report report_;

@@ -135,6 +135,13 @@ void CGContext::fillRoundedRect(const CGRect& r, CGFloat radius) {
                     impl_->fillPaint());
 }
 
+void CGContext::fillRoundedFrame(const CGRect& r, CGFloat radius, CGFloat width) {
+    width = finite(width, 0, kLargestCoordinate, 0);
+    if (width > 0)
+        drawRoundedRect(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),
+                        impl_->fillPaint(), width);
+}
+
 void CGContext::drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoint offset,
                            const UIColor& color) {
     tesmar::drawShadow(*impl_, finiteRect(r), finite(radius, 0, kLargestCoordinate, 0),

@@ -99,6 +99,9 @@ class TESMAR_API CGContext {
     void strokeEllipse(const CGRect& r);
     // The radius, in points, is clamped to half of the shorter side.
     void fillRoundedRect(const CGRect& r, CGFloat radius);
+    // Fills only what lies within `width` points of the rounded rectangle's edge; zero and negative
+    // widths fill nothing.
+    void fillRoundedFrame(const CGRect& r, CGFloat radius, CGFloat width);
 
     // The soft shadow of the rounded rectangle, moved by `offset` (each way clamped to ±100 points)
     // and reaching `blur` points (clamped to 0…100) beyond its edge. Draws nothing inside the

@@ -5,6 +5,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
+#include "tesmar/platform/ui/internal/near_control.h"
 #include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
@@ -118,6 +119,17 @@ CGRect UIControl::touchRect() const {
     const CGFloat dx = std::max(0.0, (kTouchTarget - b.size.width) / 2);
     const CGFloat dy = std::max(0.0, (kTouchTarget - b.size.height) / 2);
     return CGRectInset(b, -dx, -dy);
+}
+
+std::vector<UIFocusCell> UIControl::focusCells() const {
+    if (!isLeafControl(*this))
+        return {};
+    return {flatCell(bounds())};
+}
+
+UIFocusCell UIControl::flatCell(const CGRect& part, std::string_view suffix) {
+    constexpr CGFloat inset = 4; // points, less for a low control
+    return {.rect = CGRectInset(part, 0, std::min(inset, part.size.height / 8)), .suffix = suffix};
 }
 
 bool UIControl::isWithinMargin(const UITouch& touch) const {

@@ -83,12 +83,18 @@ class TESMAR_API UIControl : public UIView {
     // Taps the middle for UIAccessibleAction::press.
     bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
 
+    // One cell, unless the control contains other controls; a little flatter than the control, so
+    // that the ring leaves titles above it free.
+    std::vector<UIFocusCell> focusCells() const override;
+
     void touchBegan(UITouch& touch) final;
     void touchMoved(UITouch& touch) final;
     void touchEnded(UITouch& touch) final;
     void touchCancelled(UITouch& touch) final;
 
   protected:
+    // A cell for a part of the control.
+    static UIFocusCell flatCell(const CGRect& part, std::string_view suffix = {});
     // Overridden by controls that follow the finger. Returning false cancels the touch.
     virtual bool beginTracking(UITouch&) { return true; }
     virtual bool continueTracking(UITouch&) { return true; }

@@ -154,6 +154,17 @@ std::pair<UIStepper*, UIStepperHalf> UIStepper::halfWithIdentifier(UIView& root,
     return {nullptr, UIStepperHalf::none};
 }
 
+std::vector<UIFocusCell> UIStepper::focusCells() const {
+    const auto cell = [this](UIStepperHalf half) {
+        return flatCell(halfRect(half), identifierSuffix(half));
+    };
+    return {cell(UIStepperHalf::decrement), cell(UIStepperHalf::increment)};
+}
+
+UIFocusTarget UIStepper::focusStepTarget(UIFocusStep step) {
+    return {refTo(this), step == UIFocusStep::increment ? 1u : 0u};
+}
+
 unsigned UIStepper::stateOf(UIStepperHalf half) const {
     if (!canStep(half))
         return UIControlStateDisabled;

@@ -79,6 +79,9 @@ class TESMAR_API UIStepper : public UIControl {
     void describe(UIAccessibleElement& element) const override;
     // A step is a tap on the half.
     bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
+    // Its halves.
+    std::vector<UIFocusCell> focusCells() const override;
+    UIFocusTarget focusStepTarget(UIFocusStep step) override;
 
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;

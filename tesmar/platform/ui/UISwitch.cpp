@@ -115,6 +115,10 @@ void UISwitch::stateChanged() {
     stretch_->moveTo(isHighlighted() ? 1 : 0, kStretch);
 }
 
+std::vector<UIFocusCell> UISwitch::focusCells() const {
+    return {{.rect = bounds(), .cornerRadius = kSize.height / 2}};
+}
+
 void UISwitch::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)

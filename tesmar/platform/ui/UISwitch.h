@@ -33,6 +33,7 @@ class TESMAR_API UISwitch : public UIControl {
     void setOn(bool on) { setOn(on, false); }
 
     void describe(UIAccessibleElement& element) const override;
+    std::vector<UIFocusCell> focusCells() const override;
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override { return {2, 2, 4, 2}; }

@@ -7,6 +7,7 @@
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/layout/LayoutItem.h"
 #include "tesmar/platform/layout/NSLayoutConstraint.h"
+#include "tesmar/platform/ui/UIFocusCell.h"
 
 #include <functional>
 #include <initializer_list>
@@ -142,6 +143,17 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // Performs an action that describe() offered for the view, or for the part of it with that
     // element's identifier. Returns whether it did.
     virtual bool perform(const UIAccessibleElement& element, UIAccessibleAction action);
+
+    // --- Focus ----------------------------------------------------------------------------------
+
+    // The places in this view that keys can put the focus on; none by default.
+    virtual std::vector<UIFocusCell> focusCells() const { return {}; }
+    // Whether Tab enters this view's cells and those of its descendants as one group. False by
+    // default: each control is a group.
+    virtual bool isFocusGroup() const { return false; }
+    // The cell that the plus or minus key operates while the focus is in this view or a descendant;
+    // none by default. The nearest view that returns one counts.
+    virtual UIFocusTarget focusStepTarget(UIFocusStep) { return {}; }
 
     // --- Layout ---------------------------------------------------------------------------------
 

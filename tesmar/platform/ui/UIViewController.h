@@ -55,6 +55,15 @@ class TESMAR_API UIViewController : public NSObject {
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
+    // The window is about to handle a key other than back, for this controller, the topmost: a sign
+    // of life that may restart an idle timer. May do anything, dismissing the controller included.
+    virtual void willHandleKey() {}
+    // A key has shown or moved the focus. `identifier` is that of UIFocus. May do anything.
+    virtual void focusDidMove(const std::string& /*identifier*/) {}
+    // The identifier, as of UIFocus, where the focus starts each time the controller is presented;
+    // an empty or unknown one means the first place in reading order.
+    virtual std::string initialFocus() const { return {}; }
+
     // For the host to call when the process runs out of memory.
     virtual void didReceiveMemoryWarning() {}
 

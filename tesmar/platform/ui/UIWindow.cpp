@@ -12,6 +12,7 @@
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
 #include "tesmar/platform/ui/internal/accessibility/AccessibilityMonitor.h"
+#include "tesmar/platform/ui/internal/focus/KeyFocus.h"
 #include "tesmar/platform/ui/internal/near_control.h"
 #include "tesmar/platform/ui/internal/wheel_routing.h"
 
@@ -194,6 +195,9 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
     point = {finiteCoordinate(point.x), finiteCoordinate(point.y)};
     switch (phase) {
     case UITouchPhase::began:
+        keysAreInUse_ = false;
+        if (focus_)
+            focus_->touchLanded();
         return touches_->began(id, point, loop.now());
     case UITouchPhase::moved:
         return touches_->moved(id, point, loop.now());
@@ -215,15 +219,31 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     return hit != nullptr;
 }
 
-bool UIWindow::key(UIKey key, double time) {
+bool UIWindow::key(UIKey key, UIKeyRepeat repeat, double time) {
     assertMainThread("UIWindow::key");
     const auto self = refTo(this);
-    NSRunLoop::mainRunLoop().noteTime(time);
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    loop.noteTime(time);
     const auto top = presentedViewController();
-    if (key != UIKey::escape || !top)
+    if (!top)
         return false;
-    top->dismissViewControllerAnimated(true);
-    return true;
+    keysAreInUse_ = true;
+    if (key == UIKey::back) {
+        if (repeat == UIKeyRepeat::pressed)
+            top->dismissViewControllerAnimated(true);
+        return true;
+    }
+    layoutIfNeeded();
+    if (top->isBeingDismissed() || presentedViewController() != top)
+        return true;
+    if (!focus_)
+        focus_ = std::make_unique<KeyFocus>(*this, *touches_);
+    return focus_->key(key, repeat, loop.now(), top, edgeKeys_);
+}
+
+std::optional<UIFocus> UIWindow::focus() {
+    layoutIfNeeded();
+    return focus_ ? focus_->focus() : std::nullopt;
 }
 
 void UIWindow::cancelTouches(double time) {
@@ -296,9 +316,20 @@ void UIWindow::invalidate() {
     damagePixels(surfacePixels(bounds()));
 }
 
+void UIWindow::prepareFrame() {
+    layoutIfNeeded();
+    if (focus_)
+        focus_->follow();
+}
+
+void UIWindow::drawOverlay(CGRect) {
+    if (focus_)
+        focus_->draw();
+}
+
 bool UIWindow::needsRender() {
     assertMainThread("UIWindow::needsRender");
-    layoutIfNeeded();
+    prepareFrame();
     return !damage_->isEmpty();
 }
 
@@ -306,7 +337,7 @@ std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int
                                             int bufferAge) {
     assertMainThread("UIWindow::render");
     const auto self = refTo(this);
-    layoutIfNeeded();
+    prepareFrame();
     const PixelRect surface = surfacePixels(bounds());
     DamageRegion painted;
     if (fits(surface, stride, pixels.size_bytes())) {

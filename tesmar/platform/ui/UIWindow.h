@@ -18,6 +18,7 @@
 #pragma once
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UIKey.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"
@@ -32,11 +33,10 @@ namespace tesmar {
 class AccessibilityMonitor;
 class DamageHistory;
 class DamageRegion;
+class KeyFocus;
 class TouchDispatcher;
 class UIAccessibilityObserver;
 
-// Keys that a window may handle.
-enum class UIKey { escape };
 // What a tap outside all cards does: nothing, or dismiss the topmost controller.
 enum class OutsideTap { ignored, dismisses };
 
@@ -90,7 +90,21 @@ class TESMAR_API UIWindow : public UIView {
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
     // one that does not scroll.
     bool wheel(CGPoint point, CGPoint delta, double time);
-    bool key(UIKey key, double time);
+    // Operates the topmost presented controller; no key is handled while there is none. Arrows move
+    // the focus within a row and to the next row; Tab moves it from group to group. A key that
+    // finds the focus hidden, as it is at first and after each touch, only shows it. Arrows and Tab
+    // repeat after 0.4 seconds and then every 0.1 seconds, however often the host reports that they
+    // are held; other keys don't repeat.
+    bool key(UIKey key, UIKeyRepeat repeat, double time);
+    // Initially taken: see UIEdgeKeys.
+    void setEdgeKeys(UIEdgeKeys behaviour) { edgeKeys_ = behaviour; }
+    UIEdgeKeys edgeKeys() const { return edgeKeys_; }
+    // Whether the last event that the window handled, apart from the wheel, was a key. A host that
+    // is notified of a dismissal (TESMARViewControllerDelegate,
+    // UIViewController::viewWillDisappear) can then put its own focus back.
+    bool keysAreInUse() const { return keysAreInUse_; }
+    // std::nullopt before the first key of a presentation.
+    std::optional<UIFocus> focus();
     // Cancels the touches of all fingers, for example when the host loses the focus.
     void cancelTouches(double time);
 
@@ -141,21 +155,26 @@ class TESMAR_API UIWindow : public UIView {
     void layoutSubviews() override;
 
   protected:
+    void drawOverlay(CGRect rect) override;
     bool subviewsAreLayoutRoots() const override { return true; }
 
   private:
     friend class AccessibleTree;
 
+    void prepareFrame();
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
     UIEdgeInsets safeArea_;
     std::optional<CGRect> captionArea_;
     OutsideTap outsideTap_ = OutsideTap::ignored;
+    UIEdgeKeys edgeKeys_ = UIEdgeKeys::taken;
+    bool keysAreInUse_ = false;
     Ref<UIViewController> rootController_;
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;
     std::unique_ptr<AccessibilityMonitor> accessibility_; // null without an observer
+    std::unique_ptr<KeyFocus> focus_;                     // null before the first key
     std::unique_ptr<DamageRegion> damage_;
     std::unique_ptr<DamageHistory> history_;
     std::unique_ptr<DamageRegion> repainted_; // by the last render()

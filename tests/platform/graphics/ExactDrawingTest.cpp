@@ -37,6 +37,7 @@ void drawRandomShape(CGContext& c, std::mt19937& random, const UIImage& image) {
         [&] { c.fillRect(r); },
         [&] { c.fillEllipse(r); },
         [&] { c.fillRoundedRect(r, a); },
+        [&] { c.fillRoundedFrame(r, a, b); },
         [&] { c.strokeEllipse(r); },
         [&] { c.drawShadow(r, b, a, offset, *color); },
         [&] { c.drawImage(image, r); },

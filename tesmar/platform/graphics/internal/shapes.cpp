@@ -197,7 +197,7 @@ void drawRing(CGContext::Impl& painter, const CGRect& rect, double lineWidth, co
 }
 
 void drawRoundedRect(CGContext::Impl& painter, const CGRect& rect, double radius,
-                     const Paint& paint) {
+                     const Paint& paint, double frameWidth) {
     const SubpixelRect place = subpixelRect(painter, rect);
     if (place.isEmpty())
         return;
@@ -205,30 +205,39 @@ void drawRoundedRect(CGContext::Impl& painter, const CGRect& rect, double radius
     const SubpixelRect r = relativeTo(box, place);
     const int cornerRadius =
         toSubpixels(clampedRadius(r, std::min(radius * painter.scale, kLargestPixel)));
+    const int frame = toSubpixels(std::min(frameWidth * painter.scale, kLargestPixel));
     const bool coversWholePixels = r.left == 0 && r.top == 0 && r.right == box.width * kSubpixels &&
                                    r.bottom == box.height * kSubpixels;
-    if (cornerRadius == 0 && coversWholePixels) {
+    if (cornerRadius == 0 && frame == 0 && coversWholePixels) {
         painter.fillPixels(box, paint);
         return;
     }
-    const int margin = ceilPixel(cornerRadius) + 2;
-    const auto render = [cornerRadius](const SubpixelRect& shape) {
-        return [shape, cornerRadius](cairo_t* cr) {
+    const int margin = ceilPixel(std::max(cornerRadius, frame)) + 2;
+    const auto render = [cornerRadius, frame](const SubpixelRect& shape) {
+        return [shape, cornerRadius, frame](cairo_t* cr) {
             roundedRectPath(cr, shape, toPixels(cornerRadius));
+            if (const SubpixelRect hole = shape.grownBy(-frame); frame > 0 && !hole.isEmpty())
+                roundedRectPath(cr, hole, toPixels(std::max(0, cornerRadius - frame)));
+            cairo_set_fill_rule(cr, CAIRO_FILL_RULE_EVEN_ODD);
             cairo_fill(cr);
         };
     };
     constexpr int kSmall = 128; // device pixels; below, one mask is faster than nine parts
     if ((box.width <= kSmall && box.height <= kSmall) || margin > kTileSide / 2) {
-        const std::array key{
-            keyWord(SurfaceKind::roundedRect), r.left, r.top, r.right, r.bottom, cornerRadius};
+        const std::array key{keyWord(SurfaceKind::roundedRect),
+                             r.left,
+                             r.top,
+                             r.right,
+                             r.bottom,
+                             cornerRadius,
+                             frame};
         painter.paintCached(key, box, CAIRO_FORMAT_A8, paint, render(r));
         return;
     }
     const Stretch across(margin, box.width), down(margin, box.height);
     const SubpixelRect s = shortened(r, across, down);
     const std::array key{
-        keyWord(SurfaceKind::roundedRect), s.left, s.top, s.right, s.bottom, cornerRadius};
+        keyWord(SurfaceKind::roundedRect), s.left, s.top, s.right, s.bottom, cornerRadius, frame};
     cairo_surface_t* mask = cachedMask(key, [&] {
         return renderedSurface(CAIRO_FORMAT_A8, across.maskLength, down.maskLength, 0, 0,
                                render(s));

@@ -11,7 +11,9 @@ namespace tesmar {
 
 void drawEllipse(CGContext::Impl& painter, const CGRect& r, const Paint& paint);
 void drawRing(CGContext::Impl& painter, const CGRect& r, double lineWidth, const Paint& paint);
-void drawRoundedRect(CGContext::Impl& painter, const CGRect& r, double radius, const Paint& paint);
+// With a `frameWidth` above 0 only the part within that distance of the edge.
+void drawRoundedRect(CGContext::Impl& painter, const CGRect& r, double radius, const Paint& paint,
+                     double frameWidth = 0);
 void drawShadow(CGContext::Impl& painter, const CGRect& r, double radius, double blur,
                 CGPoint offset, const Paint& paint);
 

@@ -51,6 +51,10 @@ bool HeadlessHost::touch(UITouchPhase phase, CGPoint point, std::int64_t id) {
     return window_->touch(phase, id, point, start_ + now_);
 }
 
+bool HeadlessHost::key(UIKey key, UIKeyRepeat repeat) {
+    return window_->key(key, repeat, start_ + now_);
+}
+
 void HeadlessHost::tap(CGPoint point, std::int64_t id) {
     touch(UITouchPhase::began, point, id);
     touch(UITouchPhase::ended, point, id);

@@ -35,6 +35,8 @@ class TESMAR_API HeadlessHost {
 
     // As UIWindow::touch.
     bool touch(UITouchPhase phase, CGPoint point, std::int64_t id = 0);
+    // As UIWindow::key.
+    bool key(UIKey key, UIKeyRepeat repeat = UIKeyRepeat::pressed);
     // A finger lands and lifts at once.
     void tap(CGPoint point, std::int64_t id = 0);
     // A finger lands at `start`, moves by `distance` in steps of a sixtieth of a second for

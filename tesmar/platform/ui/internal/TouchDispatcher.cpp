@@ -79,6 +79,7 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
         return true;
     }
     finger->view = hit->weak_from_this();
+    lastLanding_ = {finger->view, hit->convertPointFrom(point, nullptr)};
     for (UIScrollView* s = UIScrollView::enclosing(hit); s;
          s = UIScrollView::enclosing(s->superview()))
         if (ScrollTracking::of(*s).catchMotion()) {

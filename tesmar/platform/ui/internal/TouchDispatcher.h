@@ -27,6 +27,13 @@ class TouchDispatcher {
     // Cancels the touches of views at or below `root`; drags of scroll views go on.
     void cancelInside(const UIView& root, double time);
 
+    // The view that the last finger landed on, and where in its bounds; null for none.
+    struct Landing {
+        WeakRef<NSObject> view;
+        CGPoint point;
+    };
+    const Landing& lastLanding() const { return lastLanding_; }
+
   private:
     enum class Stage {
         gone,      // lifted or cancelled
@@ -53,6 +60,7 @@ class TouchDispatcher {
     bool startDrag(const Shared& finger);
 
     UIWindow& window_;
+    Landing lastLanding_;
     std::vector<Shared> fingers_; // in the order in which they landed
 };
 

@@ -124,7 +124,8 @@ void SDLInput::forgetTouches(double time) {
 
 void SDLInput::keyDown(const SDL_KeyboardEvent& key, double time) {
     const bool repeated = key.repeat != 0;
-    if (key.keysym.sym == SDLK_ESCAPE && !repeated && window_.key(UIKey::escape, time))
+    if (key.keysym.sym == SDLK_ESCAPE && !repeated &&
+        window_.key(UIKey::back, UIKeyRepeat::pressed, time))
         return;
     if (!onKey || (key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)))
         return;
