@@ -13,8 +13,13 @@ cxxopts::Options commandLine() {
     using cxxopts::value;
     cxxopts::Options line("player",
                           "Plays a video with captions; the caption panel changes their look.\n");
-    line.custom_help("[OPTION]... [VIDEO]");
     line.set_width(100);
+    line.custom_help(
+        "[OPTION]... [VIDEO]\n\n"
+        "Keys: c opens and closes the panel; arrows, Tab, Enter, plus, minus and Escape operate "
+        "it.\n"
+        "Otherwise Left and Right seek, Space pauses, f fills the screen, q quits. On a game\n"
+        "controller: Y, the directional pad or the left stick, A, shoulder buttons, and B.");
     line.add_options(
         "",
         {{"auto-hide", "close the panel after this time without a touch", value<Text>(), "SECONDS"},

@@ -22,7 +22,10 @@ std::string title(const Options& options) {
 class WindowApp {
   public:
     explicit WindowApp(const Options& options)
-        : host_({.title = title(options), .size = options.size, .scale = options.scale}) {
+        : host_({.title = title(options),
+                 .size = options.size,
+                 .scale = options.scale,
+                 .controllers = SDLHost::Controllers::used}) {
         if (!options.video.empty()) {
             video_ = std::make_unique<Video>(Video::Sound::on, [this] { host_.wakeUp(); });
             video_->play(options.video);
@@ -62,14 +65,18 @@ class WindowApp {
             host_.setPictureNeedsDisplay();
     }
 
+    // Keys that the open panel leaves to the player.
     void pressed(const SDLHost::Key& key) {
-        if (key.name == "Left" || key.name == "Right")
-            player_->seekBy(key.name == "Left" ? -kSeekSeconds : kSeekSeconds);
+        const auto isOneOf = [&](auto... names) { return ((key.name == names) || ...); };
+        if (isOneOf("Left", "Controller dpleft"))
+            player_->seekBy(-kSeekSeconds);
+        else if (isOneOf("Right", "Controller dpright"))
+            player_->seekBy(kSeekSeconds);
         else if (key.repeated)
             return;
-        else if (key.name == "C")
+        else if (isOneOf("C", "Controller y"))
             player_->togglePanel();
-        else if (key.name == "Space")
+        else if (isOneOf("Space", "Controller a"))
             player_->togglePause();
         else if (key.name == "F")
             host_.toggleFullScreen();

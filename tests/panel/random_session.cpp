@@ -121,7 +121,7 @@ class Session {
     void act() {
         const auto w = window_; // a callback may replace both
         const auto p = panel_;
-        auto choice = below(88);
+        auto choice = below(96);
         const CGPoint at = target(), other = point();
         const double time = eventTime();
         const UIEdgeInsets insets{at.x, at.y, other.x, other.y};
@@ -135,7 +135,8 @@ class Session {
             {6, [&] { drag(*w, at, time); }},
             {4, [&] { w->wheel(at, other, time); }},
             {14, [&] { pump(any(kWaits)), NSRunLoop::mainRunLoop().advanceTo(time); }},
-            {1, [&] { w->key(UIKey::back, UIKeyRepeat::pressed, time); }},
+            {6, [&] { w->key(key(), static_cast<UIKeyRepeat>(below(2)), time); }},
+            {3, [&] { pressKeyAndLook(); }},
             {2, [&] { w->cancelTouches(time); }},
             {1, [&] { w->setScale(any(kScales)); }},
             {2, [&] { w->setSize(below(4) == 0 ? area->size : any(kSizes)); }},
@@ -161,6 +162,27 @@ class Session {
     void touch(UIWindow& w, CGPoint at, double time) {
         const auto phase = static_cast<P>(below(4));
         w.touch(phase, below(16) == 0 ? -kFar - below(250) : below(3), at, time);
+    }
+    UIKey key() { return static_cast<UIKey>(below(12)); }
+    // Without interference, a key leaves the focus where the viewer sees it.
+    void pressKeyAndLook() {
+        const auto w = window_;
+        const auto action = std::exchange(log_->action, {});
+        w->cancelTouches(now_);
+        const auto isLive = [&](const auto& c) { return c && !c->isBeingDismissed(); };
+        const auto before = w->presentedViewController();
+        const bool wasLive = isLive(before);
+        w->key(key(), UIKeyRepeat::pressed, now_);
+        pump(1);
+        log_->action = action;
+        const auto focus = w->focus();
+        const auto top = w->presentedViewController();
+        const CGSize size = w->frame().size;
+        const bool hasRoom = size.width >= 300 && size.height >= 300 && !w->captionArea() &&
+                             w->safeAreaInsets() == UIEdgeInsets();
+        if (wasLive && top == before && isLive(top) && hasRoom &&
+            (!focus || focus->frame.isEmpty()))
+            throw InvariantViolated("the focus cannot be seen");
     }
     void tap(UIWindow& w, CGPoint at, double time) {
         w.touch(P::began, 1, at, time), w.touch(P::ended, 1, at, now_);

@@ -2,6 +2,7 @@
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/ui/Motion.h"
 #include "tesmar/platform/ui/UIControl.h"
 
 #include <SDL.h>
@@ -39,7 +40,11 @@ class Pad : public UIView {
 };
 
 struct Screen {
-    explicit Screen(CGFloat scale = 1) : host({.title = "test", .size = kSize, .scale = scale}) {
+    explicit Screen(CGFloat scale = 1)
+        : host({.title = "test",
+                .size = kSize,
+                .scale = scale,
+                .controllers = SDLHost::Controllers::used}) {
         pad->setBackgroundColor(UIColor::redColor());
         pad->setFrame(kPlace);
         host.window()->rootViewController()->view()->addSubview(pad);
@@ -158,6 +163,92 @@ TEST(SDLHost, LeavesUnhandledKeysToTheApplication) {
     screen.send({key(SDLK_ESCAPE)});
     EXPECT_EQ(keys, "Space Left* Escape ");
     EXPECT_TRUE(!sheet->presentingViewController() || sheet->isBeingDismissed());
+}
+
+SDL_Event stick(Uint8 axis, double value) {
+    return event(SDL_CONTROLLERAXISMOTION, [&](SDL_Event& e) {
+        e.caxis.axis = axis, e.caxis.value = static_cast<Sint16>(value * 32767);
+    });
+}
+
+SDL_Event button(Uint32 type, SDL_GameControllerButton which) {
+    return event(type, [&](SDL_Event& e) { e.cbutton.button = static_cast<Uint8>(which); });
+}
+
+TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
+    constexpr auto x = SDL_CONTROLLER_AXIS_LEFTX, y = SDL_CONTROLLER_AXIS_LEFTY;
+    constexpr auto down = SDL_CONTROLLERBUTTONDOWN, up = SDL_CONTROLLERBUTTONUP;
+    constexpr auto dpRight = SDL_CONTROLLER_BUTTON_DPAD_RIGHT;
+    setMotionSetting(MotionSetting::reduced);
+    Screen screen;
+    std::string keys;
+    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name + (k.repeated ? "* " : " "); });
+    const auto sheet = make<UIViewController>();
+    sheet->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    for (int i = 0; i < 9; ++i) { // three rows of three
+        const auto control = make<UIControl>();
+        control->setFrame({i % 3 * 60.0, i / 3 * 30.0, 50, 25});
+        control->setAccessibilityIdentifier(std::to_string(i));
+        sheet->view()->addSubview(control);
+    }
+    screen.host.window()->presentViewController(sheet, false);
+    const struct {
+        std::vector<SDL_Event> events;
+        const char* focus;
+    } steps[] = {
+        {{key(SDLK_DOWN)}, "0"}, // only shows it
+        {{key(SDLK_DOWN), key(SDLK_END)}, "5"},
+        {{key(SDLK_HOME), key(SDLK_UP)}, "0"},
+        {{key(SDLK_TAB), key(SDLK_TAB), key(SDLK_TAB, KMOD_LSHIFT)}, "1"},
+        {{key(SDLK_RIGHT, KMOD_LCTRL)}, "1"},
+        {{key(SDLK_RIGHT, 0, 1)}, "1"}, // too early to repeat
+        {{button(down, dpRight), button(up, dpRight)}, "2"},
+        {{stick(x, -0.4), stick(x, -0.6), stick(x, -0.9)}, "1"}, // once
+        {{stick(x, -0.4), stick(x, -0.6)}, "1"},                 // not released in between
+        {{stick(x, -0.2), stick(x, -0.6)}, "0"},
+        {{stick(y, 0.9), stick(x, 0)}, "3"}, // round a corner
+        {{stick(y, 0)}, "3"},
+        {{button(down, SDL_CONTROLLER_BUTTON_Y), key(SDLK_c)}, "3"},
+    };
+    for (std::size_t i = 0; i < std::size(steps); ++i) {
+        screen.send(steps[i].events);
+        const auto focus = screen.host.window()->focus();
+        EXPECT_EQ(focus ? focus->identifier : "none", steps[i].focus) << "step " << i;
+    }
+    EXPECT_EQ(keys, "Controller y C ");
+
+    // Held, it repeats by the host's clock until the host loses the keyboard.
+    screen.send({button(down, dpRight)});
+    const auto end = Clock::now() + std::chrono::milliseconds(650);
+    while (Clock::now() < end)
+        screen.host.turn(0.05);
+    EXPECT_EQ(screen.host.window()->focus()->identifier, "5");
+    SDL_Event focusLost = event(SDL_WINDOWEVENT);
+    focusLost.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
+    screen.send({focusLost});
+    EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
+
+    screen.send({button(down, SDL_CONTROLLER_BUTTON_B)});
+    EXPECT_TRUE(!sheet->presentingViewController() || sheet->isBeingDismissed());
+}
+
+TEST(SDLHost, OpensControllersThatArePluggedIn) {
+    SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
+    Screen screen;
+    std::string keys;
+    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name; });
+    const int device = SDL_JoystickAttachVirtual(
+        SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0);
+    ASSERT_GE(device, 0) << SDL_GetError();
+    screen.settle();
+    SDL_Joystick* const stick = SDL_JoystickFromInstanceID(SDL_JoystickGetDeviceInstanceID(device));
+    ASSERT_TRUE(stick); // the host has opened it
+    SDL_JoystickSetVirtualButton(stick, SDL_CONTROLLER_BUTTON_START, 1);
+    screen.settle();
+    EXPECT_EQ(keys, "Controller start");
+    SDL_JoystickDetachVirtual(device);
+    screen.settle();
+    EXPECT_EQ(SDL_NumJoysticks(), 0);
 }
 
 // --- Pixels -------------------------------------------------------------------------------------

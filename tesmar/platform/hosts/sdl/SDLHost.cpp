@@ -74,6 +74,8 @@ SDLHost::State::State(const Options& options)
       scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
       screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
+    if (options.controllers == Controllers::used)
+        input.useControllers();
     if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
@@ -164,7 +166,7 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
         break;
     case SDL_WINDOWEVENT_FOCUS_LOST:
         accessibility.setActive(false);
-        input.forgetTouches(time);
+        input.releaseAll(time);
         break;
     default:
         break;

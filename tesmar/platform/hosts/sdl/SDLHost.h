@@ -30,12 +30,15 @@ class TESMAR_API SDLHost {
     // asked of the session bus when the host is made and whenever the window gets the keyboard's
     // focus. NO_AT_BRIDGE=1 in the environment forbids it, ACCESSIBILITY_ENABLED=1 demands it.
     enum class ScreenReaders { asDesktopAsks, never, always };
+    // Game controllers take a millisecond and some memory at the start.
+    enum class Controllers { ignored, used };
     struct Options {
         std::string title;
         CGSize size{960, 540}; // points
         // Pixels per point, clamped to 0.1 to 16. std::nullopt: the display's.
         std::optional<CGFloat> scale = std::nullopt;
         ScreenReaders screenReaders = ScreenReaders::asDesktopAsks;
+        Controllers controllers = Controllers::ignored;
     };
     // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.
     // Black at first and after a change of size; otherwise with the content of the last frame. The
@@ -47,8 +50,11 @@ class TESMAR_API SDLHost {
         int stride; // bytes from row to row
     };
     struct Key {
-        std::string name; // as SDL names it: "C", "Space", "Left", "Escape"
-        bool repeated;    // by holding the key down
+        // As SDL names it: "C", "Space", "Left", "Escape", "AC Back". Buttons of game controllers
+        // come after "Controller ": "Controller a", "Controller start"; the left stick counts as
+        // "Controller dpup", "dpdown", "dpleft" and "dpright".
+        std::string name;
+        bool repeated; // by holding the key down
     };
     // Totals since the host was made, for measurements.
     struct Statistics {
@@ -76,7 +82,10 @@ class TESMAR_API SDLHost {
     // size.
     void onPicture(std::function<void(const Picture&)> draw);
     void setPictureNeedsDisplay();
-    // A key that the window did not handle. Not called while Control, Alt or a logo key is down.
+    // A key or a controller's button that the window did not handle. While the window presents a
+    // controller it handles arrows, Tab, Enter, Space, Home, End, plus, minus, Escape and AC Back,
+    // and on game controllers the directional pad, the left stick, A, B and the shoulder buttons.
+    // Not called while Control, Alt or a logo key is down.
     void onKey(std::function<void(const Key&)> handler);
     // A tap of a finger or the left button that the window did not handle, in points.
     void onTap(std::function<void(CGPoint)> handler);

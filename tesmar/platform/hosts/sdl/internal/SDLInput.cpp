@@ -33,6 +33,42 @@ bool isApart(CGPoint a, CGPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y) > kTapSlack;
 }
 
+std::optional<UIKey> keyOf(const SDL_Keysym& key) {
+    switch (key.sym) {
+    case SDLK_UP:
+        return UIKey::up;
+    case SDLK_DOWN:
+        return UIKey::down;
+    case SDLK_LEFT:
+        return UIKey::left;
+    case SDLK_RIGHT:
+        return UIKey::right;
+    case SDLK_TAB:
+        return key.mod & KMOD_SHIFT ? UIKey::previous : UIKey::next;
+    case SDLK_RETURN:
+    case SDLK_KP_ENTER:
+    case SDLK_SELECT:
+    case SDLK_SPACE:
+        return UIKey::select;
+    case SDLK_ESCAPE:
+    case SDLK_AC_BACK:
+        return UIKey::back;
+    case SDLK_PLUS:
+    case SDLK_KP_PLUS:
+    case SDLK_EQUALS: // plus with Shift, on many keyboards
+        return UIKey::increment;
+    case SDLK_MINUS:
+    case SDLK_KP_MINUS:
+        return UIKey::decrement;
+    case SDLK_HOME:
+        return UIKey::first;
+    case SDLK_END:
+        return UIKey::last;
+    default:
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 CGPoint SDLInput::pointOfMouse(CGPoint position) const {
@@ -81,6 +117,8 @@ void SDLInput::handle(const SDL_Event& event, double time) {
         keyDown(event.key, time);
         break;
     default:
+        if (controllers_)
+            controllers_->handle(event, time);
         break;
     }
 }
@@ -115,21 +153,35 @@ void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
         onTap(point);
 }
 
-void SDLInput::forgetTouches(double time) {
+void SDLInput::releaseAll(double time) {
     touches_.clear();
+    if (controllers_)
+        controllers_->release();
     window_.cancelTouches(time);
 }
 
 // --- Keys ---------------------------------------------------------------------------------------
 
+void SDLInput::useControllers() {
+    controllers_ = std::make_unique<SDLControllers>(
+        [this](std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat, double time) {
+            pass(key, "Controller " + name, repeat, time);
+        });
+}
+
 void SDLInput::keyDown(const SDL_KeyboardEvent& key, double time) {
-    const bool repeated = key.repeat != 0;
-    if (key.keysym.sym == SDLK_ESCAPE && !repeated &&
-        window_.key(UIKey::back, UIKeyRepeat::pressed, time))
+    if (key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI))
         return;
-    if (!onKey || (key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI)))
+    pass(keyOf(key.keysym), SDL_GetKeyName(key.keysym.sym),
+         key.repeat != 0 ? UIKeyRepeat::repeated : UIKeyRepeat::pressed, time);
+}
+
+void SDLInput::pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat,
+                    double time) {
+    if (key && window_.key(*key, repeat, time))
         return;
-    onKey({SDL_GetKeyName(key.keysym.sym), repeated});
+    if (onKey)
+        onKey({name, repeat == UIKeyRepeat::repeated});
 }
 
 } // namespace tesmar

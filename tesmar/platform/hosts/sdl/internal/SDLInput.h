@@ -1,7 +1,8 @@
-// Passes SDL's mouse, finger, wheel and key events to a UIWindow.
+// Passes SDL's mouse, finger, wheel, key and game controller events to a UIWindow.
 #pragma once
 
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLControllers.h"
 
 #include <SDL.h>
 
@@ -15,12 +16,14 @@ class SDLInput {
   public:
     explicit SDLInput(UIWindow& window) : window_(window) {}
 
+    void useControllers();
     // Sets the window's size in the units of mouse positions.
     void setUnits(CGSize units) { units_ = units; }
     // `time` of the event, in seconds on the host's clock.
     void handle(const SDL_Event& event, double time);
-    // Cancels the touches of all fingers that are down, and ignores their further events.
-    void forgetTouches(double time);
+    // Cancels the touches of all fingers that are down, and ignores their further events. Ends the
+    // repetition of a controller's button that is held.
+    void releaseAll(double time);
 
     std::function<void(const SDLHost::Key&)> onKey;
     std::function<void(CGPoint)> onTap;
@@ -40,11 +43,13 @@ class SDLInput {
     void touchMoved(TouchName name, CGPoint point, double time);
     void touchUp(TouchName name, CGPoint point, double time);
     void keyDown(const SDL_KeyboardEvent& key, double time);
+    void pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat, double time);
 
     UIWindow& window_;
     CGSize units_{1, 1};
     std::map<TouchName, Touch> touches_;
     std::int64_t lastId_ = 0;
+    std::unique_ptr<SDLControllers> controllers_; // null while they are ignored
 };
 
 } // namespace tesmar
