@@ -23,7 +23,9 @@
 
 #include "tesmar/controls/library_bundle.h"
 #include "tesmar/model/CCConstants.h"
+#include "tesmar/model/PanelAppearance.h"
 #include "tesmar/model/TESMARConfig.h"
+#include "tesmar/model/TESMARTexts.h"
 #include "tesmar/panel/TESMARViewController.h"
 #include "tesmar/panel/TESMARViewControllerDelegate.h"
 #include "tesmar/panel/registration.h"

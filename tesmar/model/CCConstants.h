@@ -44,20 +44,22 @@ struct TESMAR_API CCConstants {
         return "CCSessionStyleUserDefaultsKey";
     }
 
-    // The texts of the panel.
+    // The texts of the panel in English (see TESMARTexts for other languages).
     struct Label {
         Label() = delete;
 
-        static std::string_view ColorPickerTextColor() { return "TEXT COLOR"; }
-        static std::string_view ColorPickerBackgroundColor() { return "BACKGROUND COLOR"; }
-        static std::string_view CCSwitchLabel() { return "Closed Captions"; }
-        static std::string_view ButtonReset() { return "Reset"; }
-        static std::string_view LabelTextColorOpacity() { return "OPACITY"; }
-        static std::string_view LabelTextBackgroundColorOpacity() { return "OPACITY"; }
+        static constexpr std::string_view ColorPickerTextColor() { return "TEXT COLOR"; }
+        static constexpr std::string_view ColorPickerBackgroundColor() {
+            return "BACKGROUND COLOR";
+        }
+        static constexpr std::string_view CCSwitchLabel() { return "Closed Captions"; }
+        static constexpr std::string_view ButtonReset() { return "Reset"; }
+        static constexpr std::string_view LabelTextColorOpacity() { return "OPACITY"; }
+        static constexpr std::string_view LabelTextBackgroundColorOpacity() { return "OPACITY"; }
         // Shown for the system font in the font name picker.
-        static std::string_view LabelFontNameDefault() { return "Default"; }
-        static std::string_view LabelFont() { return "FONT"; }
-        static std::string_view LabelSize() { return "SIZE"; }
+        static constexpr std::string_view LabelFontNameDefault() { return "Default"; }
+        static constexpr std::string_view LabelFont() { return "FONT"; }
+        static constexpr std::string_view LabelSize() { return "SIZE"; }
     };
 };
 

@@ -223,6 +223,8 @@ void TESMARViewController::loadView() {
         fatalError("TESMARViewController: there is no root view to build the panel in");
     view()->setBackgroundColor(viewBackgroundColor_);
     setupView();
+    if (appearanceIsSet_)
+        applyAppearance();
 }
 
 void TESMARViewController::viewWillAppear(bool animated) {

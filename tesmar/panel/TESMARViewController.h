@@ -11,6 +11,7 @@
 // build with assertions, a call from another thread is a fatal error.
 #pragma once
 
+#include "tesmar/model/PanelAppearance.h"
 #include "tesmar/panel/TESMARViewControllerDelegate.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
@@ -20,6 +21,8 @@
 #include "tesmar/widgets/FontPicker.h"
 
 namespace tesmar {
+
+class OwnTexts;
 
 class TESMAR_API TESMARViewController : public UIViewController, public UIScrollViewDelegate {
     TESMAR_CLASS
@@ -68,6 +71,27 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     // Sets the captions switch, without animation. Does not notify the delegate.
     virtual void setCCEnabled(bool enabled);
 
+    // --- Every viewer: language and sight -------------------------------------------------------
+    // Each applies at once, before or while the panel is shown. Until one of them is set, texts
+    // that are too long are cut off; from then on they are first drawn smaller, down to 10 points.
+
+    // Shows the panel in the language that is closest to `tag` (BCP 47; see TESMARTexts), and
+    // returns the tag of that language: "en", the initial language, if there is no other. The
+    // process's locale plays no part.
+    std::string_view setLanguage(std::string_view tag);
+    // Shows the host's own texts instead, of which the panel makes a copy.
+    void setTexts(const TESMARTexts& texts);
+    const TESMARTexts& texts() const { return *appearance_.texts; }
+    // Initially TESMARMirroring::controls.
+    void setMirroring(TESMARMirroring mirroring);
+    // Enlarges labels, titles and font names, and moves apart what needs the room; the controls
+    // keep their sizes. Clamped to 1 (initially, and for NaN) to 2.
+    void setTextScale(double scale);
+    double textScale() const { return appearance_.textScale; }
+    // Initially TESMARContrast::normal.
+    void setContrast(TESMARContrast contrast);
+    TESMARContrast contrast() const { return appearance_.contrast; }
+
     // --- View life cycle ------------------------------------------------------------------------
 
     void loadView() override;
@@ -114,6 +138,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void resetAutoHideTimer();
     Ref<UIView> createScrollView();
     UIScrollView* scrollView() const;
+    void applyAppearance();
+    void applyToHeader(UIView& root);
+    void applyToContent(UIScrollView& scrollView);
     void wire(UIControl& control, unsigned events, std::string_view action);
 
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
@@ -122,6 +149,13 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     std::string saveFailure_;
     Ref<TESMARViewControllerDelegate> delegate_;
     Ref<NSMutableDictionary> styleAttributes_ = make<NSMutableDictionary>();
+
+    PanelAppearance appearance_;
+    bool appearanceIsSet_ = false; // by the host
+    std::shared_ptr<const OwnTexts> ownTexts_;
+    // The constraints that the appearance adds to the root view and to the scroll view.
+    std::vector<Ref<NSLayoutConstraint>> headerAdaptation_;
+    std::vector<Ref<NSLayoutConstraint>> contentAdaptation_;
 
     const Ref<UISwitch> CCSwitch_;
     const Ref<ColorPicker> textColorPicker_;

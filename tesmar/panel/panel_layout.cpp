@@ -1,19 +1,26 @@
 // The layout of the panel: a fixed header row, and controls below it that scroll.
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/panel/TESMARViewController.h"
+#include "tesmar/panel/internal/panel_style.h"
 
 namespace tesmar {
 namespace {
 
 using Parts = UIView::NamedViews;
 
+constexpr CGFloat kSystemLabelSize = 17;
+constexpr CGFloat kSystemTitleSize = 18;
 constexpr CGFloat kCaptionsLabelSize = 24;
 constexpr CGFloat kResetTitleSize = 19;
 constexpr double kMaximumOpacitySteps = 10;
 
+Ref<UIFont> fontOr(Ref<UIFont> font, CGFloat systemSize) {
+    return font ? font : UIFont::systemFontOfSize(systemSize);
+}
+
 Ref<UIView> createSeparatorView() {
     auto separator = make<UIView>();
-    separator->setBackgroundColor(UIColor::colorWithRed(0.827, 0.827, 0.827, 1));
+    separator->setBackgroundColor(separatorColor(TESMARContrast::normal));
     separator->setTranslatesAutoresizingMaskIntoConstraints(false);
     return separator;
 }
@@ -33,10 +40,25 @@ void addParts(UIView& to, const Parts& parts) {
 
 } // namespace
 
+Ref<UIColor> separatorColor(TESMARContrast contrast) {
+    return contrast == TESMARContrast::high ? UIColor::colorWithWhite(0.4, 1)
+                                            : UIColor::colorWithRed(0.827, 0.827, 0.827, 1);
+}
+
+Ref<UIFont> captionsLabelFont(double textScale) {
+    return fontOr(UIFont::fontWithName("HelveticaNeue-Light", kCaptionsLabelSize * textScale),
+                  kSystemLabelSize * textScale);
+}
+
+Ref<UIFont> resetTitleFont(double textScale) {
+    return fontOr(UIFont::fontWithName("HelveticaNeue-Regular", kResetTitleSize * textScale),
+                  kSystemTitleSize * textScale);
+}
+
 void TESMARViewController::setupView() {
     const auto label = make<UILabel>();
     label->setText(std::string(CCConstants::Label::CCSwitchLabel()));
-    label->setFont(UIFont::fontWithName("HelveticaNeue-Light", kCaptionsLabelSize));
+    label->setFont(captionsLabelFont(1));
 
     wire(*CCSwitch_, UIControlEventValueChanged, "CCSwitchValueDidChange:");
 
@@ -45,8 +67,7 @@ void TESMARViewController::setupView() {
     reset->setTitleColor(resetColor(1), UIControlStateNormal);
     reset->setTitleColor(resetColor(0.5), UIControlStateHighlighted);
     if (const auto& title = reset->titleLabel())
-        if (const auto font = UIFont::fontWithName("HelveticaNeue-Regular", kResetTitleSize))
-            title->setFont(font);
+        title->setFont(resetTitleFont(1));
     wire(*reset, UIControlEventTouchUpInside, "resetButtonTap");
 
     const Parts parts{{"CCLabel", label},

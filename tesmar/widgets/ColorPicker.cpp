@@ -74,6 +74,28 @@ void ColorPicker::setupView() {
         {{"height", static_cast<float>(height)}, {"width", static_cast<float>(width)}});
 }
 
+void ColorPicker::applyAppearance(const PanelAppearance& appearance) {
+    setSemanticContentAttribute(semanticAttribute(appearance));
+    const CGFloat titleHeight = titleLabelHeight_ * appearance.textScale;
+    const CGFloat width = titleLabel()->frame().size.width;
+    titleLabel()->setFont(appearance.smallFont());
+    titleLabel()->setMinimumFontSize(PanelAppearance::kMinimumFontSize);
+    titleLabel()->setFrame({0, 0, width, titleHeight});
+
+    const auto buttons = colorButtons();
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        if (!buttons[i])
+            continue;
+        const CGFloat x = colorButtonSize_ * static_cast<CGFloat>(i);
+        buttons[i]->setFrame({appearance.isRightToLeft() ? width - colorButtonSize_ - x : x,
+                              titleHeight + verticalSpacing_, colorButtonSize_, colorButtonSize_});
+        buttons[i]->setContrast(appearance.contrast);
+    }
+    for (const auto& constraint : layoutConstraints())
+        if (constraint->firstAttribute() == NSLayoutAttribute::height)
+            constraint->setConstant(titleHeight + verticalSpacing_ + colorButtonSize_);
+}
+
 void ColorPicker::setSelectedColor(const Ref<UIColor>& color) {
     selectedColor_ = color;
     updateSelection();

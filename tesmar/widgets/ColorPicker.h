@@ -42,6 +42,9 @@ class TESMAR_API ColorPicker : public UIControl {
     virtual const Ref<UILabel>& titleLabel() const { return titleLabel_; }
     virtual void setTitleLabel(const Ref<UILabel>& label);
 
+    // Sets the title's font, the order of the swatches and their contrast.
+    void applyAppearance(const PanelAppearance& appearance);
+
     // The action of every swatch: selects its colour and sends UIControlEventValueChanged.
     virtual void colorButtonTouched(ColorPickerButton& button);
 

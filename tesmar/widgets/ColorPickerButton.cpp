@@ -12,6 +12,9 @@ namespace {
 constexpr CGFloat kDiscInset = 5;
 constexpr CGFloat kRimWidth = 1;
 constexpr CGFloat kSelectionWhite = 0.831;
+// In high contrast the rim lies on the disc.
+constexpr CGFloat kStrongRimWidth = 2;
+constexpr CGFloat kStrongSelectionWhite = 0.4;
 
 } // namespace
 
@@ -48,6 +51,11 @@ void ColorPickerButton::setSelected(bool selected) {
     setNeedsDisplay();
 }
 
+void ColorPickerButton::setContrast(TESMARContrast contrast) {
+    contrast_ = contrast;
+    setNeedsDisplay();
+}
+
 CGRect ColorPickerButton::discRect() const {
     return CGRectInset(bounds(), kDiscInset, kDiscInset);
 }
@@ -62,8 +70,11 @@ void ColorPickerButton::draw(CGRect) {
         return;
     static const auto& selection = *new const auto(UIColor::colorWithWhite(kSelectionWhite, 1));
     static const auto& pressed = *new const auto(UIColor::colorWithWhite(0, 0.25));
+    static const auto& strongSelection =
+        *new const auto(UIColor::colorWithWhite(kStrongSelectionWhite, 1));
+    const bool isStrong = contrast_ == TESMARContrast::high;
     if (isSelected()) {
-        CGContextSetFillColorWithColor(*context, *selection);
+        CGContextSetFillColorWithColor(*context, isStrong ? *strongSelection : *selection);
         CGContextFillEllipseInRect(*context, bounds());
     }
     CGContextSetStrokeColorWithColor(*context, *UIColor::grayColor());
@@ -75,6 +86,12 @@ void ColorPickerButton::draw(CGRect) {
     // The fill covers the inner half of the rim: half a point of grey remains.
     CGContextStrokeEllipseInRect(*context, discRect());
     CGContextFillEllipseInRect(*context, discRect());
+    if (isStrong) {
+        CGContextSetStrokeColorWithColor(*context, *UIColor::blackColor());
+        CGContextSetLineWidth(*context, kStrongRimWidth);
+        CGContextStrokeEllipseInRect(
+            *context, CGRectInset(discRect(), kStrongRimWidth / 2, kStrongRimWidth / 2));
+    }
 
     // A finger covers most of the disc, so the shade that shows the press covers all of it.
     if (isHighlighted()) {

@@ -4,6 +4,7 @@
 // Toolkit: may change with any version.
 #pragma once
 
+#include "tesmar/model/PanelAppearance.h"
 #include "tesmar/platform/ui/UIButton.h"
 
 namespace tesmar {
@@ -25,6 +26,9 @@ class TESMAR_API ColorPickerButton : public UIButton {
     void setSelected(bool selected) override;
 
     std::vector<UIFocusCell> focusCells() const override;
+    // Initially normal.
+    void setContrast(TESMARContrast contrast);
+
     // Paints the whole bounds, whatever `rect` is.
     void draw(CGRect rect) override;
 
@@ -32,6 +36,7 @@ class TESMAR_API ColorPickerButton : public UIButton {
     CGRect discRect() const;
 
     Ref<UIColor> color_;
+    TESMARContrast contrast_ = TESMARContrast::normal;
 };
 
 } // namespace tesmar

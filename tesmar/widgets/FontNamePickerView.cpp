@@ -12,6 +12,9 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kNameSize = 12;
+// As in the interface file, in points: the view, and the name in it.
+constexpr CGFloat kWidth = 172;
+constexpr CGFloat kNameWidth = 104;
 
 template <class T>
 Ref<T> connected(const WeakRef<T>& outlet, const char* name) {
@@ -49,7 +52,9 @@ const std::string& FontNamePickerView::nibName() {
     return name;
 }
 
-FontNamePickerView::FontNamePickerView() : fontNames_{UIFont::systemFontFamily()} {}
+FontNamePickerView::FontNamePickerView()
+    : fontNames_{UIFont::systemFontFamily()},
+      systemFontText_(CCConstants::Label::LabelFontNameDefault()) {}
 
 void FontNamePickerView::awakeFromNib() {
     UIControl::awakeFromNib();
@@ -64,6 +69,27 @@ void FontNamePickerView::awakeFromNib() {
 void FontNamePickerView::updateFonts(const std::vector<std::string>& fontNames) {
     fontNames_ = fontNames;
     updateButtonStates();
+}
+
+void FontNamePickerView::applyAppearance(const PanelAppearance& appearance) {
+    setSemanticContentAttribute(semanticAttribute(appearance));
+    systemFontText_ = appearance.texts->defaultFont;
+    textScale_ = appearance.textScale;
+    connected(fontNameLabel_, "fontNameLabel")
+        ->setMinimumFontSize(PanelAppearance::kMinimumFontSize);
+    if (chevronsAreMirrored_ != appearance.isRightToLeft()) {
+        chevronsAreMirrored_ = appearance.isRightToLeft();
+        const auto previous = connected(prevButton_, "prevButton");
+        const auto next = connected(nextButton_, "nextButton");
+        const auto image = previous->imageForState(UIControlStateNormal);
+        previous->setImage(next->imageForState(UIControlStateNormal), UIControlStateNormal);
+        next->setImage(image, UIControlStateNormal);
+    }
+    for (const auto& constraint : layoutConstraints())
+        if (constraint->firstItem().get() == this &&
+            constraint->firstAttribute() == NSLayoutAttribute::width)
+            constraint->setConstant(kWidth + kNameWidth * (textScale_ - 1));
+    updateLabelText();
 }
 
 std::string FontNamePickerView::selectedFontName() const {
@@ -118,10 +144,8 @@ void FontNamePickerView::updateButtonStates() {
 void FontNamePickerView::updateLabelText() {
     const std::string name = nameAtSelectedIndex();
     const auto label = connected(fontNameLabel_, "fontNameLabel");
-    label->setText(stringsAreEqual(name, UIFont::systemFontFamily())
-                       ? std::string(CCConstants::Label::LabelFontNameDefault())
-                       : name);
-    label->setFont(UIFont::fontWithName(name, kNameSize));
+    label->setText(stringsAreEqual(name, UIFont::systemFontFamily()) ? systemFontText_ : name);
+    label->setFont(UIFont::fontWithName(name, kNameSize * textScale_));
 }
 
 } // namespace tesmar

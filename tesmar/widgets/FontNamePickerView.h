@@ -5,6 +5,7 @@
 // Toolkit: may change with any version.
 #pragma once
 
+#include "tesmar/model/PanelAppearance.h"
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UILabel.h"
 
@@ -43,6 +44,9 @@ class TESMAR_API FontNamePickerView : public UIControl {
     // Selects the first name in the list that equals `name` (see stringsAreEqual). A name that is
     // not in the list changes nothing.
     virtual void selectFontName(std::string_view name);
+    // Sets the name's size, the room for it, the text for the system font, and where the chevrons
+    // point.
+    void applyAppearance(const PanelAppearance& appearance);
     // Selects the next or previous name and sends UIControlEventValueChanged. A step past an end,
     // which the disabled button prevents, is a fatal error.
     virtual void nextFont();
@@ -62,6 +66,9 @@ class TESMAR_API FontNamePickerView : public UIControl {
 
     std::vector<std::string> fontNames_;
     long selectedIndex_ = 0;
+    std::string systemFontText_;
+    double textScale_ = 1;
+    bool chevronsAreMirrored_ = false;
     WeakRef<UILabel> fontNameLabel_;
     WeakRef<UIButton> prevButton_;
     WeakRef<UIButton> nextButton_;

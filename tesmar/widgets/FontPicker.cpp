@@ -1,5 +1,6 @@
 #include "tesmar/widgets/FontPicker.h"
 
+#include "tesmar/controls/internal/adaptation.h"
 #include "tesmar/controls/internal/own_bundle.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr double kLastSizeIndex = 5;
 constexpr double kInitialSizeIndex = 2;
+constexpr CGFloat kSizeLabelInset = 13; // lines the label up with the symbol below it
 
 Ref<UILabel> captionLabel(std::string_view text) {
     auto label = make<UILabel>();
@@ -99,6 +101,44 @@ void FontPicker::setupView() {
 
     setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
     layoutIfNeeded();
+}
+
+UILabel* FontPicker::partLabel(const char* part) {
+    return dynamic_cast<UILabel*>(viewWithIdentifier(accessibilityIdentifier() + "." + part));
+}
+
+void FontPicker::applyAppearance(const PanelAppearance& appearance) {
+    setSemanticContentAttribute(semanticAttribute(appearance));
+    fontNamePicker_->applyAppearance(appearance);
+    NamedViews labels;
+    for (const auto& [part, text] : {std::pair{"fontLabel", appearance.texts->fontTitle},
+                                     std::pair{"sizeLabel", appearance.texts->sizeTitle}})
+        if (UILabel* const label = partLabel(part)) {
+            applyLabelAppearance(*label, text, appearance);
+            labels[part] = refTo(label);
+        }
+    if (labels.size() == 2)
+        placeLabels(appearance, labels);
+}
+
+// A size label that is longer than its stepper grows towards the font label.
+void FontPicker::placeLabels(const PanelAppearance& appearance, const NamedViews& labels) {
+    for (const auto& constraint : layoutConstraints())
+        if (constraint->secondItem() == labels.at("sizeLabel") &&
+            constraint->secondAttribute() == NSLayoutAttribute::trailing)
+            constraint->setActive(false);
+    auto placed = leadingInPlaceOfLeft(*this, appearance);
+    placed.push_back(NSLayoutConstraint::constraintWithItem(
+        labels.at("sizeLabel"), NSLayoutAttribute::leading, NSLayoutRelation::equal, sizeStepper_,
+        NSLayoutAttribute::leading, 1, kSizeLabelInset));
+    placed.back()->setPriority(kPlacePriority);
+    for (auto& constraint : NSLayoutConstraint::constraintsWithVisualFormat(
+             "[fontLabel]->=8-[sizeLabel]->=0-|", NSLayoutFormatNone, {},
+             {labels.begin(), labels.end()}))
+        placed.push_back(std::move(constraint));
+    removeConstraints(adaptation_);
+    addConstraints(placed);
+    adaptation_ = std::move(placed);
 }
 
 Ref<UIFont> FontPicker::selectedFont() const {

@@ -27,6 +27,9 @@ class TESMAR_API FontPicker : public UIControl {
     // least the font's, or else the largest. Null changes nothing.
     virtual void setSelectedFont(const Ref<UIFont>& font);
 
+    // Sets the labels' texts and font, the order of the parts and the look of the names.
+    void applyAppearance(const PanelAppearance& appearance);
+
     // The actions of the two controls: both send UIControlEventValueChanged.
     virtual void fontNameChanged();
     virtual void fontSizeChanged();
@@ -41,9 +44,12 @@ class TESMAR_API FontPicker : public UIControl {
   private:
     void makeControls();
     void setupView();
+    UILabel* partLabel(const char* part);
+    void placeLabels(const PanelAppearance& appearance, const NamedViews& labels);
 
     Ref<FontNamePickerView> fontNamePicker_;
-    Ref<UIStepper> sizeStepper_; // its value is an index into the name's sizes
+    Ref<UIStepper> sizeStepper_;                      // its value is an index into the name's sizes
+    std::vector<Ref<NSLayoutConstraint>> adaptation_; // to the appearance that was applied last
 };
 
 } // namespace tesmar

@@ -2,6 +2,7 @@
 // the language.
 #pragma once
 
+#include "tesmar/model/PanelAppearance.h"
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIKey.h"
@@ -52,6 +53,18 @@ struct SetCCEnabled {
 };
 struct Assign {
     Json attributes;
+};
+struct SetLanguage {
+    std::string tag; // BCP 47
+};
+struct SetTextScale {
+    double scale;
+};
+struct SetContrast {
+    TESMARContrast contrast;
+};
+struct SetMirroring {
+    TESMARMirroring mirroring;
 };
 struct Present {
     UIModalPresentationStyle style;
@@ -109,11 +122,11 @@ struct TakePicture {
     std::string path;
 };
 
-using Command =
-    std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
-                 SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, Present, Dismiss,
-                 Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery, QuerySizes,
-                 QueryView, QueryAccessibleTree, Perform, TakePicture>;
+using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
+                             SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign,
+                             SetLanguage, SetTextScale, SetContrast, SetMirroring, Present, Dismiss,
+                             Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery,
+                             QuerySizes, QueryView, QueryAccessibleTree, Perform, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
 // that quotes the wrong word for a line that is not a command.

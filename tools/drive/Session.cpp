@@ -117,6 +117,22 @@ void Session::perform(const Assign& command) {
     panel().setCCStyleAttributes(toDictionary(command.attributes));
 }
 
+void Session::perform(const SetLanguage& command) {
+    outputResult("language", panel().setLanguage(command.tag));
+}
+
+void Session::perform(const SetTextScale& command) {
+    panel().setTextScale(command.scale);
+}
+
+void Session::perform(const SetContrast& command) {
+    panel().setContrast(command.contrast);
+}
+
+void Session::perform(const SetMirroring& command) {
+    panel().setMirroring(command.mirroring);
+}
+
 void Session::perform(const Present& command) {
     if (panel().presentingViewController() && !panel().isBeingDismissed())
         throw Fault("present: the panel is presented already");

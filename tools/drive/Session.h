@@ -40,6 +40,10 @@ class Session {
     void perform(const SetDelegate& command);
     void perform(const SetCCEnabled& command);
     void perform(const Assign& command);
+    void perform(const SetLanguage& command);
+    void perform(const SetTextScale& command);
+    void perform(const SetContrast& command);
+    void perform(const SetMirroring& command);
     void perform(const Present& command);
     void perform(const Dismiss& command);
     void perform(const Release& command);

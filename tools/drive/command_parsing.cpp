@@ -172,6 +172,26 @@ Command parseSet(Words& words) {
     throw Fault("set: autoHideInterval, rememberChangedStyle, delegate or CCEnabled, not " + name);
 }
 
+// One of two words.
+template <class T>
+T choice(Words& words, std::string_view first, T ifFirst, std::string_view second, T ifSecond) {
+    const std::string options = std::string(first) + " or " + std::string(second);
+    const std::string word = words.word(options.c_str());
+    if (word != first && word != second)
+        throw Fault(words.command() + ": " + options + ", not " + word);
+    return word == first ? ifFirst : ifSecond;
+}
+
+Command parseContrast(Words& words) {
+    return SetContrast{
+        choice(words, "high", TESMARContrast::high, "normal", TESMARContrast::normal)};
+}
+
+Command parseMirroring(Words& words) {
+    return SetMirroring{
+        choice(words, "panel", TESMARMirroring::panel, "controls", TESMARMirroring::controls)};
+}
+
 Command parsePresent(Words& words) {
     if (words.atEnd())
         return Present{UIModalPresentationStyle::card};
@@ -281,6 +301,10 @@ const std::map<std::string, Parser, std::less<>>& parsers() {
         {"create", bare<Create>},
         {"set", parseSet},
         {"assign", [](Words& w) -> Command { return Assign{w.json("the dictionary")}; }},
+        {"language", [](Words& w) -> Command { return SetLanguage{w.word("TAG")}; }},
+        {"text-scale", [](Words& w) -> Command { return SetTextScale{w.number("SCALE", 1, 2)}; }},
+        {"contrast", parseContrast},
+        {"mirroring", parseMirroring},
         {"present", parsePresent},
         {"dismiss", bare<Dismiss>},
         {"release", bare<Release>},

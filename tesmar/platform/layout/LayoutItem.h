@@ -50,6 +50,7 @@ class LayoutItem {
     // True for a scroll view: constraints between its edges and its descendants define the size of
     // its content, not its frame.
     virtual bool layoutEdgesAreContent() const = 0;
+    // Whether constraints between the item and its descendants place them from right to left.
     virtual bool layoutIsRightToLeft() const = 0;
     // Names the item in diagnostics.
     virtual std::string layoutName() const = 0;

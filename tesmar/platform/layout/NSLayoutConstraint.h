@@ -7,8 +7,9 @@
 // any number of lower ones. If required constraints conflict, the one added last is violated, by as
 // little as possible.
 //
-// Leading and trailing follow the reading direction of the first item: in right-to-left items they
-// mean right and left, and positive constants point to the left.
+// Leading and trailing follow the reading direction of the items' closest common ancestor (which
+// may be one of them): in a right-to-left one they mean right and left, and positive constants
+// point to the left.
 //
 // References to items are weak: a constraint on a destroyed item has no effect. Lengths are points.
 // Main thread only.

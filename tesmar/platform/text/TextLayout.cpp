@@ -93,6 +93,16 @@ void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
                       fallback);
 }
 
+// Whether the font lacks a character of the text, even one that an ellipsis replaces: the wide
+// signs for missing glyphs may be why there is one.
+bool lacksGlyphs(PangoLayout* layout) {
+    if (!pango_layout_is_ellipsized(layout))
+        return pango_layout_get_unknown_glyphs_count(layout) > 0;
+    const GObjectPtr<PangoLayout> whole(pango_layout_copy(layout));
+    pango_layout_set_ellipsize(whole.get(), PANGO_ELLIPSIZE_NONE);
+    return pango_layout_get_unknown_glyphs_count(whole.get()) > 0;
+}
+
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
     switch (alignment) {
     case NSTextAlignment::center:
@@ -163,7 +173,9 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(const std::string& shown,
     pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
     pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
     if (width)
-        pango_layout_set_width(layout.get(), static_cast<int>(*width * PANGO_SCALE));
+        // Rounded: a width that the layout of views computes may be a little less than it should
+        // be.
+        pango_layout_set_width(layout.get(), static_cast<int>(std::lround(*width * PANGO_SCALE)));
     if (lineCount == 0) {
         setLayoutText(layout.get(), shown, fallback);
         return layout;
@@ -192,7 +204,7 @@ const ShapedText& TextLayout::Impl::shape() {
     s->id = nextId();
     const std::string shown = shownText(text, font->pointSize());
     s->layout = makeLayout(shown, Fallback::none);
-    if (s->layout && pango_layout_get_unknown_glyphs_count(s->layout.get()) > 0)
+    if (s->layout && lacksGlyphs(s->layout.get()))
         s->layout = makeLayout(shown, Fallback::installedFonts);
     if (s->layout) {
         PangoRectangle ink, logical;

@@ -73,6 +73,9 @@ class TESMAR_API UIControl : public UIView {
     // The area in which a finger may land, in bounds coordinates: the bounds, enlarged to
     // kTouchTarget each way.
     CGRect touchRect() const;
+    // The part of the control that a finger at `point` aims at; both in bounds coordinates. Where
+    // that part is cut off by the views above, a finger reaches it in kTouchTarget around the rest.
+    virtual CGRect touchTarget(CGPoint /*point*/) const { return bounds(); }
 
     // Touches and releases the control at a point of its bounds, whether or not that can be seen.
     // Returns false, and does nothing, when the control is disabled, not in a window or under a

@@ -12,6 +12,8 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kDefaultSize = 17;
+// Smaller fonts differ from the label's by multiples of this, in points.
+constexpr CGFloat kSizeStep = 0.5;
 
 } // namespace
 
@@ -73,6 +75,11 @@ void UILabel::setTextAlignment(NSTextAlignment alignment) {
     setNeedsDisplay();
 }
 
+void UILabel::setMinimumFontSize(CGFloat size) {
+    minimumFontSize_ = finite(size, 0, UIFont::kLargestSize, 0);
+    setNeedsDisplay();
+}
+
 void UILabel::contentChanged() {
     invalidateIntrinsicContentSize();
     setNeedsDisplay();
@@ -90,6 +97,24 @@ void UILabel::describe(UIAccessibleElement& element) const {
         return;
     element.role = UIAccessibleRole::text;
     element.name = text_;
+}
+
+TextLayout& UILabel::fittedLayout() const {
+    const CGFloat width = frame().size.width;
+    TextLayout& layout = currentLayout();
+    layout.setWidth(width);
+    if (minimumFontSize_ <= 0 || minimumFontSize_ >= font_->pointSize() || !layout.isTruncated())
+        return layout;
+    layout.setWidth(std::nullopt);
+    const CGFloat fitting = font_->pointSize() * width / std::max(layout.size().width, 1.0);
+    CGFloat size = std::floor(fitting / kSizeStep) * kSizeStep;
+    do {
+        size = std::max(size, minimumFontSize_);
+        layout.setFont(font_->fontWithSize(size));
+        layout.setWidth(width);
+        size -= kSizeStep;
+    } while (layout.isTruncated() && size >= minimumFontSize_);
+    return layout;
 }
 
 CGSize UILabel::intrinsicContentSize() const {
@@ -110,16 +135,14 @@ void UILabel::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context || text_.empty())
         return;
-    TextLayout& layout = currentLayout();
-    layout.setWidth(frame().size.width);
+    TextLayout& layout = fittedLayout();
     layout.draw(*context, {0, (frame().size.height - layout.size().height) / 2}, *textColor_);
 }
 
 UIEdgeInsets UILabel::drawingOverflow() const {
     if (text_.empty())
         return {};
-    TextLayout& layout = currentLayout();
-    layout.setWidth(frame().size.width);
+    TextLayout& layout = fittedLayout();
     const CGSize size = frame().size;
     const CGRect ink =
         CGRectInset(layout.inkBounds().offsetBy({0, (size.height - layout.size().height) / 2}), -1,

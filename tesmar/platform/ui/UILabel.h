@@ -30,6 +30,9 @@ class TESMAR_API UILabel : public UIView {
     void setTextColor(const Ref<UIColor>& color);
     // Initially left.
     void setTextAlignment(NSTextAlignment alignment);
+    // Text that is wider than the label is drawn in a smaller font, down to this size in points,
+    // before it is cut off. 0, the initial value: never smaller.
+    void setMinimumFontSize(CGFloat size);
 
     // A text, unless it is empty.
     void describe(UIAccessibleElement& element) const override;
@@ -49,12 +52,15 @@ class TESMAR_API UILabel : public UIView {
 
   private:
     TextLayout& currentLayout() const;
+    // The layout for drawing, in the present width.
+    TextLayout& fittedLayout() const;
     void contentChanged();
 
     std::string text_;
     Ref<UIFont> font_;
     Ref<UIColor> textColor_;
     NSTextAlignment alignment_ = NSTextAlignment::left;
+    CGFloat minimumFontSize_ = 0;
     mutable TextLayout layout_;
 };
 

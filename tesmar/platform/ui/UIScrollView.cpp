@@ -5,6 +5,7 @@
 #include "tesmar/platform/ui/internal/ScrollTracking.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tesmar {
 
@@ -79,7 +80,15 @@ bool UIScrollView::isDecelerating() const {
     return tracking_->isGliding() && !tracking_->isDragging();
 }
 
+void UIScrollView::anchorContent() {
+    const bool isRightToLeft = superview() && superview()->isRightToLeft();
+    const CGFloat before = std::exchange(anchor_, isRightToLeft ? scrollRoom().width : 0);
+    if (anchor_ != before)
+        setContentOffset({contentOffset().x + anchor_ - before, contentOffset().y}, false);
+}
+
 void UIScrollView::layoutSubviews() {
+    anchorContent();
     tracking_->layoutChanged();
 }
 

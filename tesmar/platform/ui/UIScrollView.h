@@ -49,7 +49,9 @@ class TESMAR_API UIScrollView : public UIView {
     // In points. Also set by constraints between subviews and the scroll view's edges.
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
-    // The content point at the top left corner.
+    // The content point at the top left corner. Initially the content's own, or its top right
+    // corner where the reading direction around the view is right to left; then the distance from
+    // the right edge stays when content or view become wider or narrower.
     CGPoint contentOffset() const { return bounds().origin; }
     // Stops any motion. Without animation, the offset may lie past the ends and stays there until
     // the next layout; with animation, it is clamped to the ends. Coordinates that are NaN or
@@ -88,9 +90,11 @@ class TESMAR_API UIScrollView : public UIView {
     friend class ScrollTracking;
 
     CGSize scrollRoom() const;
+    void anchorContent();
 
     WeakRef<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
+    CGFloat anchor_ = 0; // the horizontal offset of content that has not been scrolled
     bool showsVertical_ = true;
     bool showsHorizontal_ = true;
     std::unique_ptr<ScrollIndicators> indicators_;

@@ -120,12 +120,19 @@ CGRect UIStepper::halfRect(UIStepperHalf half) const {
     const CGFloat width = b.size.width / 2;
     if (half == UIStepperHalf::none)
         return {};
-    return {half == UIStepperHalf::decrement ? b.minX() : b.midX(), b.minY(), width, b.size.height};
+    return {half == leftHalf() ? b.minX() : b.midX(), b.minY(), width, b.size.height};
+}
+
+UIStepperHalf UIStepper::leftHalf() const {
+    return isRightToLeft() ? UIStepperHalf::increment : UIStepperHalf::decrement;
+}
+
+UIStepperHalf UIStepper::rightHalf() const {
+    return isRightToLeft() ? UIStepperHalf::decrement : UIStepperHalf::increment;
 }
 
 UIStepperHalf UIStepper::halfNearest(CGPoint point) const {
-    return point.x < halfRect(UIStepperHalf::increment).minX() ? UIStepperHalf::decrement
-                                                               : UIStepperHalf::increment;
+    return point.x < bounds().midX() ? leftHalf() : rightHalf();
 }
 
 std::string_view UIStepper::identifierSuffix(UIStepperHalf half) {
@@ -226,7 +233,7 @@ bool UIStepper::beginTracking(UITouch& touch) {
 bool UIStepper::continueTracking(UITouch& touch) {
     const CGRect near = CGRectInset(halfRect(pressed_), 0, -kTrackingMargin);
     const CGPoint point = touch.locationIn(*this);
-    const CGFloat outer = pressed_ == UIStepperHalf::decrement ? -kTrackingMargin : 0;
+    const CGFloat outer = pressed_ == leftHalf() ? -kTrackingMargin : 0;
     const CGRect reach{near.minX() + outer, near.minY(), near.size.width + kTrackingMargin,
                        near.size.height};
     fingerOnHalf_ = reach.contains(point);

@@ -1,4 +1,5 @@
-// A two-part control, 94 × 29 points, that decreases or increases a value by a step.
+// A two-part control, 94 × 29 points, that decreases or increases a value by a step. The half that
+// decreases it is the leading one.
 //
 // Toolkit: may change with any version.
 #pragma once
@@ -64,6 +65,7 @@ class TESMAR_API UIStepper : public UIControl {
     CGRect halfRect(UIStepperHalf half) const;
     // The half on the side of `point` (bounds coordinates), which may lie outside the bounds.
     UIStepperHalf halfNearest(CGPoint point) const;
+    CGRect touchTarget(CGPoint point) const override { return halfRect(halfNearest(point)); }
     // Tests and tools address a half by the stepper's accessibility identifier followed by this
     // suffix: ".decrement" or ".increment"; empty for none.
     static std::string_view identifierSuffix(UIStepperHalf half);
@@ -109,6 +111,8 @@ class TESMAR_API UIStepper : public UIControl {
         bool operator==(const Look&) const = default;
     };
 
+    UIStepperHalf leftHalf() const;
+    UIStepperHalf rightHalf() const;
     unsigned stateOf(UIStepperHalf half) const;
     Look look() const;
     // Every change of the state behind look() is followed by this.

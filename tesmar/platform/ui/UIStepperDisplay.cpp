@@ -104,8 +104,7 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
 
 void UIStepper::drawDivider(CGContext& context) {
     const CGRect b = bounds();
-    auto divider =
-        dividerImageForStates(stateOf(UIStepperHalf::decrement), stateOf(UIStepperHalf::increment));
+    auto divider = dividerImageForStates(stateOf(leftHalf()), stateOf(rightHalf()));
     if (!divider)
         divider = dividerImageForStates(UIControlStateNormal, UIControlStateNormal);
     if (divider) {

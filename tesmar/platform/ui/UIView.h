@@ -33,6 +33,12 @@ enum class UIAccessibleAction;
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
 inline constexpr CGSize UILayoutFittingCompressedSize{0, 0};
 
+enum class UISemanticContentAttribute {
+    unspecified, // as the superview, and left to right without one
+    forceLeftToRight,
+    forceRightToLeft,
+};
+
 class TESMAR_API UIView : public NSObject, public LayoutItem {
     TESMAR_CLASS
 
@@ -164,6 +170,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // The items of a constraint must be this view or its descendants. Null is ignored.
     void addConstraint(const Ref<NSLayoutConstraint>& constraint);
     void addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
+    // Those that were not added to this view are ignored.
+    void removeConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints);
     using NamedViews = std::map<std::string, Ref<UIView>>;
     struct FormatRow {
         std::string_view format;
@@ -193,6 +201,11 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // Sets the size to the intrinsic size and keeps the origin. A width or height without a
     // preference does not change.
     void sizeToFit();
+
+    // The reading direction in which the view places its subviews (leading to trailing) and, in
+    // some controls, draws its parts. Initially unspecified.
+    void setSemanticContentAttribute(UISemanticContentAttribute attribute);
+    bool isRightToLeft() const;
 
     void setNeedsLayout();
     // Updates all frames below the root of the view's layout, which is the closest controller's
@@ -228,7 +241,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     }
     std::optional<CGFloat> layoutBaselineBelowCenter() const override { return std::nullopt; }
     bool layoutEdgesAreContent() const override { return false; }
-    bool layoutIsRightToLeft() const override { return false; }
+    bool layoutIsRightToLeft() const override { return isRightToLeft(); }
     std::string layoutName() const override;
     void setLayoutFrame(const CGRect& frame) override;
     void setLayoutContentSize(CGSize) override {}
@@ -285,6 +298,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool userInteractionEnabled_ = true;
     std::string identifier_;
 
+    UISemanticContentAttribute semanticContentAttribute_ = UISemanticContentAttribute::unspecified;
     bool translatesMask_ = true;
     bool needsLayout_ = true;
     std::uint64_t layoutChanges_ = 0;

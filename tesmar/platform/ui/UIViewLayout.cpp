@@ -38,6 +38,13 @@ void UIView::addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constrai
         addConstraint(constraint);
 }
 
+void UIView::removeConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints) {
+    const auto removed = constraints; // it may be the member itself
+    for (const auto& constraint : removed)
+        std::erase(constraints_, constraint);
+    layoutNeedsUpdate();
+}
+
 void UIView::addConstraintsWithVisualFormats(std::initializer_list<FormatRow> rows,
                                              const NamedViews& views,
                                              const NSLayoutConstraint::Metrics& metrics) {
@@ -89,6 +96,22 @@ void UIView::sizeToFit() {
     if (size.height == UIViewNoIntrinsicMetric)
         size.height = frame_.size.height;
     setFrame({frame_.origin, size});
+}
+
+void UIView::setSemanticContentAttribute(UISemanticContentAttribute attribute) {
+    if (attribute == semanticContentAttribute_)
+        return;
+    semanticContentAttribute_ = attribute;
+    layoutNeedsUpdate();
+    setNeedsLayout();
+    damageSubtree();
+}
+
+bool UIView::isRightToLeft() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->semanticContentAttribute_ != UISemanticContentAttribute::unspecified)
+            return view->semanticContentAttribute_ == UISemanticContentAttribute::forceRightToLeft;
+    return false;
 }
 
 UIView& UIView::layoutRoot() {

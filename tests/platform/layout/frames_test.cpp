@@ -90,7 +90,7 @@ const Case kCases[] = {
      {{"|-20-[a]-7-[b]"}, {"V:|[a][c]"}},
      {{"a", {224, 0, 50, 20}}, {"b", {157, 0, 60, 30}}, {"c", {268, 20, 20, 10}}}, 0,
      [](Boxes& b) {
-         b["a"]->isRightToLeft = b["b"]->isRightToLeft = b["c"]->isRightToLeft = true;
+         b["root"]->isRightToLeft = true;
          equate(b, "c", leading, "root", trailing, 1.0 / 49, 0);
      }},
 };

@@ -115,10 +115,19 @@ TEST_F(ControlTest, TargetsReachPastTheEdgeOfAScrollView) {
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 85, 60, 29));
     scroll->addSubview(button);
     const auto hits = [&](CGFloat y) { return host.window()->hitTest({150, y}) == button.get(); };
-    EXPECT_TRUE(hits(205));                    // 15 points of it are shown
-    EXPECT_FALSE(hits(216));                   // too far from them
+    EXPECT_TRUE(hits(221));                    // 15 points of it are shown, from 185 on
+    EXPECT_FALSE(hits(222));                   // too far from them
     scroll->setContentOffset({0, -20}, false); // out of sight
     EXPECT_FALSE(hits(205));
+}
+
+// The decrement half of a stepper has 32 of its 47 points in the scroll view.
+TEST_F(ControlTest, TargetsOfHalvesReachPastTheEdgeOfAScrollView) {
+    const auto scroll = add<UIScrollView>({100, 100, 100, 100});
+    const auto stepper = makeWith<UIStepper>(&UIStepper::initWithFrame, CGRect(-15, 20, 94, 29));
+    scroll->addSubview(stepper);
+    EXPECT_EQ(host.window()->hitTest({89, 134}), stepper.get());
+    EXPECT_NE(host.window()->hitTest({87, 134}), stepper.get());
 }
 
 // The next target still gets its action.

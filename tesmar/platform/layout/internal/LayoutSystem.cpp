@@ -108,7 +108,7 @@ void LayoutSystem::addConstraint(const Ref<NSLayoutConstraint>& constraint) {
     const int space = closestCommonAncestor(first, second);
     const bool isMirrored =
         (followsReadingDirection(attribute) || followsReadingDirection(secondAttribute)) &&
-        firstItem->layoutIsRightToLeft();
+        nodes_[space].item->layoutIsRightToLeft();
 
     // first - multiplier * second - constant, negated for lessThanOrEqual.
     const double sign = constraint->relation() == NSLayoutRelation::lessThanOrEqual ? -1 : 1;

@@ -26,10 +26,35 @@ struct Nearest {
     CGFloat distance = std::numeric_limits<CGFloat>::infinity();
 };
 
-// The rectangle of this size or larger around the same centre.
-CGRect enlarged(const CGRect& r, CGFloat least) {
-    return CGRectInset(r, std::min(0.0, (r.size.width - least) / 2),
-                       std::min(0.0, (r.size.height - least) / 2));
+struct Span {
+    CGFloat origin, extent;
+};
+
+// The shown part of a span, enlarged on both sides like UIControl::touchRect(). What is still
+// missing then is added where the rest is cut off.
+Span enlarged(Span shown, Span whole) {
+    const CGFloat margin = std::max(0.0, (UIControl::kTouchTarget - whole.extent) / 2);
+    const CGFloat missing = std::max(0.0, UIControl::kTouchTarget - shown.extent - 2 * margin);
+    const bool isCutBefore = shown.origin > whole.origin;
+    const bool isCutAfter = shown.origin + shown.extent < whole.origin + whole.extent;
+    const CGFloat before = isCutBefore == isCutAfter ? missing / 2 : isCutBefore ? missing : 0;
+    return {shown.origin - margin - before, shown.extent + 2 * margin + missing};
+}
+
+// Where a finger reaches a target of which only a part is shown.
+CGRect reachOf(const CGRect& shown, const CGRect& whole) {
+    const Span x = enlarged({shown.minX(), shown.size.width}, {whole.minX(), whole.size.width});
+    const Span y = enlarged({shown.minY(), shown.size.height}, {whole.minY(), whole.size.height});
+    return {x.origin, y.origin, x.extent, y.extent};
+}
+
+bool isReached(const UIControl& control, CGPoint onSurface, const CGRect& clip) {
+    const CGPoint point = control.convertPointFrom(onSurface, nullptr);
+    if (clip.contains(onSurface))
+        return control.touchRect().contains(point);
+    const CGRect target = control.convertRectTo(control.touchTarget(point), nullptr);
+    const CGRect shown = CGRectIntersection(target, clip);
+    return !shown.isEmpty() && reachOf(shown, target).contains(onSurface);
 }
 
 // `clip`, on the surface, is what the views above show of this one. A control that is cut off by it
@@ -39,11 +64,9 @@ void search(UIView& view, CGPoint onSurface, CGRect clip, Nearest& nearest) {
         return;
     const CGRect shown = CGRectIntersection(view.convertRectTo(view.bounds(), nullptr), clip);
     const CGPoint point = view.convertPointFrom(onSurface, nullptr);
-    if (auto* control = dynamic_cast<UIControl*>(&view);
-        control && control->isEnabled() && isLeafControl(view) &&
-        control->touchRect().contains(point) &&
-        (clip.contains(onSurface) ||
-         (!shown.isEmpty() && enlarged(shown, UIControl::kTouchTarget).contains(onSurface)))) {
+    if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
+                                                         isLeafControl(view) &&
+                                                         isReached(*control, onSurface, clip)) {
         const CGFloat d = distance(point, view.bounds());
         if (d < nearest.distance)
             nearest = {control, d};

@@ -1,0 +1,207 @@
+// The panel in every language and direction, with large texts and in high contrast.
+#include "panel_fixture.h"
+
+#include "tesmar/platform/text/TextLayout.h"
+#include "tesmar/platform/ui/UIButton.h"
+
+#include <cmath>
+
+namespace tesmar {
+namespace {
+
+using Setting = std::function<void(TESMARViewController&)>;
+
+Setting appearance(std::string language, double scale = 1,
+                   TESMARMirroring mirroring = TESMARMirroring::controls,
+                   TESMARContrast contrast = TESMARContrast::normal) {
+    return [=](TESMARViewController& panel) {
+        panel.setLanguage(language);
+        panel.setTextScale(scale);
+        panel.setMirroring(mirroring);
+        panel.setContrast(contrast);
+    };
+}
+
+// A presented panel with all of its controls enabled.
+struct Shown {
+    explicit Shown(
+        CGSize size, const Setting& before = [](auto&) {})
+        : host(size) {
+        before(*panel);
+        host.window()->presentViewController(panel, false);
+        const auto style = panel->CCStyleAttributes();
+        style->setObject(UIFont::fontWithName("Courier", 20), NSFontAttributeName);
+        style->setObject(UIColor::colorWithRed(1, 0, 0, 0.5), NSForegroundColorAttributeName);
+        panel->setCCStyleAttributes(style);
+        host.window()->layoutIfNeeded();
+    }
+    std::vector<std::uint32_t> pixels() {
+        host.render();
+        return {host.pixels().begin(), host.pixels().end()};
+    }
+    HeadlessHost host;
+    const Ref<TESMARViewController> panel = make<TESMARViewController>();
+};
+
+bool isPart(const UIView& view) {
+    return dynamic_cast<const UILabel*>(&view) || dynamic_cast<const UIButton*>(&view) ||
+           dynamic_cast<const UIStepper*>(&view) || dynamic_cast<const UISwitch*>(&view);
+}
+
+std::vector<UIView*> partsBelow(UIView& view) {
+    std::vector<UIView*> parts;
+    for (const auto& child : view.subviews()) {
+        const auto more = isPart(*child) ? std::vector{child.get()} : partsBelow(*child);
+        parts.insert(parts.end(), more.begin(), more.end());
+    }
+    return parts;
+}
+
+void expectReadable(UILabel& label, CGFloat largest, const std::string& where) {
+    TextLayout text;
+    text.setText(label.text());
+    text.setFont(label.font()->fontWithSize(std::min(label.font()->pointSize(), largest)));
+    EXPECT_LE(text.size().width, label.frame().size.width + 0.01) << where << label.text();
+}
+
+TEST(Texts, TheClosestLanguageIsChosen) {
+    const std::pair<const char*, const char*> rows[] = {{"de", "de"},
+                                                        {"de-AT", "de"},
+                                                        {"PT_br", "pt-BR"},
+                                                        {"pt-PT", "pt-BR"},
+                                                        {"zh", "zh-Hans"},
+                                                        {"zh-SG", "zh-Hans"},
+                                                        {"zh-TW", "zh-Hant"},
+                                                        {"zh-HK", "zh-Hant"},
+                                                        {"zh-Hant", "zh-Hant"},
+                                                        {"zh-Hans-HK", "zh-Hans"},
+                                                        {"iw-IL", "he"},
+                                                        {"en-GB", "en"},
+                                                        {"eo", "en"},
+                                                        {"", "en"},
+                                                        {"d", "en"},
+                                                        {"deu", "en"}};
+    for (const auto& [tag, chosen] : rows)
+        EXPECT_EQ(TESMARTexts::closestLanguage(tag).tag, chosen) << tag;
+}
+
+TEST_F(PanelTest, EveryLanguageFits) {
+    for (const auto& [tag, texts] : TESMARTexts::languages())
+        for (const double scale : {1.0, 1.5, 2.0})
+            for (const CGFloat width : {320, 568})
+                for (const auto mirroring : {TESMARMirroring::controls, TESMARMirroring::panel}) {
+                    Shown shown({width, 480}, appearance(std::string(tag), scale, mirroring));
+                    const std::string where(std::string(tag) + " " + std::to_string(scale) + " " +
+                                            std::to_string(width) + " ");
+                    const auto parts = partsBelow(*shown.panel->view());
+                    for (std::size_t i = 0; i < parts.size(); ++i) {
+                        const CGRect frame = parts[i]->convertRectTo(parts[i]->bounds(), nullptr);
+                        if (auto* label = dynamic_cast<UILabel*>(parts[i]))
+                            expectReadable(*label, 10, where);
+                        else if (auto* button = dynamic_cast<UIButton*>(parts[i]))
+                            expectReadable(*button->titleLabel(), 10, where);
+                        for (std::size_t k = 0; k < i; ++k)
+                            EXPECT_TRUE(CGRectIntersection(
+                                            CGRectInset(frame, 0.01, 0.01),
+                                            parts[k]->convertRectTo(parts[k]->bounds(), nullptr))
+                                            .isEmpty())
+                                << where << parts[i]->layoutName() << parts[k]->layoutName();
+                    }
+                }
+}
+
+// Whatever was set before, and whenever it is set.
+TEST_F(PanelTest, AppearancesApplyAtOnce) {
+    using enum TESMARMirroring;
+    const Setting settings[] = {appearance("ar", 2, panel, TESMARContrast::high),
+                                appearance("he", 1, controls), appearance("de", 1.3),
+                                appearance("en")};
+    Shown later({568, 320});
+    for (const Setting& setting : settings) {
+        setting(*later.panel);
+        later.host.window()->layoutIfNeeded();
+        EXPECT_TRUE(later.pixels() == Shown({568, 320}, setting).pixels()) << &setting - settings;
+    }
+}
+
+TEST_F(PanelTest, CopiesTheHostsOwnTexts) {
+    Shown shown({568, 320});
+    {
+        std::string endless(5000, 'W');
+        shown.panel->setTexts({.direction = ReadingDirection::rightToLeft, .sizeTitle = endless});
+        endless.assign(5000, 'i');
+        shown.panel->setTexts(TESMARTexts(shown.panel->texts())); // a copy of the copy
+    }
+    shown.host.window()->layoutIfNeeded();
+    EXPECT_EQ(shown.panel->texts().sizeTitle, std::string(5000, 'W'));
+    EXPECT_EQ(shown.panel->texts().reset, "Reset");
+    const UIView* const size = shown.host.window()->viewWithIdentifier("fontPicker.sizeLabel");
+    EXPECT_EQ(size->frame().size.width, 160); // no more than a label may have
+}
+
+TEST_F(PanelTest, EveryControlHasATargetOf44Points) {
+    const Setting settings[] = {[](auto&) {}, appearance("ar"),
+                                appearance("ar", 1, TESMARMirroring::panel), appearance("de", 2)};
+    for (const Setting& setting : settings) {
+        Shown shown({568, 320}, setting);
+        UIWindow& window = *shown.host.window();
+        const auto expectTarget = [&](UIView& view, CGRect rect, UIStepperHalf half) {
+            if (auto* scroll = UIScrollView::enclosing(&view))
+                scroll->scrollRectToVisible(view.convertRectTo(rect, scroll), false);
+            const auto* stepper = dynamic_cast<UIStepper*>(&view);
+            const auto hits = [&](CGPoint p) {
+                return window.hitTest(p) == &view &&
+                       (!stepper ||
+                        stepper->halfNearest(view.convertPointFrom(p, nullptr)) == half);
+            };
+            CGRect seen = view.convertRectTo(rect, nullptr);
+            if (auto* scroll = UIScrollView::enclosing(&view))
+                seen = CGRectIntersection(seen, scroll->convertRectTo(scroll->bounds(), nullptr));
+            const auto reach = [&](CGFloat dx, CGFloat dy) {
+                CGFloat far = 0;
+                while (hits(seen.center() + CGPoint(dx * far, dy * far)))
+                    far += 0.25;
+                return far;
+            };
+            EXPECT_GE(reach(-1, 0) + reach(1, 0), 44) << view.layoutName() << &setting - settings;
+            EXPECT_GE(reach(0, -1) + reach(0, 1), 44) << view.layoutName() << &setting - settings;
+        };
+        for (UIView* const view : partsBelow(*shown.panel->view())) {
+            if (auto* stepper = dynamic_cast<UIStepper*>(view))
+                for (const auto half : {UIStepperHalf::decrement, UIStepperHalf::increment})
+                    expectTarget(*view, stepper->halfRect(half), half);
+            else if (!dynamic_cast<UILabel*>(view))
+                expectTarget(*view, view->bounds(), UIStepperHalf::none);
+        }
+    }
+}
+
+// Relative luminance of a grey pixel over the card.
+double luminance(std::uint32_t pixel) {
+    const double value = (pixel & 255) / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+TEST_F(PanelTest, HighContrastHasRimsAndLines) {
+    Shown shown({568, 480}, [](auto& panel) { panel.setContrast(TESMARContrast::high); });
+    shown.host.tap(centerOf(*shown.host.window(), "textColorPicker.3")); // black
+    shown.host.advance(1);
+    const auto pixels = shown.pixels();
+    const auto at = [&](const char* id, CGFloat x, CGFloat y) {
+        const UIView* const view = shown.host.window()->viewWithIdentifier(id);
+        const CGPoint p = view->convertPointTo({x, y}, nullptr);
+        return pixels[static_cast<std::size_t>(p.y) * 568 + static_cast<std::size_t>(p.x)];
+    };
+    const double paper = luminance(at("CCLabel", 0, -10)) + 0.05;
+    EXPECT_GE(paper / (luminance(at("topSeparator", 50, 0)) + 0.05), 3);
+    EXPECT_GE(paper / (luminance(at("separator", 50, 0)) + 0.05), 3);
+    const double ring = luminance(at("textColorPicker.3", 3, 25)) + 0.05;
+    EXPECT_GE(paper / ring, 3);
+    EXPECT_GE(ring / 0.05, 3); // against the rim
+    for (const CGFloat x : {5, 6})
+        EXPECT_LT(luminance(at("textColorPicker.2", x, 25)), 0.01) << x; // white
+    EXPECT_GT(luminance(at("textColorPicker.2", 7, 25)), 0.9);
+}
+
+} // namespace
+} // namespace tesmar
