@@ -6,10 +6,10 @@
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/near_control.h"
+#include "tesmar/platform/ui/internal/short_touch.h"
 #include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -18,8 +18,6 @@ namespace {
 
 // A highlight must last this long to be seen, in seconds.
 constexpr double kFlash = 0.1;
-// Identifies the touch of tap(); no host's finger has this number.
-constexpr std::int64_t kTapTouch = std::numeric_limits<std::int64_t>::min();
 
 } // namespace
 
@@ -201,9 +199,7 @@ bool UIControl::tap(CGPoint point) {
     if (!enabled_ || touch_ || !window())
         return false;
     const auto self = refTo(this);
-    UITouch touch(kTapTouch, convertPointTo(point, nullptr), NSRunLoop::mainRunLoop().now());
-    touchBegan(touch);
-    touchEnded(touch);
+    shortTouch(*this, point, [&] { return window() != nullptr; });
     return true;
 }
 

@@ -95,7 +95,7 @@ AtkStateSet* refStates(AtkObject* object) {
     add(ATK_STATE_SHOWING, !element.has(UIAccessibleStateOffscreen));
     add(ATK_STATE_ENABLED, !element.has(UIAccessibleStateDisabled));
     add(ATK_STATE_SENSITIVE, !element.has(UIAccessibleStateDisabled));
-    add(ATK_STATE_FOCUSABLE, !element.actions.empty());
+    add(ATK_STATE_FOCUSABLE, !element.actions.empty() && node->children.empty());
     add(ATK_STATE_FOCUSED, element.has(UIAccessibleStateFocused));
     add(ATK_STATE_ACTIVE, node->isActive);
     add(ATK_STATE_CHECKABLE, isSwitch || isOption);

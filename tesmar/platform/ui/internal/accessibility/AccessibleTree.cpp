@@ -31,6 +31,14 @@ void disable(UIAccessibleElement& element) {
         disable(child);
 }
 
+// An element or its parts.
+void markFocus(UIAccessibleElement& element, const std::string& focused) {
+    if (!focused.empty() && element.identifier == focused)
+        element.states |= UIAccessibleStateFocused;
+    for (auto& part : element.children)
+        markFocus(part, focused);
+}
+
 void setOffscreen(UIAccessibleElement& element, const CGRect& clip) {
     const CGSize visible = CGRectIntersection(element.frame, clip).size;
     if (visible.width < kMinVisible || visible.height < kMinVisible)
@@ -42,6 +50,8 @@ void setOffscreen(UIAccessibleElement& element, const CGRect& clip) {
 } // namespace
 
 std::vector<UIAccessibleElement> AccessibleTree::read() {
+    if (const auto focus = window_.focus(); focus && focus->isShown)
+        focused_ = focus->identifier;
     Elements elements;
     const auto views = window_.subviews();
     for (auto view = views.rbegin(); view != views.rend(); ++view) {
@@ -104,6 +114,7 @@ void AccessibleTree::add(UIView& view, const Context& context, const std::string
     element.identifier = uniqueIdentifier(element.identifier, parent);
     for (auto& part : element.children)
         part.identifier = uniqueIdentifier(element.identifier + part.identifier, "");
+    markFocus(element, focused_);
     const bool takesNoTouches = !inside.takesTouches && !element.actions.empty();
     if (takesNoTouches)
         disable(element);

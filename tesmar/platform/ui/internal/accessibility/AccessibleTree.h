@@ -42,6 +42,7 @@ class AccessibleTree {
 
     UIWindow& window_;
     std::set<std::string> identifiers_;
+    std::string focused_;     // what the focus ring is on; empty for none
     std::string_view wanted_; // by find()
     std::optional<Found> found_;
 };
