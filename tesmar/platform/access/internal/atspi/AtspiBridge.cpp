@@ -187,7 +187,7 @@ void AtspiBridge::elementChanged(const UIAccessibleElement& before,
     if (before.name != after.name)
         g_object_notify(G_OBJECT(object), "accessible-name");
     if (after.range && (before.range != after.range || before.value != after.value))
-        g_signal_emit_by_name(object, "value-changed", after.range->value, after.value.c_str());
+        g_object_notify(G_OBJECT(object), "accessible-value"); // the bridge ignores "value-changed"
     const auto changed = [&](UIAccessibleState state, AtkStateType as) {
         notifyState(object, as, before.has(state), after.has(state));
     };
@@ -201,7 +201,6 @@ void AtspiBridge::elementChanged(const UIAccessibleElement& before,
     changedToFalse(UIAccessibleStateOffscreen, ATK_STATE_SHOWING);
     if (after.role == UIAccessibleRole::option &&
         before.has(UIAccessibleStateSelected) != after.has(UIAccessibleStateSelected)) {
-        changed(UIAccessibleStateSelected, ATK_STATE_SELECTED);
         changed(UIAccessibleStateSelected, ATK_STATE_CHECKED);
         if (after.has(UIAccessibleStateSelected))
             g_signal_emit_by_name(node.parent, "selection-changed");

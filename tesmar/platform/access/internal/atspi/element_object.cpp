@@ -101,8 +101,6 @@ AtkStateSet* refStates(AtkObject* object) {
     add(ATK_STATE_CHECKABLE, isSwitch || isOption);
     add(ATK_STATE_CHECKED,
         element.has(UIAccessibleStateOn) || (isOption && element.has(UIAccessibleStateSelected)));
-    add(ATK_STATE_SELECTABLE, isOption);
-    add(ATK_STATE_SELECTED, isOption && element.has(UIAccessibleStateSelected));
     return states;
 }
 
