@@ -24,6 +24,14 @@ set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-s
                       BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
 add_library(tesmar::sdl ALIAS tesmar_sdl)
 
+# Loaded by the SDL host from its own directory or, once installed, that of the version.
+get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
+if(modules)
+  set_target_properties(${modules} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+  add_dependencies(tesmar_sdl ${modules})
+  install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
+endif()
+
 set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
@@ -52,10 +60,6 @@ endforeach()
 
 set(config_directory ${CMAKE_INSTALL_LIBDIR}/cmake/TESMAR)
 install(TARGETS ${shipped} EXPORT tesmar)
-get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
-if(modules)
-  install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
-endif()
 install(EXPORT tesmar NAMESPACE tesmar:: FILE TESMARConfig.cmake DESTINATION ${config_directory})
 write_basic_package_version_file(TESMARConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TESMARConfigVersion.cmake DESTINATION ${config_directory})

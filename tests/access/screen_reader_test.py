@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 """Operates the panel as a screen reader does: through AT-SPI, on a private bus and display.
 
-    screen_reader_test.py PROGRAM
+    screen_reader_test.py PROGRAM PLAYER
 
-PROGRAM shows the panel in an SDL window and prints what changes (examples/02-panel-in-a-window).
+PROGRAM shows the panel in an SDL window and prints what changes (examples/02-panel-in-a-window);
+PLAYER opens it with a button of its own.
 """
 import contextlib
 import itertools
@@ -28,7 +29,7 @@ for program in ("dbus-run-session", "Xvfb"):
         print(f"skipped: there is no {program}; scripts/setup installs it")
         sys.exit(SKIPPED)
 
-EVENTS = ["object:state-changed:checked", "object:state-changed:focused", "object:selection-changed",
+EVENTS = ["object:state-changed:checked", "object:state-changed:pressed", "object:state-changed:focused", "object:selection-changed",
           "object:property-change:accessible-value", "object:announcement", "object:children-changed"]
 COLORS = ["magenta", "cyan", "white", "black", "yellow", "red", "blue", "green"]
 RIGHT = 0xFF53  # the key
@@ -78,6 +79,13 @@ STEPS = [
     ("card", "close", ["removed"], ["the panel closes"]),
 ]
 
+PLAYER_STEPS = [
+    ("captionsButton", "click", ["removed", "added"]),
+    ("CCSwitch", "toggle", ["CCSwitch unchecked", "captionsButton unpressed"]),
+    ("backgroundColorOpacityStepper", "decrement", ["backgroundColorOpacityStepper 40 percent"]),
+    ("card", "close", ["removed"]),
+]
+
 
 def pump(until, seconds):
     end = time.monotonic() + seconds
@@ -113,9 +121,25 @@ class App:
 
     def collect(self, node):
         self.nodes[node.get_accessible_id()] = node
-        for index, child in enumerate(node):
+        for index, child in enumerate(list(node)):
             require(child.parent == node and child.getIndexInParent() == index, "misplaced:", child)
             self.collect(child)
+
+    def perform(self, name, action):
+        if not name:
+            middle = self.nodes["card"].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
+            pyatspi.Registry.generateMouseEvent(middle.x + 5, middle.y + 5, "abs")  # X sends keys there
+            pyatspi.Registry.generateKeyboardEvent(action, None, pyatspi.KEY_SYM)
+        else:
+            require(self.nodes[name].queryAction().doAction(self.actions(name).index(action)), action, name)
+
+    def expect(self, name, action, events):
+        """Performs the action; hears these events and no others."""
+        self.heard.clear()
+        self.perform(name, action)
+        pump(lambda: len(self.heard) >= len(events), 10)
+        pump(lambda: False, 0.3)
+        require(self.heard == events, name, action, "heard", self.heard)
 
     def actions(self, identifier):
         action = self.nodes[identifier].queryAction() if identifier in self.operable else None
@@ -164,25 +188,29 @@ def session(program, status):
     pyatspi.Registry.registerEventListener(app.hear, *EVENTS)
     printed = []
     for name, action, events, lines in STEPS:
-        app.heard.clear()
-        if name:
-            require(app.nodes[name].queryAction().doAction(app.actions(name).index(action)), action, name)
-        else:
-            pyatspi.Registry.generateMouseEvent(outer.x + 5, outer.y + 5, "abs")  # X sends keys there
-            pyatspi.Registry.generateKeyboardEvent(action, None, pyatspi.KEY_SYM)
-        pump(lambda count=len(events): len(app.heard) >= count, 10)
-        pump(lambda: False, 0.3)  # there is nothing more
-        require(app.heard == events, name, action, "heard", app.heard)
+        app.expect(name, action, events)
         printed += lines
+    pyatspi.Registry.deregisterEventListener(app.hear, *EVENTS)
     lines = app.end()
     missing = [line for line in printed if line not in lines]
     require(not missing, "not printed:", missing, "but", lines)
     print(f"screen_reader_test: {len(found)} elements found, {len(STEPS)} actions heard")
 
 
-def main(program):
+def play(player):
+    app = App(player)
+    require(pump(app.windows, 10), "the player is not on the accessibility bus")
+    pyatspi.Registry.registerEventListener(app.hear, *EVENTS)
+    for name, action, events in PLAYER_STEPS:
+        app.collect(app.windows()[0])
+        app.expect(name, action, events)
+    app.end()
+
+
+def main(program, player):
     bus = dbus.SessionBus().get_object("org.a11y.Bus", "/org/a11y/bus")
     session(program, dbus.Interface(bus, "org.freedesktop.DBus.Properties"))
+    play(player)
 
 
 @contextlib.contextmanager
@@ -199,7 +227,7 @@ def display():
 
 if __name__ == "__main__":
     if "TESMAR_PRIVATE_BUS" in os.environ:
-        sys.exit(main(sys.argv[1]))
+        sys.exit(main(*sys.argv[1:]))
     with tempfile.TemporaryDirectory() as home, display() as name:
         clean = {**os.environ, "TESMAR_PRIVATE_BUS": "1", "DISPLAY": name, "SDL_VIDEODRIVER": "x11",
                  "XDG_RUNTIME_DIR": home, "XDG_CONFIG_HOME": home, "HOME": home, "GSETTINGS_BACKEND": "memory"}

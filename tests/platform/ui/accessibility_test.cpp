@@ -68,11 +68,11 @@ TEST_F(AccessibilityTest, ElementsAreReadRowByRow) {
     put<UIStepper>("stepper", {0, 120, 94, 29});
     put<UIButton>("", {150, 120, 40, 30})->setEnabled(false);
     EXPECT_EQ(outlined(), "left+ right below "
-                          "stepper(stepper.decrement! stepper.increment) /0! out~");
+                          "stepper(stepper.decrement! stepper.increment) /0/7! out~");
     root().setSemanticContentAttribute(UISemanticContentAttribute::forceRightToLeft);
     root().setUserInteractionEnabled(false);
     EXPECT_EQ(outlined(), "right! left!+ below "
-                          "/0! stepper!(stepper.decrement! stepper.increment!) out!~");
+                          "/0/7! stepper!(stepper.decrement! stepper.increment!) out!~");
 }
 
 TEST_F(AccessibilityTest, DialogsComeFirstAndCoverWhenFullScreen) {
@@ -80,11 +80,11 @@ TEST_F(AccessibilityTest, DialogsComeFirstAndCoverWhenFullScreen) {
     present(UIModalPresentationStyle::card);
     EXPECT_EQ(outlined(), "card behind");
     const auto full = present(UIModalPresentationStyle::fullScreen);
-    EXPECT_EQ(outlined(), "/0");
-    EXPECT_TRUE(perform("/0", dismiss));
+    EXPECT_EQ(outlined(), "/2");
+    EXPECT_TRUE(perform("/2", dismiss));
     EXPECT_TRUE(full->isBeingDismissed());
     EXPECT_EQ(outlined(), "card behind");
-    EXPECT_FALSE(perform("/0", dismiss));
+    EXPECT_FALSE(perform("/2", dismiss));
 }
 
 TEST_F(AccessibilityTest, ActionsAreTaps) {

@@ -144,33 +144,34 @@ CGRect AtspiBridge::frameOf(const std::string& identifier, AtkCoordType relative
 // --- Changes ------------------------------------------------------------------------------------
 
 void AtspiBridge::adopt(const Elements& elements, ElementNode& parent, Nodes& former,
-                        std::vector<std::pair<AtkObject*, Children>>& changedParents) {
+                        std::vector<ChangedParent>& changed) {
     Children objects;
     for (const auto& element : elements) {
+        auto& node = nodes_[element.identifier];
         const auto known = former.find(element.identifier);
-        std::unique_ptr<ElementNode> node;
         if (known != former.end() && known->second->element.role == element.role) {
             node = std::move(known->second);
             former.erase(known);
             node->parent = parent.object.get();
+            adopt(element.children, *node, former, changed);
         } else {
             node = std::make_unique<ElementNode>();
             node->element = withoutChildren(element);
             prepare(*node, ATK_ROLE_INVALID, parent.object.get());
+            std::vector<ChangedParent> unknownToClients;
+            adopt(element.children, *node, former, unknownToClients);
         }
         objects.push_back(node->object.get());
-        ElementNode& adopted = *(nodes_[element.identifier] = std::move(node));
-        adopt(element.children, adopted, former, changedParents);
     }
     if (objects != parent.children)
-        changedParents.emplace_back(parent.object.get(), std::exchange(parent.children, objects));
+        changed.emplace_back(parent.object.get(), std::exchange(parent.children, objects));
 }
 
 void AtspiBridge::treeChanged(const Elements& tree) {
     auto former = std::exchange(nodes_, {});
-    std::vector<std::pair<AtkObject*, Children>> changedParents;
-    adopt(tree, window_, former, changedParents);
-    for (const auto& [parent, before] : changedParents)
+    std::vector<ChangedParent> changed;
+    adopt(tree, window_, former, changed);
+    for (const auto& [parent, before] : changed)
         notifyChildren(parent, before, elementNode(parent)->children);
     for (const auto& [identifier, gone] : former)
         detachElementObject(gone->object.get());
@@ -199,6 +200,8 @@ void AtspiBridge::elementChanged(const UIAccessibleElement& before,
     changedToFalse(UIAccessibleStateDisabled, ATK_STATE_ENABLED);
     changedToFalse(UIAccessibleStateDisabled, ATK_STATE_SENSITIVE);
     changedToFalse(UIAccessibleStateOffscreen, ATK_STATE_SHOWING);
+    if (after.role == UIAccessibleRole::button)
+        changed(UIAccessibleStateSelected, ATK_STATE_PRESSED);
     if (after.role == UIAccessibleRole::option &&
         before.has(UIAccessibleStateSelected) != after.has(UIAccessibleStateSelected)) {
         changed(UIAccessibleStateSelected, ATK_STATE_CHECKED);

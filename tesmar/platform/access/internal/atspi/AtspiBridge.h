@@ -8,6 +8,7 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <utility>
 
 namespace tesmar {
 
@@ -36,10 +37,12 @@ class AtspiBridge final : public AccessibilityBridge, private ElementActions {
     CGRect frameOf(const std::string& identifier, AtkCoordType relativeTo) override;
 
     void prepare(ElementNode& node, AtkRole role, AtkObject* parent);
+    // A parent that clients know, with its former children.
+    using ChangedParent = std::pair<AtkObject*, Children>;
     // Makes the elements the children of `parent`: moves their nodes from `former` to nodes_, and
-    // makes those that are missing. Appends parents whose children changed, with the former ones.
+    // makes those that are missing. Appends to `changed`.
     void adopt(const Elements& elements, ElementNode& parent, Nodes& former,
-               std::vector<std::pair<AtkObject*, Children>>& changedParents);
+               std::vector<ChangedParent>& changed);
 
     AccessibilitySource& source_;
     ElementNode application_;

@@ -98,6 +98,8 @@ AtkStateSet* refStates(AtkObject* object) {
     add(ATK_STATE_FOCUSABLE, !element.actions.empty() && node->children.empty());
     add(ATK_STATE_FOCUSED, element.has(UIAccessibleStateFocused));
     add(ATK_STATE_ACTIVE, node->isActive);
+    add(ATK_STATE_PRESSED,
+        element.role == UIAccessibleRole::button && element.has(UIAccessibleStateSelected));
     add(ATK_STATE_CHECKABLE, isSwitch || isOption);
     add(ATK_STATE_CHECKED,
         element.has(UIAccessibleStateOn) || (isOption && element.has(UIAccessibleStateSelected)));

@@ -55,15 +55,16 @@ std::vector<UIAccessibleElement> AccessibleTree::read() {
     Elements elements;
     const auto views = window_.subviews();
     for (auto view = views.rbegin(); view != views.rend(); ++view) {
+        const std::string path = "/" + std::to_string(views.rend() - view - 1);
         const auto controller = window_.presentations_->controllerIn(**view);
         if (!controller) {
             const Context context{window_.rootViewController().get(), window_.bounds()};
-            add(**view, context, "", elements);
+            add(**view, context, path, elements);
             continue;
         }
         if (window_.presentations_->isDismissing(*controller))
             continue;
-        addDialog(**view, *controller, elements);
+        addDialog(**view, *controller, path, elements);
         if (controller->modalPresentationStyle() == UIModalPresentationStyle::fullScreen)
             break; // covers those behind
     }
@@ -77,11 +78,12 @@ std::optional<AccessibleTree::Found> AccessibleTree::find(std::string_view ident
 }
 
 // A container is not faded out when its controller has just been presented, and is to be announced.
-void AccessibleTree::addDialog(UIView& container, UIViewController& controller, Elements& to) {
+void AccessibleTree::addDialog(UIView& container, UIViewController& controller,
+                               const std::string& path, Elements& to) {
     UIView& content = *controller.view();
     UIAccessibleElement dialog;
     dialog.role = UIAccessibleRole::dialog;
-    dialog.identifier = uniqueIdentifier(container.accessibilityIdentifier(), "");
+    dialog.identifier = uniqueIdentifier(container.accessibilityIdentifier(), path);
     dialog.frame = container.convertRectTo(container.bounds(), nullptr);
     if (window_.presentedViewController().get() == &controller)
         dialog.actions = {UIAccessibleAction::dismiss};
@@ -92,7 +94,7 @@ void AccessibleTree::addDialog(UIView& container, UIViewController& controller, 
     to.push_back(std::move(dialog));
 }
 
-void AccessibleTree::add(UIView& view, const Context& context, const std::string& parent,
+void AccessibleTree::add(UIView& view, const Context& context, const std::string& path,
                          Elements& to) {
     if (!isSeen(view))
         return;
@@ -108,10 +110,10 @@ void AccessibleTree::add(UIView& view, const Context& context, const std::string
     if (view.clipsToBounds())
         inside.clip = CGRectIntersection(context.clip, element.frame);
     if (element.role == UIAccessibleRole::none) {
-        addSubviews(view, inside, parent, to);
+        addSubviews(view, inside, path, to);
         return;
     }
-    element.identifier = uniqueIdentifier(element.identifier, parent);
+    element.identifier = uniqueIdentifier(element.identifier, path);
     for (auto& part : element.children)
         part.identifier = uniqueIdentifier(element.identifier + part.identifier, "");
     markFocus(element, focused_);
@@ -125,7 +127,7 @@ void AccessibleTree::add(UIView& view, const Context& context, const std::string
     to.push_back(std::move(element));
 }
 
-void AccessibleTree::addSubviews(UIView& view, const Context& context, const std::string& parent,
+void AccessibleTree::addSubviews(UIView& view, const Context& context, const std::string& path,
                                  Elements& to) {
     std::vector<CGRect> frames;
     for (const auto& child : view.subviews())
@@ -133,14 +135,13 @@ void AccessibleTree::addSubviews(UIView& view, const Context& context, const std
     const auto order =
         view.layoutIsRightToLeft() ? ReadingOrder::rightToLeft : ReadingOrder::leftToRight;
     for (const std::size_t i : readingOrder(frames, order))
-        add(*view.subviews()[i], context, parent, to);
+        add(*view.subviews()[i], context, path + "/" + std::to_string(i), to);
 }
 
-std::string AccessibleTree::uniqueIdentifier(const std::string& own, const std::string& parent) {
-    const std::string stem = own.empty() ? parent + "/" : own;
-    std::string identifier = own.empty() ? stem + "0" : own;
+std::string AccessibleTree::uniqueIdentifier(const std::string& own, const std::string& path) {
+    std::string identifier = own.empty() ? path : own;
     for (int i = 1; !identifiers_.insert(identifier).second; ++i)
-        identifier = (own.empty() ? stem : stem + "/") + std::to_string(i);
+        identifier = own + path + "#" + std::to_string(i);
     return identifier;
 }
 

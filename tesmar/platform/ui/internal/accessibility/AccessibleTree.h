@@ -33,11 +33,13 @@ class AccessibleTree {
         bool takesTouches = true;
     };
 
-    void addDialog(UIView& container, UIViewController& controller, Elements& to);
+    // `path`, the way to the view by indices of subviews, identifies views without an identifier.
+    void addDialog(UIView& container, UIViewController& controller, const std::string& path,
+                   Elements& to);
     // Appends the element of `view`, or, if it is none itself, those of its subviews.
-    void add(UIView& view, const Context& context, const std::string& parent, Elements& to);
-    void addSubviews(UIView& view, const Context& context, const std::string& parent, Elements& to);
-    std::string uniqueIdentifier(const std::string& own, const std::string& parent);
+    void add(UIView& view, const Context& context, const std::string& path, Elements& to);
+    void addSubviews(UIView& view, const Context& context, const std::string& path, Elements& to);
+    std::string uniqueIdentifier(const std::string& own, const std::string& path);
     void note(const UIAccessibleElement& element, UIView& view, UIViewController* dialog);
 
     UIWindow& window_;
