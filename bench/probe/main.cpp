@@ -122,6 +122,19 @@ void measure(PanelHost& host) {
         screen.show();
     });
 
+    // Right and left, from swatch to swatch; the ring jumps, so that each frame is the last one.
+    setMotionSetting(MotionSetting::reduced);
+    const auto press = [&](UIKey key) {
+        screen.window()->key(key, UIKeyRepeat::pressed, screen.now());
+    };
+    for (const UIKey first : {UIKey::down, UIKey::down})
+        press(first);
+    const Cost key = medianCost(screen, nothing, [&](int i) {
+        press(i % 2 ? UIKey::left : UIKey::right);
+        screen.show();
+    });
+    setMotionSetting(MotionSetting::full);
+
     screen.settle();
     const double before = clockMilliseconds(CLOCK_PROCESS_CPUTIME_ID);
     const int wakeups = screen.idle(5);
@@ -129,9 +142,10 @@ void measure(PanelHost& host) {
 
     std::printf("\"create_ms\": %.4f, \"create_cpu_ms\": %.4f, \"tap_cb_us\": %.3f, "
                 "\"tap_frame_ms\": %.4f, \"tap_frame_cpu_ms\": %.4f, \"relayout_ms\": %.4f, "
-                "\"relayout_cpu_ms\": %.4f, \"idle_cpu_ms\": %.4f, \"idle_wakeups\": %d, ",
+                "\"relayout_cpu_ms\": %.4f, \"key_frame_ms\": %.4f, \"key_frame_cpu_ms\": %.4f, "
+                "\"idle_cpu_ms\": %.4f, \"idle_wakeups\": %d, ",
                 create.wall, create.cpu, median(callbackMicroseconds), tap.wall, tap.cpu,
-                relayout.wall, relayout.cpu, idle, wakeups);
+                relayout.wall, relayout.cpu, key.wall, key.cpu, idle, wakeups);
 }
 
 std::unique_ptr<Screen> loadSDLScreen() {

@@ -25,6 +25,11 @@ struct HostPanel : TESMARViewController {
         Base::scrollViewDidEndDragging(view, glides), log->record(glides ? "glide" : "didDrag");
     }
     void scrollViewDidEndDecelerating(UIScrollView&) override { log->record("didGlide"); }
+    std::string initialFocus() const override { return "CCSwitch"; } // the same each time
+    void willHandleKey() override { Base::willHandleKey(), log->record("key"); }
+    void focusDidMove(const std::string& name) override {
+        Base::focusDidMove(name), log->record("focus");
+    }
     std::shared_ptr<CallLog> log;
 };
 
@@ -114,6 +119,9 @@ struct HostScenario {
         touch(UITouchPhase::ended, {170, 230});
         perform([](HeadlessHost& h) { h.window()->wheel({170, 200}, {0, 9}, h.now()); });
         moment("wheeled");
+        for (const UIKey key : {UIKey::down, UIKey::down, UIKey::select, UIKey::increment})
+            perform([=](HeadlessHost& h) { h.key(key); });
+        moment("keys");
         for (const double width : {60.0, kSize.width}) { // the first causes a diagnostic
             perform([=](HeadlessHost& h) { h.resize({width, kSize.height}, 1); });
             wait(0);

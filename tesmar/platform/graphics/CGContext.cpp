@@ -178,9 +178,9 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& 
                        [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
 }
 
-void CGContext::drawPixels(const void* pixels, int width, int height, int stride) {
-    if (const SurfacePtr source = readOnlySurface(pixels, width, height, stride))
-        impl_->paintPicture(source.get(), 0, 0, {0, 0, width, height}, impl_->state.alpha);
+void CGContext::drawPixels(const void* pixels, const PixelRect& place, int stride) {
+    if (const SurfacePtr source = readOnlySurface(pixels, place.width, place.height, stride))
+        impl_->paintPicture(source.get(), place.x, place.y, place, impl_->state.alpha);
 }
 
 void CGContext::clearPixels(const PixelRect& r) {

@@ -113,10 +113,10 @@ class TESMAR_API CGContext {
     void drawImage(const UIImage& image, const CGRect& r);
     // Fills the image's shape, its alpha, with one colour.
     void drawImage(const UIImage& image, const CGRect& r, const UIColor& tint);
-    // Draws premultiplied ARGB pixels, in the constructor's format, from the top left corner of the
-    // surface, one device pixel each: the translation does not apply. Sizes out of range draw
-    // nothing. The memory is only read, and not used after the call.
-    void drawPixels(const void* pixels, int width, int height, int stride);
+    // Draws premultiplied ARGB pixels, in the constructor's format, at `place`, in device pixels of
+    // the whole surface and one device pixel each: the translation does not apply. Sizes out of
+    // range draw nothing. The memory is only read, and not used after the call.
+    void drawPixels(const void* pixels, const PixelRect& place, int stride);
 
     // Makes pixels of the whole surface transparent, within the clip; alpha and translation do not
     // apply.

@@ -7,6 +7,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/KeptPicture.h"
 
 #include <algorithm>
 
@@ -92,9 +93,9 @@ void UIView::setTranslation(CGPoint translation) {
     translation = {finiteCoordinate(translation.x), finiteCoordinate(translation.y)};
     if (translation == translation_)
         return;
-    damageSubtree();
+    damagePlace();
     translation_ = translation;
-    damageSubtree();
+    damagePlace();
 }
 
 CGPoint UIView::originOnSurface() const {

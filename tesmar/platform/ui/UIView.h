@@ -21,6 +21,7 @@
 namespace tesmar {
 
 class CGContext;
+class KeptPicture;
 class LayoutEngine;
 class NSBundle;
 class UITouch;
@@ -256,6 +257,10 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     virtual void didMoveToWindow() {}
     // Like draw, but above the subviews.
     virtual void drawOverlay(CGRect /*rect*/) {}
+    // While true, the view and all in it are painted once into a picture of their own, and again
+    // only where they change: for views of which only opacity and translation change, as in a
+    // motion. The translation is then rounded to device pixels.
+    void setKeepsPicture(bool keeps);
     // True: each subview is the root of a layout of its own, and no constraint may refer to views
     // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
@@ -276,13 +281,16 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
     CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
     void damageSubtree();
+    void damagePlace(); // as above, but all in it still looks the same
     void damage(CGRect rect);
     // The part of a rectangle on the surface where this view can be seen, in whole pixels; empty
     // when it is hidden, clipped, outside the surface or covered.
     PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;
     bool isCovered(const PixelRect& pixels, CGFloat scale) const;
     bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
+    void damageKeptPictures(const CGRect& onSurface);
     void paintSelf(CGContext& context, CGPoint origin);
+    bool paintPicture(CGContext& context, CGPoint superOrigin);
     void paintSubviews(CGContext& context, CGPoint origin);
 
     CGRect frame_;
@@ -295,6 +303,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     double alpha_ = 1;
     bool hidden_ = false;
     bool clipsToBounds_ = false;
+    std::unique_ptr<KeptPicture> picture_;
     bool userInteractionEnabled_ = true;
     std::string identifier_;
 

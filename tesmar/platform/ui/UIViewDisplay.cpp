@@ -4,6 +4,7 @@
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/platform/ui/internal/DamageRegion.h"
+#include "tesmar/platform/ui/internal/KeptPicture.h"
 
 #include <algorithm>
 #include <new>
@@ -44,17 +45,17 @@ void UIView::setAlpha(double alpha) {
     alpha = finite(alpha, 0, 1, 1);
     if (alpha == alpha_)
         return;
-    damageSubtree();
+    damagePlace();
     alpha_ = alpha;
-    damageSubtree();
+    damagePlace();
 }
 
 void UIView::setHidden(bool hidden) {
     if (hidden == hidden_)
         return;
-    damageSubtree();
+    damagePlace();
     hidden_ = hidden;
-    damageSubtree();
+    damagePlace();
 }
 
 void UIView::setClipsToBounds(bool clips) {
@@ -124,18 +125,43 @@ bool UIView::isOnScreen() const {
 }
 
 void UIView::damageSubtree() {
+    if (picture_)
+        picture_->clear();
+    damagePlace();
+}
+
+void UIView::damagePlace() {
     assertMainThread("UIView::setNeedsDisplay");
-    if (UIWindow* const window = this->window())
-        window->damagePixels(
-            visiblePixels(subtreeExtent(originOnSurface(), window->scale()), *window));
+    UIWindow* const window = this->window();
+    if (!window)
+        return;
+    const CGRect extent = subtreeExtent(originOnSurface(), window->scale());
+    if (superview_)
+        superview_->damageKeptPictures(extent);
+    window->damagePixels(visiblePixels(extent, *window));
 }
 
 void UIView::damage(CGRect rect) {
     assertMainThread("UIView::setNeedsDisplay");
     UIWindow* const window = rect.isEmpty() ? nullptr : this->window();
-    if (window)
-        window->damagePixels(
-            visiblePixels(onSurface(rect, originOnSurface(), window->scale()), *window));
+    if (!window)
+        return;
+    const CGRect damaged = onSurface(rect, originOnSurface(), window->scale());
+    damageKeptPictures(damaged);
+    window->damagePixels(visiblePixels(damaged, *window));
+}
+
+void UIView::damageKeptPictures(const CGRect& onSurface) {
+    for (UIView* view = this; view; view = view->superview_)
+        if (view->picture_)
+            view->picture_->damage(onSurface.offsetBy(CGPoint() - view->originOnSurface()));
+}
+
+void UIView::setKeepsPicture(bool keeps) {
+    if (!keeps)
+        picture_.reset();
+    else if (!picture_)
+        picture_ = std::make_unique<KeptPicture>();
 }
 
 // Whether an opaque view in front hides all of these pixels.
@@ -170,6 +196,8 @@ bool UIView::covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) cons
 void UIView::paint(CGContext& context, CGPoint superOrigin) {
     if (hidden_ || alpha_ <= 0)
         return;
+    if (picture_ && paintPicture(context, superOrigin))
+        return;
     const CGPoint origin = superOrigin + originInSuperview();
     if (alpha_ >= 1) {
         paintSelf(context, origin);
@@ -180,6 +208,20 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
     context.beginTransparencyLayer(alpha_);
     paintSelf(context, origin);
     context.endTransparencyLayer();
+}
+
+// False: there is no memory for the picture.
+bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
+    const CGFloat scale = context.scale();
+    const CGPoint origin = superOrigin + frame_.origin;
+    const auto painted = [this](CGContext& picture, CGPoint at) { paintSelf(picture, at); };
+    if (!picture_->update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
+                          painted))
+        return false;
+    const SavedState saved(context);
+    context.setAlpha(alpha_);
+    picture_->draw(context, translation_);
+    return true;
 }
 
 void UIView::paintSelf(CGContext& context, CGPoint origin) {

@@ -5,9 +5,9 @@
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
-#include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/internal/CurrentContext.h"
 #include "tesmar/platform/ui/internal/DamageHistory.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
@@ -44,29 +44,6 @@ bool fits(const PixelRect& surface, int stride, std::size_t bytes) {
     return !surface.isEmpty() && stride >= row && stride % 4 == 0 &&
            bytes >= static_cast<std::size_t>((surface.height - 1LL) * stride + row);
 }
-
-// Makes `context` current while this exists.
-class CurrentContext {
-  public:
-    explicit CurrentContext(CGContext& context) : context_(&context) {
-        UIGraphicsPushContext(context);
-    }
-    // Also pops the contexts that a view's drawing pushed on top and, because it threw, left there.
-    ~CurrentContext() {
-        while (CGContext* const current = UIGraphicsGetCurrentContext()) {
-            UIGraphicsEndImageContext();
-            if (UIGraphicsGetCurrentContext() == current)
-                UIGraphicsPopContext();
-            if (current == context_)
-                break;
-        }
-    }
-    CurrentContext(const CurrentContext&) = delete;
-    CurrentContext& operator=(const CurrentContext&) = delete;
-
-  private:
-    CGContext* context_;
-};
 
 // Takes touches only on its subviews.
 class PassThroughView : public UIView {

@@ -118,7 +118,7 @@ TEST(CGContext, PixelsBlendOverTheSurface) {
     CGContext context = canvas.context();
     const std::uint32_t front[] = {0x80400000, 0xff123456, 0};
     context.translate(1, 0); // does not apply
-    context.drawPixels(front, 3, 1, 12);
+    context.drawPixels(front, {0, 0, 3, 1}, 12);
     EXPECT_EQ(canvas.pixels, (std::vector<std::uint32_t>{0xff723232, 0xff123456, 0xff646464}));
 }
 

@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/UISwitch.h"
 
 #include <functional>
 
@@ -93,6 +94,35 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
     EXPECT_LT(scroll->contentOffset().y, 250);
     EXPECT_DEATH(make<UIWindow>()->presentViewController(make<Controller>(), false),
                  "made by UIWindow::windowWithSize");
+}
+
+// Against a window that was changed before the motion.
+TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
+    struct Shown {
+        explicit Shown(CGFloat scale) : host({300, 400}, scale) {
+            panel->addSubview(part), controller->view()->addSubview(panel);
+            part->setBackgroundColor(UIColor::redColor());
+        }
+        void change() {
+            part->setBackgroundColor(UIColor::blueColor());
+            panel->setFrame({30.4, 20, 80, 60}), panel->setClipsToBounds(true);
+            panel->addSubview(makeWith<UISwitch>(&UISwitch::initWithFrame, CGRect(1.3, 2, 0, 0)));
+        }
+        Ref<UIView> view(CGRect frame) { return makeWith<UIView>(&UIView::initWithFrame, frame); }
+
+        HeadlessHost host;
+        Ref<UIView> panel = view({30, 20, 90, 50}), part = view({7.5, 40, 90.3, 30});
+        Ref<Controller> controller = make<Controller>();
+    };
+    for (const CGFloat scale : {1.0, 1.25, 3.0}) {
+        Shown later(scale), before(scale);
+        before.change();
+        for (Shown* const shown : {&later, &before})
+            shown->host.window()->presentViewController(shown->controller, true);
+        host.advance(0.1), later.host.render(), later.change();
+        host.advance(0.1), later.host.render(), before.host.render();
+        EXPECT_TRUE(later.host.pixels() == before.host.pixels()) << scale;
+    }
 }
 
 TEST_F(UITest, LeavingCardsTakeNoTouches) {

@@ -107,7 +107,7 @@ bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32
 bool HeadlessHost::writeOver(const std::string& path, std::vector<std::uint32_t> picture) const {
     const int stride = width_ * 4;
     CGContext(picture.data(), width_, height_, stride, 1)
-        .drawPixels(pixels_.data(), width_, height_, stride);
+        .drawPixels(pixels_.data(), {0, 0, width_, height_}, stride);
     return tesmar::writePNG(path, picture.data(), width_, height_, stride);
 }
 

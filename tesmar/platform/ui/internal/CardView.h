@@ -11,6 +11,9 @@ namespace tesmar {
 
 // Contains a controller's view, which is the root of its own layout.
 class ContainerView : public UIView {
+  public:
+    using UIView::setKeepsPicture; // while the container moves
+
   protected:
     bool subviewsAreLayoutRoots() const override { return true; }
 };

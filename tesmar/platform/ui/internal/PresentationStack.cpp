@@ -152,6 +152,7 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
     const std::weak_ptr<Presentation> weak = presentation;
+    presentation->container->setKeepsPicture(animated);
     presentation->progress->moveTo(1, animated ? kAppearing : 0, [this, weak] {
         if (const auto p = weak.lock())
             appeared(p);
@@ -162,6 +163,7 @@ void PresentationStack::appeared(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
     presentation->stage = Stage::shown;
+    presentation->container->setKeepsPicture(false);
     const auto completion = std::exchange(presentation->completion, {});
     if (presentation->cover == Cover::none)
         presentation->controller->viewDidAppear(presentation->animated);
@@ -221,6 +223,8 @@ void PresentationStack::slideOut(const Shared& presentation, bool animated) {
         return;
     const std::weak_ptr<Presentation> weak = presentation;
     const bool moves = animated && presentation->container;
+    if (moves)
+        presentation->container->setKeepsPicture(true);
     presentation->progress->moveTo(0, moves ? kDismissing : 0, [this, weak] {
         if (const auto p = weak.lock())
             finishDismissal(p);

@@ -51,7 +51,7 @@ class PresentationStack {
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
-        Ref<UIView> container;
+        Ref<ContainerView> container;
         Stage stage = Stage::appearing;
         Cover cover = Cover::none;
         bool leaves = false; // is dismissed together with what is above it
