@@ -83,7 +83,7 @@ PLAYER_STEPS = [
     ("captionsButton", "click", ["removed", "added"]),
     ("CCSwitch", "toggle", ["CCSwitch unchecked", "captionsButton unpressed"]),
     ("backgroundColorOpacityStepper", "decrement", ["backgroundColorOpacityStepper 40 percent"]),
-    ("card", "close", ["removed"]),
+    ("card", "close", ["removed", "added"]),
 ]
 
 
