@@ -1,8 +1,9 @@
 // Compares the time of a frame of the panel with that of its cairo calls alone: for a full repaint,
-// a tap on a swatch and a step of the font size.
+// a tap on a swatch and a step of the font size. Then the time to read the panel's accessible tree.
 #include "CairoTape.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/tesmar.h"
 
@@ -67,6 +68,12 @@ void frame(benchmark::State& state) {
         drawFrame(panel, damage);
 }
 
+void accessibleElements(benchmark::State& state) {
+    Panel panel(1);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(accessibleTree(*panel.window));
+}
+
 void rawCairo(benchmark::State& state) {
     Panel panel(static_cast<double>(state.range(1)));
     const auto damage = damageOf(panel, static_cast<Change>(state.range(0)));
@@ -97,6 +104,7 @@ void rawCairo(benchmark::State& state) {
 
 TESMAR_FRAMES(frame);
 TESMAR_FRAMES(rawCairo);
+BENCHMARK(accessibleElements)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tesmar
