@@ -49,7 +49,7 @@ class AccessibilityTest : public UITest {
         return performAccessibleAction(*host.window(), identifier, action, host.now());
     }
     Ref<UIViewController> present(UIModalPresentationStyle style) {
-        const auto controller = make<UIViewController>();
+        auto controller = make<UIViewController>();
         controller->setModalPresentationStyle(style);
         host.window()->presentViewController(controller, false);
         return controller;

@@ -47,7 +47,8 @@ struct SDLHost::State {
     void windowEvent(const SDL_WindowEvent& event, double time);
     void fitWindow();
     void showChanges();
-    void wakeUp();
+    // Ends the host's sleep, unless `flag` says that this is under way. Any thread.
+    void wakeUp(std::atomic<bool>& flag);
 
     ScreenReaders screenReaders;
     std::optional<CGFloat> scale; // chosen by the application
@@ -65,8 +66,9 @@ struct SDLHost::State {
     bool quits = false;
 
     Uint32 wakeEvent = 0;
-    std::atomic<bool> wakes = false; // a wake event is in the queue
-    SDLAccessibility accessibility{*window, [this] { wakeUp(); }};
+    std::atomic<bool> wakes = false;       // a wake event is in the queue
+    std::atomic<bool> readerWakes = false; // the same, for the screen readers' bridge
+    SDLAccessibility accessibility{*window, [this] { wakeUp(readerWakes); }};
 };
 
 SDLHost::State::State(const Options& options)
@@ -110,16 +112,16 @@ void SDLHost::run() {
 }
 
 void SDLHost::wakeUp() {
-    state_->wakeUp();
+    state_->wakeUp(state_->wakes);
 }
 
-void SDLHost::State::wakeUp() {
-    if (wakes.exchange(true))
+void SDLHost::State::wakeUp(std::atomic<bool>& flag) {
+    if (flag.exchange(true))
         return;
     SDL_Event event{};
     event.type = wakeEvent;
     if (SDL_PushEvent(&event) != 1)
-        wakes = false;
+        flag = false;
 }
 
 // --- Events -------------------------------------------------------------------------------------
@@ -128,8 +130,8 @@ void SDLHost::State::handle(const SDL_Event& event) {
     // Motion that a handler starts begins now, not when the loop last ran.
     NSRunLoop::mainRunLoop().noteTime(timeOf(event));
     if (event.type == wakeEvent) {
-        wakes = false;
-        if (onWake)
+        readerWakes = false;
+        if (wakes.exchange(false) && onWake)
             onWake();
         return;
     }

@@ -140,7 +140,8 @@ void initClass(void* type, void*) {
     object->get_attributes = getAttributes;
 }
 
-GType registerType(const char* name, GType parent, std::vector<ElementInterface> interfaces) {
+GType registerType(const char* name, GType parent,
+                   const std::vector<ElementInterface>& interfaces) {
     const GTypeInfo info{sizeof(ElementObjectClass),
                          nullptr,
                          nullptr,

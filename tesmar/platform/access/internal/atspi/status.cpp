@@ -10,7 +10,7 @@
 namespace tesmar {
 namespace {
 
-constexpr int kPatience = 200; // milliseconds, for the bus to reply
+constexpr int kTimeout = 50; // milliseconds, for each reply of the bus
 
 struct Unref {
     void operator()(DBusMessage* message) const { dbus_message_unref(message); }
@@ -27,7 +27,7 @@ bool property(DBusConnection* bus, const char* name) {
         return false;
     dbus_message_set_auto_start(call.get(), FALSE);
     const Message reply(
-        dbus_connection_send_with_reply_and_block(bus, call.get(), kPatience, nullptr));
+        dbus_connection_send_with_reply_and_block(bus, call.get(), kTimeout, nullptr));
     DBusMessageIter outer, inner;
     if (!reply || !dbus_message_iter_init(reply.get(), &outer) ||
         dbus_message_iter_get_arg_type(&outer) != DBUS_TYPE_VARIANT)

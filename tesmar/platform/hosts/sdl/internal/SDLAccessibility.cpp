@@ -62,15 +62,18 @@ void SDLAccessibility::check(SDLHost::ScreenReaders choice, SDL_Window& window) 
     shown_ = &window;
     const bool isNeeded = choice == SDLHost::ScreenReaders::always ||
                           (choice == SDLHost::ScreenReaders::asDesktopAsks && desktopAsks());
-    if (!isNeeded || bridge_)
-        return;
+    if (isNeeded && !bridge_)
+        loadBridge();
+    if (bridge_ && isNeeded != window_.hasAccessibilityObserver())
+        window_.setAccessibilityObserver(isNeeded ? bridge_.get() : nullptr);
+}
+
+void SDLAccessibility::loadBridge() {
     const Module module("tesmar-atspi.so");
     if (const auto make = module.function<MakeAccessibilityBridge>(kMakeAccessibilityBridge))
         bridge_.reset(make(*this));
-    if (!bridge_)
-        return;
-    bridge_->setActive(isActive_);
-    window_.setAccessibilityObserver(bridge_.get());
+    if (bridge_)
+        bridge_->setActive(isActive_);
 }
 
 void SDLAccessibility::setActive(bool windowHasFocus) {

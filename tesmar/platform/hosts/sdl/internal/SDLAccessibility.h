@@ -17,14 +17,16 @@ class SDLAccessibility final : private AccessibilitySource {
     SDLAccessibility(UIWindow& window, std::function<void()> wakeUp);
     ~SDLAccessibility() override;
 
-    // Loads the bridge if `choice` and the desktop ask for it. Called again whenever a screen
-    // reader may have been started.
+    // Has the bridge observe the window if `choice` and the desktop ask for it; loads it the first
+    // time. Called again whenever a screen reader may have been started or ended.
     void check(SDLHost::ScreenReaders choice, SDL_Window& window);
     void setActive(bool windowHasFocus);
     // Handles requests and notifies readers; nothing without a bridge. In every turn of the host.
     void turn(double now);
 
   private:
+    void loadBridge();
+
     std::vector<UIAccessibleElement> tree() override;
     bool perform(std::string_view identifier, UIAccessibleAction action) override;
     void update() override;
@@ -38,7 +40,7 @@ class SDLAccessibility final : private AccessibilitySource {
     SDL_Window* shown_ = nullptr;
     bool isActive_ = false;
     double now_ = 0;
-    std::unique_ptr<AccessibilityBridge> bridge_; // null while none is needed
+    std::unique_ptr<AccessibilityBridge> bridge_; // null until one is needed
 };
 
 } // namespace tesmar
