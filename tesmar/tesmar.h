@@ -12,9 +12,11 @@
 //     the panel is first shown, TESMARConfig::sessionOrDefaultClosedCaptureStyle() returns it.
 //
 // Everything is in namespace tesmar and must be used on the main thread, unless a header says
-// otherwise. The library owns no thread, no loop and no clock, and changes no process-wide state.
-// It prints nothing but "Switch ON" and "Switch OFF" when the viewer operates the captions switch.
-// Misuse, as the headers describe it, is a fatal error: one line on standard error, then abort().
+// otherwise. The main thread is the first that uses the user interface; when it has ended, the next
+// one that does is. The library owns no thread, no loop and no clock, and changes no process-wide
+// state. It prints nothing but "Switch ON" and "Switch OFF" when the viewer operates the captions
+// switch. The shared library stays in memory once it is loaded, also after dlclose(). Misuse, as
+// the headers describe it, is a fatal error: one line on standard error, then abort().
 #pragma once
 
 #if __cplusplus < 202002L

@@ -2,6 +2,8 @@
 
 namespace tesmar {
 
+TESMARViewControllerDelegate::~TESMARViewControllerDelegate() = default;
+
 // A call may end the loan, so the delegate is read once and nothing follows the call.
 class TESMARBorrowedDelegate::Forwarder : public TESMARViewControllerDelegate {
   public:

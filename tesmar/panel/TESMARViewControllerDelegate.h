@@ -9,7 +9,7 @@ namespace tesmar {
 // anything, including changing, dismissing and releasing the panel.
 class TESMAR_API TESMARViewControllerDelegate {
   public:
-    virtual ~TESMARViewControllerDelegate() = default;
+    virtual ~TESMARViewControllerDelegate();
 
     // The viewer has turned captions on or off. The panel does not store that state; the host does.
     virtual void CCSwitchValueChanged(bool on) = 0;

@@ -9,6 +9,7 @@
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/UIFont.h"
 #include "tests/platform/measured.h"
+#include "tests/platform/sanitized.h"
 
 #include <array>
 #include <cmath>
@@ -21,13 +22,8 @@
 namespace tesmar {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr double kSlack = 40;
-#elif defined(__has_feature)
-constexpr double kSlack = __has_feature(address_sanitizer) ? 40 : 2;
-#else
-constexpr double kSlack = 2; // for slower machines than the one the limit was measured on
-#endif
+// For slower machines than the one the limit was measured on.
+constexpr double kSlack = test::kSanitized ? 40 : 2;
 
 bool isSound(const NSObject& object) {
     if (const auto* dictionary = dynamic_cast<const NSDictionary*>(&object))

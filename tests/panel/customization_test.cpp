@@ -4,7 +4,9 @@
 
 #include "tesmar/platform/foundation/runtime.h"
 
+#include <algorithm>
 #include <array>
+#include <deque>
 
 namespace tesmar {
 namespace {
@@ -53,6 +55,47 @@ TEST_F(PanelTest, DelegatesMayBeBorrowedOrBeObjectsOfTheRuntime) {
     log.action = [&] { borrowed.reset(); }; // the next call is the last one
     use(panel);
     EXPECT_EQ(log.calls, std::string(kEveryCall) + "switch ");
+}
+
+// The panel at rest, while a stepper is pressed, and after the touch.
+struct Screen {
+    explicit Screen(double scale) : host({568, 320}, scale) {}
+    void present() { host.window()->presentViewController(make<TESMARViewController>(), false); }
+    void touch(UITouchPhase phase) {
+        const CGPoint center = centerOf(*host.window(), "textColorOpacityStepper");
+        host.touch(phase, center - CGPoint{30, 0});
+    }
+    void take() {
+        host.advance(0.5);
+        host.render();
+        pictures.push_back(host.pixels());
+    }
+    HeadlessHost host;
+    std::vector<std::vector<std::uint32_t>> pictures;
+};
+
+// Windows of different scales draw, in turn, what each draws alone, whichever was made last.
+TEST_F(PanelTest, WindowsOfTwoScalesAreIndependent) {
+    const auto pictures = [](std::vector<double> scales, std::size_t wanted) {
+        std::deque<Screen> screens;
+        for (const double scale : scales)
+            screens.emplace_back(scale);
+        for (Screen& screen : screens)
+            screen.present();
+        for (const auto phase : {UITouchPhase::moved, UITouchPhase::began, UITouchPhase::ended}) {
+            std::ranges::for_each(screens, [&](Screen& screen) { screen.touch(phase); });
+            std::ranges::for_each(screens, &Screen::take);
+        }
+        return screens[wanted].pictures;
+    };
+    for (const double scale : {1.0, 2.0, 1.5}) {
+        const auto alone = pictures({scale}, 0);
+        EXPECT_NE(alone[0], alone[1]);
+        for (const double other : {1.0, 2.0, 3.0}) {
+            EXPECT_TRUE(pictures({scale, other}, 0) == alone) << scale << " before " << other;
+            EXPECT_TRUE(pictures({other, scale}, 1) == alone) << scale << " after " << other;
+        }
+    }
 }
 
 struct ComputedPanel : TESMARViewController {

@@ -9,6 +9,27 @@
 namespace tesmar {
 namespace {
 
+// On each thread: uses the interface, also in a destructor that runs when the thread ends.
+[[noreturn]] void passOn() {
+    const auto use = [] {
+        thread_local Ref<UISwitch> last;
+        last = make<UISwitch>();
+    };
+    std::thread(use).join();
+    std::thread(use).join();
+    use();
+    std::fputs("passed on\n", stderr);
+    std::thread(use).join();
+    std::_Exit(0);
+}
+
+TEST(MainThread, IsTheNextOneAfterItsEnd) {
+#ifdef NDEBUG
+    GTEST_SKIP() << "built without assertions";
+#endif
+    EXPECT_DEATH(passOn(), "^passed on\ntesmar: .* off the main thread");
+}
+
 TEST(MainThread, UseOfTheInterfaceOnAnotherThreadIsFatal) {
 #ifdef NDEBUG
     GTEST_SKIP() << "built without assertions";

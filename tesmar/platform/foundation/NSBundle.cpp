@@ -84,6 +84,8 @@ void NSBundle::registerBundle(const Ref<NSBundle>& bundle) {
     r.known[bundle->bundleIdentifier()].swap(replaced);
 }
 
+NSBundle::~NSBundle() = default;
+
 std::optional<std::string> NSBundle::resource(std::string_view fileName) const {
     if (!source_ || fileName.empty() || fileName.find('/') != std::string_view::npos)
         return std::nullopt;

@@ -15,6 +15,8 @@ class TESMAR_API NSBundle : public NSObject {
     TESMAR_CLASS
 
   public:
+    ~NSBundle() override;
+
     // Returns the bytes of the file of that name ("stepper-up@2x.png"), or std::nullopt.
     using Source = std::function<std::optional<std::string>(std::string_view fileName)>;
 

@@ -75,6 +75,8 @@ bool NSDictionary::isEqual(const NSObject* other) const {
            });
 }
 
+NSMutableDictionary::~NSMutableDictionary() = default;
+
 void NSMutableDictionary::setObject(const Ref<NSObject>& object, std::string_view forKey) {
     if (!object)
         fatalError("NSMutableDictionary: object for key \"" + std::string(forKey) + "\" is null");

@@ -42,6 +42,8 @@ class TESMAR_API NSMutableDictionary : public NSDictionary {
     TESMAR_CLASS
 
   public:
+    ~NSMutableDictionary() override;
+
     // Replaces any earlier value. A null object is a fatal error.
     void setObject(const Ref<NSObject>& object, std::string_view forKey);
     // No effect if there is no such key.

@@ -20,6 +20,8 @@ constexpr int kMostItemsOnTime = 10'000;
 
 } // namespace
 
+FrameClient::~FrameClient() = default;
+
 NSRunLoop& NSRunLoop::mainRunLoop() {
     assertMainThread("NSRunLoop::mainRunLoop");
     // Never destroyed: a pending message may own objects whose destructors need other statics.

@@ -19,7 +19,7 @@ namespace tesmar {
 // Work that continues from frame to frame, such as an animation.
 class TESMAR_API FrameClient {
   public:
-    virtual ~FrameClient() = default;
+    virtual ~FrameClient();
     // Advances the work to `now`, in seconds. Returns false when the work is finished; the client
     // is then removed.
     virtual bool frame(double now) = 0;

@@ -118,6 +118,11 @@ inline CGFloat finiteCoordinate(CGFloat value) {
     return finite(value, -kLargestCoordinate, kLargestCoordinate, 0);
 }
 
+inline UIEdgeInsets finiteInsets(const UIEdgeInsets& i) {
+    return {finiteCoordinate(i.top), finiteCoordinate(i.left), finiteCoordinate(i.bottom),
+            finiteCoordinate(i.right)};
+}
+
 // The same for all four numbers; the size becomes at least 0.
 inline CGRect finiteRect(const CGRect& r) {
     return {finiteCoordinate(r.origin.x), finiteCoordinate(r.origin.y),

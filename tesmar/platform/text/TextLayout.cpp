@@ -6,6 +6,7 @@
 #include "tesmar/platform/text/internal/FontFace.h"
 #include "tesmar/platform/text/internal/ShapedText.h"
 #include "tesmar/platform/text/internal/glyphs.h"
+#include "tesmar/platform/text/internal/shown_text.h"
 
 #include <array>
 #include <atomic>
@@ -27,62 +28,6 @@ CGRect pointsRect(const PangoRectangle& r) {
     return {points(r.x), points(r.y), points(r.width), points(r.height)};
 }
 
-// Cuts off at a character boundary. `limit` is in bytes.
-std::string truncated(std::string_view text, std::size_t limit) {
-    if (text.size() <= limit)
-        return std::string(text);
-    std::size_t end = limit;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
-        --end;
-    return std::string(text.substr(0, end));
-}
-
-// Replaces invalid UTF-8.
-std::string validText(std::string_view text) {
-    gchar* const valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-    std::string result(valid);
-    g_free(valid);
-    return result;
-}
-
-// The part of valid UTF-8 that is shaped, followed by an ellipsis if that is not all.
-std::string shownText(const std::string& text, double pointSize) {
-    // In any font the characters, one below or beside the other, then stay within pango's int.
-    constexpr double kLargestTotalSize = 500'000; // points
-    const auto most = std::min<glong>(TextLayout::kMostShownCharacters,
-                                      static_cast<glong>(kLargestTotalSize / pointSize));
-    if (text.size() <= static_cast<std::size_t>(most) ||
-        g_utf8_strlen(text.data(), static_cast<gssize>(text.size())) <= most)
-        return text;
-    const char* const end = g_utf8_offset_to_pointer(text.data(), most);
-    return std::string(text.data(), end) + "\u2026";
-}
-
-constexpr std::string_view kLineSeparator = "\u2028";
-
-// Replaces each LF, CR and CR LF. Pango applies a limit of lines to each paragraph, so the text has
-// to become one paragraph.
-std::string replaceLineBreaks(const std::string& text, std::string_view lineBreak) {
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
-            continue;
-        if (text[i] == '\n' || text[i] == '\r')
-            result += lineBreak;
-        else
-            result += text[i];
-    }
-    return result;
-}
-
-// Replaces line separators from byte `from` on.
-std::string replaceSeparatorsBySpaces(std::string text, std::size_t from) {
-    for (auto at = text.find(kLineSeparator, from); at != std::string::npos;
-         at = text.find(kLineSeparator, at))
-        text.replace(at, kLineSeparator.size(), 1, ' ');
-    return text;
-}
-
 // Replaces the line breaks after the start of the last visible line by spaces: where the line is
 // cut off by an ellipsis, they would show as symbols.
 void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
@@ -98,9 +43,18 @@ void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
 bool lacksGlyphs(PangoLayout* layout) {
     if (!pango_layout_is_ellipsized(layout))
         return pango_layout_get_unknown_glyphs_count(layout) > 0;
-    const GObjectPtr<PangoLayout> whole(pango_layout_copy(layout));
-    pango_layout_set_ellipsize(whole.get(), PANGO_ELLIPSIZE_NONE);
-    return pango_layout_get_unknown_glyphs_count(whole.get()) > 0;
+    const PangoLayoutLine* const line = pango_layout_get_line_readonly(layout, 0);
+    if (!line || !line->runs)
+        return false;
+    const auto* const run = static_cast<const PangoGlyphItem*>(line->runs->data);
+    hb_font_t* const font = pango_font_get_hb_font(run->item->analysis.font);
+    for (const char* at = pango_layout_get_text(layout); *at; at = g_utf8_next_char(at)) {
+        hb_codepoint_t glyph = 0;
+        const gunichar character = g_utf8_get_char(at);
+        if (g_unichar_isgraph(character) && !hb_font_get_nominal_glyph(font, character, &glyph))
+            return true;
+    }
+    return false;
 }
 
 PangoAlignment pangoAlignment(NSTextAlignment alignment) {
@@ -113,6 +67,66 @@ PangoAlignment pangoAlignment(NSTextAlignment alignment) {
         break;
     }
     return PANGO_ALIGN_LEFT;
+}
+
+PangoEllipsizeMode pangoEllipsis(NSLineBreakMode mode) {
+    return mode == NSLineBreakMode::truncatingHead     ? PANGO_ELLIPSIZE_START
+           : mode == NSLineBreakMode::truncatingMiddle ? PANGO_ELLIPSIZE_MIDDLE
+                                                       : PANGO_ELLIPSIZE_END;
+}
+
+// Pango puts one where it breaks a word.
+void forbidHyphens(PangoLayout* layout) {
+    PangoAttrList* const attributes = pango_layout_get_attributes(layout);
+    pango_attr_list_insert(attributes, pango_attr_insert_hyphens_new(FALSE));
+    pango_layout_set_attributes(layout, attributes);
+}
+
+// Aligns a layout without a width in that one, in pango's units, if it need not wrap for that.
+void alignIfNarrower(PangoLayout* layout, int width) {
+    int own = 0;
+    pango_layout_get_size(layout, &own, nullptr);
+    if (own <= width)
+        pango_layout_set_width(layout, width);
+}
+
+// The boxes of the lines that are shown, and the union of what they draw.
+struct MeasuredLines {
+    std::vector<CGRect> boxes;
+    CGRect ink;
+};
+
+MeasuredLines measureLines(const ShapedText& text) {
+    MeasuredLines lines;
+    if (!text.layout)
+        return lines;
+    PangoLayoutIter* const line = pango_layout_get_iter(text.layout.get());
+    do {
+        PangoRectangle ink, box;
+        pango_layout_iter_get_line_extents(line, &ink, &box);
+        lines.boxes.push_back(pointsRect(box));
+        if (ink.width > 0 && ink.height > 0)
+            lines.ink = CGRectUnion(lines.ink, pointsRect(ink));
+    } while (static_cast<int>(lines.boxes.size()) < text.lineCount &&
+             pango_layout_iter_next_line(line));
+    pango_layout_iter_free(line);
+    return lines;
+}
+
+// Leaves out the lines after the first `count`.
+void limitLines(ShapedText& text, int count) {
+    text.lineCount = count;
+    const MeasuredLines lines = measureLines(text);
+    text.ink = lines.ink;
+    text.size = {};
+    for (const CGRect& box : lines.boxes)
+        text.size = {std::max(text.size.width, box.size.width), std::max(0.0, box.maxY())};
+}
+
+void cutOffAt(ShapedText& text, double width) {
+    text.clipWidth = width;
+    text.size.width = std::min(text.size.width, width);
+    text.ink = CGRectIntersection(text.ink, {0, text.ink.minY(), width, text.ink.size.height});
 }
 
 // A number as part of a cache key.
@@ -133,6 +147,7 @@ struct TextLayout::Impl {
     std::optional<CGFloat> width;
     int lineCount = 1;
     NSTextAlignment alignment = NSTextAlignment::left;
+    NSLineBreakMode lineBreakMode = NSLineBreakMode::truncatingTail;
 
     // The result of shaping the above; null when out of date.
     ShapedTextRef shaped;
@@ -171,21 +186,27 @@ GObjectPtr<PangoLayout> TextLayout::Impl::makeLayout(const std::string& shown,
     if (!layout)
         return nullptr;
     pango_layout_set_alignment(layout.get(), pangoAlignment(alignment));
-    pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-    if (width)
-        // Rounded: a width that the layout of views computes may be a little less than it should
-        // be.
-        pango_layout_set_width(layout.get(), static_cast<int>(std::lround(*width * PANGO_SCALE)));
-    if (lineCount == 0) {
-        setLayoutText(layout.get(), shown, fallback);
-        return layout;
-    }
-    setLayoutText(layout.get(), replaceLineBreaks(shown, lineCount == 1 ? " " : kLineSeparator),
+    // Rounded: a width that the layout of views computes may be a little less than it should be.
+    const int pangoWidth = width ? static_cast<int>(std::lround(*width * PANGO_SCALE)) : -1;
+    if (lineBreakMode != NSLineBreakMode::clipping)
+        pango_layout_set_width(layout.get(), pangoWidth);
+    pango_layout_set_wrap(layout.get(), lineBreakMode == NSLineBreakMode::charWrapping
+                                            ? PANGO_WRAP_CHAR
+                                            : PANGO_WRAP_WORD_CHAR);
+    const bool hasLastLine = lineCount > 1 && isTruncating(lineBreakMode);
+    setLayoutText(layout.get(),
+                  lineCount == 1 ? replaceLineBreaks(shown, " ")
+                  : hasLastLine  ? replaceLineBreaks(shown, kLineSeparator)
+                                 : shown,
                   fallback);
-    if (lineCount > 1)
+    if (lineBreakMode == NSLineBreakMode::charWrapping)
+        forbidHyphens(layout.get());
+    if (lineBreakMode == NSLineBreakMode::clipping)
+        alignIfNarrower(layout.get(), pangoWidth);
+    if (hasLastLine)
         joinLinesFrom(layout.get(), lineCount - 1, fallback);
-    if (width) {
-        pango_layout_set_ellipsize(layout.get(), PANGO_ELLIPSIZE_END);
+    if (width && lineCount > 0 && isTruncating(lineBreakMode)) {
+        pango_layout_set_ellipsize(layout.get(), pangoEllipsis(lineBreakMode));
         pango_layout_set_height(layout.get(), -lineCount);
     }
     return layout;
@@ -195,14 +216,14 @@ const ShapedText& TextLayout::Impl::shape() {
     if (shaped)
         return *shaped;
     const auto lock = lockShaping();
-    const ShapingRequest request{text,  font->face(), font->pointSize(),
-                                 width, lineCount,    alignment};
+    const ShapingRequest request{text,      font->face(), font->pointSize(), width,
+                                 lineCount, alignment,    lineBreakMode};
     shaped = ShapedTextCache::shared().find(request);
     if (shaped)
         return *shaped;
     auto s = std::make_shared<ShapedText>();
     s->id = nextId();
-    const std::string shown = shownText(text, font->pointSize());
+    const std::string shown = shownText(text, font->pointSize(), lineBreakMode, lineCount);
     s->layout = makeLayout(shown, Fallback::none);
     if (s->layout && lacksGlyphs(s->layout.get()))
         s->layout = makeLayout(shown, Fallback::installedFonts);
@@ -212,7 +233,12 @@ const ShapedText& TextLayout::Impl::shape() {
         s->size = {length(logical.width), length(logical.height)};
         s->baseline = points(pango_layout_get_baseline(s->layout.get()));
         s->ink = ink.width > 0 && ink.height > 0 ? pointsRect(ink) : CGRect();
-        s->isTruncated = shown.size() != text.size() || pango_layout_is_ellipsized(s->layout.get());
+        s->lineCount = pango_layout_get_line_count(s->layout.get());
+        if (lineCount > 0 && s->lineCount > lineCount)
+            limitLines(*s, lineCount);
+        if (width && lineBreakMode == NSLineBreakMode::clipping)
+            cutOffAt(*s, *width);
+        s->isTruncated = shown != text || pango_layout_is_ellipsized(s->layout.get());
         s->isColored = hasColoredGlyphs(s->layout.get());
     }
     shaped = std::move(s);
@@ -230,7 +256,7 @@ void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
     cairo_translate(cr, -box.x, std::round(baseline) - baseline - box.y);
     cairo_scale(cr, scale, scale);
     const bool isTiled = box.width > kTileSide || box.height > kTileSide;
-    drawGlyphs(cr, s.layout.get(), isTiled ? Glyphs::inTheClip : Glyphs::all);
+    drawGlyphs(cr, s.layout.get(), s.lineCount, isTiled ? Glyphs::inTheClip : Glyphs::all);
 }
 
 TextLayout::TextLayout() : impl_(std::make_unique<Impl>()) {}
@@ -265,6 +291,10 @@ void TextLayout::setLineCount(int lines) {
     impl_->set(impl_->lineCount, std::max(lines, 0));
 }
 
+void TextLayout::setLineBreakMode(NSLineBreakMode mode) {
+    impl_->set(impl_->lineBreakMode, mode);
+}
+
 void TextLayout::setAlignment(NSTextAlignment alignment) {
     impl_->set(impl_->alignment, alignment);
 }
@@ -286,19 +316,9 @@ CGRect TextLayout::inkBounds() const {
 }
 
 std::vector<CGRect> TextLayout::lineBoxes() const {
-    std::vector<CGRect> boxes;
-    PangoLayout* const layout = impl_->shape().layout.get();
-    if (!layout)
-        return boxes;
+    const ShapedText& shaped = impl_->shape();
     const auto lock = lockShaping();
-    PangoLayoutIter* const line = pango_layout_get_iter(layout);
-    do {
-        PangoRectangle box;
-        pango_layout_iter_get_line_extents(line, nullptr, &box);
-        boxes.push_back(pointsRect(box));
-    } while (pango_layout_iter_next_line(line));
-    pango_layout_iter_free(line);
-    return boxes;
+    return measureLines(shaped).boxes;
 }
 
 void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) const {
@@ -313,8 +333,11 @@ void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) 
         return static_cast<int>(std::floor(v * scale)) + margin;
     };
     const int left = pixel(shaped.ink.minX(), -1), top = pixel(shaped.ink.minY(), -1);
-    const PixelRect box{left, top, pixel(shaped.ink.maxX(), 2) - left,
-                        pixel(shaped.ink.maxY(), 2) - top};
+    PixelRect box{left, top, pixel(shaped.ink.maxX(), 2) - left, pixel(shaped.ink.maxY(), 2) - top};
+    if (shaped.clipWidth)
+        box = intersection(box, {0, top, pixel(*shaped.clipWidth, 0), box.height});
+    if (box.isEmpty())
+        return;
     const PixelRect place{corner.x + box.x, corner.y + box.y, box.width, box.height};
 
     std::array<std::int32_t, 6> key{

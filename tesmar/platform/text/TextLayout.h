@@ -10,6 +10,7 @@
 
 #include "tesmar/platform/foundation/NSObject.h"
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/text/NSLineBreakMode.h"
 #include "tesmar/platform/text/NSTextAlignment.h"
 
 #include <memory>
@@ -35,10 +36,11 @@ class TESMAR_API TextLayout {
     // text is shaped again when it is next measured or drawn.
 
     // UTF-8; initially empty. Invalid bytes are replaced by U+FFFD, and text beyond kLargestText
-    // bytes is cut off between characters. To bound the time for measuring and drawing, an ellipsis
-    // replaces all characters after the first kMostShownCharacters, and after fewer if the font is
-    // larger than 488 points: 500 of them at 1000 points. Words of more than 128 characters are
-    // shaped in parts, without kerning and ligatures between these.
+    // bytes is cut off between characters. To bound the time for measuring and for drawing to about
+    // 20 ms each, at most kMostShownCharacters are shown, and fewer if the font is larger than 488
+    // points: 500 of them at 1000 points. An ellipsis replaces the others: the start or middle of
+    // the text if that is truncated by the line break mode, else its end. Words of more than 128
+    // characters are shaped in parts, without kerning and ligatures between these.
     static constexpr std::size_t kLargestText = 64 * 1024;
     static constexpr int kMostShownCharacters = 1024;
     void setText(std::string_view text);
@@ -48,9 +50,12 @@ class TESMAR_API TextLayout {
     // The width at which lines break, and in which they are aligned; clamped to 0…100,000, and NaN
     // counts as 0. Without one, the initial state, the layout is as wide as its longest line.
     void setWidth(std::optional<CGFloat> width);
-    // The largest number of lines; with a width, an ellipsis ends the last one if there is more
-    // text. 0 means no limit. Initially 1, in which case line breaks in the text become spaces.
+    // The largest number of lines. 0 means no limit. Initially 1, in which case line breaks in the
+    // text become spaces.
     void setLineCount(int lines);
+    // How lines are fitted into the width, and what is left out if there are more lines than
+    // allowed. Initially truncatingTail. Truncation needs a width and a limit of lines.
+    void setLineBreakMode(NSLineBreakMode mode);
     void setAlignment(NSTextAlignment alignment);
 
     // The width of the longest line, which exceeds the width that was set only by a character that

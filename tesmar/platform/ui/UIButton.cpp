@@ -5,8 +5,10 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -70,9 +72,44 @@ Ref<UIColor> UIButton::titleColorForState(unsigned state) const {
 }
 
 void UIButton::setImage(const Ref<UIImage>& image, unsigned state) {
-    images_[state] = image;
+    setImageIn(images_, image, state);
+}
+
+void UIButton::setBackgroundImage(const Ref<UIImage>& image, unsigned state) {
+    setImageIn(backgroundImages_, image, state);
+}
+
+Ref<UIImage> UIButton::backgroundImageForState(unsigned state) const {
+    return forState(backgroundImages_, state);
+}
+
+void UIButton::setImageIn(std::map<unsigned, Ref<UIImage>>& images, const Ref<UIImage>& image,
+                          unsigned state) {
+    const auto shown = [&] {
+        return std::pair(forState(images, this->state()), images.contains(this->state()));
+    };
+    const auto before = shown();
+    images[state] = image;
+    if (shown() == before)
+        return;
     invalidateIntrinsicContentSize();
     setNeedsDisplay();
+}
+
+void UIButton::setContentEdgeInsets(const UIEdgeInsets& insets) {
+    setInsets(contentInsets_, finiteInsets(insets));
+}
+
+void UIButton::setTitleEdgeInsets(const UIEdgeInsets& insets) {
+    setInsets(titleInsets_, finiteInsets(insets));
+}
+
+void UIButton::setInsets(UIEdgeInsets& insets, const UIEdgeInsets& value) {
+    if (std::exchange(insets, value) == value)
+        return;
+    invalidateIntrinsicContentSize();
+    setNeedsLayout();
+    setNeedsDisplay(); // the image
 }
 
 Ref<UIImage> UIButton::imageForState(unsigned state) const {
@@ -80,8 +117,8 @@ Ref<UIImage> UIButton::imageForState(unsigned state) const {
 }
 
 void UIButton::setTintColor(const Ref<UIColor>& color) {
-    tintColor_ = color;
-    setNeedsDisplay();
+    if (!equalObjects(std::exchange(tintColor_, color), color))
+        setNeedsDisplay();
 }
 
 const Ref<UILabel>& UIButton::titleLabel() {
@@ -125,17 +162,25 @@ CGSize UIButton::intrinsicContentSize() const {
     const CGSize title = titleLabel_ ? titleLabel_->intrinsicContentSize() : CGSize{};
     const auto image = imageForState(state());
     const CGSize picture = image ? image->size() : CGSize{};
-    return {std::max(kLeastWidth, title.width + picture.width),
-            std::max(title.height + kTitlePadding, picture.height)};
+    const auto background = backgroundImageForState(state());
+    const CGSize behind = background ? background->size() : CGSize{};
+    const CGFloat width = title.width + picture.width + contentInsets_.left + contentInsets_.right;
+    const CGFloat height = std::max(title.height + kTitlePadding, picture.height) +
+                           contentInsets_.top + contentInsets_.bottom;
+    return {std::max({kLeastWidth, width, behind.width}), std::max(height, behind.height)};
 }
 
 std::optional<CGFloat> UIButton::layoutBaselineBelowCenter() const {
-    return titleLabel_ ? titleLabel_->layoutBaselineBelowCenter() : std::nullopt;
+    const auto baseline = titleLabel_ ? titleLabel_->layoutBaselineBelowCenter() : std::nullopt;
+    const CGFloat down =
+        contentInsets_.top - contentInsets_.bottom + titleInsets_.top - titleInsets_.bottom;
+    return baseline ? std::optional(*baseline + down / 2) : std::nullopt;
 }
 
 void UIButton::layoutSubviews() {
     if (titleLabel_)
-        titleLabel_->setLayoutFrame(bounds());
+        titleLabel_->setLayoutFrame(
+            CGRectInset(CGRectInset(bounds(), contentInsets_), titleInsets_));
 }
 
 UIView* UIButton::hitTest(CGPoint point) {
@@ -143,19 +188,27 @@ UIView* UIButton::hitTest(CGPoint point) {
     return UIView::hitTest(point) ? this : nullptr;
 }
 
+CGFloat UIButton::fade() const {
+    return !isEnabled() ? 0.3 : isHighlighted() ? 0.5 : 1;
+}
+
 void UIButton::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
-    const auto image = imageForState(state());
-    if (!context || !image)
+    if (!context)
         return;
-    const CGSize size = image->size();
-    const CGRect b = bounds();
-    const CGFloat faded = !isEnabled() ? 0.3 : isHighlighted() ? 0.5 : 1;
-    const auto tint = tintColor_ ? tintColor_ : UIColor::blackColor();
-    context->setAlpha(faded);
-    context->drawImage(
-        *image, {b.midX() - size.width / 2, b.midY() - size.height / 2, size.width, size.height},
-        *tint);
+    if (const auto background = backgroundImageForState(state())) {
+        context->setAlpha(backgroundImages_.contains(state()) ? 1 : fade());
+        context->drawImage(*background, bounds());
+    }
+    if (const auto image = imageForState(state())) {
+        const CGSize size = image->size();
+        const CGPoint center =
+            bounds().center() + CGPoint{(contentInsets_.left - contentInsets_.right) / 2,
+                                        (contentInsets_.top - contentInsets_.bottom) / 2};
+        context->setAlpha(fade());
+        context->drawImage(*image, {center - CGPoint{size.width / 2, size.height / 2}, size},
+                           tintColor_ ? *tintColor_ : *UIColor::blackColor());
+    }
 }
 
 } // namespace tesmar

@@ -1,4 +1,5 @@
-// A control with a title or an image for each of its states.
+// A control with a title, an image and a background image for each of its states. The image has no
+// insets of its own, and titles that are formatted in parts are not supported.
 //
 // Toolkit: may change with any version.
 #pragma once
@@ -32,8 +33,20 @@ class TESMAR_API UIButton : public UIControl {
     // Images are drawn in the tint colour, or in black if it is null, as it is initially.
     void setImage(const Ref<UIImage>& image, unsigned forState);
     Ref<UIImage> imageForState(unsigned state) const;
+    // Stretched to the bounds, in its own colours, behind the image and the title. The normal
+    // state's is paler in other states, like the image; a state's own one is not.
+    void setBackgroundImage(const Ref<UIImage>& image, unsigned forState);
+    Ref<UIImage> backgroundImageForState(unsigned state) const;
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
+
+    // In points; initially zero. Coordinates that are NaN or infinite are made finite. The content
+    // is the image in the centre and the title; its insets enlarge the intrinsic size. Those of the
+    // title only move the title, within the content.
+    const UIEdgeInsets& contentEdgeInsets() const { return contentInsets_; }
+    void setContentEdgeInsets(const UIEdgeInsets& insets);
+    const UIEdgeInsets& titleEdgeInsets() const { return titleInsets_; }
+    void setTitleEdgeInsets(const UIEdgeInsets& insets);
 
     // Shows the title of the present state; created at the first call. The button sets its text and
     // colour; the caller may set its font, initially the 18-point system font.
@@ -41,7 +54,8 @@ class TESMAR_API UIButton : public UIControl {
 
     // A button with the title of its state as its name.
     void describe(UIAccessibleElement& element) const override;
-    // The title plus 12 points of height, or the image; at least 30 points wide.
+    // The title plus 12 points of height, or the image, with the content's insets, or the
+    // background image; at least 30 points wide.
     CGSize intrinsicContentSize() const override;
     std::optional<CGFloat> layoutBaselineBelowCenter() const override;
     void draw(CGRect rect) override;
@@ -53,10 +67,17 @@ class TESMAR_API UIButton : public UIControl {
 
   private:
     void showState();
+    void setImageIn(std::map<unsigned, Ref<UIImage>>& images, const Ref<UIImage>& image,
+                    unsigned state);
+    void setInsets(UIEdgeInsets& insets, const UIEdgeInsets& value);
+    CGFloat fade() const;
 
     std::map<unsigned, std::string> titles_;
     std::map<unsigned, Ref<UIColor>> titleColors_;
     std::map<unsigned, Ref<UIImage>> images_;
+    std::map<unsigned, Ref<UIImage>> backgroundImages_;
+    UIEdgeInsets contentInsets_;
+    UIEdgeInsets titleInsets_;
     Ref<UIColor> tintColor_;
     Ref<UILabel> titleLabel_;
 };

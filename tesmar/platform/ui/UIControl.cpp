@@ -67,6 +67,7 @@ void UIControl::addTarget(const Ref<NSObject>& target, Selector action, unsigned
     assertMainThread("UIControl::addTarget");
     if (!target)
         return;
+    forgetRemovedTargets();
     for (Target& known : targets_)
         if (known.identity == target.get() && known.action == action && !known.target.expired()) {
             known.events |= events;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "tesmar/platform/foundation/selector.h"
+#include "tesmar/platform/ui/UIControlListener.h"
 #include "tesmar/platform/ui/UIView.h"
 
 #include <cstdint>
@@ -66,6 +67,11 @@ class TESMAR_API UIControl : public UIView {
     void addTarget(const Ref<NSObject>& target, Selector action, unsigned events);
     // Stops sending `events`; a null target means every target.
     void removeTarget(const NSObject* target, Selector action, unsigned events);
+    // Calls `function` with this control whenever one of `events` is sent, until the returned
+    // object is destroyed. The function may release the control, which is destroyed after the
+    // actions of the event. An empty function is a fatal error.
+    [[nodiscard]] UIControlListener addListener(unsigned events,
+                                                std::function<void(UIControl&)> function);
     // Performs the actions of all `events` (bits), in the order in which they were added. An action
     // may do anything, including releasing the control.
     void sendActionsForControlEvents(unsigned events);

@@ -6,7 +6,10 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -39,24 +42,33 @@ bool UILabel::initWithCoder(NSCoder& coder) {
     const long long alignment = coder.decodeInteger("textAlignment").value_or(0);
     if (alignment == 1 || alignment == 2)
         alignment_ = static_cast<NSTextAlignment>(alignment);
+    const long long lines = coder.decodeInteger("numberOfLines").value_or(1);
+    numberOfLines_ = static_cast<int>(std::clamp<long long>(lines, 0, INT_MAX));
+    const long long mode = coder.decodeInteger("lineBreakMode").value_or(-1);
+    if (mode >= 0 && mode <= static_cast<long long>(NSLineBreakMode::truncatingMiddle))
+        lineBreakMode_ = static_cast<NSLineBreakMode>(mode);
     return true;
 }
 
-void UILabel::setText(std::string text) {
-    if (text == text_)
+// Sets a property of the layout; the area of the old text and that of the new one need painting.
+template <class T>
+void UILabel::change(T& property, T value) {
+    if (value == property)
         return;
-    setNeedsDisplay(); // the area of the old text
-    text_ = std::move(text);
-    contentChanged();
+    setNeedsDisplay();
+    property = std::move(value);
+    invalidateIntrinsicContentSize();
+    setNeedsDisplay();
+}
+
+void UILabel::setText(std::string text) {
+    change(text_, std::move(text));
 }
 
 void UILabel::setFont(const Ref<UIFont>& font) {
     const auto next = font ? font : UIFont::systemFontOfSize(kDefaultSize);
-    if (font_->isEqual(next.get()))
-        return;
-    setNeedsDisplay();
-    font_ = next;
-    contentChanged();
+    if (!font_->isEqual(next.get()))
+        change(font_, next);
 }
 
 void UILabel::setTextColor(const Ref<UIColor>& color) {
@@ -76,34 +88,38 @@ void UILabel::setTextAlignment(NSTextAlignment alignment) {
 }
 
 void UILabel::setMinimumFontSize(CGFloat size) {
-    minimumFontSize_ = finite(size, 0, UIFont::kLargestSize, 0);
-    setNeedsDisplay();
+    change(minimumFontSize_, finite(size, 0, UIFont::kLargestSize, 0));
 }
 
-void UILabel::contentChanged() {
-    invalidateIntrinsicContentSize();
-    setNeedsDisplay();
+void UILabel::setNumberOfLines(int lines) {
+    change(numberOfLines_, std::max(lines, 0));
+}
+
+void UILabel::setLineBreakMode(NSLineBreakMode mode) {
+    change(lineBreakMode_, mode);
+}
+
+void UILabel::setPreferredMaxLayoutWidth(CGFloat width) {
+    width = finite(width, 0, kLargestCoordinate, 0);
+    if (std::exchange(preferredMaxLayoutWidth_, width) != width)
+        invalidateIntrinsicContentSize();
 }
 
 TextLayout& UILabel::currentLayout() const {
     layout_.setText(text_);
     layout_.setFont(font_);
     layout_.setAlignment(alignment_);
+    layout_.setLineCount(numberOfLines_);
+    layout_.setLineBreakMode(lineBreakMode_);
     return layout_;
-}
-
-void UILabel::describe(UIAccessibleElement& element) const {
-    if (text_.empty())
-        return;
-    element.role = UIAccessibleRole::text;
-    element.name = text_;
 }
 
 TextLayout& UILabel::fittedLayout() const {
     const CGFloat width = frame().size.width;
     TextLayout& layout = currentLayout();
     layout.setWidth(width);
-    if (minimumFontSize_ <= 0 || minimumFontSize_ >= font_->pointSize() || !layout.isTruncated())
+    if (numberOfLines_ != 1 || minimumFontSize_ <= 0 || minimumFontSize_ >= font_->pointSize() ||
+        !layout.isTruncated())
         return layout;
     layout.setWidth(std::nullopt);
     const CGFloat fitting = font_->pointSize() * width / std::max(layout.size().width, 1.0);
@@ -117,11 +133,19 @@ TextLayout& UILabel::fittedLayout() const {
     return layout;
 }
 
+void UILabel::describe(UIAccessibleElement& element) const {
+    if (text_.empty())
+        return;
+    element.role = UIAccessibleRole::text;
+    element.name = text_;
+}
+
 CGSize UILabel::intrinsicContentSize() const {
     if (text_.empty())
         return {0, 0};
     TextLayout& layout = currentLayout();
-    layout.setWidth(std::nullopt);
+    const bool wraps = numberOfLines_ != 1 && preferredMaxLayoutWidth_ > 0;
+    layout.setWidth(wraps ? std::optional(preferredMaxLayoutWidth_) : std::nullopt);
     const CGSize size = layout.size();
     return {std::ceil(size.width), std::ceil(size.height)};
 }

@@ -9,6 +9,8 @@
 
 namespace tesmar {
 
+UIScrollViewDelegate::~UIScrollViewDelegate() = default;
+
 Class& UIScrollView::classObject() {
     static Class& type =
         *new Class("UIScrollView", &UIView::classObject(), allocator<UIScrollView>());
@@ -35,6 +37,16 @@ void UIScrollView::setContentSize(CGSize size) {
     setNeedsLayout();
 }
 
+void UIScrollView::setContentInset(const UIEdgeInsets& anyInset) {
+    const UIEdgeInsets inset = finiteInsets(anyInset);
+    if (inset == contentInset_)
+        return;
+    indicators_->setNeedsDisplay();
+    contentInset_ = inset;
+    indicators_->setNeedsDisplay();
+    setNeedsLayout();
+}
+
 void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
     tracking_->setOffset(offset, animated);
 }
@@ -45,22 +57,30 @@ void UIScrollView::scrollRectToVisible(const CGRect& anyRect, bool animated) {
         return high - low >= extent || low < at ? low : high > at + extent ? high - extent : at;
     };
     const CGRect visible = bounds();
-    const CGSize room = scrollRoom();
-    const CGFloat x = nearest(visible.minX(), visible.size.width, rect.minX(), rect.maxX());
-    const CGFloat y = nearest(visible.minY(), visible.size.height, rect.minY(), rect.maxY());
-    setContentOffset({std::clamp(x, 0.0, room.width), std::clamp(y, 0.0, room.height)}, animated);
+    const UIEdgeInsets& inset = contentInset_;
+    const CGFloat x = nearest(visible.minX() + inset.left,
+                              std::max(0.0, visible.size.width - inset.left - inset.right),
+                              rect.minX(), rect.maxX());
+    const CGFloat y = nearest(visible.minY() + inset.top,
+                              std::max(0.0, visible.size.height - inset.top - inset.bottom),
+                              rect.minY(), rect.maxY());
+    setContentOffset(offsetRange().clamped({x - inset.left, y - inset.top}), animated);
 }
 
-// The largest offset of content at rest, along each axis.
-CGSize UIScrollView::scrollRoom() const {
-    return {std::max(0.0, contentSize_.width - frame().size.width),
-            std::max(0.0, contentSize_.height - frame().size.height)};
+UIScrollView::OffsetRange UIScrollView::offsetRange() const {
+    const UIEdgeInsets& inset = contentInset_;
+    const CGSize size = frame().size;
+    const CGPoint lowest{-inset.left, -inset.top};
+    return {lowest,
+            {std::max(lowest.x, contentSize_.width + inset.right - size.width),
+             std::max(lowest.y, contentSize_.height + inset.bottom - size.height)}};
 }
 
 bool UIScrollView::canScroll(LayoutAxis axis) const {
     // Less than half a point is a rounding error rather than something to scroll to.
-    const CGSize room = scrollRoom();
-    return (axis == LayoutAxis::horizontal ? room.width : room.height) >= 0.5;
+    const OffsetRange range = offsetRange();
+    const CGPoint room = range.highest - range.lowest;
+    return (axis == LayoutAxis::horizontal ? room.x : room.y) >= 0.5;
 }
 
 UIScrollView* UIScrollView::enclosing(UIView* view) {

@@ -1,11 +1,13 @@
 // A view onto content larger than itself. A finger or a wheel drags the content; it glides on
-// afterwards, and springs back at its ends.
+// afterwards, and springs back at its ends. It does not zoom. Content that fits does not bounce,
+// and the indicators have no insets of their own.
 //
 // Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/ui/UIView.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace tesmar {
@@ -18,7 +20,7 @@ class UIScrollView;
 // delegate may do anything, releasing the scroll view included.
 class TESMAR_API UIScrollViewDelegate {
   public:
-    virtual ~UIScrollViewDelegate() = default;
+    virtual ~UIScrollViewDelegate();
     // The content offset has changed.
     virtual void scrollViewDidScroll(UIScrollView&) {}
     // A finger, or a burst of wheel events, starts to drag the content.
@@ -26,8 +28,13 @@ class TESMAR_API UIScrollViewDelegate {
     // `willDecelerate`: the content glides on, and scrollViewDidEndDecelerating follows unless
     // another touch or a setter stops it.
     virtual void scrollViewDidEndDragging(UIScrollView&, bool /*willDecelerate*/) {}
+    // After scrollViewDidEndDragging, or when a touch that stopped the content lifts.
+    virtual void scrollViewWillBeginDecelerating(UIScrollView&) {}
     // Content that glided has come to rest.
     virtual void scrollViewDidEndDecelerating(UIScrollView&) {}
+    // An animated setter has arrived, at once where nothing can move, unless a touch or another
+    // setter has stopped it.
+    virtual void scrollViewDidEndScrollingAnimation(UIScrollView&) {}
 };
 
 class TESMAR_API UIScrollView : public UIView {
@@ -49,16 +56,21 @@ class TESMAR_API UIScrollView : public UIView {
     // In points. Also set by constraints between subviews and the scroll view's edges.
     CGSize contentSize() const { return contentSize_; }
     void setContentSize(CGSize size);
-    // The content point at the top left corner. Initially the content's own, or its top right
-    // corner where the reading direction around the view is right to left; then the distance from
-    // the right edge stays when content or view become wider or narrower.
+    // Empty space around the content, in points; initially zero. Content at rest may show it, so
+    // that the offset reaches from -left and -top on. Coordinates that are NaN or infinite are made
+    // finite. Content that is at rest within the new ends does not move.
+    const UIEdgeInsets& contentInset() const { return contentInset_; }
+    void setContentInset(const UIEdgeInsets& inset);
+    // The content point at the top left corner. Content starts at its left edge. In a superview
+    // that is read from right to left it starts at its right edge, and keeps its distance from that
+    // edge when content or view become wider or narrower.
     CGPoint contentOffset() const { return bounds().origin; }
     // Stops any motion. Without animation, the offset may lie past the ends and stays there until
     // the next layout; with animation, it is clamped to the ends. Coordinates that are NaN or
     // infinite are made finite.
     void setContentOffset(CGPoint offset, bool animated);
-    // Scrolls the shortest distance that shows all of `rect` (content coordinates), or its start if
-    // it is larger than the view.
+    // Scrolls the shortest distance that shows all of `rect` (content coordinates) within the
+    // insets, or its start if it is larger than that.
     void scrollRectToVisible(const CGRect& rect, bool animated);
 
     // Both initially true.
@@ -66,6 +78,15 @@ class TESMAR_API UIScrollView : public UIView {
     void setShowsVerticalScrollIndicator(bool shows);
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
     void setShowsHorizontalScrollIndicator(bool shows);
+
+    // Initially true. False: fingers and throws move the content to its ends, but not past them.
+    bool bounces() const { return bounces_; }
+    void setBounces(bool bounces) { bounces_ = bounces; }
+    // Initially false. True: after a drag the content comes to rest at a multiple of the view's
+    // width or height, at most one page from where the drag began; after a burst of wheel events at
+    // the nearest one. A setter may leave the content between pages.
+    bool isPagingEnabled() const { return paging_; }
+    void setPagingEnabled(bool enabled) { paging_ = enabled; }
 
     // True from the start of a drag (or burst of wheel events) to its end.
     bool isDragging() const;
@@ -89,12 +110,23 @@ class TESMAR_API UIScrollView : public UIView {
   private:
     friend class ScrollTracking;
 
-    CGSize scrollRoom() const;
+    // The offsets between which content rests.
+    struct OffsetRange {
+        CGPoint lowest, highest;
+        CGPoint clamped(CGPoint offset) const {
+            return {std::clamp(offset.x, lowest.x, highest.x),
+                    std::clamp(offset.y, lowest.y, highest.y)};
+        }
+    };
+    OffsetRange offsetRange() const;
     void anchorContent();
 
     WeakRef<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
     CGFloat anchor_ = 0; // the horizontal offset of content that has not been scrolled
+    UIEdgeInsets contentInset_;
+    bool bounces_ = true;
+    bool paging_ = false;
     bool showsVertical_ = true;
     bool showsHorizontal_ = true;
     std::unique_ptr<ScrollIndicators> indicators_;

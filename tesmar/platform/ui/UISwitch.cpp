@@ -7,6 +7,9 @@
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/Transition.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
+
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -51,6 +54,7 @@ bool UISwitch::initWithFrame(CGRect frame) {
 bool UISwitch::initWithCoder(NSCoder& coder) {
     if (!UIControl::initWithCoder(coder))
         return false;
+    thumbTintColor_ = as<UIColor>(coder.decodeObject("thumbTintColor"));
     setOn(coder.decodeBool("on").value_or(false));
     return true;
 }
@@ -59,6 +63,11 @@ void UISwitch::setOn(bool on, bool animated) {
     on_ = on;
     shownOn_ = on;
     moveThumb(animated);
+}
+
+void UISwitch::setThumbTintColor(const Ref<UIColor>& color) {
+    if (!equalObjects(std::exchange(thumbTintColor_, color), color))
+        setNeedsDisplay();
 }
 
 void UISwitch::moveThumb(bool animated) {
@@ -136,7 +145,7 @@ void UISwitch::draw(CGRect) {
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;
     const CGRect thumb{x, kInset, width, kThumb};
     context->drawShadow(thumb, kThumb / 2, 3, {0, 1}, *shade);
-    context->setFillColor(*UIColor::whiteColor());
+    context->setFillColor(thumbTintColor_ ? *thumbTintColor_ : *UIColor::whiteColor());
     context->fillRoundedRect(thumb, kThumb / 2);
 }
 

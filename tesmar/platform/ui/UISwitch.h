@@ -24,7 +24,7 @@ class TESMAR_API UISwitch : public UIControl {
 
     // Only the origin of `frame` counts; the size is kSize.
     bool initWithFrame(CGRect frame) override;
-    // Reads, besides the control's keys, "on".
+    // Reads, besides the control's keys, "on" and "thumbTintColor".
     bool initWithCoder(NSCoder& coder) override;
 
     bool isOn() const { return on_; }
@@ -33,6 +33,10 @@ class TESMAR_API UISwitch : public UIControl {
     void setOn(bool on) { setOn(on, false); }
 
     void describe(UIAccessibleElement& element) const override;
+    // The colour of the thumb; null, the initial value, means white. The track's colours are fixed.
+    const Ref<UIColor>& thumbTintColor() const { return thumbTintColor_; }
+    void setThumbTintColor(const Ref<UIColor>& color);
+
     std::vector<UIFocusCell> focusCells() const override;
     CGSize intrinsicContentSize() const override { return kSize; }
     void draw(CGRect rect) override;
@@ -49,8 +53,9 @@ class TESMAR_API UISwitch : public UIControl {
     void moveThumb(bool animated);
 
     bool on_ = false;
-    bool shownOn_ = false;                 // the thumb's position, or where it is sliding
-    bool dragged_ = false;                 // the finger has moved the thumb across since it landed
+    bool shownOn_ = false; // the thumb's position, or where it is sliding
+    bool dragged_ = false; // the finger has moved the thumb across since it landed
+    Ref<UIColor> thumbTintColor_;
     std::unique_ptr<Transition> position_; // of the thumb: 0 off … 1 on
     std::unique_ptr<Transition> stretch_;  // of the thumb: 0 round … 1 stretched
 };

@@ -160,6 +160,16 @@ void UIView::insertSubview(const Ref<UIView>& view, std::size_t atIndex) {
         added->notifyMovedToWindow();
 }
 
+void UIView::bringSubviewToFront(const Ref<UIView>& view) {
+    if (view && view->superview_ == this && subviews_.back() != view)
+        insertSubview(view, subviews_.size());
+}
+
+void UIView::sendSubviewToBack(const Ref<UIView>& view) {
+    if (view && view->superview_ == this && subviews_.front() != view)
+        insertSubview(view, 0);
+}
+
 void UIView::removeFromSuperview() {
     assertMainThread("UIView::removeFromSuperview");
     if (!superview_)

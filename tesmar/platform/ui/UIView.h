@@ -25,6 +25,7 @@ class KeptPicture;
 class LayoutEngine;
 class NSBundle;
 class UITouch;
+class UIViewController;
 class UIWindow;
 struct PixelRect;
 struct UIAccessibleElement;
@@ -81,6 +82,10 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void addSubview(const Ref<UIView>& view);
     // The same at an index of subviews(), 0 for the back; too large an index means the front.
     void insertSubview(const Ref<UIView>& view, std::size_t atIndex);
+    // Moves `view`, which must be a subview, in front of or behind the other subviews; ignored for
+    // other views and null.
+    void bringSubviewToFront(const Ref<UIView>& view);
+    void sendSubviewToBack(const Ref<UIView>& view);
     // Does nothing without a superview.
     void removeFromSuperview();
     // Whether `view` is this view or one of its ancestors.
@@ -269,8 +274,11 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     void paint(CGContext& context, CGPoint superOrigin);
 
   private:
+    friend class UIViewController;
+
     UIView& layoutRoot();
     void layoutTree();
+    void layoutPass();
     void layoutOwnSubviews();
     void layoutSubtreeSubviews();
     void applyFrame(CGRect frame);
@@ -314,7 +322,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool treeNeedsLayout_ = true; // of a layout root
     double hugging_[2] = {UILayoutPriorityDefaultLow, UILayoutPriorityDefaultLow}; // by axis
     std::vector<Ref<NSLayoutConstraint>> constraints_;
-    std::unique_ptr<LayoutEngine> engine_; // of a layout root
+    std::unique_ptr<LayoutEngine> engine_;   // of a layout root
+    UIViewController* controller_ = nullptr; // whose view this is
 };
 
 } // namespace tesmar

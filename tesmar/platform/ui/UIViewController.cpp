@@ -22,6 +22,7 @@ UIViewController::UIViewController() {
 }
 UIViewController::~UIViewController() {
     assertMainThread("~UIViewController");
+    adoptView(nullptr);
 }
 
 bool UIViewController::initWithNibName(const std::optional<std::string>& nibName,
@@ -45,7 +46,7 @@ const Ref<UIView>& UIViewController::view() {
             loadView();
         } catch (...) {
             loading_ = false;
-            view_ = nullptr; // incomplete: the next call loads it again
+            adoptView(nullptr); // incomplete: the next call loads it again
             throw;
         }
         loading_ = false;
@@ -58,6 +59,14 @@ const Ref<UIView>& UIViewController::view() {
 
 void UIViewController::setView(const Ref<UIView>& view) {
     assertMainThread("UIViewController::setView");
+    adoptView(view);
+}
+
+void UIViewController::adoptView(const Ref<UIView>& view) {
+    if (view_ && view_->controller_ == this)
+        view_->controller_ = nullptr;
+    if (view)
+        view->controller_ = this;
     view_ = view;
 }
 
@@ -65,10 +74,10 @@ void UIViewController::loadView() {
     if (nibName_) {
         const auto objects =
             UINib::nibWithNibName(*nibName_, bundle_)->instantiateWithOwner(&isa());
-        view_ = objects.empty() ? nullptr : as<UIView>(objects.front());
+        adoptView(objects.empty() ? nullptr : as<UIView>(objects.front()));
         return;
     }
-    view_ = make<UIView>();
+    adoptView(make<UIView>());
 }
 
 void UIViewController::presentViewController(const Ref<UIViewController>& controller, bool animated,

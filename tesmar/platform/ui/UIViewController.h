@@ -17,7 +17,8 @@ struct UIAccessibleElement;
 
 enum class UIModalPresentationStyle {
     card,       // the view is on a rounded card over what the host draws below
-    fullScreen, // the view fills the window
+    fullScreen, // the view fills the window's safe area, on paper; where there is room, the paper
+                // keeps clear of the captions
 };
 
 class TESMAR_API UIViewController : public NSObject {
@@ -47,6 +48,12 @@ class TESMAR_API UIViewController : public NSObject {
     // function; one that sets no view is a fatal error.
     virtual void loadView();
     virtual void viewDidLoad() {}
+    // Called before and after each layout of the view and its descendants, whenever a size, a
+    // constraint or setNeedsLayout() requires one. The first may still change constraints; the
+    // second finds the new frames, and its changes are laid out at once. Only called while the view
+    // is the root of a layout (see UIView::layoutIfNeeded), as that of a controller on a window is.
+    virtual void viewWillLayoutSubviews() {}
+    virtual void viewDidLayoutSubviews() {}
     // Called in this order, at most once per appearance; an interrupted appearance skips those not
     // yet reached.
     // A full-screen controller that is presented above makes those below disappear and, when it is
@@ -55,10 +62,12 @@ class TESMAR_API UIViewController : public NSObject {
     virtual void viewDidAppear(bool /*animated*/) {}
     virtual void viewWillDisappear(bool /*animated*/) {}
     virtual void viewDidDisappear(bool /*animated*/) {}
-    // The window is about to handle a key other than back, for this controller, the topmost: a sign
-    // of life that may restart an idle timer. May do anything, dismissing the controller included.
+    // Called before the window handles a key other than back, while this controller is the topmost:
+    // for example to restart an idle timer. An override may do anything, including dismissing the
+    // controller.
     virtual void willHandleKey() {}
-    // A key has shown or moved the focus. `identifier` is that of UIFocus. May do anything.
+    // A key has shown or moved the focus. `identifier` is that of UIFocus. An override may do
+    // anything.
     virtual void focusDidMove(const std::string& /*identifier*/) {}
     // The identifier, as of UIFocus, where the focus starts each time the controller is presented;
     // an empty or unknown one means the first place in reading order.
@@ -99,6 +108,8 @@ class TESMAR_API UIViewController : public NSObject {
 
   private:
     friend class PresentationStack;
+
+    void adoptView(const Ref<UIView>& view);
 
     Ref<UIView> view_;
     bool loading_ = false;

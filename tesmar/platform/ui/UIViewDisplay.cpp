@@ -5,6 +5,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/platform/ui/internal/DamageRegion.h"
 #include "tesmar/platform/ui/internal/KeptPicture.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
 
 #include <algorithm>
 #include <new>
@@ -36,8 +37,7 @@ bool isOpaque(const Ref<UIColor>& color) {
 } // namespace
 
 void UIView::setBackgroundColor(const Ref<UIColor>& color) {
-    const auto before = std::exchange(backgroundColor_, color);
-    if (before != color && !(before && color && before->isEqual(color.get())))
+    if (!equalObjects(std::exchange(backgroundColor_, color), color))
         setNeedsDisplay();
 }
 

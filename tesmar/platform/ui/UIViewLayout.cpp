@@ -3,6 +3,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
 #include "tesmar/platform/ui/UIView.h"
+#include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <utility>
@@ -158,15 +159,29 @@ void UIView::layoutTree() {
     for (int pass = 0; treeNeedsLayout_ && pass < kMaxPasses; ++pass) {
         treeNeedsLayout_ = false;
         try {
-            if (!engine_)
-                engine_ = std::make_unique<LayoutEngine>();
-            engine_->layout(*this);
-            layoutSubtreeSubviews();
+            // Null for a controller that is being destroyed, too.
+            const auto controller =
+                controller_ ? as<UIViewController>(controller_->weak_from_this().lock()) : nullptr;
+            if (controller)
+                controller->viewWillLayoutSubviews();
+            layoutPass();
+            for (; treeNeedsLayout_ && pass < kMaxPasses; ++pass)
+                layoutPass();
+            if (controller)
+                controller->viewDidLayoutSubviews();
         } catch (...) {
             treeNeedsLayout_ = true;
             throw;
         }
     }
+}
+
+void UIView::layoutPass() {
+    treeNeedsLayout_ = false;
+    if (!engine_)
+        engine_ = std::make_unique<LayoutEngine>();
+    engine_->layout(*this);
+    layoutSubtreeSubviews();
 }
 
 void UIView::layoutOwnSubviews() {

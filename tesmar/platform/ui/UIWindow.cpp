@@ -27,6 +27,7 @@ constexpr CGFloat kLargestSide = 65535;  // points
 constexpr CGFloat kLargestPixel = 32767; // pixels per side
 constexpr CGFloat kSmallestScale = 0.1;
 constexpr CGFloat kLargestScale = 16;
+constexpr double kLeastBrightness = 0.4;
 
 CGSize finiteSize(CGSize size) {
     return {finite(size.width, 0, kLargestSide, 0), finite(size.height, 0, kLargestSide, 0)};
@@ -68,9 +69,9 @@ Class& UIWindow::classObject() {
 
 UIWindow::UIWindow()
     : presentations_(std::make_unique<PresentationStack>(*this)),
-      touches_(std::make_unique<TouchDispatcher>(*this)), damage_(std::make_unique<DamageRegion>()),
-      history_(std::make_unique<DamageHistory>()), repainted_(std::make_unique<DamageRegion>()),
-      context_(std::make_unique<CGContext>()) {}
+      touches_(std::make_unique<TouchDispatcher>(*this, *presentations_)),
+      damage_(std::make_unique<DamageRegion>()), history_(std::make_unique<DamageHistory>()),
+      repainted_(std::make_unique<DamageRegion>()), context_(std::make_unique<CGContext>()) {}
 
 // Views and controllers that are notified meanwhile must not find a window that is being destroyed.
 UIWindow::~UIWindow() {
@@ -135,6 +136,13 @@ void UIWindow::setCaptionArea(std::optional<CGRect> area) {
     setNeedsLayout();
 }
 
+void UIWindow::setPresentedBrightness(double brightness) {
+    assertMainThread("UIWindow::setPresentedBrightness");
+    brightness = finite(brightness, kLeastBrightness, 1, 1);
+    if (std::exchange(presentedBrightness_, brightness) != brightness)
+        presentations_->setNeedsDisplay();
+}
+
 void UIWindow::layoutSubviews() {
     if (!rootController_)
         return;
@@ -192,7 +200,7 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     NSRunLoop::mainRunLoop().noteTime(time);
     layoutIfNeeded();
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
-    routeWheel(hit, delta);
+    routeWheel(*this, hit, delta);
     return hit != nullptr;
 }
 

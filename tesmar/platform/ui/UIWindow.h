@@ -39,6 +39,9 @@ class UIAccessibilityObserver;
 
 // What a tap outside all cards does: nothing, or dismiss the topmost controller.
 enum class OutsideTap { ignored, dismisses };
+// What a drag down on a card does, beside its controls and what scrolls: nothing, or move the card
+// with the finger and, when it lets go far enough down or moving fast, dismiss it.
+enum class DragDown { ignored, dismisses };
 
 class TESMAR_API UIWindow : public UIView {
     TESMAR_CLASS
@@ -67,6 +70,13 @@ class TESMAR_API UIWindow : public UIView {
     // while a controller is presented.
     void setOutsideTap(OutsideTap behaviour) { outsideTap_ = behaviour; }
     OutsideTap outsideTap() const { return outsideTap_; }
+    // Initially ignored.
+    void setDragDown(DragDown behaviour) { dragDown_ = behaviour; }
+    DragDown dragDown() const { return dragDown_; }
+    // How much of its light what is presented keeps, for dark rooms: 1 (initially) to 0.4, clamped
+    // (NaN becomes 1). Black text on the card stays legible at all of them.
+    double presentedBrightness() const { return presentedBrightness_; }
+    void setPresentedBrightness(double brightness);
 
     // The controller whose view covers the window, below everything that is presented. The view is
     // transparent, and the window does not handle touches that hit none of its subviews.
@@ -88,7 +98,8 @@ class TESMAR_API UIWindow : public UIView {
     // lifted without an event, and cancels its touch.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time);
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
-    // one that does not scroll.
+    // one that does not scroll: beside what scrolls in a card, it moves the card's content. Where
+    // content scrolls sideways only, `delta.y` moves it as well.
     bool wheel(CGPoint point, CGPoint delta, double time);
     // Operates the topmost presented controller; no key is handled while there is none. Arrows move
     // the focus within a row and to the next row; Tab moves it from group to group. A key that
@@ -99,7 +110,7 @@ class TESMAR_API UIWindow : public UIView {
     // Initially taken: see UIEdgeKeys.
     void setEdgeKeys(UIEdgeKeys behaviour) { edgeKeys_ = behaviour; }
     UIEdgeKeys edgeKeys() const { return edgeKeys_; }
-    // Whether the last event that the window handled, apart from the wheel, was a key. A host that
+    // Whether the viewer last used a key that the window handled, rather than a touch. A host that
     // is notified of a dismissal (TESMARViewControllerDelegate,
     // UIViewController::viewWillDisappear) can then put its own focus back.
     bool keysAreInUse() const { return keysAreInUse_; }
@@ -170,6 +181,8 @@ class TESMAR_API UIWindow : public UIView {
     OutsideTap outsideTap_ = OutsideTap::ignored;
     UIEdgeKeys edgeKeys_ = UIEdgeKeys::taken;
     bool keysAreInUse_ = false;
+    DragDown dragDown_ = DragDown::ignored;
+    double presentedBrightness_ = 1;
     Ref<UIViewController> rootController_;
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;

@@ -5,10 +5,12 @@
 #include "tesmar/platform/foundation/runtime.h"
 
 #include "support.h"
+#include "tests/platform/sanitized.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <pthread.h>
 
 namespace tesmar {
 namespace {
@@ -155,6 +157,29 @@ TEST(Archive, OtherWritersArchivesDecodeToTheirObjectOrToNull) {
     for (const auto& c : cases) {
         const auto object = unarchived(c.archive);
         EXPECT_TRUE(c.expected ? c.expected->isEqual(object.get()) : !object) << c.what;
+    }
+}
+
+TEST(Archive, TheDeepestDecodesOnASmallStack) {
+    Ref<NSObject> deep = text("x");
+    for (int i = 0; i < 400; ++i)
+        deep = dictionary({{"k", deep}});
+    PropertyList nested = Array{};
+    std::string deepestList;
+    for (std::string bytes; unarchived(bytes = of({"text", nested})); nested = Array{nested})
+        deepestList = bytes;
+    for (const std::string& archive : {archived(list({deep})), deepestList}) {
+        pthread_attr_t small;
+        ::pthread_attr_init(&small);
+        ::pthread_attr_setstacksize(&small, kSanitized ? 1 << 20 : 64 << 10);
+        pthread_t thread;
+        const auto decode = [](void* bytes) -> void* {
+            return unarchived(*static_cast<const std::string*>(bytes)) ? bytes : nullptr;
+        };
+        ASSERT_EQ(::pthread_create(&thread, &small, decode, const_cast<std::string*>(&archive)), 0);
+        void* decoded = nullptr;
+        ::pthread_join(thread, &decoded);
+        EXPECT_TRUE(decoded);
     }
 }
 

@@ -154,6 +154,11 @@ TEST(CGContext, AShadowFadesOutsideItsShapeOnly) {
     EXPECT_GT(alphaAt(60, 71), alphaAt(60, 28)); // moved downwards
     for (int x = 0; x < 120; ++x)
         EXPECT_EQ(canvas.at(x, 90) | canvas.at(x, 22), 0u); // beyond its reach
+
+    Canvas large(1000, 20, 16); // moved and blurred by 300 pixels, which takes seconds by 1,600
+    large.context().drawShadow({0, -99, 10, 200}, 0, 100, {100, 0}, *UIColor::redColor());
+    EXPECT_GT(large.at(700, 10) >> 24, 0u);
+    EXPECT_EQ(large.at(761, 10), 0u);
 }
 
 TEST(SurfaceCache, EvictsTheLeastRecentlyUsed) {

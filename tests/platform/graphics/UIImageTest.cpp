@@ -32,10 +32,12 @@ Ref<UIImage> square(double side) {
 using Pixels = std::vector<std::uint32_t>;
 
 std::string filePNG(const Pixels& pixels, int width) {
-    const std::string path = testing::TempDir() + "tesmar_image" + std::to_string(getpid());
+    std::string path = testing::TempDir() + "tesmar-image-XXXXXX";
+    ::close(::mkstemp(path.data()));
     const int height = static_cast<int>(pixels.size()) / width;
     EXPECT_TRUE(writePNG(path, pixels.data(), width, height, width * 4));
     std::ifstream file(path, std::ios::binary);
+    ::unlink(path.c_str());
     return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -337,6 +337,57 @@ TEST(SDLHost, QuitsWhenTheWindowIsClosed) {
     EXPECT_FALSE(screen.host.turn());
 }
 
+// Destroys the host in each call that it makes, with a captured object that must survive the call.
+TEST(SDLHost, MayBeDestroyedByAnyCallOfATurn) {
+    struct View : UIView {
+        void touchBegan(UITouch&) override { act("touch"); }
+        void layoutSubviews() override { act("layout"); }
+        void draw(CGRect) override { act("draw"); }
+        std::function<void(std::string)> act = [](auto) {};
+    };
+    for (const std::string where :
+         {"touch", "tap", "key", "wake", "work", "resize", "layout", "draw", "picture"}) {
+        auto host = std::make_unique<SDLHost>(SDLHost::Options{.title = "test", .size = kSize});
+        const auto view = make<View>();
+        view->setFrame(kPlace);
+        host->window()->rootViewController()->view()->addSubview(view);
+        for (int i = 0; i < 3; ++i)
+            host->turn(0);
+        std::string calls;
+        const auto owned = std::make_shared<std::string>("released");
+        const auto act = [&host, &calls, where, owned](const std::string& call) {
+            calls += host ? "" : call + " after the end";
+            if (call != where)
+                return;
+            host.reset();
+            calls += *owned;
+        };
+        view->act = act;
+        host->onTap([act](CGPoint) { act("tap"); });
+        host->onKey([act](const SDLHost::Key&) { act("key"); });
+        host->onWake([act] { act("wake"); });
+        host->onResize([act](CGSize) { act("resize"); });
+        host->onPicture([act](const SDLHost::Picture&) { act("picture"); });
+        const auto work = NSRunLoop::mainRunLoop().schedule(0, [act] { act("work"); });
+        const WeakRef<UIWindow> window = host->window();
+        SDL_SetWindowSize(Screen::window(), 300, 240);
+        view->setNeedsLayout();
+        view->setNeedsDisplay();
+        host->wakeUp();
+        for (SDL_Event sent :
+             {mouse(SDL_MOUSEBUTTONDOWN, kOnPad), mouse(SDL_MOUSEBUTTONUP, kOnPad),
+              mouse(SDL_MOUSEBUTTONDOWN, kBesidePad), mouse(SDL_MOUSEBUTTONUP, kBesidePad),
+              key(SDLK_SPACE), event(SDL_QUIT)})
+            SDL_PushEvent(&sent);
+        host->run();
+        NSRunLoop::mainRunLoop().cancel(work);
+        EXPECT_EQ(calls, "released") << where;
+        EXPECT_TRUE(!host && window.expired() && owned.use_count() == 3) << where;
+        view->act = nullptr;
+        SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
+    }
+}
+
 TEST(SDLHost, ReportsAMissingDisplay) {
     SDL_setenv("SDL_VIDEODRIVER", "nonsense", 1);
     try {

@@ -47,7 +47,7 @@ std::string fileOf(std::string_view fontName) {
 
 class FontRegistryTest : public testing::Test {
   protected:
-    FontRegistryTest() { std::filesystem::create_directory(directory_); }
+    FontRegistryTest() { EXPECT_TRUE(::mkdtemp(directory_.data())); }
     ~FontRegistryTest() override {
         std::filesystem::remove_all(directory_);
         useConfiguration(TESMAR_TEST_FONTS);
@@ -65,7 +65,7 @@ class FontRegistryTest : public testing::Test {
         useConfiguration(directory_ + "/fonts.conf");
     }
 
-    const std::string directory_ = testing::TempDir() + "tesmar_fonts" + std::to_string(getpid());
+    std::string directory_ = testing::TempDir() + "tesmar-fonts-XXXXXX";
 };
 
 TEST_F(FontRegistryTest, StandInsDrawNamesThatAreNotInstalled) {

@@ -1,9 +1,13 @@
 #include "fixture.h"
 
 #include "tesmar/platform/ui/UIButton.h"
+#include "tesmar/platform/ui/UILabel.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 #include "tesmar/platform/ui/UISwitch.h"
+
+#include <cmath>
+#include <tuple>
 
 namespace tesmar {
 
@@ -147,6 +151,83 @@ TEST_F(ControlTest, AnActionMayRemoveItsTargetOrDestroyItsControl) {
         EXPECT_EQ(listener->take(), "up ");
         host.advance(1);
         EXPECT_EQ(watched.expired(), destroys);
+    }
+}
+
+TEST_F(ControlTest, AListenerMayUnsubscribeOrDestroyItsControl) {
+    Ref<UIButton> button;
+    UIControlListener token;
+    const auto send = [](UIControl& c) { c.sendActionsForControlEvents(UIControlEventAllEvents); };
+    const std::pair<std::function<void(UIControl&)>, int> rows[] = {
+        {[](UIControl&) {}, 2},
+        {[&](UIControl&) { token = {}; }, 1},
+        {[&](UIControl& sender) { token = {}, send(sender); }, 1},
+        {[&](UIControl& sender) { sender.removeFromSuperview(), button.reset(); }, 1},
+        {[&](UIControl& sender) { token = sender.addListener(0, [](UIControl&) {}); }, 1}};
+    for (const auto& [act, calls] : rows) {
+        button = add<UIButton>({100, 100, 100, 50});
+        const auto count = std::make_shared<int>(0);
+        token = button->addListener(UIControlEventTouchUpInside,
+                                    [&act, count](UIControl& c) { ++*count, act(c); });
+        host.tap({150, 120});
+        host.tap({150, 120});
+        host.advance(1);
+        EXPECT_EQ(*count, calls) << &act - &rows[0].first;
+        token = {};
+        EXPECT_EQ(count.use_count(), 1); // the function is destroyed
+        if (button)
+            button->removeFromSuperview();
+    }
+    EXPECT_DEATH(token = add<UIButton>({})->addListener(1, {}), "function is empty");
+}
+
+TEST_F(ControlTest, ButtonsKeepTheirInsets) {
+    const auto button = add<UIButton>({0, 0, 100, 50});
+    button->setTitle("title", 0);
+    const CGSize plain = button->intrinsicContentSize();
+    button->setContentEdgeInsets({1, 20, 3, 40});
+    const CGSize inset = button->intrinsicContentSize();
+    EXPECT_EQ(inset, (CGSize{plain.width + 60, plain.height + 4}));
+    const CGFloat baseline = *button->layoutBaselineBelowCenter();
+    button->setTitleEdgeInsets({10, 5, 0, std::nan("")});
+    EXPECT_EQ(button->intrinsicContentSize(), inset);
+    EXPECT_EQ(*button->layoutBaselineBelowCenter(), baseline + 5);
+    host.render();
+    EXPECT_EQ(button->titleLabel()->frame(), CGRect(25, 11, 35, 36));
+}
+
+// Paler only where a state shows the normal one.
+TEST_F(ControlTest, ButtonsStretchTheBackgroundImageOfTheirState) {
+    const auto button = add<UIButton>({10, 10, 60, 30});
+    const auto pixel = [&](int x, int y) {
+        return host.pixels()[static_cast<std::size_t>(y * 300 + x)];
+    };
+    const auto middle = [&] {
+        host.render();
+        return pixel(40, 25);
+    };
+    button->setBackgroundImage(imageOf(3, 2), 0);
+    const auto full = middle();
+    EXPECT_EQ(pixel(12, 12), full);
+    EXPECT_EQ(pixel(67, 37), full);
+    button->setHighlighted(true);
+    EXPECT_NE(middle(), full);
+    button->setBackgroundImage(imageOf(3, 2), UIControlStateHighlighted);
+    EXPECT_EQ(middle(), full);
+}
+
+TEST_F(ControlTest, LabelsMeasureTheLinesThatTheyMayHave) {
+    const auto label = make<UILabel>();
+    label->setText("two words\nand more");
+    const CGSize line = label->intrinsicContentSize();
+    const std::tuple<int, CGFloat, double> rows[] = {{0, 0, 2}, {2, 0, 2},  {0, 60, 4}, {3, 60, 3},
+                                                     {1, 0, 1}, {1, 60, 1}, {-7, 0, 2}};
+    for (const auto& [lines, width, expected] : rows) {
+        label->setNumberOfLines(lines);
+        label->setPreferredMaxLayoutWidth(width);
+        const CGSize size = label->intrinsicContentSize();
+        EXPECT_EQ(std::round(size.height / line.height), expected) << lines << " " << width;
+        EXPECT_LE(size.width, width > 0 && lines != 1 ? width : line.width);
     }
 }
 

@@ -29,6 +29,12 @@ TEST_F(DamageTest, IsExact) {
     cover->setHidden(true);
     const auto stepper = add<UIStepper>({0, 200, 94, 29});
     stepper->setValue(4);
+    const auto toggle = add<UISwitch>({100, 200, 51, 31});
+    const auto label = add<UILabel>({200, 200, 90, 50});
+    label->setText("label");
+    const auto button = add<UIButton>({0, 240, 50, 30});
+    const auto image = imageOf(6, 6);
+    const Rects toggleArea{{98, 198, 55, 37}};
     const auto above = make<UIViewController>();
     above->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     above->view()->setBackgroundColor(UIColor::colorWithWhite(0.5, 1));
@@ -47,10 +53,23 @@ TEST_F(DamageTest, IsExact) {
         {[&] { a->setFrame(place); }, {{50, 10, 20, 20}}},
         {[&] { cover->setHidden(false); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {}}, // covered
+        {[&] { root().sendSubviewToBack(cover); }, {{40, 0, 100, 100}}},
+        {[&] { root().sendSubviewToBack(cover), a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
+        {[&] { root().bringSubviewToFront(cover); }, {{40, 0, 100, 100}}},
+        {[&] { root().bringSubviewToFront(cover), root().sendSubviewToBack(nullptr); }, {}},
         {[&] { cover->setAlpha(0.5); }, {{40, 0, 100, 100}}},
         {[&] { a->setNeedsDisplay(); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}}, // as before
-        {[&] { stepper->setValue(5); }, {}},                                     // looks the same
+        {[&] { label->setNumberOfLines(0), label->setLineBreakMode(NSLineBreakMode::clipping); },
+         {{198, 200, 92, 50}}},
+        {[&] { label->setNumberOfLines(0), label->setLineBreakMode(NSLineBreakMode::clipping); },
+         {}},
+        {[&] { button->setBackgroundImage(image, 0); }, {{0, 240, 50, 30}}},
+        {[&] { button->setTintColor(nullptr), button->setImage(image, 4); }, {}},
+        {[&] { button->setBackgroundImage(image, 0), button->setContentEdgeInsets({}); }, {}},
+        {[&] { toggle->setThumbTintColor(UIColor::redColor()); }, toggleArea},
+        {[&] { toggle->setThumbTintColor(UIColor::colorWithRed(1, 0, 0, 1)); }, {}},
+        {[&] { stepper->setValue(5); }, {}}, // looks the same
         {[&] { stepper->setValue(0); }, {{0, 200, 94, 29}}},
         {[&] { host.window()->presentViewController(above, false); }, all},
         {[&] { a->setNeedsDisplay(), cover->setHidden(true), stepper->setValue(4); }, {}},
@@ -62,6 +81,25 @@ TEST_F(DamageTest, IsExact) {
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         steps[i].change();
         EXPECT_EQ(damage(), steps[i].expected) << "step " << i;
+    }
+}
+
+// An age that reaches back to a larger surface repaints everything, and nothing outside.
+TEST_F(DamageTest, ANewSizeOrScaleForgetsEarlierFrames) {
+    for (const auto& [size, scale] : {std::pair(CGSize{100, 100}, 1.0), {CGSize{300, 400}, 0.5}}) {
+        host = HeadlessHost({300, 400});
+        damage();
+        add<UIView>({290, 390, 5, 5})->setBackgroundColor(UIColor::redColor());
+        EXPECT_EQ(damage(), (Rects{{290, 390, 5, 5}}));
+        UIWindow& window = *host.window();
+        window.setSize(size);
+        window.setScale(scale);
+        const int width = static_cast<int>(window.pixelSize().width);
+        const int height = static_cast<int>(window.pixelSize().height);
+        std::vector<std::uint32_t> pixels(300 * 400);
+        window.render(pixels, 4 * width);
+        const auto rects = window.render(pixels, 4 * width, 3);
+        EXPECT_EQ(Rects(rects.begin(), rects.end()), (Rects{{0, 0, width, height}})) << scale;
     }
 }
 
@@ -91,6 +129,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         std::vector<std::uint32_t> words;
         int shown = -1; // in which frame; none
     };
+    const auto image = imageOf(6, 6);
     for (unsigned round = 0; round < 100; ++round) {
         host = HeadlessHost({160, 120}, std::array{1.0, 1.5, 2.0, 3.0}[round % 4]);
         UIWindow& window = *host.window();
@@ -103,16 +142,22 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
         const auto rect = [&] {
             return CGRect{point(140) - CGPoint{20, 20}, CGSize{part(70), part(50)}};
         };
+        const auto color = [&] {
+            return chance() ? nullptr : UIColor::colorWithWhite(part(1), part(1.5));
+        };
+        const auto insets = [&] {
+            return UIEdgeInsets{part(20) - 5, part(20) - 5, part(20) - 5, part(20) - 5};
+        };
         const auto scroll = add<UIScrollView>({20.3, 10, 100, 90});
         scroll->setContentSize({300, 300});
         std::vector<Ref<UIView>> views;
         for (unsigned i = 0; i < 12; ++i) {
             const auto view = views.emplace_back(as<UIView>(kinds[i % 5]->alloc()));
             view->initWithFrame(rect());
-            if (const auto label = as<UILabel>(view))
-                label->setText("Wavy text");
-            else if (const auto button = as<UIButton>(view))
-                button->setTitle("off", 0), button->setTitle("on", UIControlStateHighlighted);
+            if (const auto text = as<UILabel>(view))
+                text->setText("Wavy text\nof several lines");
+            else if (const auto control = as<UIButton>(view))
+                control->setTitle("off", 0), control->setTitle("on", UIControlStateHighlighted);
             else if (i % 5 == 3)
                 view->setBackgroundColor(UIColor::colorWithWhite(part(1), i > 5 ? 1 : part(1)));
             (i % 3 == 0 ? root() : i % 3 == 1 ? *scroll : *views[i - 1]).addSubview(view);
@@ -124,6 +169,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             const auto control = as<UIControl>(view);
             const auto stepper = as<UIStepper>(view);
             const auto toggle = as<UISwitch>(view);
+            const auto label = as<UILabel>(view);
+            const auto button = as<UIButton>(view);
             const CGPoint center = view->convertPointTo(view->bounds().center(), nullptr);
             const CGPoint near = center + point(40) - CGPoint{20, 20};
             const std::function<void()> changes[] = {
@@ -139,10 +186,22 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { stepper ? stepper->setMaximumValue(part(100)) : void(); },
                 [&] { stepper ? stepper->setWraps(chance()) : void(); },
                 [&] { toggle ? toggle->setOn(chance(), chance()) : void(); },
+                [&] { toggle ? toggle->setThumbTintColor(color()) : void(); },
+                [&] { button ? button->setContentEdgeInsets(insets()) : void(); },
+                [&] { button ? button->setTitleEdgeInsets(insets()) : void(); },
+                [&] { button ? button->setBackgroundImage(image, random() % 4) : void(); },
+                [&] { button ? button->setImage(image, random() % 4) : void(); },
+                [&] { button ? button->setTintColor(color()) : void(); },
+                [&] { label ? label->setNumberOfLines(below(4)) : void(); },
+                [&] { label ? label->setLineBreakMode(NSLineBreakMode{below(6)}) : void(); },
+                [&] { root().bringSubviewToFront(view); },
+                [&] { root().sendSubviewToBack(view); },
                 [&] { scroll->setContentOffset(point(200), chance()); },
                 [&] {
                     scroll->setContentSize(CGSize{part(400), part(400)});
                 },
+                [&] { scroll->setContentInset(insets()); },
+                [&] { scroll->setPagingEnabled(chance()), scroll->setBounces(chance()); },
                 [&] { scroll->setShowsVerticalScrollIndicator(chance()); },
                 [&] { scroll->setShowsHorizontalScrollIndicator(chance()); },
                 [&] { host.touch(UITouchPhase::began, near); },

@@ -5,6 +5,9 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tesmar/platform/ui/Motion.h"
 
@@ -31,6 +34,15 @@ class Listener : public NSObject {
 };
 
 using Rects = std::vector<PixelRect>;
+
+inline Ref<UIImage> imageOf(CGFloat width, CGFloat height) {
+    UIGraphicsBeginImageContextWithOptions({width, height}, true, 1);
+    UIGraphicsGetCurrentContext()->setFillColor(*UIColor::cyanColor());
+    UIGraphicsGetCurrentContext()->fillRect({0, 0, width, height});
+    auto image = UIGraphicsGetImageFromCurrentImageContext();
+    UIGraphicsEndImageContext();
+    return image;
+}
 
 class UITest : public testing::Test {
   protected:

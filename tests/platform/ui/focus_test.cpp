@@ -20,7 +20,7 @@ TEST(FocusGridTest, FindsRowsColumnsAndGroups) {
                           {{60, 40, 20, 20}, 3},
                           {{90, 34, 10, 26}, 3}});
     const struct {
-        std::size_t from;
+        unsigned from;
         K key;
         double x;
         int to; // -1: the way ends

@@ -96,6 +96,33 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
                  "made by UIWindow::windowWithSize");
 }
 
+TEST_F(UITest, ControllersSeeEachLayoutOfTheirViews) {
+    struct Observer : UIViewController {
+        void viewWillLayoutSubviews() override { note("will "); }
+        void viewDidLayoutSubviews() override { note("did "); }
+        void note(const char* what) {
+            log += what + std::to_string(static_cast<int>(inner->frame().size.width)) + " ";
+        }
+        Ref<UIView> inner = make<UIView>();
+        std::string log;
+    };
+    const auto c = make<Observer>();
+    c->inner->setTranslatesAutoresizingMaskIntoConstraints(false);
+    c->view()->addSubview(c->inner);
+    c->view()->addConstraintsWithVisualFormats({{"|[inner]|"}}, {{"inner", c->inner}});
+    const auto layOut = [&](CGFloat width) {
+        c->view()->setFrame(CGRect(0, 0, width, 50));
+        c->view()->layoutIfNeeded();
+        return std::exchange(c->log, {});
+    };
+    EXPECT_EQ(layOut(100), "will 0 did 100 ");
+    EXPECT_EQ(layOut(100), "");
+    const Ref<UIView> view = c->view();
+    c->setView(make<UIView>());
+    view->setNeedsLayout(), view->layoutIfNeeded();
+    EXPECT_EQ(c->log, ""); // no longer its view
+}
+
 // Against a window that was changed before the motion.
 TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
     struct Shown {
@@ -139,7 +166,48 @@ TEST_F(UITest, LeavingCardsTakeNoTouches) {
     EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
-TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
+TEST_F(UITest, CardsFollowADragDown) {
+    const auto c = make<Controller>();
+    c->name = "c.", c->preferredSize = CGSize{280, 200};
+    UIWindow& window = *host.window();
+    const CGPoint header{150, 110};
+    const auto pull = [&](CGFloat distance, double seconds) {
+        host.drag(header, {0, distance}, seconds);
+        const CGFloat moved = window.viewWithIdentifier("card")->translation().y;
+        host.advance(1);
+        return moved;
+    };
+    window.presentViewController(c, false);
+    pull(150, 1);
+    EXPECT_EQ(std::exchange(Controller::log, {}), "c.load c.will c.did "); // ignored
+    window.setDragDown(DragDown::dismisses);
+    EXPECT_NEAR(pull(50, 1), 40, 1); // and back
+    pull(-80, 0.1);
+    EXPECT_EQ(window.viewWithIdentifier("card")->translation(), CGPoint());
+    EXPECT_EQ(Controller::log, "");
+    for (const auto& [distance, seconds] : {std::pair(70, 1.0), std::pair(40, 0.05)}) {
+        pull(distance, seconds);
+        EXPECT_EQ(std::exchange(Controller::log, {}), "c.willnot c.gone ") << distance;
+        window.presentViewController(c, false), Controller::log = "";
+    }
+    host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 300});
+    c->dismissViewControllerAnimated(false); // while a finger holds it
+    EXPECT_FALSE(host.touch(UITouchPhase::ended, {150, 300}) && window.presentedViewController());
+}
+
+TEST_F(UITest, CardsDimOnRequest) {
+    host.window()->presentViewController(make<Controller>(), false);
+    const auto paper = [&] { return host.render(), host.pixels()[200 * 300 + 150]; };
+    for (const auto& [brightness, expected] :
+         {std::pair(0.0, 0xFFA8A8A8u), std::pair(0.7, 0xFFD9D9D9u), std::pair(2.0, 0xFFFFFFFFu)}) {
+        host.window()->setPresentedBrightness(brightness);
+        EXPECT_EQ(paper(), expected) << std::hex << paper();
+    }
+    host.window()->setPresentedBrightness(NAN);
+    EXPECT_FALSE(host.window()->needsRender());
+}
+
+TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
     struct Case {
         CGSize size;
         std::optional<CGRect> captions;
@@ -155,16 +223,23 @@ TEST_F(UITest, CardsKeepClearOfCaptionsAndEdges) {
     const auto c = make<Controller>();
     c->preferredSize = CGSize{440, 375};
     window.presentViewController(c, false);
+    const auto full = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    window.presentViewController(full, false);
     for (const Case& t : cases) {
         window.setSize(t.size);
         window.setSafeAreaInsets(t.safe);
         window.setCaptionArea(t.captions);
         window.layoutIfNeeded();
         const CGRect card = window.viewWithIdentifier("card")->frame();
-        EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(card)) << t.size.width;
-        EXPECT_GE(card.size.height, 180);
-        EXPECT_TRUE(CGRectIntersection(card, t.captions.value_or(CGRect())).isEmpty());
+        for (const CGRect& r :
+             {card, full->view()->convertRectTo(full->view()->bounds(), nullptr)}) {
+            EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(r)) << t.size.width;
+            EXPECT_GE(r.size.height, 180);
+            EXPECT_TRUE(CGRectIntersection(r, t.captions.value_or(CGRect())).isEmpty());
+        }
     }
+    full->dismissViewControllerAnimated(false);
     // Captions that the card does not cover neither move it nor cost a frame.
     window.setSafeAreaInsets({});
     host.resize({1024, 768}, 1);

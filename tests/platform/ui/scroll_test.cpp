@@ -16,6 +16,8 @@ struct Delegate : UIScrollViewDelegate {
     void scrollViewDidEndDragging(UIScrollView&, bool glides) override {
         listener->log += glides ? "end+glide " : "end ";
     }
+    void scrollViewWillBeginDecelerating(UIScrollView&) override { listener->log += "glides "; }
+    void scrollViewDidEndScrollingAnimation(UIScrollView&) override { listener->log += "there "; }
     void scrollViewDidEndDecelerating(UIScrollView&) override { listener->log += "rest "; }
     Ref<Listener> listener;
 };
@@ -75,10 +77,10 @@ TEST_F(ScrollTest, GlidesUntilATouchStopsItWithoutATap) {
     EXPECT_GT(moving, 100);
     host.tap({100, 100});
     EXPECT_EQ(offset(), moving);
-    EXPECT_EQ(listener->take(), "begin end+glide "); // neither a tap nor another drag
+    EXPECT_EQ(listener->take(), "begin end+glide glides "); // neither a tap nor another drag
     host.drag({100, 250}, {0, -100}, 0.05);
     host.advance(10);
-    EXPECT_EQ(listener->take(), "begin end+glide rest ");
+    EXPECT_EQ(listener->take(), "begin end+glide glides rest ");
 }
 
 TEST_F(ScrollTest, SpringsBackFromItsEnds) {
@@ -113,6 +115,84 @@ TEST_F(ScrollTest, KeepsContentInTheView) {
     host.drag({100, 250}, {0, -100}, 0.1);
     EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, 0}));
     EXPECT_EQ(listener->take(), "down up ");
+}
+
+TEST_F(ScrollTest, InsetsBelongToTheContent) {
+    scroll->setContentInset({20, 10, 30, 0});
+    host.render();
+    EXPECT_EQ(scroll->contentOffset(), CGPoint());
+    const std::pair<std::function<void()>, CGPoint> steps[] = {
+        {[&] {
+             scroll->setContentOffset({-99, -99}, true);
+         },
+         {-10, -20}},
+        {[&] {
+             scroll->setContentOffset({999, 999}, true);
+         },
+         {200, 730}},
+        {[&] {
+             scroll->scrollRectToVisible({0, 500, 10, 10}, true);
+         },
+         {-10, 480}},
+        {[&] {
+             scroll->scrollRectToVisible({0, 760, 10, 10}, true);
+         },
+         {-10, 500}},
+        {[&] {
+             scroll->setContentSize({0, 0});
+         },
+         {-10, -20}},
+        {[&] {
+             scroll->setContentInset({0, 0, 999, std::nan("")});
+         },
+         {0, 0}}};
+    for (const auto& [change, offset] : steps) {
+        change();
+        host.render();
+        host.advance(5);
+        EXPECT_EQ(scroll->contentOffset(), offset) << offset.x << "," << offset.y;
+    }
+    EXPECT_TRUE(scroll->canScroll(LayoutAxis::vertical));
+}
+
+TEST_F(ScrollTest, StopsAtItsEndsWithoutBouncing) {
+    scroll->setBounces(false);
+    for (const CGFloat distance : {200, -200, -200, -200}) {
+        host.drag({100, distance < 0 ? 250.0 : 20.0}, {0, distance}, 0.05);
+        for (int frame = 0; frame < 100; ++frame, host.advance(0.02))
+            EXPECT_EQ(offset(), std::clamp(offset(), 0.0, 700.0));
+    }
+    EXPECT_EQ(offset(), 700);
+    EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
+}
+
+TEST_F(ScrollTest, TurnsPages) {
+    scroll->setPagingEnabled(true);
+    const struct {
+        CGFloat distance;
+        double seconds;
+        CGFloat offset;
+    } drags[] = {{-100, 2, 0},     {-200, 2, 300},   {-60, 0.05, 600}, {60, 0.05, 300},
+                 {-200, 0.1, 600}, {-60, 0.05, 700}, {-60, 0.05, 700}, {200, 0.1, 300}};
+    for (const auto& d : drags) {
+        host.drag({100, d.distance < 0 ? 250.0 : 20.0}, {0, d.distance}, d.seconds);
+        host.advance(5);
+        EXPECT_EQ(scroll->contentOffset(), (CGPoint{0, d.offset}))
+            << d.distance << " " << d.seconds;
+    }
+    for (const auto& [notches, expected] : {std::pair(2, 300), {4, 600}}) {
+        for (int i = 0; i < notches; ++i)
+            host.window()->wheel({100, 100}, {0, -50}, host.now());
+        host.advance(5);
+        EXPECT_EQ(offset(), expected);
+    }
+    listener->take();
+    scroll->setContentOffset({0, 350}, true);
+    host.advance(5);
+    EXPECT_EQ(offset(), 350);
+    setMotionSetting(MotionSetting::reduced);
+    scroll->setContentOffset({0, 0}, true);
+    EXPECT_EQ(listener->take(), "there there ");
 }
 
 TEST_F(ScrollTest, WhatCannotBeSeenAsksForNoFrames) {
@@ -184,7 +264,28 @@ TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {
     }
     EXPECT_EQ(offset(), 265);
     EXPECT_LT(fastest, 15);
-    EXPECT_EQ(listener->take(), "begin end+glide rest ");
+    EXPECT_EQ(listener->take(), "begin end+glide glides rest ");
+}
+
+TEST_F(UITest, WheelMovesWhatScrollsNearby) {
+    const auto card = make<UIViewController>();
+    const auto add = [](UIView& to, CGRect frame, CGSize content) {
+        const auto s = makeWith<UIScrollView>(&UIScrollView::initWithFrame, frame);
+        to.addSubview(s), s->setContentSize(content);
+        return s;
+    };
+    const auto page = add(*card->view(), {0, 100, 280, 200}, {280, 900});
+    const auto row = add(*page, {0, 0, 280, 50}, {900, 50});
+    const auto strip = add(*card->view(), {0, 320, 280, 50}, {900, 50});
+    host.window()->presentViewController(card, false);
+    const auto roll = [&](const UIView& over, CGPoint at, CGPoint delta) {
+        host.window()->wheel(over.convertPointTo(at, nullptr), delta, host.now()), host.advance(1);
+        return page->contentOffset() + row->contentOffset() + strip->contentOffset();
+    };
+    EXPECT_EQ(roll(*row, {20, 20}, {0, -5}), CGPoint(0, 5));
+    EXPECT_EQ(roll(*row, {20, 20}, {-5, 0}), CGPoint(5, 5));
+    EXPECT_EQ(roll(*strip, {20, 20}, {0, -5}), CGPoint(10, 5)); // up and down moves it sideways
+    EXPECT_EQ(roll(*card->view(), {20, 20}, {0, -5}), CGPoint(10, 10)); // above the page
 }
 
 TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {

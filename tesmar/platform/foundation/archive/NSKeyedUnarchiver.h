@@ -17,9 +17,10 @@ class TESMAR_API NSKeyedUnarchiver {
     // runtime and has a coding (see NSObject). NSNumber objects are finite.
     //
     // Returns null for archives longer than 96 KiB and for more objects than NSKeyedArchiver would
-    // write, so any input takes at most about a millisecond and a mebibyte. NSKeyedArchiver can
-    // write every object that this returns, without loss. Any thread on which the classes may be
-    // used.
+    // write, so any input takes at most about a millisecond, a mebibyte and, in an optimised
+    // build, 64 KiB of stack (which excludes what initWithCoder() of a host's classes uses).
+    // NSKeyedArchiver can write every object that this returns, without loss. Any thread on which
+    // the classes may be used.
     static Ref<NSObject> unarchiveObjectWithData(std::string_view bytes);
 };
 

@@ -11,7 +11,9 @@
 // are. Where the process may not set the owner, the file becomes its user's; where anything else
 // cannot be kept without admitting somebody else, the save fails. A first file is private.
 //
-// Any thread. No function waits longer than two seconds, prints, or changes process state.
+// Any thread. No function waits longer than two seconds, prints, or changes process state. An
+// ordinary file needs little stack; one with values 512 levels deep, the most that is accepted,
+// needs up to 300 KiB to be read or saved.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"

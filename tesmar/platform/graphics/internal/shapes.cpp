@@ -251,12 +251,15 @@ void drawShadow(CGContext::Impl& painter, const CGRect& rect, double radius, dou
     const SubpixelRect place = subpixelRect(painter, rect);
     if (place.isEmpty() || paint.alpha <= 0)
         return;
+    // In pixels; they limit the size of the mask.
+    constexpr double kLargestReach = 300, kLargestOffset = 300, kLargestRadius = 512;
+    const auto moved = [&](double points) {
+        return toSubpixels(std::clamp(points * painter.scale, -kLargestOffset, kLargestOffset));
+    };
     // Three box blurs in a row reach three times as far as one, and are close to a Gaussian blur.
-    const int blurRadius = static_cast<int>(blur * painter.scale / 3);
+    const int blurRadius = static_cast<int>(std::min(blur * painter.scale, kLargestReach) / 3);
     const int reach = 3 * blurRadius;
-    const int dx = toSubpixels(offset.x * painter.scale),
-              dy = toSubpixels(offset.y * painter.scale);
-    constexpr double kLargestRadius = 512; // pixels; limits the size of the mask
+    const int dx = moved(offset.x), dy = moved(offset.y);
     const int cornerRadius =
         toSubpixels(clampedRadius(place, std::min(radius * painter.scale, kLargestRadius)));
 

@@ -64,6 +64,7 @@ struct SDLHost::State {
     bool pictureIsStale = true;
     bool screenIsStale = true; // must be presented again, even if both layers are up to date
     bool quits = false;
+    bool isDestroyed = false; // by a call that the running turn made
 
     Uint32 wakeEvent = 0;
     std::atomic<bool> wakes = false;       // a wake event is in the queue
@@ -97,13 +98,20 @@ int SDLHost::State::waitMilliseconds(std::optional<double> longest) const {
 }
 
 bool SDLHost::turn(std::optional<double> longest) {
+    const auto state = state_; // any call below may destroy the host
     SDL_Event event;
-    for (int wait = state_->waitMilliseconds(longest); SDL_WaitEventTimeout(&event, wait); wait = 0)
-        state_->handle(event);
-    NSRunLoop::mainRunLoop().advanceTo(now());
-    state_->accessibility.turn(now());
-    state_->showChanges();
-    return !state_->quits;
+    int wait = state->waitMilliseconds(longest);
+    while (!state->isDestroyed && SDL_WaitEventTimeout(&event, wait)) {
+        state->handle(event);
+        wait = 0;
+    }
+    if (!state->isDestroyed)
+        NSRunLoop::mainRunLoop().advanceTo(now());
+    if (!state->isDestroyed)
+        state->accessibility.turn(now());
+    if (!state->isDestroyed)
+        state->showChanges();
+    return !state->quits && !state->isDestroyed;
 }
 
 void SDLHost::run() {
@@ -131,8 +139,8 @@ void SDLHost::State::handle(const SDL_Event& event) {
     NSRunLoop::mainRunLoop().noteTime(timeOf(event));
     if (event.type == wakeEvent) {
         readerWakes = false;
-        if (wakes.exchange(false) && onWake)
-            onWake();
+        if (wakes.exchange(false))
+            callCopy(onWake);
         return;
     }
     switch (event.type) {
@@ -191,28 +199,34 @@ void SDLHost::State::fitWindow() {
     window->invalidate();
     pictureIsStale = true;
     window->layoutIfNeeded();
-    if (onResize)
-        onResize(window->frame().size);
+    callCopy(onResize, window->frame().size);
 }
 
 void SDLHost::State::showChanges() {
     fitWindow();
     const bool windowIsStale = window->needsRender();
-    if (!windowIsStale && !pictureIsStale && !screenIsStale)
+    if (isDestroyed || (!windowIsStale && !pictureIsStale && !screenIsStale))
         return;
     if (windowIsStale)
         screen.drawWindow(*window);
-    if (std::exchange(pictureIsStale, false))
-        screen.drawPicture(onPicture);
+    if (!isDestroyed && std::exchange(pictureIsStale, false))
+        screen.drawPicture(std::function(onPicture)); // a copy: the call may replace it
     screen.present();
     screenIsStale = false;
 }
 
 // --- The application's side ---------------------------------------------------------------------
 
-SDLHost::SDLHost(const Options& options) : state_(std::make_unique<State>(options)) {}
+SDLHost::SDLHost(const Options& options) : state_(std::make_shared<State>(options)) {}
 
-SDLHost::~SDLHost() = default;
+SDLHost::~SDLHost() {
+    state_->isDestroyed = true;
+    state_->onPicture = {};
+    state_->onResize = {};
+    state_->onWake = {};
+    state_->input.onKey = {};
+    state_->input.onTap = {};
+}
 
 const Ref<UIWindow>& SDLHost::window() const {
     return state_->window;

@@ -9,6 +9,11 @@
 // Main thread only, except wakeUp(). One host at a time: it takes all SDL events of the process,
 // and pumps the main run loop with seconds of the system's monotonic clock.
 //
+// The host may be destroyed and its callbacks replaced at any time, also while it runs a turn: in
+// one of its callbacks, in anything that the window calls, or in work of the run loop. No callback
+// is called afterwards and no further event handled; the turn returns as soon as the call has, and
+// only then closes the desktop window and releases the UIWindow.
+//
 // Toolkit: may change with any version.
 #pragma once
 
@@ -103,7 +108,7 @@ class TESMAR_API SDLHost {
     void run();
     // One turn: sleeps until there is an event, the run loop has work due, or `longest` seconds
     // have passed (std::nullopt: no limit); handles all events, pumps the run loop, and shows what
-    // has changed. Returns false once the host is to quit. Throws as run() does.
+    // has changed. Returns false once the host is to quit or is destroyed. Throws as run() does.
     bool turn(std::optional<double> longest = std::nullopt);
     void quit();
 
@@ -112,7 +117,7 @@ class TESMAR_API SDLHost {
 
   private:
     struct State;
-    std::unique_ptr<State> state_;
+    std::shared_ptr<State> state_; // a turn that is running owns it too
 };
 
 } // namespace tesmar

@@ -20,8 +20,10 @@ struct ShapedText {
     GObjectPtr<PangoLayout> layout; // null on a machine without fonts
     std::int32_t id = 0;            // unique, for keys of cached surfaces
     CGSize size;
-    double baseline = 0; // of the first line, from the top
-    CGRect ink;          // relative to the top left corner
+    double baseline = 0;             // of the first line, from the top
+    CGRect ink;                      // relative to the top left corner
+    int lineCount = 0;               // of the lines that are shown
+    std::optional<double> clipWidth; // what is drawn beyond it is cut off
     bool isTruncated = false;
     bool isColored = false; // some of its fonts have coloured glyphs
 };
@@ -36,6 +38,7 @@ struct ShapingRequest {
     std::optional<CGFloat> width;
     int lineCount = 1;
     NSTextAlignment alignment = NSTextAlignment::left;
+    NSLineBreakMode lineBreakMode = NSLineBreakMode::truncatingTail;
 
     bool operator==(const ShapingRequest&) const = default;
 };

@@ -1,5 +1,6 @@
 #include "tesmar/platform/text/internal/glyphs.h"
 
+#include "tesmar/platform/graphics/internal/CGContextImpl.h"
 #include "tesmar/platform/graphics/internal/png.h"
 #include "tesmar/platform/text/internal/FontFileMap.h"
 
@@ -73,16 +74,36 @@ bool drawLayers(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph) {
     return !layers.empty();
 }
 
-// The pictures of glyphs, each decoded once. The number of pixels is limited.
+// The picture, reduced to `width` × `height` device pixels if it is larger: reducing it anew for
+// each glyph would take most of the time. Null if there is no memory.
+SurfacePtr reduced(SurfacePtr picture, double width, double height) {
+    const int fullWidth = cairo_image_surface_get_width(picture.get());
+    const int fullHeight = cairo_image_surface_get_height(picture.get());
+    if (!(width >= 1 && height >= 1 && width < fullWidth && height < fullHeight))
+        return picture;
+    const int w = static_cast<int>(std::ceil(width)), h = static_cast<int>(std::ceil(height));
+    return renderedSurface(CAIRO_FORMAT_ARGB32, w, h, 0, 0, [&](cairo_t* cr) {
+        cairo_scale(cr, static_cast<double>(w) / fullWidth, static_cast<double>(h) / fullHeight);
+        cairo_set_source_surface(cr, picture.get(), 0, 0);
+        cairo_paint(cr);
+    });
+}
+
+// The pictures of glyphs, each decoded once, for one size of the text. The number of pixels is
+// limited.
 class Pictures {
   public:
-    // Owned by this object. Null if the picture cannot be decoded, or is one too many.
-    cairo_surface_t* decoded(hb_font_t* font, hb_codepoint_t glyph, std::string_view png) {
+    // Owned by this object. At most as large as `width` × `height` device pixels require. Null if
+    // the picture cannot be decoded, or is one too many.
+    cairo_surface_t* decoded(hb_font_t* font, hb_codepoint_t glyph, std::string_view png,
+                             double width, double height) {
         const auto [entry, isNew] = decoded_.try_emplace({font, glyph});
         SurfacePtr& picture = entry->second;
-        if (isNew && (picture = decodePNG(png, pixelsLeft_)))
+        if (isNew && (picture = decodePNG(png, pixelsLeft_))) {
             pixelsLeft_ -= cairo_image_surface_get_width(picture.get()) *
                            cairo_image_surface_get_height(picture.get());
+            picture = reduced(std::move(picture), width, height);
+        }
         return picture.get();
     }
 
@@ -98,8 +119,11 @@ bool drawPicture(cairo_t* cr, hb_font_t* font, hb_codepoint_t glyph, Pictures& p
     const char* const data = hb_blob_get_data(png, &length);
     hb_glyph_extents_t box{};
     const bool exists = length > 0 && hb_font_get_glyph_extents(font, glyph, &box);
+    double width = box.width, height = box.height;
+    cairo_user_to_device_distance(cr, &width, &height);
     cairo_surface_t* const picture =
-        exists ? pictures.decoded(font, glyph, {data, length}) : nullptr;
+        exists ? pictures.decoded(font, glyph, {data, length}, std::abs(width), std::abs(height))
+               : nullptr;
     hb_blob_destroy(png);
     if (picture) {
         cairo_save(cr);
@@ -180,13 +204,16 @@ bool hasColoredGlyphs(PangoLayout* layout) {
     return false;
 }
 
-void drawGlyphs(cairo_t* cr, PangoLayout* layout, Glyphs glyphs) {
+void drawGlyphs(cairo_t* cr, PangoLayout* layout, int lineCount, Glyphs glyphs) {
     Painter painter{cr, glyphs, {}};
     PangoLayoutIter* const iterator = pango_layout_get_iter(layout);
     do {
         const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
-        if (!run)
-            continue; // at the end of a line
+        if (!run) { // at the end of a line
+            if (--lineCount == 0)
+                break;
+            continue;
+        }
         PangoRectangle box;
         pango_layout_iter_get_run_extents(iterator, nullptr, &box);
         painter.drawRun(*run, pango_units_to_double(box.x),

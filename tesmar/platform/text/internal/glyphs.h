@@ -15,9 +15,9 @@ enum class Glyphs { all, inTheClip };
 
 inline constexpr int kMostPicturePixels = 2 * 1024 * 1024;
 
-// Draws in points, from the layout's top left corner at the origin. Uses the current source, except
-// for glyphs with colours of their own. Of pictures in fonts, at most kMostPicturePixels are
-// decoded in one call; glyphs beyond them are left out.
-void drawGlyphs(cairo_t* cr, PangoLayout* layout, Glyphs glyphs);
+// Draws the first `lineCount` lines, in points, from the layout's top left corner at the origin.
+// Uses the current source, except for glyphs with colours of their own. Of pictures in fonts, at
+// most kMostPicturePixels are decoded in one call; glyphs beyond them are left out.
+void drawGlyphs(cairo_t* cr, PangoLayout* layout, int lineCount, Glyphs glyphs);
 
 } // namespace tesmar

@@ -18,6 +18,17 @@ constexpr CGFloat kMargin = 8; // around the card
 // Rather than become smaller than this, a card covers the captions.
 constexpr CGSize kUsable{300, 180};
 
+const Ref<UIColor>& paperColor() {
+    static const auto& paper = *new Ref<UIColor>(UIColor::whiteColor());
+    return paper;
+}
+
+// The part of the window that presented controllers keep to.
+CGRect safeArea(const UIWindow& window) {
+    const CGRect safe = CGRectInset(window.bounds(), window.safeAreaInsets());
+    return safe.isEmpty() ? window.bounds() : safe;
+}
+
 // The controller measures its view as it is laid out in all of the room.
 CGSize preferredSize(UIViewController& controller, CGSize room) {
     const auto content = controller.view();
@@ -71,8 +82,7 @@ CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize size) {
 
 CGRect cardFrame(const UIWindow& window, UIViewController& controller,
                  std::optional<MeasuredSize>& measured) {
-    const CGRect safe = CGRectInset(window.bounds(), window.safeAreaInsets());
-    const CGRect surface = safe.isEmpty() ? window.bounds() : safe;
+    const CGRect surface = safeArea(window);
     const CGRect inset = CGRectInset(surface, kMargin, kMargin);
     const CGRect room = inset.isEmpty() ? surface : inset;
     const auto content = controller.view();
@@ -87,14 +97,39 @@ CGRect cardFrame(const UIWindow& window, UIViewController& controller,
     return centred(captions ? bestPart(room, *captions, size) : room, size);
 }
 
+CGRect paperFrame(const UIWindow& window) {
+    const CGRect all = window.bounds();
+    const auto captions = window.captionArea();
+    return captions ? bestPart(all, *captions, all.size) : all;
+}
+
+CGRect safePartOfPaper(const UIWindow& window, const CGRect& paper) {
+    const CGRect safe = CGRectIntersection(safeArea(window), paper);
+    return (safe.isEmpty() ? paper : safe).offsetBy(CGPoint() - paper.origin);
+}
+
+void ContainerView::drawOverlay(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    const UIWindow* const window = this->window();
+    if (!context || !window || window->presentedBrightness() >= 1)
+        return;
+    // Brightness is of light; black at an opacity scales what the display's gamma of 2.2 takes.
+    const double kept = std::pow(window->presentedBrightness(), 1 / 2.2);
+    context->setRGBFillColor(0, 0, 0, 1 - kept);
+    context->fillRoundedRect(bounds(), cornerRadius());
+}
+
+PaperView::PaperView() {
+    setBackgroundColor(paperColor());
+}
+
 void CardView::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)
         return;
-    static const auto& paper = *new Ref<UIColor>(UIColor::colorWithWhite(0.97, 0.97));
     static const auto& shade = *new Ref<UIColor>(UIColor::colorWithWhite(0, 0.45));
     context->drawShadow(bounds(), kCornerRadius, kShadowBlur, kShadowOffset, *shade);
-    context->setFillColor(*paper);
+    context->setFillColor(*paperColor());
     context->fillRoundedRect(bounds(), kCornerRadius);
 }
 

@@ -9,9 +9,12 @@
 namespace tesmar {
 namespace {
 
-constexpr double kAppearing = 0.30;  // seconds
-constexpr double kDismissing = 0.22; // seconds
-constexpr CGFloat kRise = 40;        // how far a card moves, in points
+constexpr double kAppearing = 0.30;          // seconds
+constexpr double kDismissing = 0.22;         // seconds
+constexpr double kReturning = 0.20;          // seconds
+constexpr CGFloat kRise = 40;                // how far a card moves, in points
+constexpr CGFloat kPullThatDismisses = 0.25; // of the card's height
+constexpr CGFloat kFlick = 500;              // points per second
 
 } // namespace
 
@@ -21,6 +24,7 @@ void PresentationStack::abandon() noexcept {
     for (const auto& presentation : abandoned) {
         presentation->stage = Stage::removed;
         presentation->progress.reset();
+        presentation->pulled.reset();
         presentation->controller->stack_ = nullptr;
     }
 }
@@ -55,6 +59,8 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     presentation->completion = std::move(completion);
     presentation->progress = std::make_unique<Transition>(
         startsAt, [this, p = presentation.get()] { showProgress(*p); });
+    presentation->pulled =
+        std::make_unique<Transition>(0, [this, p = presentation.get()] { showProgress(*p); });
     stack_.push_back(presentation);
     controller->stack_ = this;
     FirstException all;
@@ -103,6 +109,8 @@ void PresentationStack::covered(const Shared& presentation) {
     for (const auto& below : hiddenBy(presentation))
         if (presentation->stage == Stage::shown && below->cover == Cover::covering) {
             below->cover = Cover::covered;
+            if (below->container)
+                below->container->setHidden(true); // also where the one above leaves a margin
             below->controller->viewDidDisappear(presentation->animated);
         }
 }
@@ -112,6 +120,8 @@ void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated
     for (const auto& below : hidden)
         if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
             below->cover = Cover::none;
+            if (below->container)
+                below->container->setHidden(false);
             all.run([&] { below->controller->viewWillAppear(animated); });
         }
 }
@@ -141,7 +151,7 @@ void PresentationStack::appear(const Shared& presentation) {
         presentation->container = make<CardView>();
         presentation->container->setAccessibilityIdentifier("card");
     } else {
-        presentation->container = make<ContainerView>();
+        presentation->container = make<PaperView>();
     }
     view->setTranslatesAutoresizingMaskIntoConstraints(true);
     presentation->container->addSubview(view);
@@ -312,15 +322,26 @@ void PresentationStack::layOut() {
         layOut(Shared(stack_[i])); // a diagnostic of a conflict may dismiss it
 }
 
+void PresentationStack::setNeedsDisplay() {
+    for (const auto& presentation : stack_)
+        if (presentation->container)
+            presentation->container->setNeedsDisplay();
+}
+
 void PresentationStack::layOut(const Shared& presentation) {
     const auto controller = presentation->controller;
     if (!presentation->container || !controller->isViewLoaded())
         return;
     const Ref<UIView> content = controller->view();
     const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    presentation->container->setFrame(card ? cardFrame(window_, *controller, presentation->measured)
-                                           : window_.bounds());
-    content->setFrame(presentation->container->bounds());
+    const auto container = presentation->container;
+    if (card) {
+        container->setFrame(cardFrame(window_, *controller, presentation->measured));
+        content->setFrame(container->bounds());
+    } else {
+        container->setFrame(paperFrame(window_));
+        content->setFrame(safePartOfPaper(window_, container->frame()));
+    }
 }
 
 void PresentationStack::showProgress(Presentation& presentation) {
@@ -328,7 +349,39 @@ void PresentationStack::showProgress(Presentation& presentation) {
         return;
     const double progress = presentation.progress->value();
     presentation.container->setAlpha(progress);
-    presentation.container->setTranslation({0, (1 - progress) * kRise});
+    presentation.container->setTranslation(
+        {0, (1 - progress) * kRise + presentation.pulled->value()});
+}
+
+// --- Dragging down ------------------------------------------------------------------------------
+
+bool PresentationStack::canPull(const UIView& view) const {
+    if (stack_.empty() || window_.dragDown() == DragDown::ignored)
+        return false;
+    const Presentation& top = *stack_.back();
+    const bool isCard = top.controller->modalPresentationStyle() == UIModalPresentationStyle::card;
+    return isCard && top.stage == Stage::shown && view.isDescendantOf(top.container.get());
+}
+
+void PresentationStack::pull(CGFloat distance) {
+    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
+        stack_.back()->pulled->jumpTo(std::max(0.0, distance));
+}
+
+void PresentationStack::endPull(CGFloat velocity) {
+    const Shared top = stack_.empty() ? nullptr : stack_.back();
+    if (!top || top->stage != Stage::shown)
+        return;
+    const CGFloat enough = top->container->frame().size.height * kPullThatDismisses;
+    if (velocity >= kFlick || (velocity > -kFlick && top->pulled->value() >= enough))
+        dismiss(*top->controller, true, {});
+    else
+        cancelPull();
+}
+
+void PresentationStack::cancelPull() {
+    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
+        stack_.back()->pulled->moveTo(0, kReturning);
 }
 
 } // namespace tesmar

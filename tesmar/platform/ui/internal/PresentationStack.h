@@ -42,6 +42,18 @@ class PresentationStack {
     // Gives every presentation its frame; called when the window's size, safe area or caption area
     // have changed.
     void layOut();
+    void setNeedsDisplay();
+
+    // --- Dragging down --------------------------------------------------------------------------
+
+    // Whether a finger on `view` may drag the topmost controller's card.
+    bool canPull(const UIView& view) const;
+    // Moves the topmost card down by `distance`, in points.
+    void pull(CGFloat distance);
+    // The finger has let go, moving down with `velocity` in points per second: dismisses the
+    // controller, or moves its card back.
+    void endPull(CGFloat velocity);
+    void cancelPull();
 
   private:
     enum class Stage { appearing, shown, dismissing, removed };
@@ -58,6 +70,7 @@ class PresentationStack {
         bool animated = false;
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
+        std::unique_ptr<Transition> pulled;   // how far a finger has dragged the card, in points
         std::optional<MeasuredSize> measured; // of a card
     };
     using Shared = std::shared_ptr<Presentation>;

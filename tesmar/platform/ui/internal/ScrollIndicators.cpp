@@ -44,8 +44,11 @@ CGRect ScrollIndicators::rect(LayoutAxis axis) const {
         return {};
     const CGRect visible = view_.bounds();
     const CGFloat extent = vertical ? visible.size.height : visible.size.width;
-    const CGFloat content = vertical ? view_.contentSize().height : view_.contentSize().width;
-    const CGFloat offset = vertical ? visible.minY() : visible.minX();
+    const UIEdgeInsets& inset = view_.contentInset();
+    const CGSize size = view_.contentSize();
+    const CGFloat content =
+        vertical ? size.height + inset.top + inset.bottom : size.width + inset.left + inset.right;
+    const CGFloat offset = vertical ? visible.minY() + inset.top : visible.minX() + inset.left;
     const CGFloat track = std::max(0.0, extent - 2 * kMargin);
     const CGFloat length = std::min(track, std::max(kShortest, track * extent / content));
     const CGFloat at =

@@ -56,13 +56,26 @@ void ScrollMotion::beginDrag() {
 void ScrollMotion::dragBy(double distance) {
     const double wanted = dragOrigin_ + distance;
     const double rest = nearestRest(wanted);
-    offset_ = wanted < rest   ? rest - rubberBand(rest - wanted, extent_)
+    offset_ = !bounces_       ? rest
+              : wanted < rest ? rest - rubberBand(rest - wanted, extent_)
               : wanted > rest ? rest + rubberBand(wanted - rest, extent_)
                               : wanted;
 }
 
+double ScrollMotion::usable(double velocity) const {
+    return std::isfinite(velocity) ? std::clamp(velocity, -kFastest, kFastest) : 0;
+}
+
+void ScrollMotion::endDragAt(double offset, double velocity, double now) {
+    const double target = nearestRest(offset);
+    if (target == offset_)
+        jumpTo(target);
+    else
+        springFrom(now, usable(velocity), target);
+}
+
 void ScrollMotion::endDrag(double velocity, double now) {
-    velocity = std::isfinite(velocity) ? std::clamp(velocity, -kFastest, kFastest) : 0;
+    velocity = usable(velocity);
     const double rest = nearestRest(offset_);
     if (offset_ != rest) {
         springFrom(now, velocity, rest);
@@ -103,6 +116,8 @@ bool ScrollMotion::step(double now) {
         const double slope = startVelocity_ + kSpring * away;
         offset_ = target_ + (away + slope * t) * decay;
         speed_ = (slope - kSpring * (away + slope * t)) * decay;
+        if (!bounces_ && nearestRest(startOffset_) == startOffset_)
+            offset_ = nearestRest(offset_);
         if (std::abs(offset_ - target_) < kNearest && std::abs(speed_) < kSlowest) {
             offset_ = target_;
             moving_ = false;
@@ -117,6 +132,10 @@ bool ScrollMotion::step(double now) {
         const double reached =
             std::log1p((rest - startOffset_) * kLogRate / startVelocity_) / kLogRate;
         offset_ = rest;
+        if (!bounces_) {
+            moving_ = false;
+            return false;
+        }
         springFrom(startTime_ + reached, startVelocity_ * std::exp(kLogRate * reached), rest);
         return step(now);
     }

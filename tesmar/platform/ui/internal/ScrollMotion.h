@@ -14,6 +14,9 @@ class ScrollMotion {
     // The length of the visible part; the rubber band always stretches by less.
     void setExtent(double extent) { extent_ = extent; }
 
+    // Whether content may move past the ends at all; initially true.
+    void setBounces(bool bounces) { bounces_ = bounces; }
+
     double offset() const { return offset_; }
     bool isMoving() const { return moving_; }
     // Stops any motion; `offset` may lie past the ends.
@@ -26,6 +29,8 @@ class ScrollMotion {
     // The finger lifts at `velocity`, in points of offset per second (NaN and infinity mean 0). The
     // content moves on until step() returns false.
     void endDrag(double velocity, double now);
+    // The same, but the content comes to rest at `offset`, clamped to the range.
+    void endDragAt(double offset, double velocity, double now);
     // Moves to `offset`, clamped to the range; keeps the present speed when it was moving to an
     // offset already.
     void moveTo(double offset, double now);
@@ -46,12 +51,14 @@ class ScrollMotion {
     enum class Mode { decelerating, springing };
 
     double nearestRest(double offset) const;
+    double usable(double velocity) const;
     double inverseRubberBand(double stretch) const;
     void springFrom(double now, double velocity, double target);
 
     double lowest_ = 0;
     double highest_ = 0;
     double extent_ = 1;
+    bool bounces_ = true;
     double offset_ = 0;
     double dragOrigin_ = 0; // offset at beginDrag(), without the rubber band
     bool moving_ = false;

@@ -21,6 +21,8 @@ constexpr double kWheelPause = 0.15;
 constexpr CGFloat kSmallestNotch = 16;
 // A drag is locked to one axis when its movement along the other is less than this part of it.
 constexpr double kClearDirection = 0.5;
+// A throw at this speed turns the page. Points per second.
+constexpr double kPageVelocity = 100;
 
 } // namespace
 
@@ -35,12 +37,14 @@ ScrollTracking& ScrollTracking::of(UIScrollView& view) {
 // --- Offset -------------------------------------------------------------------------------------
 
 void ScrollTracking::updateRange() {
-    const CGSize room = view_.scrollRoom();
+    const auto range = view_.offsetRange();
     const CGSize visible = view_.frame().size;
-    x_.setRange(0, room.width);
+    x_.setRange(range.lowest.x, range.highest.x);
     x_.setExtent(visible.width);
-    y_.setRange(0, room.height);
+    x_.setBounces(view_.bounces());
+    y_.setRange(range.lowest.y, range.highest.y);
     y_.setExtent(visible.height);
+    y_.setBounces(view_.bounces());
 }
 
 void ScrollTracking::adoptOffset() {
@@ -57,12 +61,16 @@ void ScrollTracking::applyOffset() {
         delegate->scrollViewDidScroll(view_);
 }
 
-CGPoint ScrollTracking::clampedOffset(CGPoint offset) const {
-    const CGSize room = view_.scrollRoom();
-    return {std::clamp(offset.x, 0.0, room.width), std::clamp(offset.y, 0.0, room.height)};
+void ScrollTracking::setOffset(CGPoint offset, bool animated) {
+    const auto self = refTo(&view_);
+    isAnimation_ = animated;
+    moveTo(offset, animated);
+    if (animated && !isGliding()) // there at once
+        if (const auto delegate = view_.delegate())
+            delegate->scrollViewDidEndScrollingAnimation(view_);
 }
 
-void ScrollTracking::setOffset(CGPoint offset, bool animated) {
+void ScrollTracking::moveTo(CGPoint offset, bool animated) {
     offset = {finiteCoordinate(offset.x), finiteCoordinate(offset.y)};
     updateRange();
     if (animated) {
@@ -82,7 +90,7 @@ void ScrollTracking::layoutChanged() {
     updateRange();
     if (dragging_ || isGliding())
         return;
-    view_.setBoundsOrigin(clampedOffset(view_.contentOffset()));
+    view_.setBoundsOrigin(view_.offsetRange().clamped(view_.contentOffset()));
     adoptOffset();
 }
 
@@ -90,7 +98,7 @@ void ScrollTracking::leaveWindow() {
     stopGliding();
     endWheelBurst();
     if (!dragging_)
-        view_.setBoundsOrigin(clampedOffset(view_.contentOffset()));
+        view_.setBoundsOrigin(view_.offsetRange().clamped(view_.contentOffset()));
 }
 
 // --- Dragging -----------------------------------------------------------------------------------
@@ -170,14 +178,37 @@ void ScrollTracking::finishDrag(CGPoint velocity, double time) {
 
 void ScrollTracking::glideFrom(CGPoint velocity, double time) {
     const double now = std::max(time, NSRunLoop::mainRunLoop().now());
-    x_.endDrag(lock_ == AxisLock::vertical ? 0 : velocity.x, now);
-    y_.endDrag(lock_ == AxisLock::horizontal ? 0 : velocity.y, now);
+    isAnimation_ = false;
+    const auto release = [&](ScrollMotion& motion, LayoutAxis axis, double speed, AxisLock other) {
+        if (lock_ == other)
+            motion.endDrag(0, now);
+        else if (view_.isPagingEnabled())
+            motion.endDragAt(page(axis, speed), speed, now);
+        else
+            motion.endDrag(speed, now);
+    };
+    release(x_, LayoutAxis::horizontal, velocity.x, AxisLock::vertical);
+    release(y_, LayoutAxis::vertical, velocity.y, AxisLock::horizontal);
     if (x_.isMoving() || y_.isMoving())
         startGliding();
 }
 
+// The offset of the page on which a drag along `axis` ends.
+double ScrollTracking::page(LayoutAxis axis, double velocity) const {
+    const bool across = axis == LayoutAxis::horizontal;
+    const CGSize size = view_.frame().size;
+    const double length = std::max(1.0, across ? size.width : size.height);
+    const double at = (across ? x_ : y_).destination() / length;
+    const double start = std::round((across ? dragStart_.x : dragStart_.y) / length);
+    const double next = velocity > kPageVelocity    ? std::ceil(at)
+                        : velocity < -kPageVelocity ? std::floor(at)
+                                                    : std::round(at);
+    return std::clamp(next, start - 1, start + 1) * length;
+}
+
 void ScrollTracking::beganDragging() {
     dragging_ = true;
+    dragStart_ = view_.contentOffset();
     view_.indicators_->show();
     if (const auto delegate = view_.delegate())
         delegate->scrollViewWillBeginDragging(view_);
@@ -191,6 +222,13 @@ void ScrollTracking::endedDragging() {
         view_.indicators_->fade();
     if (const auto delegate = view_.delegate())
         delegate->scrollViewDidEndDragging(view_, willDecelerate);
+    notifyWillDecelerate();
+}
+
+void ScrollTracking::notifyWillDecelerate() {
+    if (isGliding() && !dragging_ && !isAnimation_)
+        if (const auto delegate = view_.delegate())
+            delegate->scrollViewWillBeginDecelerating(view_);
 }
 
 // --- Wheel --------------------------------------------------------------------------------------
@@ -203,7 +241,7 @@ void ScrollTracking::wheel(CGPoint delta) {
     updateRange();
     // Scheduled before the delegate is notified: the burst must end even if the delegate throws.
     const auto end =
-        scheduleWeakly(view_, kWheelPause, [](UIScrollView& view) { of(view).endWheelBurst(); });
+        scheduleWeakly(view_, kWheelPause, [](UIScrollView& view) { of(view).settleWheelBurst(); });
     NSRunLoop::mainRunLoop().cancel(std::exchange(wheelEnd_, end));
     if (!dragging_) {
         stopGliding();
@@ -213,7 +251,16 @@ void ScrollTracking::wheel(CGPoint delta) {
     const bool isNotch = std::max(std::abs(delta.x), std::abs(delta.y)) >= kSmallestNotch;
     const CGPoint wanted{x_.destination() - finiteCoordinate(delta.x),
                          y_.destination() - finiteCoordinate(delta.y)};
-    setOffset(clampedOffset(wanted), isNotch);
+    isAnimation_ = false;
+    moveTo(view_.offsetRange().clamped(wanted), isNotch);
+}
+
+void ScrollTracking::settleWheelBurst() {
+    const auto self = refTo(&view_);
+    lock_ = AxisLock::none;
+    if (dragging_ && view_.isPagingEnabled())
+        glideFrom({}, NSRunLoop::mainRunLoop().now());
+    endWheelBurst();
 }
 
 void ScrollTracking::endWheelBurst() {
@@ -239,9 +286,12 @@ void ScrollTracking::settle() {
     updateRange();
     adoptOffset();
     lock_ = AxisLock::none;
+    const auto self = refTo(&view_);
+    dragStart_ = view_.contentOffset();
     glideFrom({}, NSRunLoop::mainRunLoop().now());
     if (!isGliding())
         view_.indicators_->fade();
+    notifyWillDecelerate();
 }
 
 bool ScrollTracking::mayGlide() const {
@@ -249,7 +299,7 @@ bool ScrollTracking::mayGlide() const {
 }
 
 void ScrollTracking::land() {
-    const CGPoint rest = clampedOffset({x_.destination(), y_.destination()});
+    const CGPoint rest = view_.offsetRange().clamped({x_.destination(), y_.destination()});
     x_.jumpTo(rest.x);
     y_.jumpTo(rest.y);
 }
@@ -291,9 +341,13 @@ void ScrollTracking::glideStep(double now) {
         stopGliding();
     applyOffset();
     // In a burst of wheel events the drag ends with the burst instead.
-    if (!moving && !dragging_)
-        if (const auto delegate = view_.delegate())
-            delegate->scrollViewDidEndDecelerating(view_);
+    const auto delegate = view_.delegate();
+    if (moving || dragging_ || !delegate)
+        return;
+    if (isAnimation_)
+        delegate->scrollViewDidEndScrollingAnimation(view_);
+    else
+        delegate->scrollViewDidEndDecelerating(view_);
 }
 
 } // namespace tesmar

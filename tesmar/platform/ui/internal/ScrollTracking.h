@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/layout/LayoutItem.h"
 #include "tesmar/platform/ui/internal/FrameTask.h"
 #include "tesmar/platform/ui/internal/ScrollMotion.h"
 
@@ -53,6 +54,7 @@ class ScrollTracking {
     // a finger that drags takes precedence.
     void wheel(CGPoint delta);
     // `offset` in content coordinates, possibly past the ends. Animated, it is clamped to the ends.
+    // The delegate is told of the end of an animation.
     void setOffset(CGPoint offset, bool animated);
 
     // --- The view -------------------------------------------------------------------------------
@@ -69,11 +71,14 @@ class ScrollTracking {
     void updateRange();
     void adoptOffset();
     void applyOffset();
-    CGPoint clampedOffset(CGPoint offset) const;
+    void moveTo(CGPoint offset, bool animated);
+    double page(LayoutAxis axis, double velocity) const;
+    void notifyWillDecelerate();
     void beganDragging();
     void endedDragging();
     void finishDrag(CGPoint velocity, double time);
     void glideFrom(CGPoint velocity, double time);
+    void settleWheelBurst();
     void endWheelBurst();
     bool mayGlide() const;
     void startGliding();
@@ -91,7 +96,9 @@ class ScrollTracking {
     CGPoint lastPoint_;
     double lastTime_ = 0;
     std::uint64_t wheelEnd_ = 0; // timer that ends a burst; 0 outside a burst
+    CGPoint dragStart_;          // offset at the start of a drag
     FrameTask glide_;
+    bool isAnimation_ = false;  // the glide is that of an animated setter
     bool isFirstFrame_ = false; // of the glide
 };
 

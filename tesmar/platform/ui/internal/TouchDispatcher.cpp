@@ -5,6 +5,7 @@
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/ScrollTracking.h"
 #include "tesmar/platform/ui/internal/near_control.h"
 
@@ -28,9 +29,15 @@ bool keepsTouch(const UIView* view) {
     return control && control->isTracking() && isLeafControl(*control);
 }
 
+// How far the finger has moved a card.
+CGFloat pulled(const UITouch& touch) {
+    return touch.location().y - touch.startLocation().y - kTapSlack;
+}
+
 } // namespace
 
-TouchDispatcher::TouchDispatcher(UIWindow& window) : window_(window) {
+TouchDispatcher::TouchDispatcher(UIWindow& window, PresentationStack& presentations)
+    : window_(window), presentations_(presentations) {
     fingers_.reserve(kMostFingers);
 }
 
@@ -72,7 +79,7 @@ bool TouchDispatcher::began(std::int64_t id, CGPoint point, double time) {
         return false;
 
     const auto finger =
-        std::make_shared<Finger>(Finger{UITouch(id, point, time), Stage::waiting, {}, {}, 0});
+        std::make_shared<Finger>(Finger{UITouch(id, point, time), Stage::waiting, {}, {}, 0, 0});
     fingers_.push_back(finger);
     if (!hit) {
         finger->stage = Stage::outside;
@@ -144,6 +151,30 @@ bool TouchDispatcher::startDrag(const Shared& finger) {
     return false;
 }
 
+// A card follows one finger at a time.
+bool TouchDispatcher::startPull(const Shared& finger) {
+    const auto view = as<UIView>(finger->view.lock());
+    const CGPoint travelled = finger->touch.location() - finger->touch.startLocation();
+    const bool isDown = travelled.y > kTapSlack && travelled.y > std::abs(travelled.x);
+    if (!isDown || !view || keepsTouch(view.get()) || UIScrollView::enclosing(view.get()) ||
+        !presentations_.canPull(*view) ||
+        std::ranges::any_of(fingers_, [](const auto& f) { return f->stage == Stage::pulling; }))
+        return false;
+    finger->stage = Stage::pulling;
+    finger->pullStart = finger->touch.timestamp();
+    view->touchCancelled(finger->touch);
+    if (finger->stage == Stage::pulling)
+        presentations_.pull(pulled(finger->touch));
+    return true;
+}
+
+void TouchDispatcher::endPull(const UITouch& touch, double start) {
+    const CGFloat distance = pulled(touch);
+    const double seconds = std::max(touch.timestamp() - start, NSRunLoop::kFrameInterval);
+    presentations_.pull(distance);
+    presentations_.endPull(distance / seconds);
+}
+
 bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
     const Shared finger = find(id);
     if (!finger)
@@ -155,13 +186,16 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
         startDrag(finger);
         break;
     case Stage::delivered:
-        if (!startDrag(finger))
+        if (!startDrag(finger) && !startPull(finger))
             if (const auto view = as<UIView>(finger->view.lock()))
                 view->touchMoved(finger->touch);
         break;
     case Stage::dragging:
         if (const auto scroll = as<UIScrollView>(finger->scrollView.lock()))
             ScrollTracking::of(*scroll).continueDrag(point, time);
+        break;
+    case Stage::pulling:
+        presentations_.pull(pulled(finger->touch));
         break;
     case Stage::outside:
     case Stage::gone:
@@ -195,6 +229,8 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
         all.run([&] { ScrollTracking::of(*scroll).endDrag(time); });
     } else if (stage == Stage::caught && scroll) {
         all.run([&] { ScrollTracking::of(*scroll).settle(); });
+    } else if (stage == Stage::pulling) {
+        all.run([&] { endPull(finger->touch, finger->pullStart); });
     } else if (stage == Stage::outside && std::hypot(travelled.x, travelled.y) <= kTapSlack) {
         if (const auto top = window_.presentedViewController())
             all.run([&] { top->dismissViewControllerAnimated(true); });
@@ -222,6 +258,8 @@ void TouchDispatcher::cancel(const Shared& finger, double time) {
         ScrollTracking::of(*scroll).cancelDrag();
     else if (stage == Stage::caught && scroll)
         ScrollTracking::of(*scroll).settle();
+    else if (stage == Stage::pulling)
+        presentations_.cancelPull();
 }
 
 void TouchDispatcher::cancelAll(double time) {

@@ -9,12 +9,14 @@
 
 namespace tesmar {
 
+class PresentationStack;
 class UIView;
 class UIWindow;
 
 class TouchDispatcher {
   public:
-    explicit TouchDispatcher(UIWindow& window);
+    // Both must outlive this.
+    TouchDispatcher(UIWindow& window, PresentationStack& presentations);
     ~TouchDispatcher();
 
     // Points are in window coordinates, times in seconds. Each returns whether the finger belongs
@@ -42,6 +44,7 @@ class TouchDispatcher {
         caught,    // stopped moving content; not a tap
         delivered, // the view gets the touch
         dragging,  // a scroll view gets the touch
+        pulling,   // moves a card down
     };
     struct Finger {
         UITouch touch;
@@ -49,6 +52,7 @@ class TouchDispatcher {
         WeakRef<NSObject> view;
         WeakRef<NSObject> scrollView; // while caught or dragging
         std::uint64_t deliveryTimer = 0;
+        double pullStart = 0; // seconds
     };
 
     using Shared = std::shared_ptr<Finger>; // any callback may remove fingers and add others
@@ -58,8 +62,11 @@ class TouchDispatcher {
     void cancel(const Shared& finger, double time);
     void deliver(const Shared& finger);
     bool startDrag(const Shared& finger);
+    bool startPull(const Shared& finger);
+    void endPull(const UITouch& touch, double start);
 
     UIWindow& window_;
+    PresentationStack& presentations_;
     Landing lastLanding_;
     std::vector<Shared> fingers_; // in the order in which they landed
 };

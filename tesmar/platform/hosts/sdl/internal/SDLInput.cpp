@@ -149,8 +149,8 @@ void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
     touches_.erase(found);
     if (touch.taken)
         window_.touch(UITouchPhase::ended, touch.id, point, time);
-    else if (!touch.moved && !isApart(touch.start, point) && onTap)
-        onTap(point);
+    else if (!touch.moved && !isApart(touch.start, point))
+        callCopy(onTap, point);
 }
 
 void SDLInput::releaseAll(double time) {
@@ -180,8 +180,7 @@ void SDLInput::pass(std::optional<UIKey> key, const std::string& name, UIKeyRepe
                     double time) {
     if (key && window_.key(*key, repeat, time))
         return;
-    if (onKey)
-        onKey({name, repeat == UIKeyRepeat::repeated});
+    callCopy(onKey, SDLHost::Key{name, repeat == UIKeyRepeat::repeated});
 }
 
 } // namespace tesmar

@@ -8,9 +8,18 @@
 
 #include <functional>
 #include <map>
+#include <type_traits>
 #include <utility>
 
 namespace tesmar {
+
+// Calls `callback`, if it is set, through a copy: the call may replace or remove it.
+template <class... Arguments>
+void callCopy(std::function<void(Arguments...)> callback,
+              const std::type_identity_t<Arguments>&... arguments) {
+    if (callback)
+        callback(arguments...);
+}
 
 class SDLInput {
   public:

@@ -28,10 +28,10 @@ struct ShownCell {
     double alpha = 1;   // of the view and everything that it is in
 };
 
-// Nothing when the cell does not exist (any more), or not in `root`.
+// Nothing when the view is not in `root`, or has no cell of that index.
 std::optional<ShownCell> shownCell(const UIView& root, const UIView& view, std::size_t index);
 
-// The same cell if it could still be in focusPlaces(root).
+// Whether focusPlaces(root) would still list the cell.
 bool isUsable(UIView& root, UIView& view, std::size_t index);
 
 // Scrolls so that `place` can be seen, with a margin for the ring, and the titles above its row.
