@@ -1,4 +1,4 @@
-// What the host sets of the panel's look: language, size of the texts, contrast.
+// The settings of the panel's look: language, reading direction, size of the texts, contrast.
 #pragma once
 
 #include "tesmar/model/TESMARTexts.h"
@@ -16,11 +16,11 @@ enum class TESMARMirroring {
     // The header and each control in itself. The controls below the header stay where they are in
     // other languages.
     controls,
-    panel, // all of it: what else is on the left is on the right
+    panel, // the places of these controls as well
 };
 
 // Passed by the panel to its controls.
-struct PanelAppearance {
+struct TESMAR_API PanelAppearance {
     // The smallest font in which a text that does not fit is drawn, in points.
     static constexpr CGFloat kMinimumFontSize = 10;
 

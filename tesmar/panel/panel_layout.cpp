@@ -14,7 +14,7 @@ constexpr CGFloat kCaptionsLabelSize = 24;
 constexpr CGFloat kResetTitleSize = 19;
 constexpr double kMaximumOpacitySteps = 10;
 
-Ref<UIFont> fontOr(Ref<UIFont> font, CGFloat systemSize) {
+Ref<UIFont> fontOr(const Ref<UIFont>& font, CGFloat systemSize) {
     return font ? font : UIFont::systemFontOfSize(systemSize);
 }
 

@@ -110,7 +110,7 @@ TEST_F(PanelTest, EveryLanguageFits) {
                 }
 }
 
-// Whatever was set before, and whenever it is set.
+// The picture depends neither on earlier settings nor on when they are made.
 TEST_F(PanelTest, AppearancesApplyAtOnce) {
     using enum TESMARMirroring;
     const Setting settings[] = {appearance("ar", 2, panel, TESMARContrast::high),

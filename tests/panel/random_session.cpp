@@ -23,6 +23,9 @@ constexpr CGSize kSizes[] = {kUsual, {320, 480}, {568, 320},    {1, 1},
                              {0, 0}, {65535, 2}, {65535, 65535}};
 constexpr OutsideTap kOutsideTaps[] = {OutsideTap::dismisses, OutsideTap::ignored};
 constexpr MotionSetting kMotions[] = {MotionSetting::full, MotionSetting::reduced};
+constexpr const char* kLanguages[] = {"en", "ar", "de", "he"};
+constexpr TESMARMirroring kMirrorings[] = {TESMARMirroring::controls, TESMARMirroring::panel};
+constexpr TESMARContrast kContrasts[] = {TESMARContrast::normal, TESMARContrast::high};
 constexpr std::int64_t kFar = std::numeric_limits<std::int64_t>::max() - 250;
 constexpr double kMaximumPixels = 400'000; // larger windows are not painted, to save time
 
@@ -123,7 +126,7 @@ class Session {
     void act() {
         const auto w = window_; // a callback may replace both
         const auto p = panel_;
-        auto choice = below(100);
+        auto choice = below(102);
         const CGPoint at = target(), other = point();
         const double time = eventTime();
         const UIEdgeInsets insets{at.x, at.y, other.x, other.y};
@@ -154,6 +157,7 @@ class Session {
             {1, [&] { p->setRememberChangedStyle(below(32) == 0); }}, // saving takes time
             {1, [&] { p->setDelegate(below(4) == 0 ? nullptr : log_), p->setCCEnabled(below(2)); }},
             {3, [&] { p->setCCStyleAttributes(style(at, other)->mutableCopy()); }},
+            {2, [&] { setAppearance(*p); }},
             {10, [&] { render(*w); }},
         };
         const auto* action = actions;
@@ -223,6 +227,12 @@ class Session {
         return NSDictionary::dictionaryWithEntries({{std::string(NSForegroundColorAttributeName),
                                                      UIColor::colorWithRed(a.x, a.y, b.x, b.y)},
                                                     {std::string(NSFontAttributeName), font}});
+    }
+    void setAppearance(TESMARViewController& panel) {
+        panel.setLanguage(any(kLanguages));
+        panel.setTextScale(below(2) == 0 ? 1 : number() / 200);
+        panel.setMirroring(any(kMirrorings));
+        panel.setContrast(any(kContrasts));
     }
     void replacePanel() {
         panel_ = make<TESMARViewController>();

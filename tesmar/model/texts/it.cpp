@@ -36,7 +36,7 @@ constinit const TESMARTexts texts_it{
     .green = "verde",
     // Spoken: values, states, actions and kinds of controls.
     .position = "{n} di {m}",
-    .percent = "{n} percento",
+    .percent = "{n} per cento",
     .points = "{n} punti",
     .selected = "selezionato",
     .resetDone = "Stile predefinito ripristinato",

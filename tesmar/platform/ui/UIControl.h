@@ -79,8 +79,9 @@ class TESMAR_API UIControl : public UIView {
     // The area in which a finger may land, in bounds coordinates: the bounds, enlarged to
     // kTouchTarget each way.
     CGRect touchRect() const;
-    // The part of the control that a finger at `point` aims at; both in bounds coordinates. Where
-    // that part is cut off by the views above, a finger reaches it in kTouchTarget around the rest.
+    // The part of the control that a finger at `point` operates, both in bounds coordinates: by
+    // default all of it. If superviews clip that part, what remains still takes touches in an area
+    // of kTouchTarget each way.
     virtual CGRect touchTarget(CGPoint /*point*/) const { return bounds(); }
 
     // Touches and releases the control at a point of its bounds, whether or not that can be seen.

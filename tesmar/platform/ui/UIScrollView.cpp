@@ -102,7 +102,7 @@ bool UIScrollView::isDecelerating() const {
 
 void UIScrollView::anchorContent() {
     const bool isRightToLeft = superview() && superview()->isRightToLeft();
-    const CGFloat before = std::exchange(anchor_, isRightToLeft ? scrollRoom().width : 0);
+    const CGFloat before = std::exchange(anchor_, isRightToLeft ? offsetRange().highest.x : 0);
     if (anchor_ != before)
         setContentOffset({contentOffset().x + anchor_ - before, contentOffset().y}, false);
 }

@@ -6,6 +6,7 @@
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace tesmar {
@@ -40,9 +41,11 @@ void UIView::addConstraints(const std::vector<Ref<NSLayoutConstraint>>& constrai
 }
 
 void UIView::removeConstraints(const std::vector<Ref<NSLayoutConstraint>>& constraints) {
-    const auto removed = constraints; // it may be the member itself
-    for (const auto& constraint : removed)
-        std::erase(constraints_, constraint);
+    std::vector<Ref<NSLayoutConstraint>> others;
+    for (const auto& constraint : constraints_)
+        if (std::find(constraints.begin(), constraints.end(), constraint) == constraints.end())
+            others.push_back(constraint);
+    constraints_ = std::move(others);
     layoutNeedsUpdate();
 }
 
