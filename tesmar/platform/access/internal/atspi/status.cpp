@@ -43,7 +43,7 @@ bool property(DBusConnection* bus, const char* name) {
 
 extern "C" __attribute__((visibility("default"))) bool tesmar_assistive_technology_runs_1() {
     // Without an address the library would start a bus.
-    if (!std::getenv("DBUS_SESSION_BUS_ADDRESS"))
+    if (!secure_getenv("DBUS_SESSION_BUS_ADDRESS"))
         return false;
     DBusConnection* const bus = dbus_bus_get_private(DBUS_BUS_SESSION, nullptr);
     if (!bus)
