@@ -41,8 +41,9 @@ foreach(library ${shipped})
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   # nodelete: libraries below keep pointers into this one, so it stays in memory once it is loaded.
+  # Bsymbolic-functions: its calls of its own functions are bound when it is built, not at each start.
   target_link_options(${library} PRIVATE
-    LINKER:-z,relro,-z,now,-z,nodelete
+    LINKER:-z,relro,-z,now,-z,nodelete,-Bsymbolic-functions
     LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
   set_target_properties(${library} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
   if(NOT TESMAR_SANITIZE) # whose run-time functions come with the program

@@ -25,10 +25,10 @@ class TESMAR_API ColorPickerButton : public UIButton {
     bool isSelected() const override { return UIButton::isSelected(); }
     void setSelected(bool selected) override;
 
-    std::vector<UIFocusCell> focusCells() const override;
     // Initially normal.
     void setContrast(TESMARContrast contrast);
 
+    std::vector<UIFocusCell> focusCells() const override;
     // Paints the whole bounds, whatever `rect` is.
     void draw(CGRect rect) override;
 

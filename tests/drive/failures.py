@@ -11,6 +11,7 @@ with open("/dev/full", "wb") as full:
         (["/"], {}, "drive: cannot read '/'"),
         ([], {"input": None, "stdin": os.open("/", os.O_RDONLY)}, "drive: cannot read standard input"),
         ([], {"stdout": full}, "drive: cannot write the results: No space left on device"),
+        ([], {"input": b"unknown\n", "stdout": full}, "No space left on device"),
         ([], {"env": os.environ | {"TMPDIR": "/none"}}, "TMPDIR"),
         ([], {"input": b"assign " + b"[" * 1000000}, ""),
     ]

@@ -107,7 +107,7 @@ TEST(StoredStyle, ASaveIsFlushedAndItsFailureKnownInEveryCase) {
     TESMARConfig::saveSessionClosedCaptureStyle(text(3));
     EXPECT_EQ(TESMARConfig::saveFailure(), "");
     defaults->setObject(NSNumber::numberWith(1LL), "other");
-    TESMARConfig::saveSessionClosedCaptureStyle(text(1'000'000));
+    TESMARConfig::saveSessionClosedCaptureStyle(text(17'000'000));
     EXPECT_TRUE(other->objectForKey("other")) << "not flushed";
     EXPECT_NE(TESMARConfig::saveFailure().find("too large"), std::string::npos);
     EXPECT_TRUE(TESMARConfig::sessionClosedCaptureStyle()->isEqual(text(3).get()));

@@ -68,7 +68,7 @@ struct Screen {
     void take() {
         host.advance(0.5);
         host.render();
-        pictures.push_back(host.pixels());
+        pictures.emplace_back(host.pixels().begin(), host.pixels().end());
     }
     HeadlessHost host;
     std::vector<std::vector<std::uint32_t>> pictures;

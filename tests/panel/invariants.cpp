@@ -4,6 +4,8 @@
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -47,11 +49,11 @@ void requireIdle(const UIWindow& window) {
     require(!NSRunLoop::mainRunLoop().nextDeadline(), window, "something is still scheduled");
 }
 
-void requireFullyPainted(UIWindow& window, const std::vector<std::uint32_t>& pixels) {
+void requireFullyPainted(UIWindow& window, std::span<const std::uint32_t> pixels) {
     std::vector<std::uint32_t> whole(pixels.size());
     window.invalidate();
     window.render(whole, static_cast<int>(window.pixelSize().width) * 4);
-    require(whole == pixels, window, "a partial repaint differs from a full one");
+    require(std::ranges::equal(whole, pixels), window, "a partial repaint differs from a full one");
 }
 
 void dismissAll(UIWindow& window, const std::function<void(double)>& advance) {

@@ -19,7 +19,7 @@ void requireAtRest(const UIView& view);
 // At rest, and nothing is scheduled on the main run loop.
 void requireIdle(const UIWindow& window);
 // `pixels`, kept up to date by render(), equal those of a full repaint, byte for byte.
-void requireFullyPainted(UIWindow& window, const std::vector<std::uint32_t>& pixels);
+void requireFullyPainted(UIWindow& window, std::span<const std::uint32_t> pixels);
 
 // Cancels all touches and dismisses all controllers. `advance` lets seconds pass.
 void dismissAll(UIWindow& window, const std::function<void(double)>& advance);

@@ -58,7 +58,7 @@ class HostState : public PanelTest, public testing::WithParamInterface<Setting> 
         host.drag({200, 200}, {0, -60}, 0.2);
         host.advance(1);
         host.render();
-        const auto picture = host.pixels();
+        const std::vector<std::uint32_t> picture(host.pixels().begin(), host.pixels().end());
         panel->dismissViewControllerAnimated(true);
         host.advance(1);
 

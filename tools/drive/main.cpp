@@ -31,18 +31,19 @@ int fail(const std::string& message) {
 
 int run(std::istream& script, const std::string& name) {
     int writeError = 0;
-    Session session([&](const Json& json) {
+    const auto print = [&](const Json& json) {
         printLine(json);
         if (writeError == 0 && std::ferror(stdout))
             writeError = errno;
-    });
+    };
+    Session session(print);
     int status = 0;
     for (std::string line; std::getline(script, line);) {
         try {
             if (const auto command = parseCommand(line))
                 session.run(*command);
         } catch (const Fault& fault) {
-            printLine(Json::object({{"error", fault.what()}}));
+            print(Json::object({{"error", fault.what()}}));
             status = kFailed;
         }
     }

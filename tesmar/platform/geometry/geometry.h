@@ -110,6 +110,13 @@ inline CGFloat finite(CGFloat value, CGFloat low, CGFloat high, CGFloat fallback
     return std::isnan(value) ? fallback : std::clamp(value, low, high);
 }
 
+// Rounded downwards; `value` must fit an int. Casts, because std::floor would be the most expensive
+// part of a small frame: every view computes its pixels in every frame.
+inline int floorToInt(double value) {
+    const int truncated = static_cast<int>(value);
+    return truncated - (value < truncated);
+}
+
 // In points. Larger than any screen, and small enough for accurate sums of several coordinates.
 inline constexpr CGFloat kLargestCoordinate = 1e7;
 

@@ -15,7 +15,7 @@ namespace {
 // below a half.
 int nearestPixel(double v) {
     const double clamped = std::clamp(v, -kLargestPixel, kLargestPixel);
-    return static_cast<int>(std::floor(std::floor(clamped * 256 + 0.5) / 256 + 0.5));
+    return floorToInt(floorToInt(clamped * 256 + 0.5) / 256.0 + 0.5);
 }
 
 PixelRect snappedEdges(double left, double top, double right, double bottom, bool empty) {
@@ -152,9 +152,9 @@ void CGContext::drawShadow(const CGRect& r, CGFloat radius, CGFloat blur, CGPoin
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r) {
     const PixelRect box = pixels(r);
-    if (image.pixelWidth() == 0)
-        return;
     const UIImage::Impl& picture = image.impl().pictureFor(scale());
+    if (picture.isTransparent)
+        return;
     cairo_surface_t* surface = picture.surface.get();
     if (box.width == cairo_image_surface_get_width(surface) &&
         box.height == cairo_image_surface_get_height(surface)) {
@@ -169,9 +169,9 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r) {
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& tint) {
     const PixelRect box = pixels(r);
-    if (image.pixelWidth() == 0)
-        return;
     const UIImage::Impl& picture = image.impl().pictureFor(scale());
+    if (picture.isTransparent)
+        return;
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 1};
     impl_->paintCached(key, box, CAIRO_FORMAT_A8, Paint::of(tint).withAlpha(impl_->state.alpha),

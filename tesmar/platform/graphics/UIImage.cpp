@@ -7,6 +7,7 @@
 #include "tesmar/platform/graphics/internal/UIImageImpl.h"
 #include "tesmar/platform/graphics/internal/png.h"
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 
@@ -32,10 +33,24 @@ bool writeFile(const std::string& path, const std::optional<std::string>& bytes)
     return file.good();
 }
 
+bool hasNoVisiblePixel(cairo_surface_t* surface) {
+    const auto* const pixels =
+        reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
+    const int stride = cairo_image_surface_get_stride(surface) / 4;
+    for (int y = 0; y < cairo_image_surface_get_height(surface); ++y) {
+        const auto* const row = pixels + std::ptrdiff_t{y} * stride;
+        if (std::any_of(row, row + cairo_image_surface_get_width(surface),
+                        [](std::uint32_t pixel) { return pixel != 0; }))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 UIImage::Impl::Impl(SurfacePtr pixels, double pixelsPerPoint)
-    : surface(std::move(pixels)), scale(pixelsPerPoint) {
+    : surface(std::move(pixels)), isTransparent(hasNoVisiblePixel(surface.get())),
+      scale(pixelsPerPoint) {
     static std::atomic<std::int32_t> lastId{0};
     id = ++lastId;
 }

@@ -37,6 +37,7 @@ bool UIControl::initWithCoder(NSCoder& coder) {
 void UIControl::setEnabled(bool enabled) {
     if (enabled == enabled_)
         return;
+    const auto self = weak_from_this().lock(); // null in a constructor
     enabled_ = enabled;
     if (!enabled)
         stopTracking();

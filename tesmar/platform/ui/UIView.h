@@ -288,14 +288,17 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGRect drawnRect() const;
     CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
     CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
+    UIWindow* windowToDamage() const;
     void damageSubtree();
     void damagePlace(); // as above, but all in it still looks the same
-    void damage(CGRect rect);
+    void damage(const CGRect& rect, UIWindow& window);
+    bool isInKeptPicture() const;
     // The part of a rectangle on the surface where this view can be seen, in whole pixels; empty
     // when it is hidden, clipped, outside the surface or covered.
     PixelRect visiblePixels(CGRect rect, const UIWindow& window) const;
     bool isCovered(const PixelRect& pixels, CGFloat scale) const;
     bool covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) const;
+    bool isFarFrom(const PixelRect& clip, CGPoint origin, CGFloat scale) const;
     void damageKeptPictures(const CGRect& onSurface);
     void paintSelf(CGContext& context, CGPoint origin);
     bool paintPicture(CGContext& context, CGPoint superOrigin);

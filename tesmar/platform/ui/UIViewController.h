@@ -88,6 +88,7 @@ class TESMAR_API UIViewController : public NSObject {
     // A screen reader's bridge begins or ceases to observe the window that presents the controller.
     virtual void accessibilityObserverChanged() {}
 
+    // Initially a card. A change counts from the next presentation on.
     UIModalPresentationStyle modalPresentationStyle() const { return style_; }
     void setModalPresentationStyle(UIModalPresentationStyle style) { style_ = style; }
 

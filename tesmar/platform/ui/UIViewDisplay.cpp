@@ -76,11 +76,15 @@ CGRect UIView::drawnRect() const {
 }
 
 void UIView::setNeedsDisplay() {
-    damage(drawnRect());
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = windowToDamage())
+        damage(drawnRect(), *window);
 }
 
 void UIView::setNeedsDisplayInRect(const CGRect& rect) {
-    damage(CGRectIntersection(rect, drawnRect()));
+    assertMainThread("UIView::setNeedsDisplay");
+    if (UIWindow* const window = windowToDamage())
+        damage(CGRectIntersection(rect, drawnRect()), *window);
 }
 
 void UIView::draw(CGRect) {}
@@ -124,6 +128,21 @@ bool UIView::isOnScreen() const {
                 .isEmpty();
 }
 
+// The window whose damage a change of this view may add to. Null while the view is in none, or in
+// one that is repainted wholly anyway: where views draw is not worth computing then, since that may
+// take the shaping of texts at widths that they never get on screen.
+UIWindow* UIView::windowToDamage() const {
+    UIWindow* const window = this->window();
+    return window && (!window->isDamagedWholly() || isInKeptPicture()) ? window : nullptr;
+}
+
+bool UIView::isInKeptPicture() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->picture_)
+            return true;
+    return false;
+}
+
 void UIView::damageSubtree() {
     if (picture_)
         picture_->clear();
@@ -132,7 +151,7 @@ void UIView::damageSubtree() {
 
 void UIView::damagePlace() {
     assertMainThread("UIView::setNeedsDisplay");
-    UIWindow* const window = this->window();
+    UIWindow* const window = windowToDamage();
     if (!window)
         return;
     const CGRect extent = subtreeExtent(originOnSurface(), window->scale());
@@ -141,14 +160,12 @@ void UIView::damagePlace() {
     window->damagePixels(visiblePixels(extent, *window));
 }
 
-void UIView::damage(CGRect rect) {
-    assertMainThread("UIView::setNeedsDisplay");
-    UIWindow* const window = rect.isEmpty() ? nullptr : this->window();
-    if (!window)
+void UIView::damage(const CGRect& rect, UIWindow& window) {
+    if (rect.isEmpty())
         return;
-    const CGRect damaged = onSurface(rect, originOnSurface(), window->scale());
+    const CGRect damaged = onSurface(rect, originOnSurface(), window.scale());
     damageKeptPictures(damaged);
-    window->damagePixels(visiblePixels(damaged, *window));
+    window.damagePixels(visiblePixels(damaged, window));
 }
 
 void UIView::damageKeptPictures(const CGRect& onSurface) {
@@ -173,8 +190,6 @@ bool UIView::isCovered(const PixelRect& pixels, CGFloat scale) const {
         for (++above; above != siblings.end(); ++above)
             if ((*above)->covers(pixels, (*above)->originOnSurface(), scale))
                 return true;
-        if (view->superview_->alpha_ < 1)
-            return false;
     }
     return false;
 }
@@ -193,12 +208,26 @@ bool UIView::covers(const PixelRect& pixels, CGPoint origin, CGFloat scale) cons
            });
 }
 
+// A quick test that passes over most views of a small frame; false if it is unsure.
+bool UIView::isFarFrom(const PixelRect& clip, CGPoint origin, CGFloat scale) const {
+    if (!clipsToBounds_ && !subviews_.empty())
+        return false;
+    constexpr int kRounding = 2; // pixels, at most, by which rounding moves an edge
+    const UIEdgeInsets overflow = clipsToBounds_ ? UIEdgeInsets() : drawingOverflow();
+    return (origin.x - overflow.left) * scale > clip.right() + kRounding ||
+           (origin.y - overflow.top) * scale > clip.bottom() + kRounding ||
+           (origin.x + frame_.size.width + overflow.right) * scale < clip.x - kRounding ||
+           (origin.y + frame_.size.height + overflow.bottom) * scale < clip.y - kRounding;
+}
+
 void UIView::paint(CGContext& context, CGPoint superOrigin) {
     if (hidden_ || alpha_ <= 0)
         return;
     if (picture_ && paintPicture(context, superOrigin))
         return;
     const CGPoint origin = superOrigin + originInSuperview();
+    if (isFarFrom(context.clipPixels(), origin, context.scale()))
+        return;
     if (alpha_ >= 1) {
         paintSelf(context, origin);
         return;

@@ -95,6 +95,7 @@ Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
 
 void UIWindow::setSize(CGSize size) {
     assertMainThread("UIWindow::setSize");
+    const auto self = refTo(this);
     size = finiteSize(size);
     if (size == frame().size)
         return;
@@ -295,6 +296,11 @@ void UIWindow::damagePixels(const PixelRect& pixels) {
     damage_->add(pixels);
 }
 
+bool UIWindow::isDamagedWholly() const {
+    const auto rects = damage_->rects();
+    return rects.size() == 1 && rects[0] == surfacePixels(bounds());
+}
+
 void UIWindow::invalidate() {
     assertMainThread("UIWindow::invalidate");
     damage_->clear();
@@ -314,6 +320,7 @@ void UIWindow::drawOverlay(CGRect) {
 
 bool UIWindow::needsRender() {
     assertMainThread("UIWindow::needsRender");
+    const auto self = refTo(this);
     prepareFrame();
     return !damage_->isEmpty();
 }

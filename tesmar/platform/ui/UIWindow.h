@@ -84,7 +84,8 @@ class TESMAR_API UIWindow : public UIView {
     // The topmost presented controller, or null.
     Ref<UIViewController> presentedViewController() const;
     // Presents over the topmost controller; see UIViewController. The motion starts at its first
-    // frame, so a host that has slept need not pass the time on first.
+    // frame, so a host that has slept need not pass the time on first. Without motion it does, by
+    // NSRunLoop::noteTime(): delays, such as the panel's auto-hide interval, count from that time.
     void presentViewController(const Ref<UIViewController>& controller, bool animated,
                                UIViewController::Completion completion = {});
 
@@ -161,6 +162,8 @@ class TESMAR_API UIWindow : public UIView {
     PixelRect surfacePixels(const CGRect& rect) const;
     // Marks these pixels of the surface as out of date.
     void damagePixels(const PixelRect& pixels);
+    // Whether every pixel of the surface is out of date.
+    bool isDamagedWholly() const;
     // Includes controls that take touches around their bounds.
     UIView* hitTest(CGPoint point) override;
     void layoutSubviews() override;

@@ -60,7 +60,7 @@ class FontRegistryTest : public testing::Test {
         for (const auto& directory : directories)
             file << "<dir>" << directory << "</dir>";
         if (!include.empty())
-            file << "<include>" << include << "</include>";
+            file << "<include>" << include << "</include\n>";
         file << "</fontconfig>" << std::flush;
         useConfiguration(directory_ + "/fonts.conf");
     }

@@ -127,6 +127,14 @@ TEST(TextLayout, BreaksTruncatesAndAlignsLines) {
     EXPECT_NEAR(layout.lineBoxes().at(1).minX(), (200 - width) / 2, 0.01);
     layout.setAlignment(NSTextAlignment::right);
     EXPECT_NEAR(layout.lineBoxes().at(1).minX(), 200 - width, 0.01);
+
+    layout.setText("\u05d0\u05d1"); // is aligned with the side on which it starts
+    layout.setAlignment(NSTextAlignment::left);
+    layout.setLineCount(1);
+    layout.setWidth(std::nullopt);
+    const double natural = layout.size().width;
+    layout.setWidth(200);
+    EXPECT_NEAR(layout.lineBoxes().at(0).minX(), 200 - natural, 0.01);
 }
 
 TEST(TextLayout, FitsLinesByTheirBreakMode) {

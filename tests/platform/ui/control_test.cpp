@@ -81,6 +81,11 @@ TEST_F(ControlTest, TracksAFingerUpToTheMargin) {
     host.touch(P::ended, {150, 120});
     EXPECT_EQ(listener->take(), "down cancelled ");
     EXPECT_EQ(NSRunLoop::mainRunLoop().nextDeadline(), std::nullopt);
+    button = addHeard<UIButton>({100, 100, 100, 50});
+    host.touch(P::began, {150, 120});
+    listener->afterCancelled = [&] { button->removeFromSuperview(), button.reset(); };
+    button->setEnabled(false); // destroys it
+    EXPECT_EQ(listener->take(), "down cancelled ");
 }
 
 TEST_F(ControlTest, KeepsFingersApart) {
@@ -123,6 +128,11 @@ TEST_F(ControlTest, TargetsReachPastTheEdgeOfAScrollView) {
     EXPECT_FALSE(hits(222));                   // too far from them
     scroll->setContentOffset({0, -20}, false); // out of sight
     EXPECT_FALSE(hits(205));
+    add<UIButton>({100, 50, 100, 30});
+    scroll->setContentOffset({0, 113}, false); // one point of it is shown
+    EXPECT_TRUE(hits(95) && !hits(82));        // not on its hidden part, close to the other
+    scroll->setContentOffset({0, 114}, false);
+    EXPECT_FALSE(hits(95) || hits(103));
 }
 
 // The decrement half of a stepper has 32 of its 47 points in the scroll view.

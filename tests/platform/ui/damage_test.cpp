@@ -72,7 +72,8 @@ TEST_F(DamageTest, IsExact) {
         {[&] { stepper->setValue(5); }, {}}, // looks the same
         {[&] { stepper->setValue(0); }, {{0, 200, 94, 29}}},
         {[&] { host.window()->presentViewController(above, false); }, all},
-        {[&] { a->setNeedsDisplay(), cover->setHidden(true), stepper->setValue(4); }, {}},
+        {[&] { root().setAlpha(0.5), a->setNeedsDisplay(), stepper->setValue(4); }, {}},
+        {[&] { root().setAlpha(1), cover->setHidden(true); }, {}},
         {[&] { above->dismissViewControllerAnimated(false); }, all},
         {[&] { a->setHidden(true); }, {{50, 10, 20, 20}}},
         {[&] { a->setBackgroundColor(nullptr); }, {}}, // hidden
@@ -82,6 +83,25 @@ TEST_F(DamageTest, IsExact) {
         steps[i].change();
         EXPECT_EQ(damage(), steps[i].expected) << "step " << i;
     }
+}
+
+TEST_F(DamageTest, IsNotComputedWhereItAddsNothing) {
+    struct Measured : UIView {
+        UIEdgeInsets drawingOverflow() const override { return ++count, UIEdgeInsets(); }
+        mutable int count = 0;
+    };
+    const auto view = make<Measured>();
+    const auto change = [&] {
+        view->setFrame(CGRect(view->frame().minX() + 1, 0, 20, 20));
+        view->setNeedsDisplay();
+        return std::exchange(view->count, 0);
+    };
+    EXPECT_EQ(change(), 0) << "in no window";
+    host.window()->addSubview(view);
+    host.window()->invalidate();
+    EXPECT_EQ(change(), 0) << "in a window that is repainted wholly";
+    damage();
+    EXPECT_GT(change(), 0);
 }
 
 // An age that reaches back to a larger surface repaints everything, and nothing outside.

@@ -26,11 +26,11 @@ class Listener : public NSObject {
     void down() { log += "down "; }
     void up() { log += "up ", afterUp(); }
     void outside() { log += "outside "; }
-    void cancelled() { log += "cancelled "; }
+    void cancelled() { log += "cancelled ", afterCancelled(); }
     std::string take() { return std::exchange(log, {}); }
 
     std::string log;
-    std::function<void()> afterUp = [] {};
+    std::function<void()> afterUp = [] {}, afterCancelled = [] {};
 };
 
 using Rects = std::vector<PixelRect>;

@@ -18,17 +18,22 @@ class Controller : public UIViewController {
             throw 1;
     }
     void viewDidAppear(bool) override { note("did"); }
-    void viewWillDisappear(bool) override { note("willnot"); }
+    void viewWillDisappear(bool) override {
+        note("willnot");
+        if (fails)
+            throw 1;
+    }
     void viewDidDisappear(bool) override { note("gone"); }
-    std::optional<CGSize> preferredContentSize() override { return preferredSize; }
+    std::optional<CGSize> preferredContentSize() override { return whenCalled(), preferredSize; }
 
     std::string name;
+    std::function<void()> whenCalled = [] {};
     std::optional<CGSize> preferredSize;
     bool fails = false;
     static inline std::string log; // of all of them
 
   private:
-    void note(const std::string& what) { log += name + what + " "; }
+    void note(const std::string& what) { log += name + what + " ", whenCalled(); }
 };
 
 TEST_F(UITest, PresentationsNotifyControllersInOrder) {
@@ -39,8 +44,11 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
     const auto show = [&](const auto& c) { window.presentViewController(c, true, done); };
     const auto dismiss = [&](const auto& c) { c->dismissViewControllerAnimated(true, done); };
     const auto wait = [&](double seconds) { host.advance(seconds); };
-    const auto full = make<Controller>();
-    full->name = "f.", full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    const auto full = make<Controller>(), next = make<Controller>();
+    constexpr auto card = UIModalPresentationStyle::card,
+                   fills = UIModalPresentationStyle::fullScreen;
+    full->name = "f.", full->setModalPresentationStyle(fills);
+    next->name = "n.", next->setModalPresentationStyle(fills);
     const auto reduce = [] { setMotionSetting(MotionSetting::reduced); };
     const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] { show(a); }, "a.load a.will "},
@@ -63,18 +71,31 @@ TEST_F(UITest, PresentationsNotifyControllersInOrder) {
         {[&] { setMotionSetting(MotionSetting::full), show(full); },
          "f.load a.willnot b.willnot f.will "},
         {[&] { wait(1); }, "f.did a.gone b.gone done "},
-        {[&] { dismiss(full); }, "f.willnot a.will b.will "},
-        {[&] { wait(1); }, "a.did b.did f.gone done "},
+        {[&] { full->setModalPresentationStyle(card), dismiss(full); }, "f.willnot a.will b.will "},
+        {[&] { full->setModalPresentationStyle(fills), wait(1); }, "a.did b.did f.gone done "},
         {[&] { show(full), wait(0.1); }, "a.willnot b.willnot f.will "},
         {[&] { dismiss(full); }, "f.willnot a.will b.will "},
         {[&] { wait(1); }, "a.did b.did f.gone done "},
+        {[&] { show(full), wait(1), dismiss(full), wait(0.1), show(next); }, // before it is gone
+         "a.willnot b.willnot f.will f.did a.gone b.gone done f.willnot a.will b.will n.load "
+         "a.willnot b.willnot n.will "},
+        {[&] { wait(1), dismiss(next), wait(1); },
+         "f.gone done n.did a.gone b.gone done n.willnot a.will b.will a.did b.did n.gone done "},
+        {[&] { dismiss(b), wait(1); }, "b.willnot b.gone done "},
+        {[&] { show(b), wait(0.2), show(full), wait(0.05), dismiss(full), wait(1); }, // b slower
+         "b.will a.willnot b.willnot f.will f.willnot a.will b.will done a.did b.did f.gone done "},
         {[&] {
              full->fails = true;
              EXPECT_THROW(show(full), int);
          },
          "a.willnot b.willnot f.will a.will b.will a.did b.did "},
-        {[&] { full->fails = false, reduce(), show(full); },
-         "a.willnot b.willnot f.will f.did a.gone b.gone done "},
+        {[&] {
+             full->fails = false, reduce(), show(full), full->fails = true;
+             EXPECT_THROW(dismiss(a), int);
+         },
+         "a.willnot b.willnot f.will f.did a.gone b.gone done f.willnot a.will a.did f.gone done "},
+        {[&] { full->fails = false, show(b), show(full); },
+         "b.will b.did done a.willnot b.willnot f.will f.did a.gone b.gone done "},
         {[&] { dismiss(a); }, "f.willnot a.will a.did f.gone done "}, // b, which `a` presents
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
@@ -94,6 +115,30 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
     EXPECT_LT(scroll->contentOffset().y, 250);
     EXPECT_DEATH(make<UIWindow>()->presentViewController(make<Controller>(), false),
                  "made by UIWindow::windowWithSize");
+}
+
+TEST_F(UITest, CallbacksMayReleaseTheWindow) {
+    const auto c = make<Controller>();
+    const std::function<void(UIWindow&)> calls[] = {
+        [&](UIWindow&) { host.advance(1); },
+        [](UIWindow& w) {
+            w.setSize({200, 200});
+        },
+        [](UIWindow& w) {
+            w.setSafeAreaInsets({1, 1, 1, 1}), w.needsRender();
+        }};
+    for (const auto& call : calls) {
+        auto window = UIWindow::windowWithSize({300, 400});
+        const WeakRef<UIWindow> watched = window;
+        window->presentViewController(c, true);
+        c->whenCalled = [&] {
+            window.reset();
+            EXPECT_FALSE(watched.expired()); // until the call has returned
+        };
+        call(*window);
+        EXPECT_TRUE(watched.expired());
+        c->whenCalled = [] {};
+    }
 }
 
 TEST_F(UITest, ControllersSeeEachLayoutOfTheirViews) {
@@ -148,11 +193,11 @@ TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
             shown->host.window()->presentViewController(shown->controller, true);
         host.advance(0.1), later.host.render(), later.change();
         host.advance(0.1), later.host.render(), before.host.render();
-        EXPECT_TRUE(later.host.pixels() == before.host.pixels()) << scale;
+        EXPECT_TRUE(std::ranges::equal(later.host.pixels(), before.host.pixels())) << scale;
     }
 }
 
-TEST_F(UITest, LeavingCardsTakeNoTouches) {
+TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     const auto c = make<Controller>();
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));
     button->addTarget(listener, Selector("cancelled"), UIControlEventTouchCancel);
@@ -160,6 +205,12 @@ TEST_F(UITest, LeavingCardsTakeNoTouches) {
     host.window()->setOutsideTap(OutsideTap::dismisses);
     host.window()->presentViewController(c, false);
     const CGPoint finger = button->convertPointTo({50, 50}, nullptr);
+    const auto full = make<Controller>();
+    full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
+    EXPECT_TRUE(host.touch(UITouchPhase::began, finger, 0));
+    host.window()->presentViewController(full, true);
+    EXPECT_EQ(listener->take(), "cancelled ");
+    full->dismissViewControllerAnimated(false);
     EXPECT_TRUE(host.touch(UITouchPhase::began, finger, 1));
     c->dismissViewControllerAnimated(true);
     EXPECT_EQ(listener->take(), "cancelled ");
@@ -168,7 +219,7 @@ TEST_F(UITest, LeavingCardsTakeNoTouches) {
 
 TEST_F(UITest, CardsFollowADragDown) {
     const auto c = make<Controller>();
-    c->name = "c.", c->preferredSize = CGSize{280, 200};
+    c->name = "c.", c->preferredSize = CGSize{280, 200}, Controller::log = "";
     UIWindow& window = *host.window();
     const CGPoint header{150, 110};
     const auto pull = [&](CGFloat distance, double seconds) {
@@ -193,6 +244,13 @@ TEST_F(UITest, CardsFollowADragDown) {
     host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 300});
     c->dismissViewControllerAnimated(false); // while a finger holds it
     EXPECT_FALSE(host.touch(UITouchPhase::ended, {150, 300}) && window.presentedViewController());
+    window.presentViewController(c, false);
+    const UIView& card = *window.viewWithIdentifier("card");
+    host.touch(UITouchPhase::began, header), host.touch(UITouchPhase::moved, {150, 150});
+    window.presentViewController(make<Controller>(), false); // meanwhile
+    host.touch(UITouchPhase::ended, {150, 300}), host.advance(1);
+    EXPECT_EQ(card.translation(), CGPoint());
+    EXPECT_NE(window.presentedViewController(), c);
 }
 
 TEST_F(UITest, CardsDimOnRequest) {
@@ -212,30 +270,34 @@ TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
         CGSize size;
         std::optional<CGRect> captions;
         UIEdgeInsets safe;
+        CGSize preferred{440, 375};
     };
     const Case cases[] = {{{568, 320}, {}, {}},
                           {{760, 420}, CGRect(315, 216, 445, 204), {}}, // largest part: narrow
                           {{568, 320}, CGRect(0, 260, 568, 60), {}},
+                          {{760, 420}, CGRect(100, 150, 560, 260), {}, {200, 100}}, // small
                           {{320, 568}, CGRect(0, 480, 320, 60), {20, 0, 20, 0}},
                           {{1024, 768}, CGRect(100, 600, 824, 100), {}},
                           {{640, 360}, CGRect(0, 0, 640, 50), {0, 44, 0, 44}}};
     UIWindow& window = *host.window();
     const auto c = make<Controller>();
-    c->preferredSize = CGSize{440, 375};
     window.presentViewController(c, false);
     const auto full = make<Controller>();
     full->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     window.presentViewController(full, false);
     for (const Case& t : cases) {
+        c->preferredSize = t.preferred;
         window.setSize(t.size);
         window.setSafeAreaInsets(t.safe);
         window.setCaptionArea(t.captions);
         window.layoutIfNeeded();
         const CGRect card = window.viewWithIdentifier("card")->frame();
-        for (const CGRect& r :
-             {card, full->view()->convertRectTo(full->view()->bounds(), nullptr)}) {
+        std::vector<CGRect> shown{card};
+        if (t.preferred.height > 180)
+            shown.push_back(full->view()->convertRectTo(full->view()->bounds(), nullptr));
+        for (const CGRect& r : shown) {
             EXPECT_TRUE(CGRectInset(window.bounds(), t.safe).contains(r)) << t.size.width;
-            EXPECT_GE(r.size.height, 180);
+            EXPECT_GE(r.size.height, std::min(180.0, t.preferred.height));
             EXPECT_TRUE(CGRectIntersection(r, t.captions.value_or(CGRect())).isEmpty());
         }
     }

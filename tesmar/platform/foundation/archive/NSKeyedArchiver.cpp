@@ -124,10 +124,9 @@ std::optional<PropertyList::UID> Archiver::encode(const NSObject& object) {
 }
 
 std::optional<PropertyList> Archiver::scalar(const NSObject& object) {
-    auto value = propertyListFromObject(object);
-    const auto* text = value ? value->get<std::string>() : nullptr;
-    budget_.spendBytes(scalarCost(text ? text->size() : 0));
-    return value;
+    const auto* string = dynamic_cast<const NSString*>(&object);
+    const bool fits = budget_.spendBytes(scalarCost(string ? string->text().size() : 0));
+    return fits ? propertyListFromObject(object) : std::nullopt;
 }
 
 std::optional<PropertyList> Archiver::record(const NSObject& object) {

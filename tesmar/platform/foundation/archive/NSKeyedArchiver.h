@@ -13,7 +13,7 @@ class TESMAR_API NSKeyedArchiver {
   public:
     // The archive of `root` and all objects that it encodes; shared objects are written once.
     // Drops objects without a coding, references from an object's contents to the object itself,
-    // and objects more than 96 levels deep. If `root` is dropped or null, the archive decodes to
+    // and objects more than 80 levels deep. If `root` is dropped or null, the archive decodes to
     // null. Returns an empty string, with a diagnostic, if NSKeyedUnarchiver would reject the
     // archive: its limit is some 300 colours or 24,000 bytes of text. Any thread while no other
     // thread changes the objects.

@@ -17,8 +17,8 @@ struct DecodeLimits {
 // Preferences are shared with other programs, which may store far more than we do.
 inline constexpr DecodeLimits kPreferencesLimits{16 << 20, 1 << 20, 512};
 // An archive is a small value, and the user interface waits while it is read. Each level takes some
-// 550 bytes of stack, of which decoding promises to need at most 64 KiB.
-inline constexpr DecodeLimits kArchiveLimits{96 << 10, 6144, 96};
+// 650 bytes of stack, of which decoding promises to need at most 64 KiB.
+inline constexpr DecodeLimits kArchiveLimits{96 << 10, 6144, 80};
 // Values are objects and constraints: solving 1,024 constraints takes at most 0.1 s.
 inline constexpr DecodeLimits kInterfaceLimits{1 << 20, 1024, 64};
 

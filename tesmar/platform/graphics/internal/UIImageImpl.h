@@ -23,6 +23,7 @@ struct UIImage::Impl {
     void render(cairo_t* cr, int width, int height) const;
 
     SurfacePtr surface;                      // ARGB32; its pixels do not change
+    bool isTransparent;                      // nothing of it shows; also if it has no pixels
     double scale;                            // pixels per point
     std::int32_t id;                         // unique, for keys of cached surfaces
     std::unique_ptr<const NamedImage> named; // null unless the image was loaded by name

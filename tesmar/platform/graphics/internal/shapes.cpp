@@ -282,16 +282,26 @@ void drawShadow(CGContext::Impl& painter, const CGRect& rect, double radius, dou
                          dx,
                          dy,
                          blurRadius};
-    cairo_surface_t* mask = cachedMask(key, [&] {
-        const auto shadow = [&](cairo_t* cr) {
+    const auto rendered = [&](const auto& render) {
+        return renderedSurface(CAIRO_FORMAT_A8, across.maskLength, down.maskLength, 0, 0, render);
+    };
+    cairo_surface_t* mask = cachedMask(key, [&]() -> SurfacePtr {
+        // A surface of its own: cairo would subtract a path row by row, each an expensive
+        // operation.
+        const SurfacePtr hole = rendered([&](cairo_t* cr) {
+            roundedRectPath(cr, s, toPixels(cornerRadius));
+            cairo_fill(cr);
+        });
+        if (!hole)
+            return nullptr;
+        return rendered([&](cairo_t* cr) {
             roundedRectPath(cr, s.movedBy(dx, dy), toPixels(cornerRadius));
             cairo_fill(cr);
             boxBlur(cairo_get_target(cr), blurRadius);
             cairo_set_operator(cr, CAIRO_OPERATOR_DEST_OUT);
-            roundedRectPath(cr, s, toPixels(cornerRadius));
-            cairo_fill(cr);
-        };
-        return renderedSurface(CAIRO_FORMAT_A8, across.maskLength, down.maskLength, 0, 0, shadow);
+            cairo_set_source_surface(cr, hole.get(), 0, 0);
+            cairo_paint(cr);
+        });
     });
     if (mask)
         paintStretched(painter, mask, across, down, box, paint);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 namespace tesmar {
 namespace {
@@ -29,8 +30,12 @@ void HeadlessHost::resize(CGSize size, CGFloat scale) {
 
 void HeadlessHost::allocate() {
     const CGSize size = window_->pixelSize();
-    std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size.width * size.height), 0);
-    pixels_ = std::move(pixels);
+    // Not a vector, which would write every pixel once more: the system's memory is 0 already.
+    const auto count = static_cast<std::size_t>(size.width * size.height);
+    auto* const pixels = static_cast<std::uint32_t*>(std::calloc(count, sizeof(std::uint32_t)));
+    if (!pixels && count > 0)
+        throw std::bad_alloc();
+    pixels_.reset(pixels);
     width_ = static_cast<int>(size.width);
     height_ = static_cast<int>(size.height);
     window_->invalidate();
@@ -80,12 +85,12 @@ std::span<const PixelRect> HeadlessHost::render() {
     // The window may have been resized directly, or by a resize() that threw.
     if (window_->pixelSize() != CGSize{static_cast<CGFloat>(width_), static_cast<CGFloat>(height_)})
         allocate();
-    return window_->render(pixels_, width_ * 4);
+    return window_->render({pixels_.get(), pixelCount()}, width_ * 4);
 }
 
 bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdrop) {
     render();
-    std::vector<std::uint32_t> picture(pixels_.size());
+    std::vector<std::uint32_t> picture(pixelCount());
     if (backdrop) {
         CGContext context(picture.data(), width_, height_, width_ * 4, 1);
         context.setFillColor(*backdrop->colorWithAlphaComponent(1));
@@ -96,7 +101,7 @@ bool HeadlessHost::writePNG(const std::string& path, const Ref<UIColor>& backdro
 
 bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32_t> backdrop) {
     render();
-    if (backdrop.size() != pixels_.size())
+    if (backdrop.size() != pixelCount())
         return false;
     std::vector<std::uint32_t> picture(backdrop.begin(), backdrop.end());
     for (std::uint32_t& pixel : picture)
@@ -107,7 +112,7 @@ bool HeadlessHost::writePNG(const std::string& path, std::span<const std::uint32
 bool HeadlessHost::writeOver(const std::string& path, std::vector<std::uint32_t> picture) const {
     const int stride = width_ * 4;
     CGContext(picture.data(), width_, height_, stride, 1)
-        .drawPixels(pixels_.data(), {0, 0, width_, height_}, stride);
+        .drawPixels(pixels_.get(), {0, 0, width_, height_}, stride);
     return tesmar::writePNG(path, picture.data(), width_, height_, stride);
 }
 

@@ -7,6 +7,8 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -49,7 +51,8 @@ class TESMAR_API HeadlessHost {
     // empty when there were none.
     std::span<const PixelRect> render();
     // Premultiplied ARGB as of the last render(), pixelWidth() words a row without gaps.
-    const std::vector<std::uint32_t>& pixels() const { return pixels_; }
+    // Valid until the size changes.
+    std::span<const std::uint32_t> pixels() const { return {pixels_.get(), pixelCount()}; }
     int pixelWidth() const { return width_; }
     int pixelHeight() const { return height_; }
     // Renders, and writes the picture over an opaque `backdrop` (null: transparent). Returns false
@@ -60,12 +63,19 @@ class TESMAR_API HeadlessHost {
     bool writePNG(const std::string& path, std::span<const std::uint32_t> backdrop);
 
   private:
+    struct Free {
+        void operator()(void* memory) const { std::free(memory); }
+    };
+
     void allocate();
+    std::size_t pixelCount() const {
+        return static_cast<std::size_t>(width_) * static_cast<std::size_t>(height_);
+    }
     // Over `picture`, which has as many pixels.
     bool writeOver(const std::string& path, std::vector<std::uint32_t> picture) const;
 
     Ref<UIWindow> window_;
-    std::vector<std::uint32_t> pixels_;
+    std::unique_ptr<std::uint32_t[], Free> pixels_;
     int width_ = 0;
     int height_ = 0;
     double start_ = 0; // the run loop's time when this host was made

@@ -3,6 +3,15 @@
 #include <algorithm>
 
 namespace tesmar {
+namespace {
+
+bool isLeftToRight(const ShapedText& text) {
+    const auto* const line =
+        text.layout ? pango_layout_get_line_readonly(text.layout.get(), 0) : nullptr;
+    return line && line->resolved_dir == PANGO_DIRECTION_LTR;
+}
+
+} // namespace
 
 ShapedTextCache& ShapedTextCache::shared() {
     static auto* cache = new ShapedTextCache;
@@ -10,8 +19,20 @@ ShapedTextCache& ShapedTextCache::shared() {
 }
 
 ShapedTextRef ShapedTextCache::find(const ShapingRequest& request) {
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [&](const Entry& e) { return e.request == request; });
+    const auto matches = [&](const Entry& e) { return e.request == request; };
+    auto found = std::ranges::find_if(entries_, matches);
+    // Labels are shaped without a width first, to be measured. One line that starts on the left is
+    // the same in every width that it fits into, unless its ink is cut off there.
+    if (found == entries_.end() && request.width && request.lineCount == 1 &&
+        request.alignment == NSTextAlignment::left &&
+        request.lineBreakMode != NSLineBreakMode::clipping) {
+        ShapingRequest unlimited = request;
+        unlimited.width.reset();
+        found = std::ranges::find_if(entries_, [&](const Entry& e) {
+            return e.request == unlimited && e.text->size.width <= *request.width &&
+                   isLeftToRight(*e.text);
+        });
+    }
     if (found == entries_.end())
         return nullptr;
     std::rotate(found, found + 1, entries_.end());

@@ -13,8 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kLargestFile = 1 << 20; // bytes
-constexpr std::string_view kIncludeStart = "<include", kIncludeEnd = "</include>";
+constexpr std::size_t kLargestFile = 1 << 20;                                     // bytes
+constexpr std::string_view kIncludeStart = "<include", kIncludeEnd = "</include"; // with a '>'
 
 // The path that fontconfig opens for a name; for null, its main file. Empty if there is none.
 std::string fileNamed(const char* name) {
@@ -81,10 +81,10 @@ std::string rulesWithoutIncludes() {
     const std::string path = fileNamed(nullptr);
     std::string rules = readRegularFile(path, kLargestFile).value_or("");
     for (std::size_t start; (start = rules.find(kIncludeStart)) != rules.npos;) {
-        const std::size_t end = rules.find(kIncludeEnd, start);
+        const std::size_t end = rules.find('>', rules.find(kIncludeEnd, start));
         if (end == rules.npos)
             return {};
-        rules.erase(start, end + kIncludeEnd.size() - start);
+        rules.erase(start, end + 1 - start);
     }
     return rules;
 }

@@ -68,8 +68,8 @@ CGRect bestPart(const CGRect& room, const CGRect& captions, CGSize size) {
     if (CGRectIntersection(clear, centred(room, size)).isEmpty())
         return room;
     const auto isEnough = [&](const CGRect& part) {
-        return part.size.width >= std::min(kUsable.width, room.size.width) &&
-               part.size.height >= std::min(kUsable.height, room.size.height);
+        return part.size.width >= std::min(kUsable.width, size.width) &&
+               part.size.height >= std::min(kUsable.height, size.height);
     };
     CGRect best;
     for (const CGRect& part : around(room, clear))

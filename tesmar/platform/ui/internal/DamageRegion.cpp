@@ -1,7 +1,6 @@
 #include "tesmar/platform/ui/internal/DamageRegion.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace tesmar {
 namespace {
@@ -9,12 +8,8 @@ namespace {
 // Beyond any surface, and exact in an int.
 constexpr double kFarPixel = 1 << 24;
 
-// Casts rather than std::floor, which was the most expensive part of painting a frame: every view
-// computes its pixels in every frame.
 int floorPixel(double value) {
-    const double clamped = finite(value, -kFarPixel, kFarPixel, 0);
-    const int truncated = static_cast<int>(clamped);
-    return truncated - (clamped < truncated);
+    return floorToInt(finite(value, -kFarPixel, kFarPixel, 0));
 }
 
 int ceilPixel(double value) {

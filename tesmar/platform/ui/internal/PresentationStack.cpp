@@ -55,6 +55,7 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     const auto presentation = std::make_shared<Presentation>();
     presentation->controller = controller;
     presentation->presenter = presenter;
+    presentation->style = controller->modalPresentationStyle();
     presentation->animated = animated;
     presentation->completion = std::move(completion);
     presentation->progress = std::make_unique<Transition>(
@@ -75,11 +76,12 @@ void PresentationStack::present(Ref<UIViewController> controller, Ref<UIViewCont
     all.rethrow();
 }
 
-// Down to the next one that fills the window: that one hid those below it before.
+// Down to the next one that fills the window: that one hid those below it before. One that is being
+// dismissed hides them no longer.
 std::vector<PresentationStack::Shared>
 PresentationStack::hiddenBy(const Shared& presentation) const {
     const auto fills = [](const Shared& p) {
-        return p->controller->modalPresentationStyle() == UIModalPresentationStyle::fullScreen;
+        return p->style == UIModalPresentationStyle::fullScreen;
     };
     auto first = std::find(stack_.begin(), stack_.end(), presentation);
     if (first == stack_.end() || !fills(presentation))
@@ -87,18 +89,21 @@ PresentationStack::hiddenBy(const Shared& presentation) const {
     std::vector<Shared> hidden;
     while (first != stack_.begin()) {
         hidden.insert(hidden.begin(), *--first);
-        if (fills(*first))
+        if (fills(*first) && (*first)->stage != Stage::dismissing)
             break;
     }
     return hidden;
 }
 
 void PresentationStack::cover(const Shared& presentation) {
+    for (const auto& below : hiddenBy(presentation))
+        if (below->container)
+            window_.cancelTouchesIn(*below->container);
     for (const auto& below : hiddenBy(presentation)) {
         if (presentation->stage != Stage::appearing)
             return;
         const bool isShown = below->stage == Stage::appearing || below->stage == Stage::shown;
-        if (!isShown || below->cover != Cover::none)
+        if (!isShown || below->isToldHidden())
             continue;
         below->cover = Cover::covering;
         below->controller->viewWillDisappear(presentation->animated);
@@ -118,8 +123,8 @@ void PresentationStack::covered(const Shared& presentation) {
 void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated,
                                 FirstException& all) {
     for (const auto& below : hidden)
-        if (below->cover != Cover::none && !below->leaves && below->stage != Stage::removed) {
-            below->cover = Cover::none;
+        if (below->isToldHidden() && !below->leaves && below->stage != Stage::removed) {
+            below->cover = Cover::uncovering;
             if (below->container)
                 below->container->setHidden(false);
             all.run([&] { below->controller->viewWillAppear(animated); });
@@ -129,8 +134,11 @@ void PresentationStack::uncover(const std::vector<Shared>& hidden, bool animated
 void PresentationStack::uncovered(const std::vector<Shared>& hidden, bool animated,
                                   FirstException& all) {
     for (const auto& below : hidden)
-        if (below->stage == Stage::shown && below->cover == Cover::none && !below->leaves)
-            all.run([&] { below->controller->viewDidAppear(animated); });
+        if (below->cover == Cover::uncovering) {
+            below->cover = Cover::none;
+            if (below->stage == Stage::shown && !below->leaves)
+                all.run([&] { below->controller->viewDidAppear(animated); });
+        }
 }
 
 // Every callback may dismiss the presentation.
@@ -147,7 +155,7 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
 
-    if (controller->modalPresentationStyle() == UIModalPresentationStyle::card) {
+    if (presentation->style == UIModalPresentationStyle::card) {
         presentation->container = make<CardView>();
         presentation->container->setAccessibilityIdentifier("card");
     } else {
@@ -172,6 +180,7 @@ void PresentationStack::appear(const Shared& presentation) {
 void PresentationStack::appeared(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
+    const auto window = refTo(&window_);
     presentation->stage = Stage::shown;
     presentation->container->setKeepsPicture(false);
     const auto completion = std::exchange(presentation->completion, {});
@@ -196,16 +205,24 @@ void PresentationStack::dismiss(const UIViewController& controller, bool animate
             break;
     }
     // First those above, without animation.
-    while (!stack_.empty() && stack_.back() != target) {
+    FirstException all;
+    const auto isPresented = [](const Shared& p) {
+        return p->stage != Stage::removed && p->stage != Stage::dismissing;
+    };
+    while (isPresented(target) && stack_.back() != target) {
         const auto above = stack_.back();
-        if (above->stage == Stage::dismissing)
-            finishDismissal(above);
-        else
-            startDismissal(above, false, {});
-        if (target->stage == Stage::removed || target->stage == Stage::dismissing)
-            return;
+        all.run([&] {
+            if (above->stage == Stage::dismissing)
+                finishDismissal(above);
+            else
+                startDismissal(above, false, {});
+        });
+        if (above->stage != Stage::removed) // without memory
+            break;
     }
-    startDismissal(target, animated, std::move(completion));
+    if (isPresented(target))
+        all.run([&] { startDismissal(target, animated, std::move(completion)); });
+    all.rethrow();
 }
 
 void PresentationStack::startDismissal(const Shared& presentation, bool animated,
@@ -219,7 +236,7 @@ void PresentationStack::startDismissal(const Shared& presentation, bool animated
     FirstException all;
     if (presentation->container)
         all.run([&] { window_.cancelTouchesIn(*presentation->container); });
-    if (presentation->cover == Cover::none)
+    if (!presentation->isToldHidden())
         all.run([&] { presentation->controller->viewWillDisappear(animated); });
     uncover(hiddenBy(presentation), animated, all);
     all.run([&] { slideOut(presentation, animated); });
@@ -333,7 +350,7 @@ void PresentationStack::layOut(const Shared& presentation) {
     if (!presentation->container || !controller->isViewLoaded())
         return;
     const Ref<UIView> content = controller->view();
-    const bool card = controller->modalPresentationStyle() == UIModalPresentationStyle::card;
+    const bool card = presentation->style == UIModalPresentationStyle::card;
     const auto container = presentation->container;
     if (card) {
         container->setFrame(cardFrame(window_, *controller, presentation->measured));
@@ -355,33 +372,39 @@ void PresentationStack::showProgress(Presentation& presentation) {
 
 // --- Dragging down ------------------------------------------------------------------------------
 
-bool PresentationStack::canPull(const UIView& view) const {
+bool PresentationStack::startPull(const UIView& view) {
     if (stack_.empty() || window_.dragDown() == DragDown::ignored)
         return false;
-    const Presentation& top = *stack_.back();
-    const bool isCard = top.controller->modalPresentationStyle() == UIModalPresentationStyle::card;
-    return isCard && top.stage == Stage::shown && view.isDescendantOf(top.container.get());
+    const Shared& top = stack_.back();
+    const bool mayMove = top->style == UIModalPresentationStyle::card &&
+                         top->stage == Stage::shown && view.isDescendantOf(top->container.get());
+    if (mayMove)
+        pulled_ = top;
+    return mayMove;
 }
 
 void PresentationStack::pull(CGFloat distance) {
-    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
-        stack_.back()->pulled->jumpTo(std::max(0.0, distance));
+    const Shared card = pulled_.lock();
+    if (card && card->stage == Stage::shown)
+        card->pulled->jumpTo(std::max(0.0, distance));
 }
 
 void PresentationStack::endPull(CGFloat velocity) {
-    const Shared top = stack_.empty() ? nullptr : stack_.back();
-    if (!top || top->stage != Stage::shown)
+    const Shared card = pulled_.lock();
+    if (!card || card->stage != Stage::shown)
         return;
-    const CGFloat enough = top->container->frame().size.height * kPullThatDismisses;
-    if (velocity >= kFlick || (velocity > -kFlick && top->pulled->value() >= enough))
-        dismiss(*top->controller, true, {});
+    const CGFloat enough = card->container->frame().size.height * kPullThatDismisses;
+    if (card == stack_.back() &&
+        (velocity >= kFlick || (velocity > -kFlick && card->pulled->value() >= enough)))
+        dismiss(*card->controller, true, {});
     else
         cancelPull();
 }
 
 void PresentationStack::cancelPull() {
-    if (!stack_.empty() && stack_.back()->stage == Stage::shown)
-        stack_.back()->pulled->moveTo(0, kReturning);
+    const Shared card = pulled_.lock();
+    if (card && card->stage == Stage::shown)
+        card->pulled->moveTo(0, kReturning);
 }
 
 } // namespace tesmar

@@ -46,23 +46,24 @@ class PresentationStack {
 
     // --- Dragging down --------------------------------------------------------------------------
 
-    // Whether a finger on `view` may drag the topmost controller's card.
-    bool canPull(const UIView& view) const;
-    // Moves the topmost card down by `distance`, in points.
+    // A finger on `view` drags the topmost controller's card from now on. Returns whether it may.
+    bool startPull(const UIView& view);
+    // Moves that card down by `distance`, in points.
     void pull(CGFloat distance);
     // The finger has let go, moving down with `velocity` in points per second: dismisses the
-    // controller, or moves its card back.
+    // controller, or moves its card back. Back, too, if another was presented meanwhile.
     void endPull(CGFloat velocity);
     void cancelPull();
 
   private:
     enum class Stage { appearing, shown, dismissing, removed };
-    // Whether a full-screen controller above hides this one, as far as the controller has been
-    // told.
-    enum class Cover { none, covering, covered };
+    // Whether full-screen controllers above hide this one, as far as the controller has been told.
+    enum class Cover { none, covering, covered, uncovering };
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
+        // As presented: the controller's may change meanwhile.
+        UIModalPresentationStyle style = UIModalPresentationStyle::card;
         Ref<ContainerView> container;
         Stage stage = Stage::appearing;
         Cover cover = Cover::none;
@@ -72,6 +73,8 @@ class PresentationStack {
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
         std::unique_ptr<Transition> pulled;   // how far a finger has dragged the card, in points
         std::optional<MeasuredSize> measured; // of a card
+
+        bool isToldHidden() const { return cover == Cover::covering || cover == Cover::covered; }
     };
     using Shared = std::shared_ptr<Presentation>;
 
@@ -96,6 +99,7 @@ class PresentationStack {
 
     UIWindow& window_;
     std::vector<Shared> stack_;
+    std::weak_ptr<Presentation> pulled_;
 };
 
 } // namespace tesmar

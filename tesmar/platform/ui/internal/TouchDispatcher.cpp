@@ -157,8 +157,8 @@ bool TouchDispatcher::startPull(const Shared& finger) {
     const CGPoint travelled = finger->touch.location() - finger->touch.startLocation();
     const bool isDown = travelled.y > kTapSlack && travelled.y > std::abs(travelled.x);
     if (!isDown || !view || keepsTouch(view.get()) || UIScrollView::enclosing(view.get()) ||
-        !presentations_.canPull(*view) ||
-        std::ranges::any_of(fingers_, [](const auto& f) { return f->stage == Stage::pulling; }))
+        std::ranges::any_of(fingers_, [](const auto& f) { return f->stage == Stage::pulling; }) ||
+        !presentations_.startPull(*view))
         return false;
     finger->stage = Stage::pulling;
     finger->pullStart = finger->touch.timestamp();

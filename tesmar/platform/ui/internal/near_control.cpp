@@ -58,16 +58,15 @@ bool isReached(const UIControl& control, CGPoint onSurface, const CGRect& clip) 
 }
 
 // `clip`, on the surface, is what the views above show of this one. A control that is cut off by it
-// takes touches around the part that is shown.
+// takes touches on and around the part that is shown, and none while nothing of it is.
 void search(UIView& view, CGPoint onSurface, CGRect clip, Nearest& nearest) {
     if (!view.takesTouches())
         return;
     const CGRect shown = CGRectIntersection(view.convertRectTo(view.bounds(), nullptr), clip);
-    const CGPoint point = view.convertPointFrom(onSurface, nullptr);
     if (auto* control = dynamic_cast<UIControl*>(&view); control && control->isEnabled() &&
-                                                         isLeafControl(view) &&
+                                                         isLeafControl(view) && !shown.isEmpty() &&
                                                          isReached(*control, onSurface, clip)) {
-        const CGFloat d = distance(point, view.bounds());
+        const CGFloat d = distance(onSurface, shown);
         if (d < nearest.distance)
             nearest = {control, d};
     }

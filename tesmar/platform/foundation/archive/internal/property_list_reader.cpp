@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <deque>
 
 namespace tesmar {
 namespace {
@@ -28,18 +29,30 @@ class Reader {
 
   private:
     struct Object {
-        enum State : std::uint8_t { unread, open, done } state = unread;
+        PropertyList value = PropertyList::Null();
         DecodeBudget::Cost cost;
-        std::optional<PropertyList> value;
     };
     struct Cursor {
         std::uint64_t at;
+        bool isCharged; // for the first reading of an object only
     };
+    // What is known of an object: one of these, or its index in kept_. Scalars are not kept but
+    // read again at each reference: a list of numbers is mostly table otherwise.
+    using Known = std::uint32_t;
+    static constexpr Known kUnread = 0xFFFF'FFFF;
+    static constexpr Known kOpen = kUnread - 1;
+    static constexpr Known kIsScalar = kUnread - 2;
+
     using Bytes = std::optional<std::string_view>;
 
     bool readTrailer();
-    Object* object(std::uint64_t number);
-    bool parse(Object& object, std::uint64_t offset);
+    bool read(std::uint64_t number, PropertyList& value);
+    bool readAnew(std::uint64_t number, PropertyList& value);
+    static bool set(Object& object, PropertyList value) {
+        object.value = std::move(value);
+        return true;
+    }
+    bool parse(std::uint64_t number, Object& object);
     bool parseScalar(Object& object, std::uint8_t marker, Cursor& cursor);
     bool parseInteger(Object& object, std::string_view digits);
     bool parseText(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor);
@@ -54,14 +67,15 @@ class Reader {
     std::uint64_t tableStart_ = 0;
     std::size_t offsetSize_ = 0;
     std::size_t referenceSize_ = 0;
-    std::vector<Object> objects_;
+    std::vector<Known> known_; // by object
+    std::deque<Object> kept_;  // text, data and containers, which stay shared
 };
 
 std::optional<PropertyList> Reader::read() {
     if (!readTrailer())
         return std::nullopt;
-    const Object* root = object(root_);
-    return root ? root->value : std::nullopt;
+    PropertyList root = PropertyList::Null();
+    return read(root_, root) ? std::optional(std::move(root)) : std::nullopt;
 }
 
 bool Reader::readTrailer() {
@@ -79,28 +93,40 @@ bool Reader::readTrailer() {
         tableStart_ < kMagic.size() || tableStart_ > tableEnd || count == 0 ||
         !budget_.hasValues(count) || count > (tableEnd - tableStart_) / offsetSize_)
         return false;
-    objects_.resize(count);
+    known_.assign(count, kUnread);
     return true;
 }
 
-// Null when the object cannot be read, contains itself or is beyond the budget.
-Reader::Object* Reader::object(std::uint64_t n) {
-    if (n >= objects_.size() || objects_[n].state == Object::open)
-        return nullptr;
-    Object& object = objects_[n];
-    if (object.state == Object::unread) {
-        object.state = Object::open;
-        const auto offset = number(bytes_.substr(tableStart_ + n * offsetSize_, offsetSize_));
-        if (!parse(object, offset))
-            return nullptr;
-        object.state = Object::done;
-    }
-    return budget_.spend(object.cost) ? &object : nullptr;
+// False when the object cannot be read, contains itself or is beyond the budget.
+bool Reader::read(std::uint64_t n, PropertyList& value) {
+    if (n >= known_.size() || known_[n] == kOpen)
+        return false;
+    if (known_[n] == kUnread || known_[n] == kIsScalar)
+        return readAnew(n, value);
+    const Object& kept = kept_[known_[n]];
+    value = kept.value;
+    return budget_.spend(kept.cost);
 }
 
-bool Reader::parse(Object& object, std::uint64_t offset) {
-    Cursor cursor{offset};
-    const Bytes first = offset < kMagic.size() ? std::nullopt : take(cursor, 1);
+bool Reader::readAnew(std::uint64_t n, PropertyList& value) {
+    Object object;
+    if (!parse(n, object))
+        return false;
+    value = object.value;
+    const auto cost = object.cost;
+    if (known_[n] != kIsScalar) {
+        known_[n] = static_cast<Known>(kept_.size());
+        kept_.push_back(std::move(object));
+    }
+    return budget_.spend(cost);
+}
+
+// Leaves it open, or a scalar.
+bool Reader::parse(std::uint64_t n, Object& object) {
+    Cursor cursor{number(bytes_.substr(tableStart_ + n * offsetSize_, offsetSize_)),
+                  known_[n] == kUnread};
+    known_[n] = kOpen;
+    const Bytes first = cursor.at < kMagic.size() ? std::nullopt : take(cursor, 1);
     if (!first)
         return false;
     const auto marker = static_cast<std::uint8_t>(first->front());
@@ -119,6 +145,7 @@ bool Reader::parse(Object& object, std::uint64_t offset) {
             return parseContainer(object, kind, *size, cursor);
         return false;
     default:
+        known_[n] = kIsScalar;
         return parseScalar(object, marker, cursor);
     }
 }
@@ -126,12 +153,10 @@ bool Reader::parse(Object& object, std::uint64_t offset) {
 bool Reader::parseScalar(Object& object, std::uint8_t marker, Cursor& cursor) {
     switch (marker) {
     case kNull:
-        object.value = PropertyList::Null();
-        return true;
+        return set(object, PropertyList::Null());
     case kFalse:
     case kTrue:
-        object.value = marker == kTrue;
-        return true;
+        return set(object, marker == kTrue);
     }
     const unsigned low = marker & 0x0F;
     switch (marker & 0xF0) {
@@ -142,20 +167,20 @@ bool Reader::parseScalar(Object& object, std::uint8_t marker, Cursor& cursor) {
     case kReal:
         if (low == 2) {
             if (const Bytes bits = take(cursor, 4))
-                object.value = std::bit_cast<float>(static_cast<std::uint32_t>(number(*bits)));
+                return set(object, std::bit_cast<float>(std::uint32_t(number(*bits))));
         } else if (low == 3) {
             if (const Bytes bits = take(cursor, 8))
-                object.value = std::bit_cast<double>(number(*bits));
+                return set(object, std::bit_cast<double>(number(*bits)));
         }
-        return object.value.has_value();
+        return false;
     case kDate & 0xF0:
         if (const Bytes bits = marker == kDate ? take(cursor, 8) : std::nullopt)
-            object.value = PropertyList::Date{std::bit_cast<double>(number(*bits))};
-        return object.value.has_value();
+            return set(object, PropertyList::Date{std::bit_cast<double>(number(*bits))});
+        return false;
     case kUID:
         if (const Bytes bits = low < 8 ? take(cursor, low + 1) : std::nullopt)
-            object.value = PropertyList::UID{number(*bits)};
-        return object.value.has_value();
+            return set(object, PropertyList::UID{number(*bits)});
+        return false;
     default:
         return false;
     }
@@ -171,28 +196,25 @@ bool Reader::parseInteger(Object& object, std::string_view digits) {
         if (digits.size() == 8)
             integer = PropertyList::Integer::of(static_cast<long long>(integer.low));
     }
-    object.value = integer;
-    return true;
+    return set(object, integer);
 }
 
 bool Reader::parseText(Object& object, std::uint8_t kind, std::uint64_t count, Cursor& cursor) {
     const Bytes bytes = take(cursor, kind == kUtf16 ? 2 * count : count);
     if (!bytes)
         return false;
-    if (kind == kData) {
-        object.value = PropertyList::Data{std::string(*bytes)};
-    } else if (kind == kAscii) {
+    if (kind == kData)
+        return set(object, PropertyList::Data{std::string(*bytes)});
+    if (kind == kAscii) {
         if (std::any_of(bytes->begin(), bytes->end(), [](signed char c) { return c < 0; }))
             return false;
-        object.value = std::string(*bytes);
-    } else {
-        std::u16string units;
-        units.reserve(count);
-        for (std::size_t i = 0; i < bytes->size(); i += 2)
-            units += static_cast<char16_t>(number(bytes->substr(i, 2)));
-        object.value = utf8FromUtf16(units);
+        return set(object, std::string(*bytes));
     }
-    return true;
+    std::u16string units;
+    units.reserve(count);
+    for (std::size_t i = 0; i < bytes->size(); i += 2)
+        units += static_cast<char16_t>(number(bytes->substr(i, 2)));
+    return set(object, utf8FromUtf16(units));
 }
 
 bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t count,
@@ -207,30 +229,26 @@ bool Reader::parseContainer(Object& object, std::uint8_t kind, std::uint64_t cou
     object.cost = budget_.measure([&] { isRead = parseElements(*references, elements); });
     if (!isRead)
         return false;
-    if (kind == kArray) {
-        object.value = std::move(elements);
-    } else if (kind == kSet) {
-        object.value = PropertyList::Set{std::move(elements)};
-    } else {
-        PropertyList::Dictionary entries;
-        entries.reserve(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            if (!elements[i].get<std::string>())
-                return false;
-            entries.push_back({elements[i], std::move(elements[count + i])});
-        }
-        object.value = std::move(entries);
+    if (kind == kArray)
+        return set(object, std::move(elements));
+    if (kind == kSet)
+        return set(object, PropertyList::Set{std::move(elements)});
+    PropertyList::Dictionary entries;
+    entries.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!elements[i].get<std::string>())
+            return false;
+        entries.push_back({elements[i], std::move(elements[count + i])});
     }
-    return true;
+    return set(object, std::move(entries));
 }
 
 bool Reader::parseElements(std::string_view references, PropertyList::Array& elements) {
     elements.reserve(references.size() / referenceSize_);
     for (; !references.empty(); references.remove_prefix(referenceSize_)) {
-        const Object* element = object(number(references.substr(0, referenceSize_)));
-        if (!element)
+        elements.emplace_back(PropertyList::Null());
+        if (!read(number(references.substr(0, referenceSize_)), elements.back()))
             return false;
-        elements.push_back(*element->value);
     }
     return true;
 }
@@ -250,7 +268,8 @@ std::optional<std::uint64_t> Reader::count(std::uint8_t marker, Cursor& cursor) 
 }
 
 Reader::Bytes Reader::take(Cursor& cursor, std::uint64_t size) {
-    if (cursor.at > tableStart_ || size > tableStart_ - cursor.at || !budget_.spendBytes(size))
+    if (cursor.at > tableStart_ || size > tableStart_ - cursor.at ||
+        (cursor.isCharged && !budget_.spendBytes(size)))
         return std::nullopt;
     const std::string_view taken = bytes_.substr(cursor.at, size);
     cursor.at += size;
