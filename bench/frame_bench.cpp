@@ -1,8 +1,10 @@
 // Compares the time of a frame of the panel with that of the same picture painted by hand with
-// cairo: for a full repaint, a tap on a swatch and a step of the font size.
+// cairo: for a full repaint, a tap on a swatch and a step of the font size. Then the time to read
+// the panel's accessible tree.
 #include "HandPainting.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/tesmar.h"
 
@@ -69,6 +71,12 @@ void frame(benchmark::State& state) {
         drawFrame(panel, damage);
 }
 
+void accessibleElements(benchmark::State& state) {
+    Panel panel(1);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(accessibleTree(*panel.window));
+}
+
 // Whether no colour component differs by more than a rounding error.
 bool lookTheSame(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
     constexpr int kRoundingError = 2;
@@ -107,6 +115,7 @@ void byHand(benchmark::State& state) {
 
 TESMAR_FRAMES(frame);
 TESMAR_FRAMES(byHand);
+BENCHMARK(accessibleElements)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tesmar

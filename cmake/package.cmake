@@ -2,6 +2,12 @@
 # dependencies, their headers, and what find_package and pkg-config read.
 include(CMakePackageConfigHelpers)
 
+# Versions with the same number here have a compatible binary interface.
+set(compatible ${PROJECT_VERSION_MAJOR})
+if(PROJECT_VERSION_MAJOR EQUAL 0)
+  set(compatible 0.${PROJECT_VERSION_MINOR})
+endif()
+
 # The layers' object files rather than their archives: all that is in them is shipped. The archives
 # follow only for the libraries that they use.
 get_property(core GLOBAL PROPERTY TESMAR_CORE)
@@ -12,18 +18,21 @@ add_library(tesmar::tesmar ALIAS tesmar)
 
 # Uses the shared library; linking its own archive would bring the layers in twice.
 add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
-target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2)
+target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2 ${CMAKE_DL_LIBS})
+# The core library is installed beside it, its modules in a directory of this version.
 set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl
-                      INSTALL_RPATH "$ORIGIN") # where the core library is installed
+                      BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
 add_library(tesmar::sdl ALIAS tesmar_sdl)
 
-set(shipped tesmar tesmar_sdl)
-
-# Versions with the same number here have a compatible binary interface.
-set(compatible ${PROJECT_VERSION_MAJOR})
-if(PROJECT_VERSION_MAJOR EQUAL 0)
-  set(compatible 0.${PROJECT_VERSION_MINOR})
+# Loaded by the SDL host from its own directory or, once installed, that of the version.
+get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
+if(modules)
+  set_target_properties(${modules} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
+  add_dependencies(tesmar_sdl ${modules})
+  install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
 endif()
+
+set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES

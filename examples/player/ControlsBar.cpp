@@ -98,6 +98,7 @@ void ControlsBar::showTime(double time, double duration) {
 }
 
 void ControlsBar::showCaptionsOn(bool on) {
+    captions_->setSelected(on); // for screen readers; the look is the colour
     captions_->setTitleColor(on ? UIColor::colorWithRed(1, 0.85, 0.2, 1)
                                 : UIColor::colorWithWhite(1, 0.7),
                              UIControlStateNormal);

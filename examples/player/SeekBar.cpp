@@ -2,14 +2,20 @@
 
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
 
 using namespace tesmar;
 
 namespace {
 
-constexpr CGFloat kLine = 4;  // points thick
-constexpr CGFloat kKnob = 14; // points across
+constexpr CGFloat kLine = 4;   // points thick
+constexpr CGFloat kKnob = 14;  // points across
+constexpr double kStep = 0.05; // of the video, for screen readers
 
 } // namespace
 
@@ -38,6 +44,23 @@ void SeekBar::draw(CGRect) {
     context.setFillColor(*UIColor::whiteColor());
     context.fillRoundedRect({kKnob / 2, top, knob - kKnob / 2, kLine}, kLine / 2);
     context.fillEllipse({knob - kKnob / 2, bounds().midY() - kKnob / 2, kKnob, kKnob});
+}
+
+void SeekBar::describe(UIAccessibleElement& element) const {
+    UIControl::describe(element);
+    const double percent = std::round(progress_ * 100);
+    element.role = UIAccessibleRole::adjustable;
+    element.name = "Position";
+    element.value = std::to_string(std::lround(percent)) + " percent";
+    element.range = {percent, 0, 100, kStep * 100};
+    element.actions = {UIAccessibleAction::decrease, UIAccessibleAction::increase};
+}
+
+bool SeekBar::perform(const UIAccessibleElement&, UIAccessibleAction action) {
+    const double step = action == UIAccessibleAction::increase ? kStep : -kStep;
+    const double progress = std::clamp(progress_ + step, 0.0, 1.0);
+    const CGFloat length = std::max(0.0, bounds().size.width - kKnob);
+    return tap({kKnob / 2 + length * progress, bounds().midY()});
 }
 
 bool SeekBar::beginTracking(UITouch& touch) {

@@ -11,6 +11,10 @@ class SeekBar : public tesmar::UIControl {
     double progress() const { return progress_; }
 
     void draw(tesmar::CGRect rect) override;
+    // Percents, in steps of five.
+    void describe(tesmar::UIAccessibleElement& element) const override;
+    bool perform(const tesmar::UIAccessibleElement& element,
+                 tesmar::UIAccessibleAction action) override;
 
   protected:
     bool beginTracking(tesmar::UITouch& touch) override;

@@ -70,6 +70,7 @@ struct TESMAR_API TESMARTexts {
     std::string_view percent = "{n} percent";
     std::string_view points = "{n} points";
     std::string_view selected = "selected";
+    std::string_view resetDone = "Reset to the default style";
     std::string_view increase = "increase";
     std::string_view decrease = "decrease";
     std::string_view on = "on";

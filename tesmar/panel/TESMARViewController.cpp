@@ -182,6 +182,7 @@ void TESMARViewController::fontChanged() {
 void TESMARViewController::resetButtonTap() {
     const auto self = refTo(this);
     setCCStyleAttributes(CCConstants::CCDefaultStyleAttributes()->mutableCopy());
+    announceReset();
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
 }
@@ -265,7 +266,7 @@ void TESMARViewController::resetAutoHideTimer() {
     NSRunLoop& loop = NSRunLoop::mainRunLoop();
     loop.cancelPreviousPerformRequests(*this);
     const double interval = autoHideInterval();
-    if (interval > 0) // false for NaN
+    if (interval > 0 && !waitsForReader()) // false for NaN
         loop.performSelectorAfterDelay(self, Selector("selfDismiss"), nullptr, interval);
 }
 

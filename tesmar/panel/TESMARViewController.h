@@ -46,6 +46,11 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     virtual double autoHideInterval() const { return autoHideInterval_; }
     virtual void setAutoHideInterval(double interval);
 
+    // Whether the panel stays open while a screen reader observes its window (see
+    // UIWindow::setAccessibilityObserver); initially true. Applies from the next interaction.
+    bool autoHideWaitsForReaders() const { return autoHideWaitsForReaders_; }
+    void setAutoHideWaitsForReaders(bool waits) { autoHideWaitsForReaders_ = waits; }
+
     // Whether every change that the viewer makes is saved (see TESMARConfig); initially false.
     virtual bool rememberChangedStyle() const { return rememberChangedStyle_; }
     virtual void setRememberChangedStyle(bool remember);
@@ -104,6 +109,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void focusDidMove(const std::string& identifier) override;
     // Where any panel of this process last had the focus.
     std::string initialFocus() const override;
+    // In the panel's language.
+    void describe(const UIView& view, UIAccessibleElement& element) override;
+    void accessibilityObserverChanged() override;
     // Large enough to show all of the controls without scrolling.
     std::optional<CGSize> preferredContentSize() override;
     // Builds the panel in the root view. loadView calls it once.
@@ -136,6 +144,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void didUpdateClosedCaptureStyle();
     void saveStyle();
     void resetAutoHideTimer();
+    bool waitsForReader();
+    void describeFont(const UIView& view, UIAccessibleElement& element) const;
+    void announceReset();
     Ref<UIView> createScrollView();
     UIScrollView* scrollView() const;
     void applyAppearance();
@@ -145,6 +156,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
 
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
     double autoHideInterval_ = -1;
+    bool autoHideWaitsForReaders_ = true;
     bool rememberChangedStyle_ = false;
     std::string saveFailure_;
     Ref<TESMARViewControllerDelegate> delegate_;

@@ -7,6 +7,7 @@
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/foundation/scalars.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 
 namespace tesmar {
 namespace {
@@ -123,6 +124,25 @@ void FontNamePickerView::prevFont() {
 
 UIFocusTarget FontNamePickerView::focusStepTarget(UIFocusStep step) {
     return {step == UIFocusStep::increment ? nextButton() : prevButton(), 0};
+}
+
+void FontNamePickerView::describe(UIAccessibleElement& element) const {
+    UIControl::describe(element);
+    const auto label = fontNameLabel();
+    if (!label)
+        return;
+    element.role = UIAccessibleRole::adjustable;
+    element.identifier = label->accessibilityIdentifier();
+    element.value = label->text();
+    element.position = static_cast<int>(selectedIndex_) + 1;
+    element.count = static_cast<int>(fontNames_.size());
+    element.range = {double(element.position), 1, double(element.count), 1};
+    element.actions = {UIAccessibleAction::decrease, UIAccessibleAction::increase};
+}
+
+bool FontNamePickerView::perform(const UIAccessibleElement&, UIAccessibleAction action) {
+    const auto button = action == UIAccessibleAction::increase ? nextButton() : prevButton();
+    return button && button->tap(button->bounds().center());
 }
 
 void FontNamePickerView::step(long by) {

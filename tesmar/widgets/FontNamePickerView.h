@@ -52,6 +52,11 @@ class TESMAR_API FontNamePickerView : public UIControl {
     virtual void nextFont();
     virtual void prevFont();
 
+    // An adjustable element under the label's identifier, with the shown name as its value and its
+    // position in the list. Its steps are taps on the buttons.
+    void describe(UIAccessibleElement& element) const override;
+    bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
+
     bool isFocusGroup() const override { return true; }
     UIFocusTarget focusStepTarget(UIFocusStep step) override;
 

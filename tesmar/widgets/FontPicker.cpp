@@ -143,12 +143,21 @@ void FontPicker::placeLabels(const PanelAppearance& appearance, const NamedViews
 
 Ref<UIFont> FontPicker::selectedFont() const {
     const std::string name = fontNamePicker_->selectedFontName();
-    const auto sizes = UIFont::fontSizesForFontName(name);
+    const auto size = selectedSize();
+    if (!size)
+        fatalError("FontPicker: no size at index " +
+                   std::to_string(std::trunc(sizeStepper_->value())) + " of " +
+                   std::to_string(UIFont::fontSizesForFontName(name).size()) + " for \"" + name +
+                   "\"");
+    return UIFont::fontWithName(name, *size);
+}
+
+std::optional<CGFloat> FontPicker::selectedSize() const {
+    const auto sizes = UIFont::fontSizesForFontName(fontNamePicker_->selectedFontName());
     const double index = std::trunc(sizeStepper_->value());
     if (!(index >= 0) || index >= static_cast<double>(sizes.size()))
-        fatalError("FontPicker: no size at index " + std::to_string(index) + " of " +
-                   std::to_string(sizes.size()) + " for \"" + name + "\"");
-    return UIFont::fontWithName(name, sizes[static_cast<std::size_t>(index)]);
+        return std::nullopt;
+    return sizes[static_cast<std::size_t>(index)];
 }
 
 void FontPicker::setSelectedFont(const Ref<UIFont>& font) {

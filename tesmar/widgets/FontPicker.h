@@ -23,6 +23,8 @@ class TESMAR_API FontPicker : public UIControl {
     // The font of the selected name and size; null when there is no face of that name. A size index
     // outside the sizes for that name is a fatal error.
     virtual Ref<UIFont> selectedFont() const;
+    // The selected size, in points; std::nullopt where selectedFont() would be a fatal error.
+    std::optional<CGFloat> selectedSize() const;
     // Selects the font's face name, if it is in the list, and the smallest offered size that is at
     // least the font's, or else the largest. Null changes nothing.
     virtual void setSelectedFont(const Ref<UIFont>& font);

@@ -2,8 +2,10 @@
 
 #include "host_parts.h"
 #include "invariants.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 
 #include <limits>
+#include <set>
 
 namespace tesmar {
 namespace {
@@ -124,7 +126,7 @@ class Session {
     void act() {
         const auto w = window_; // a callback may replace both
         const auto p = panel_;
-        auto choice = below(98);
+        auto choice = below(102);
         const CGPoint at = target(), other = point();
         const double time = eventTime();
         const UIEdgeInsets insets{at.x, at.y, other.x, other.y};
@@ -140,6 +142,7 @@ class Session {
             {14, [&] { pump(any(kWaits)), NSRunLoop::mainRunLoop().advanceTo(time); }},
             {6, [&] { w->key(key(), static_cast<UIKeyRepeat>(below(2)), time); }},
             {3, [&] { pressKeyAndLook(); }},
+            {4, [&] { listenAndOperate(*w, time); }},
             {2, [&] { w->cancelTouches(time); }},
             {1, [&] { w->setScale(any(kScales)); }},
             {2, [&] { w->setSize(below(4) == 0 ? area->size : any(kSizes)); }},
@@ -187,6 +190,26 @@ class Session {
         if (wasLive && top == before && isLive(top) && hasRoom &&
             (!focus || focus->frame.isEmpty()))
             throw InvariantViolated("the focus cannot be seen");
+    }
+    // As a screen reader, which is sometimes not there.
+    void listenAndOperate(UIWindow& w, double time) {
+        if (below(4) == 0)
+            w.setAccessibilityObserver(below(2) == 0 ? nullptr : &reader_);
+        w.updateAccessibility();
+        std::vector<UIAccessibleElement> all = accessibleTree(w);
+        std::set<std::string> identifiers;
+        for (std::size_t i = 0; i < all.size(); ++i) { // grows by the children
+            const auto element = all[i];
+            all.insert(all.end(), element.children.begin(), element.children.end());
+            if (!identifiers.insert(element.identifier).second || element.name.empty())
+                throw InvariantViolated("unnamed or twice in the tree: " + element.identifier);
+        }
+        if (all.empty())
+            return;
+        const auto element = all[below(all.size())];
+        if (!element.actions.empty())
+            performAccessibleAction(w, element.identifier,
+                                    element.actions[below(element.actions.size())], time);
     }
     void tap(UIWindow& w, CGPoint at, double time) {
         w.touch(P::began, 1, at, time), w.touch(P::ended, 1, at, now_);
@@ -242,6 +265,11 @@ class Session {
     Ref<TESMARViewController> panel_;
     std::vector<WeakRef<TESMARViewController>> panels_; // all that were made
     const std::shared_ptr<CallLog> log_ = std::make_shared<CallLog>();
+    struct Reader : UIAccessibilityObserver {
+        void treeChanged(const Elements&) override {}
+        void elementChanged(const UIAccessibleElement&, const UIAccessibleElement&) override {}
+        void announced(std::string_view) override {}
+    } reader_;
     std::vector<std::uint32_t> pixels_;
     const UIWindow* painted_ = nullptr;
     CGSize paintedSize_;

@@ -46,6 +46,7 @@ TEST(MainThread, UseOfTheInterfaceOnAnotherThreadIsFatal) {
         {"UIWindow::touch", [&] { window.touch(UITouchPhase::began, 1, {}, 0); }},
         {"UIWindow::wheel", [&] { window.wheel({}, {}, 0); }},
         {"UIWindow::key", [&] { window.key(UIKey::back, UIKeyRepeat::pressed, 0); }},
+        {"UIWindow::updateAccessibility", [&] { window.updateAccessibility(); }},
         {"UIWindow::needsRender", [&] { window.needsRender(); }},
         {"UIWindow::render", [&] { window.render({}, 0); }},
         {"UIWindow::setSize", [&] { window.setSize(CGSize()); }},

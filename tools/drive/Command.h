@@ -4,6 +4,7 @@
 
 #include "tesmar/model/PanelAppearance.h"
 #include "tesmar/platform/geometry/geometry.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIKey.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
@@ -112,15 +113,20 @@ struct QuerySizes {
 struct QueryView {
     ViewName view;
 };
+struct QueryAccessibleTree {};
+struct Perform {
+    std::string identifier; // of an accessible element
+    UIAccessibleAction action;
+};
 struct TakePicture {
     std::string path;
 };
 
-using Command =
-    std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
-                 SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, SetLanguage,
-                 SetTextScale, SetContrast, SetMirroring, Present, Dismiss, Release, Send, PressKey,
-                 Advance, Tap, Touch, Drag, Reveal, RunQuery, QuerySizes, QueryView, TakePicture>;
+using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
+                             SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign,
+                             SetLanguage, SetTextScale, SetContrast, SetMirroring, Present, Dismiss,
+                             Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery,
+                             QuerySizes, QueryView, QueryAccessibleTree, Perform, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
 // that quotes the wrong word for a line that is not a command.

@@ -6,6 +6,7 @@
 #include "tesmar/platform/foundation/defaults/NSUserDefaults.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/text/FontRegistry.h"
+#include "tools/drive/accessible.h"
 #include "tools/drive/fault.h"
 #include "tools/drive/inspection.h"
 
@@ -278,6 +279,16 @@ void Session::perform(const QuerySizes& command) {
 
 void Session::perform(const QueryView& command) {
     outputResult("get", describe(place(command.view)));
+}
+
+void Session::perform(const QueryAccessibleTree&) {
+    outputResult("tree", describe(accessibleTree(*host_.window())));
+}
+
+void Session::perform(const Perform& command) {
+    if (!performAccessibleAction(*host_.window(), command.identifier, command.action, host_.now()))
+        throw Fault("perform: " + command.identifier + " does not offer " +
+                    std::string(nameOf(command.action)) + " now; see tree accessible");
 }
 
 Json Session::tree() {

@@ -57,6 +57,8 @@ class Session {
     void perform(const RunQuery& command);
     void perform(const QuerySizes& command);
     void perform(const QueryView& command);
+    void perform(const QueryAccessibleTree& command);
+    void perform(const Perform& command);
     void perform(const TakePicture& command);
 
     // Outputs {key: result}.

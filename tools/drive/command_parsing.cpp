@@ -1,4 +1,5 @@
 #include "tools/drive/Command.h"
+#include "tools/drive/accessible.h"
 #include "tools/drive/fault.h"
 
 #include <charconv>
@@ -249,6 +250,23 @@ Command parseKey(Words& words) {
     return PressKey{key->second};
 }
 
+Command parseTree(Words& words) {
+    if (words.atEnd())
+        return RunQuery{Query::tree};
+    if (const std::string which = words.word("which"); which != "accessible")
+        throw Fault("tree: nothing or accessible, not " + which);
+    return QueryAccessibleTree{};
+}
+
+Command parsePerform(Words& words) {
+    std::string identifier = words.word("ID");
+    const std::string name = words.word("ACTION");
+    const auto action = actionNamed(name);
+    if (!action)
+        throw Fault("perform: press, decrease, increase or dismiss, not " + name);
+    return Perform{std::move(identifier), *action};
+}
+
 Command parseFaces(Words& words) {
     RestrictFonts fonts;
     while (!words.atEnd())
@@ -305,7 +323,8 @@ const std::map<std::string, Parser, std::less<>>& parsers() {
         {"sizes", [](Words& w) -> Command { return QuerySizes{w.atEnd() ? "" : w.rest("NAME")}; }},
         {"methods", query<Query::methods>},
         {"get", withView<QueryView>},
-        {"tree", query<Query::tree>},
+        {"tree", parseTree},
+        {"perform", parsePerform},
         {"focus", query<Query::focus>},
         {"shot", [](Words& w) -> Command { return TakePicture{w.rest("PATH")}; }},
         {"damage", query<Query::damage>},

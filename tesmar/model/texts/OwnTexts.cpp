@@ -36,6 +36,7 @@ constexpr std::string_view T::*kTexts[]{
     &T::percent,
     &T::points,
     &T::selected,
+    &T::resetDone,
     &T::increase,
     &T::decrease,
     &T::on,

@@ -40,6 +40,7 @@ constinit const TESMARTexts texts_ar{
     .percent = "{n} بالمائة",
     .points = "{n} نقطة",
     .selected = "محدد",
+    .resetDone = "تمت استعادة النمط الافتراضي",
     .increase = "زيادة",
     .decrease = "إنقاص",
     .on = "مفعّل",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_de{
     .percent = "{n} Prozent",
     .points = "{n} Punkt",
     .selected = "ausgewählt",
+    .resetDone = "Auf den Standardstil zurückgesetzt",
     .increase = "erhöhen",
     .decrease = "verringern",
     .on = "ein",

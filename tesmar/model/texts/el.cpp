@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_el{
     .percent = "{n} τοις εκατό",
     .points = "{n} στιγμές",
     .selected = "επιλεγμένο",
+    .resetDone = "Έγινε επαναφορά του προεπιλεγμένου στυλ",
     .increase = "αύξηση",
     .decrease = "μείωση",
     .on = "ενεργό",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_es{
     .percent = "{n} por ciento",
     .points = "{n} puntos",
     .selected = "seleccionado",
+    .resetDone = "Estilo predeterminado restablecido",
     .increase = "aumentar",
     .decrease = "reducir",
     .on = "activado",

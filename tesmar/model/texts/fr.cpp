@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_fr{
     .percent = "{n} pour cent",
     .points = "{n} points",
     .selected = "sélectionné",
+    .resetDone = "Style par défaut rétabli",
     .increase = "augmenter",
     .decrease = "diminuer",
     .on = "activé",

@@ -40,6 +40,7 @@ constinit const TESMARTexts texts_he{
     .percent = "{n} אחוז",
     .points = "{n} נקודות",
     .selected = "נבחר",
+    .resetDone = "סגנון ברירת המחדל שוחזר",
     .increase = "הגדלה",
     .decrease = "הקטנה",
     .on = "פועל",

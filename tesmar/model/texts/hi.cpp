@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_hi{
     .percent = "{n} प्रतिशत",
     .points = "{n} पॉइंट",
     .selected = "चुना गया",
+    .resetDone = "डिफ़ॉल्ट शैली बहाल की गई",
     .increase = "बढ़ाएँ",
     .decrease = "घटाएँ",
     .on = "चालू",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_it{
     .percent = "{n} per cento",
     .points = "{n} punti",
     .selected = "selezionato",
+    .resetDone = "Stile predefinito ripristinato",
     .increase = "aumenta",
     .decrease = "riduci",
     .on = "attivato",

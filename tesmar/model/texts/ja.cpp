@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_ja{
     .percent = "{n}パーセント",
     .points = "{n}ポイント",
     .selected = "選択中",
+    .resetDone = "デフォルトのスタイルに戻しました",
     .increase = "上げる",
     .decrease = "下げる",
     .on = "オン",

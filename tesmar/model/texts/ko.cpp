@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_ko{
     .percent = "{n}퍼센트",
     .points = "{n}포인트",
     .selected = "선택됨",
+    .resetDone = "기본 스타일로 재설정됨",
     .increase = "늘리기",
     .decrease = "줄이기",
     .on = "켬",

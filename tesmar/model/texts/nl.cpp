@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_nl{
     .percent = "{n} procent",
     .points = "{n} punten",
     .selected = "geselecteerd",
+    .resetDone = "Standaardstijl hersteld",
     .increase = "verhogen",
     .decrease = "verlagen",
     .on = "aan",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_pl{
     .percent = "{n} procent",
     .points = "{n} pkt",
     .selected = "wybrano",
+    .resetDone = "Przywrócono styl domyślny",
     .increase = "zwiększ",
     .decrease = "zmniejsz",
     .on = "włączone",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_pt_BR{
     .percent = "{n} por cento",
     .points = "{n} pontos",
     .selected = "selecionado",
+    .resetDone = "Estilo padrão restaurado",
     .increase = "aumentar",
     .decrease = "diminuir",
     .on = "ativado",

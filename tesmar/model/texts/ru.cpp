@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_ru{
     .percent = "{n} процентов",
     .points = "{n} пт",
     .selected = "выбрано",
+    .resetDone = "Стиль по умолчанию восстановлен",
     .increase = "увеличить",
     .decrease = "уменьшить",
     .on = "включено",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_tr{
     .percent = "yüzde {n}",
     .points = "{n} punto",
     .selected = "seçili",
+    .resetDone = "Varsayılan stile sıfırlandı",
     .increase = "artır",
     .decrease = "azalt",
     .on = "açık",

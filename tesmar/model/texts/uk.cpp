@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_uk{
     .percent = "{n} відсотків",
     .points = "{n} пт",
     .selected = "вибрано",
+    .resetDone = "Типовий стиль відновлено",
     .increase = "збільшити",
     .decrease = "зменшити",
     .on = "увімкнено",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_zh_Hans{
     .percent = "百分之 {n}",
     .points = "{n} 磅",
     .selected = "已选中",
+    .resetDone = "已恢复默认样式",
     .increase = "增大",
     .decrease = "减小",
     .on = "开",

@@ -39,6 +39,7 @@ constinit const TESMARTexts texts_zh_Hant{
     .percent = "百分之 {n}",
     .points = "{n} 點",
     .selected = "已選取",
+    .resetDone = "已恢復預設樣式",
     .increase = "增加",
     .decrease = "減少",
     .on = "開",

@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/internal/equal_objects.h"
 
 #include <algorithm>
@@ -149,6 +150,12 @@ void UIButton::stateChanged() {
         else
             titleLabel_->setTextColor(titleColorForState(state()));
     }
+}
+
+void UIButton::describe(UIAccessibleElement& element) const {
+    UIControl::describe(element);
+    element.role = UIAccessibleRole::button;
+    element.name = titleForState(state());
 }
 
 CGSize UIButton::intrinsicContentSize() const {

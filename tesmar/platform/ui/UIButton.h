@@ -52,6 +52,8 @@ class TESMAR_API UIButton : public UIControl {
     // colour; the caller may set its font, initially the 18-point system font.
     const Ref<UILabel>& titleLabel();
 
+    // A button with the title of its state as its name.
+    void describe(UIAccessibleElement& element) const override;
     // The title plus 12 points of height, or the image, with the content's insets, or the
     // background image; at least 30 points wide.
     CGSize intrinsicContentSize() const override;

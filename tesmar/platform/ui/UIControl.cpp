@@ -3,8 +3,10 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/near_control.h"
+#include "tesmar/platform/ui/internal/short_touch.h"
 #include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
@@ -193,6 +195,26 @@ void UIControl::touchEnded(UITouch& touch) {
 void UIControl::touchCancelled(UITouch& touch) {
     if (touch_ == &touch)
         stopTracking();
+}
+
+bool UIControl::tap(CGPoint point) {
+    if (!enabled_ || touch_ || !window())
+        return false;
+    const auto self = refTo(this);
+    shortTouch(*this, point, [&] { return window() != nullptr; });
+    return true;
+}
+
+void UIControl::describe(UIAccessibleElement& element) const {
+    if (!enabled_)
+        element.states |= UIAccessibleStateDisabled;
+    if (isSelected())
+        element.states |= UIAccessibleStateSelected;
+    element.actions = {UIAccessibleAction::press};
+}
+
+bool UIControl::perform(const UIAccessibleElement&, UIAccessibleAction action) {
+    return action == UIAccessibleAction::press && tap(bounds().center());
 }
 
 void UIControl::stopTracking() {

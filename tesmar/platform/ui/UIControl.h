@@ -81,6 +81,15 @@ class TESMAR_API UIControl : public UIView {
     // of kTouchTarget each way.
     virtual CGRect touchTarget(CGPoint /*point*/) const { return bounds(); }
 
+    // Touches and releases the control at a point of its bounds, whether or not that can be seen.
+    // Returns false, and does nothing, when the control is disabled, not in a window or under a
+    // finger.
+    bool tap(CGPoint point);
+    // States, and UIAccessibleAction::press; the role is left to subclasses.
+    void describe(UIAccessibleElement& element) const override;
+    // Taps the middle for UIAccessibleAction::press.
+    bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
+
     // One cell, unless the control contains other controls; a little flatter than the control, so
     // that the ring leaves titles above it free.
     std::vector<UIFocusCell> focusCells() const override;

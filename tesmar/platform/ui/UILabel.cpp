@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 
 #include <algorithm>
 #include <climits>
@@ -130,6 +131,13 @@ TextLayout& UILabel::fittedLayout() const {
         size -= kSizeStep;
     } while (layout.isTruncated() && size >= minimumFontSize_);
     return layout;
+}
+
+void UILabel::describe(UIAccessibleElement& element) const {
+    if (text_.empty())
+        return;
+    element.role = UIAccessibleRole::text;
+    element.name = text_;
 }
 
 CGSize UILabel::intrinsicContentSize() const {

@@ -46,6 +46,8 @@ class TESMAR_API UILabel : public UIView {
     CGFloat preferredMaxLayoutWidth() const { return preferredMaxLayoutWidth_; }
     void setPreferredMaxLayoutWidth(CGFloat width);
 
+    // A text, unless it is empty.
+    void describe(UIAccessibleElement& element) const override;
     // The text is centred vertically, and is not cut off where it is higher than the label.
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override;

@@ -3,10 +3,13 @@
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <utility>
 
@@ -183,6 +186,35 @@ UIStepper::Look UIStepper::look() const {
 void UIStepper::updateLook() {
     if (const Look now = look(); std::exchange(shownLook_, now) != now)
         setNeedsDisplay();
+}
+
+// --- Accessibility ------------------------------------------------------------------------------
+
+void UIStepper::describe(UIAccessibleElement& element) const {
+    UIControl::describe(element);
+    element.role = UIAccessibleRole::adjustable;
+    element.range = {value_, minimum_, maximum_, step_};
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.begin(), digits.end(), value_).ptr;
+    element.value.assign(digits.begin(), end);
+    element.actions = {UIAccessibleAction::decrease, UIAccessibleAction::increase};
+    for (const auto half : {UIStepperHalf::decrement, UIStepperHalf::increment}) {
+        UIAccessibleElement part{UIAccessibleRole::button, std::string(identifierSuffix(half)),
+                                 half == UIStepperHalf::decrement ? "decrease" : "increase"};
+        part.frame = convertRectTo(halfRect(half), nullptr);
+        part.actions = {UIAccessibleAction::press};
+        part.states = canStep(half) ? 0u : UIAccessibleStateDisabled;
+        element.children.push_back(std::move(part));
+    }
+}
+
+bool UIStepper::perform(const UIAccessibleElement& element, UIAccessibleAction action) {
+    auto half = UIStepperHalf::increment;
+    if (action == UIAccessibleAction::decrease ||
+        (action == UIAccessibleAction::press &&
+         element.identifier.ends_with(identifierSuffix(UIStepperHalf::decrement))))
+        half = UIStepperHalf::decrement;
+    return canStep(half) && tap(halfRect(half).center());
 }
 
 // --- Touches ------------------------------------------------------------------------------------

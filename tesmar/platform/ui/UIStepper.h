@@ -76,6 +76,11 @@ class TESMAR_API UIStepper : public UIControl {
     // Whether a tap on that half would step; false for none and for a disabled stepper.
     bool canStep(UIStepperHalf half) const;
 
+    // An adjustable element with the number as its value; its parts are two buttons, "decrease" and
+    // "increase", with the identifiers of the halves.
+    void describe(UIAccessibleElement& element) const override;
+    // A step is a tap on the half.
+    bool perform(const UIAccessibleElement& element, UIAccessibleAction action) override;
     // Its halves.
     std::vector<UIFocusCell> focusCells() const override;
     UIFocusTarget focusStepTarget(UIFocusStep step) override;

@@ -4,6 +4,7 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/internal/Transition.h"
 #include "tesmar/platform/ui/internal/equal_objects.h"
@@ -72,6 +73,13 @@ void UISwitch::setThumbTintColor(const Ref<UIColor>& color) {
 void UISwitch::moveThumb(bool animated) {
     const double target = shownOn_ ? 1 : 0;
     position_->moveTo(target, animated ? kSlide : 0);
+}
+
+void UISwitch::describe(UIAccessibleElement& element) const {
+    UIControl::describe(element);
+    element.role = UIAccessibleRole::onOffSwitch;
+    if (on_)
+        element.states |= UIAccessibleStateOn;
 }
 
 bool UISwitch::beginTracking(UITouch&) {

@@ -32,6 +32,7 @@ class TESMAR_API UISwitch : public UIControl {
     void setOn(bool on, bool animated);
     void setOn(bool on) { setOn(on, false); }
 
+    void describe(UIAccessibleElement& element) const override;
     // The colour of the thumb; null, the initial value, means white. The track's colours are fixed.
     const Ref<UIColor>& thumbTintColor() const { return thumbTintColor_; }
     void setThumbTintColor(const Ref<UIColor>& color);

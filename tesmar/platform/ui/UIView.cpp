@@ -225,6 +225,10 @@ UIView* UIView::hitTest(CGPoint point) {
     return this;
 }
 
+void UIView::describe(UIAccessibleElement&) const {}
+bool UIView::perform(const UIAccessibleElement&, UIAccessibleAction) {
+    return false;
+}
 void UIView::touchBegan(UITouch&) {}
 void UIView::touchMoved(UITouch&) {}
 void UIView::touchEnded(UITouch&) {}

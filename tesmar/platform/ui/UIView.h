@@ -28,6 +28,8 @@ class UITouch;
 class UIViewController;
 class UIWindow;
 struct PixelRect;
+struct UIAccessibleElement;
+enum class UIAccessibleAction;
 
 // A width or height of an intrinsic size that means "no preference".
 inline constexpr CGFloat UIViewNoIntrinsicMetric = -1;
@@ -142,6 +144,17 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     virtual void touchMoved(UITouch& touch);
     virtual void touchEnded(UITouch& touch);
     virtual void touchCancelled(UITouch& touch);
+
+    // --- Accessibility: see UIAccessibility.h ---------------------------------------------------
+
+    // Describes the view to assistive technologies. `element` has its frame, and the view's
+    // identifier; an override sets its role and the rest. The base class leaves it without a role:
+    // only views in it are elements. Children that an override adds are parts of the view that are
+    // no views themselves; their identifiers are appended to the view's.
+    virtual void describe(UIAccessibleElement& element) const;
+    // Performs an action that describe() offered for the view, or for the part of it with that
+    // element's identifier. Returns whether it did.
+    virtual bool perform(const UIAccessibleElement& element, UIAccessibleAction action);
 
     // --- Focus ----------------------------------------------------------------------------------
 

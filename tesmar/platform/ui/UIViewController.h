@@ -13,6 +13,7 @@ namespace tesmar {
 
 class NSBundle;
 class PresentationStack;
+struct UIAccessibleElement;
 
 enum class UIModalPresentationStyle {
     card,       // the view is on a rounded card over what the host draws below
@@ -79,6 +80,13 @@ class TESMAR_API UIViewController : public NSObject {
     // Called after the view has been laid out in that room, so that an override may measure its
     // subviews, and again when the room or the constraints of the view have changed.
     virtual std::optional<CGSize> preferredContentSize() { return std::nullopt; }
+
+    // Completes what a view of this controller told assistive technologies about itself (see
+    // UIView::describe): names it, for example. Called for every visible view, and with view() for
+    // the controller as a dialog.
+    virtual void describe(const UIView& /*view*/, UIAccessibleElement& /*element*/) {}
+    // A screen reader's bridge begins or ceases to observe the window that presents the controller.
+    virtual void accessibilityObserverChanged() {}
 
     // Initially a card. A change counts from the next presentation on.
     UIModalPresentationStyle modalPresentationStyle() const { return style_; }

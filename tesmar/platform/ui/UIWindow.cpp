@@ -11,6 +11,7 @@
 #include "tesmar/platform/ui/internal/DamageHistory.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
+#include "tesmar/platform/ui/internal/accessibility/AccessibilityMonitor.h"
 #include "tesmar/platform/ui/internal/focus/KeyFocus.h"
 #include "tesmar/platform/ui/internal/near_control.h"
 #include "tesmar/platform/ui/internal/wheel_routing.h"
@@ -255,6 +256,28 @@ UIView* UIWindow::hitTest(CGPoint point) {
         front = front->superview();
     UIControl* const control = nearestControl(*front, point);
     return control ? control : hit;
+}
+
+// --- Accessibility ------------------------------------------------------------------------------
+
+void UIWindow::setAccessibilityObserver(UIAccessibilityObserver* observer) {
+    assertMainThread("UIWindow::setAccessibilityObserver");
+    const auto self = refTo(this);
+    accessibility_ = observer ? std::make_unique<AccessibilityMonitor>(*this, *observer) : nullptr;
+    presentations_->accessibilityObserverChanged();
+}
+
+void UIWindow::updateAccessibility() {
+    assertMainThread("UIWindow::updateAccessibility");
+    const auto self = refTo(this);
+    if (accessibility_)
+        accessibility_->update();
+}
+
+void UIWindow::announce(std::string text) {
+    assertMainThread("UIWindow::announce");
+    if (accessibility_)
+        accessibility_->announce(std::move(text));
 }
 
 // --- Pixels -------------------------------------------------------------------------------------

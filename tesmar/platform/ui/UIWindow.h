@@ -30,10 +30,12 @@
 
 namespace tesmar {
 
+class AccessibilityMonitor;
 class DamageHistory;
 class DamageRegion;
 class KeyFocus;
 class TouchDispatcher;
+class UIAccessibilityObserver;
 
 // What a tap outside all cards does: nothing, or dismiss the topmost controller.
 enum class OutsideTap { ignored, dismisses };
@@ -123,6 +125,18 @@ class TESMAR_API UIWindow : public UIView {
     // Cancels the touches of `view` and what is in it; drags of scroll views go on.
     void cancelTouchesIn(const UIView& view);
 
+    // --- Accessibility: see UIAccessibility.h ---------------------------------------------------
+
+    // Null, the initial value, for none. Not owned: an observer must be removed before it is
+    // destroyed. Presented controllers are told.
+    void setAccessibilityObserver(UIAccessibilityObserver* observer);
+    bool hasAccessibilityObserver() const { return accessibility_ != nullptr; }
+    // Notifies the observer of what has changed since the last call; to be called in every turn of
+    // the host's loop. Without an observer it does nothing.
+    void updateAccessibility();
+    // Has `text` spoken at the next update; dropped without an observer.
+    void announce(std::string text);
+
     // --- Pixels ---------------------------------------------------------------------------------
 
     // Of the surface, in whole device pixels.
@@ -161,6 +175,8 @@ class TESMAR_API UIWindow : public UIView {
     bool subviewsAreLayoutRoots() const override { return true; }
 
   private:
+    friend class AccessibleTree;
+
     void prepareFrame();
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
@@ -175,7 +191,8 @@ class TESMAR_API UIWindow : public UIView {
     Ref<UIViewController> rootController_;
     std::unique_ptr<PresentationStack> presentations_;
     std::unique_ptr<TouchDispatcher> touches_;
-    std::unique_ptr<KeyFocus> focus_; // null before the first key
+    std::unique_ptr<AccessibilityMonitor> accessibility_; // null without an observer
+    std::unique_ptr<KeyFocus> focus_;                     // null before the first key
     std::unique_ptr<DamageRegion> damage_;
     std::unique_ptr<DamageHistory> history_;
     std::unique_ptr<DamageRegion> repainted_; // by the last render()

@@ -1,6 +1,7 @@
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLAccessibility.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLInput.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLScreen.h"
 
@@ -46,7 +47,10 @@ struct SDLHost::State {
     void windowEvent(const SDL_WindowEvent& event, double time);
     void fitWindow();
     void showChanges();
+    // Ends the host's sleep, unless `flag` says that this is under way. Any thread.
+    void wakeUp(std::atomic<bool>& flag);
 
+    ScreenReaders screenReaders;
     std::optional<CGFloat> scale; // chosen by the application
     UIViewing viewing;
     SDLScreen screen;
@@ -64,11 +68,14 @@ struct SDLHost::State {
     bool isDestroyed = false; // by a call that the running turn made
 
     Uint32 wakeEvent = 0;
-    std::atomic<bool> wakes = false; // a wake event is in the queue
+    std::atomic<bool> wakes = false;       // a wake event is in the queue
+    std::atomic<bool> readerWakes = false; // the same, for the screen readers' bridge
+    SDLAccessibility accessibility{*window, [this] { wakeUp(readerWakes); }};
 };
 
 SDLHost::State::State(const Options& options)
-    : scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
+    : screenReaders(options.screenReaders),
+      scale(options.scale ? std::optional(finite(*options.scale, 0.1, 16, 1)) : std::nullopt),
       viewing(options.viewing), screen(options.title, pixels(options.size, scale.value_or(1))),
       wakeEvent(SDL_RegisterEvents(1)) {
     if (options.controllers == Controllers::used)
@@ -80,6 +87,7 @@ SDLHost::State::State(const Options& options)
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
     NSRunLoop::mainRunLoop().noteTime(now());
+    accessibility.check(screenReaders, screen.window());
 }
 
 // --- Sleeping -----------------------------------------------------------------------------------
@@ -104,6 +112,8 @@ bool SDLHost::turn(std::optional<double> longest) {
     if (!state->isDestroyed)
         NSRunLoop::mainRunLoop().advanceTo(now());
     if (!state->isDestroyed)
+        state->accessibility.turn(now());
+    if (!state->isDestroyed)
         state->showChanges();
     return !state->quits && !state->isDestroyed;
 }
@@ -114,12 +124,16 @@ void SDLHost::run() {
 }
 
 void SDLHost::wakeUp() {
-    if (state_->wakes.exchange(true))
+    state_->wakeUp(state_->wakes);
+}
+
+void SDLHost::State::wakeUp(std::atomic<bool>& flag) {
+    if (flag.exchange(true))
         return;
     SDL_Event event{};
-    event.type = state_->wakeEvent;
+    event.type = wakeEvent;
     if (SDL_PushEvent(&event) != 1)
-        state_->wakes = false;
+        flag = false;
 }
 
 // --- Events -------------------------------------------------------------------------------------
@@ -128,8 +142,9 @@ void SDLHost::State::handle(const SDL_Event& event) {
     // Motion that a handler starts begins now, not when the loop last ran.
     NSRunLoop::mainRunLoop().noteTime(timeOf(event));
     if (event.type == wakeEvent) {
-        wakes = false;
-        callCopy(onWake);
+        readerWakes = false;
+        if (wakes.exchange(false))
+            callCopy(onWake);
         return;
     }
     switch (event.type) {
@@ -159,7 +174,12 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
     case SDL_WINDOWEVENT_EXPOSED:
         screenIsStale = true;
         break;
+    case SDL_WINDOWEVENT_FOCUS_GAINED:
+        accessibility.setActive(true);
+        accessibility.check(screenReaders, screen.window());
+        break;
     case SDL_WINDOWEVENT_FOCUS_LOST:
+        accessibility.setActive(false);
         input.releaseAll(time);
         break;
     default:

@@ -31,6 +31,11 @@ namespace tesmar {
 
 class TESMAR_API SDLHost {
   public:
+    // Whether the window is connected with the desktop's screen readers (AT-SPI), through a module
+    // that is loaded at run time. With asDesktopAsks that is when an assistive technology runs:
+    // asked of the session bus when the host is made and whenever the window gets the keyboard's
+    // focus. NO_AT_BRIDGE=1 in the environment forbids it, ACCESSIBILITY_ENABLED=1 demands it.
+    enum class ScreenReaders { asDesktopAsks, never, always };
     // Game controllers take a millisecond and some memory at the start.
     enum class Controllers { ignored, used };
     struct Options {
@@ -41,6 +46,7 @@ class TESMAR_API SDLHost {
         std::optional<CGFloat> scale = std::nullopt;
         // Also sets the window's safe area, once.
         UIViewing viewing = UIViewing::desk;
+        ScreenReaders screenReaders = ScreenReaders::asDesktopAsks;
         Controllers controllers = Controllers::ignored;
     };
     // The layer below the window's own pixels: opaque, one native-endian 0x00RRGGBB word a pixel.

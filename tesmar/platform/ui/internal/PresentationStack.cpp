@@ -320,6 +320,18 @@ bool PresentationStack::isDismissing(const UIViewController& controller) const {
     return presentation && presentation->stage == Stage::dismissing;
 }
 
+Ref<UIViewController> PresentationStack::controllerIn(const UIView& container) const {
+    for (const auto& presentation : stack_)
+        if (presentation->container.get() == &container)
+            return presentation->controller;
+    return nullptr;
+}
+
+void PresentationStack::accessibilityObserverChanged() {
+    for (const auto& presentation : std::vector(stack_))
+        presentation->controller->accessibilityObserverChanged();
+}
+
 // --- Layout -------------------------------------------------------------------------------------
 
 void PresentationStack::layOut() {

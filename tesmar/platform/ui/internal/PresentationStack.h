@@ -33,6 +33,11 @@ class PresentationStack {
     Ref<UIViewController> presentedBy(const UIViewController& presenter) const;
     Ref<UIViewController> presenterOf(const UIViewController& controller) const;
     bool isDismissing(const UIViewController& controller) const;
+    // The one whose view is in that subview of the window, or null.
+    Ref<UIViewController> controllerIn(const UIView& container) const;
+
+    // Tells every controller.
+    void accessibilityObserverChanged();
 
     // Gives every presentation its frame; called when the window's size, safe area or caption area
     // have changed.

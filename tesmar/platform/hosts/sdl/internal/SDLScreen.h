@@ -38,6 +38,7 @@ class SDLScreen {
     // `size` in pixels. Throws SDLHost::NoDisplay. Later failures throw std::runtime_error.
     SDLScreen(const std::string& title, Size size);
 
+    SDL_Window& window() const { return *window_; }
     Size pixelSize() const;
     // The window's size in the units of mouse positions, each of which may be several pixels.
     Size unitSize() const;

@@ -1,22 +1,15 @@
 #include "tesmar/platform/ui/internal/focus/KeyFocus.h"
 
-#include "tesmar/platform/foundation/NSRunLoop.h"
-#include "tesmar/platform/foundation/internal/FirstException.h"
-#include "tesmar/platform/ui/UITouch.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
+#include "tesmar/platform/ui/internal/short_touch.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace tesmar {
 namespace {
-
-// Identifies the touch of a key. Controls compare touches by address, so a host's finger with the
-// same identifier does no harm.
-constexpr std::int64_t kKeyFinger = std::numeric_limits<std::int64_t>::min();
 
 bool isArrow(UIKey key) {
     return key == UIKey::up || key == UIKey::down || key == UIKey::left || key == UIKey::right;
@@ -209,16 +202,7 @@ void KeyFocus::operate(const UIFocusTarget& target, const UIViewController& cont
     const auto cells = view->focusCells();
     if (target.cell >= cells.size())
         return;
-    UITouch touch(kKeyFinger, view->convertPointTo(cells[target.cell].rect.center(), nullptr),
-                  NSRunLoop::mainRunLoop().now());
-    FirstException all;
-    bool lifts = false;
-    all.run([&] {
-        view->touchBegan(touch);
-        lifts = isCurrent(controller);
-    });
-    all.run([&] { lifts ? view->touchEnded(touch) : view->touchCancelled(touch); });
-    all.rethrow();
+    shortTouch(*view, cells[target.cell].rect.center(), [&] { return isCurrent(controller); });
 }
 
 // --- Frames -------------------------------------------------------------------------------------
