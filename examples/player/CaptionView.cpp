@@ -18,15 +18,25 @@ constexpr CGFloat kOverflow = 24;
 
 } // namespace
 
-CGRect CaptionView::reservedArea() const {
+CGFloat CaptionView::neededHeight() const {
     const int count = room_.size.width < kNarrow ? kLinesWhenNarrow : kLines;
     std::string lines = "x";
     for (int line = 1; line < count; ++line)
         lines += "\nx";
-    const CGFloat text = NSAttributedString::attributedString(lines, style_)->size().height;
-    const CGFloat height =
-        finite(std::ceil(text), 0, std::max(0.0, room_.size.height - kLeftForPanel), 0);
+    return std::ceil(NSAttributedString::attributedString(lines, style_)->size().height);
+}
+
+CGFloat CaptionView::availableHeight() const {
+    return std::max(0.0, room_.size.height - kLeftForPanel);
+}
+
+CGRect CaptionView::reservedArea() const {
+    const CGFloat height = std::min(neededHeight(), availableHeight());
     return {room_.minX(), room_.maxY() - height, room_.size.width, height};
+}
+
+bool CaptionView::fitsIntoReservedArea() const {
+    return neededHeight() <= availableHeight();
 }
 
 bool CaptionView::initWithFrame(CGRect frame) {

@@ -8,6 +8,7 @@ class CaptionView : public tesmar::UIView {
     // The part of the room, at its bottom, that two lines in the present style need (three in a
     // narrow picture), as far as it leaves room for the panel. In the superview's coordinates.
     tesmar::CGRect reservedArea() const;
+    bool fitsIntoReservedArea() const;
 
     // Lines are separated by "\n". An empty text shows nothing.
     void setText(std::string text);
@@ -23,6 +24,8 @@ class CaptionView : public tesmar::UIView {
 
   private:
     void update();
+    tesmar::CGFloat neededHeight() const;    // points
+    tesmar::CGFloat availableHeight() const; // points
 
     std::string text_;
     tesmar::Ref<tesmar::NSDictionary> style_;

@@ -67,11 +67,12 @@ void Player::layOut() {
     window_->setSafeAreaInsets(
         {safeArea_.top, safeArea_.left, std::max(bar, safeArea_.bottom), safeArea_.right});
     window_->setCaptionArea(captions_->reservedArea());
-    // In front of the panel, which covers large captions where the window is low.
-    if (isPanelOpen())
-        window_->addSubview(captions_);
-    else
-        window_->rootViewController()->view()->insertSubview(captions_, 0);
+    // Where the panel leaves too little room, large captions lie in front of it.
+    const auto root = window_->rootViewController()->view();
+    UIView* const wanted =
+        isPanelOpen() && !captions_->fitsIntoReservedArea() ? window_.get() : root.get();
+    if (captions_->superview() != wanted)
+        wanted->addSubview(captions_);
 }
 
 // --- The video ----------------------------------------------------------------------------------
@@ -142,7 +143,7 @@ void Player::CCSwitchValueChanged(bool on) {
 void Player::CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) {
     style_ = attributes;
     captions_->setStyle(style_);
-    window_->setCaptionArea(captions_->reservedArea());
+    layOut();
 }
 
 void Player::setCaptionsOn(bool on) {

@@ -131,9 +131,14 @@ void UIWindow::setCaptionArea(std::optional<CGRect> area) {
         area = finiteRect(*area);
     if (area && area->isEmpty())
         area.reset();
-    if (area == captionArea_)
-        return;
     captionArea_ = area;
+    avoidCaptions();
+}
+
+void UIWindow::avoidCaptions() {
+    if (captionArea_ == avoidedArea_ || touches_->hasFingers())
+        return;
+    avoidedArea_ = captionArea_;
     setNeedsLayout();
 }
 
@@ -309,6 +314,7 @@ void UIWindow::invalidate() {
 }
 
 void UIWindow::prepareFrame() {
+    avoidCaptions();
     layoutIfNeeded();
     if (focus_)
         focus_->follow();

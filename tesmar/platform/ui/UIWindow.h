@@ -63,7 +63,8 @@ class TESMAR_API UIWindow : public UIView {
     UIEdgeInsets safeAreaInsets() const { return safeArea_; }
     void setSafeAreaInsets(UIEdgeInsets insets);
     // The area of the host's captions in window coordinates, which cards keep clear of where there
-    // is room. std::nullopt (initially) or an empty rectangle: no captions.
+    // is room. std::nullopt (initially) or an empty rectangle: no captions. Takes effect when no
+    // finger is down, so that no control moves away from under one.
     std::optional<CGRect> captionArea() const { return captionArea_; }
     void setCaptionArea(std::optional<CGRect> area);
     // Initially ignored. With OutsideTap::dismisses, the window handles a touch outside all cards
@@ -160,6 +161,8 @@ class TESMAR_API UIWindow : public UIView {
 
     // --- For views ------------------------------------------------------------------------------
 
+    // The captionArea() that has taken effect.
+    const std::optional<CGRect>& avoidedArea() const { return avoidedArea_; }
     // The pixels of the surface that `rect` (window coordinates) covers, even partly.
     PixelRect surfacePixels(const CGRect& rect) const;
     // Marks these pixels of the surface as out of date.
@@ -178,11 +181,13 @@ class TESMAR_API UIWindow : public UIView {
     friend class AccessibleTree;
 
     void prepareFrame();
+    void avoidCaptions();
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
     UIEdgeInsets safeArea_;
     std::optional<CGRect> captionArea_;
+    std::optional<CGRect> avoidedArea_;
     OutsideTap outsideTap_ = OutsideTap::ignored;
     UIEdgeKeys edgeKeys_ = UIEdgeKeys::taken;
     bool keysAreInUse_ = false;

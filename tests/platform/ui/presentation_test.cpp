@@ -311,6 +311,13 @@ TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
         EXPECT_FALSE(window.needsRender()) << top;
         EXPECT_NEAR(window.viewWithIdentifier("card")->frame().midY(), 384, 1) << top;
     }
+    // Captions that grow while a finger is down wait for it.
+    for (const auto& [phase, moves] :
+         {std::pair(UITouchPhase::began, false), std::pair(UITouchPhase::ended, true)}) {
+        window.touch(phase, 1, {512, 384}, host.now());
+        window.setCaptionArea(CGRect(100, 500, 824, 200));
+        EXPECT_EQ(window.needsRender(), moves);
+    }
 }
 
 } // namespace

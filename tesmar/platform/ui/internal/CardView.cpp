@@ -93,13 +93,13 @@ CGRect cardFrame(const UIWindow& window, UIViewController& controller,
     }
     const CGSize size = measured->size;
 
-    const auto captions = window.captionArea();
+    const auto& captions = window.avoidedArea();
     return centred(captions ? bestPart(room, *captions, size) : room, size);
 }
 
 CGRect paperFrame(const UIWindow& window) {
     const CGRect all = window.bounds();
-    const auto captions = window.captionArea();
+    const auto& captions = window.avoidedArea();
     return captions ? bestPart(all, *captions, all.size) : all;
 }
 

@@ -25,6 +25,7 @@ class TouchDispatcher {
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
     bool cancelled(std::int64_t id, double time);
+    bool hasFingers() const { return !fingers_.empty(); }
     void cancelAll(double time);
     // Cancels the touches of views at or below `root`; drags of scroll views go on.
     void cancelInside(const UIView& root, double time);
