@@ -167,6 +167,10 @@ TEST_F(FocusTest, SelectsLikeATouchEvenWhenCallbacksDestroy) {
     EXPECT_FALSE(dynamic_cast<UIControl&>(view("b")).isHighlighted());
     EXPECT_TRUE(host.window()->keysAreInUse());
 
+    press({K::down, K::increment, K::increment, K::decrement});
+    EXPECT_EQ(dynamic_cast<UIStepper&>(view("s")).value(), 1);
+    listener->log.clear();
+    press({K::up});
     listener->afterUp = [&] {
         view("b").removeFromSuperview();
         sheet->dismissViewControllerAnimated(false);
