@@ -45,6 +45,7 @@ struct Screen {
                 .size = kSize,
                 .scale = scale,
                 .controllers = SDLHost::Controllers::used}) {
+        host.onKey([this](const SDLHost::Key& k) { keys += k.name + (k.repeated ? "* " : " "); });
         pad->setBackgroundColor(UIColor::redColor());
         pad->setFrame(kPlace);
         host.window()->rootViewController()->view()->addSubview(pad);
@@ -75,6 +76,7 @@ struct Screen {
 
     SDLHost host;
     Ref<Pad> pad = make<Pad>();
+    std::string keys; // that the application gets
 };
 
 // An event of that type with the members that `fill` sets.
@@ -153,15 +155,13 @@ TEST(SDLHost, HandsTouchesToTheWindowAndTapsToTheApplication) {
 
 TEST(SDLHost, LeavesUnhandledKeysToTheApplication) {
     Screen screen;
-    std::string keys;
-    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name + (k.repeated ? "* " : " "); });
     screen.send({key(SDLK_SPACE), key(SDLK_LEFT, 0, 1), key(SDLK_c, KMOD_LCTRL), key(SDLK_ESCAPE)});
-    EXPECT_EQ(keys, "Space Left* Escape ");
+    EXPECT_EQ(screen.keys, "Space Left* Escape ");
 
     const auto sheet = make<UIViewController>();
     screen.host.window()->presentViewController(sheet, false);
     screen.send({key(SDLK_ESCAPE)});
-    EXPECT_EQ(keys, "Space Left* Escape ");
+    EXPECT_EQ(screen.keys, "Space Left* Escape ");
     EXPECT_TRUE(!sheet->presentingViewController() || sheet->isBeingDismissed());
 }
 
@@ -181,8 +181,6 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
     constexpr auto dpRight = SDL_CONTROLLER_BUTTON_DPAD_RIGHT;
     setMotionSetting(MotionSetting::reduced);
     Screen screen;
-    std::string keys;
-    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name + (k.repeated ? "* " : " "); });
     const auto sheet = make<UIViewController>();
     sheet->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     for (int i = 0; i < 9; ++i) { // three rows of three
@@ -192,10 +190,7 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
         sheet->view()->addSubview(control);
     }
     screen.host.window()->presentViewController(sheet, false);
-    const struct {
-        std::vector<SDL_Event> events;
-        const char* focus;
-    } steps[] = {
+    const std::pair<std::vector<SDL_Event>, const char*> steps[] = {
         {{key(SDLK_DOWN)}, "0"}, // only shows it
         {{key(SDLK_DOWN), key(SDLK_END)}, "5"},
         {{key(SDLK_HOME), key(SDLK_UP)}, "0"},
@@ -211,11 +206,11 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
         {{button(down, SDL_CONTROLLER_BUTTON_Y), key(SDLK_c)}, "3"},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
-        screen.send(steps[i].events);
+        screen.send(steps[i].first);
         const auto focus = screen.host.window()->focus();
-        EXPECT_EQ(focus ? focus->identifier : "none", steps[i].focus) << "step " << i;
+        EXPECT_EQ(focus ? focus->identifier : "none", steps[i].second) << "step " << i;
     }
-    EXPECT_EQ(keys, "Controller y C ");
+    EXPECT_EQ(screen.keys, "Controller y C ");
 
     // Held, it repeats by the host's clock until the host loses the keyboard.
     screen.send({button(down, dpRight)});
@@ -235,8 +230,6 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
 TEST(SDLHost, OpensControllersThatArePluggedIn) {
     SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
     Screen screen;
-    std::string keys;
-    screen.host.onKey([&](const SDLHost::Key& k) { keys += k.name; });
     const int device = SDL_JoystickAttachVirtual(
         SDL_JOYSTICK_TYPE_GAMECONTROLLER, SDL_CONTROLLER_AXIS_MAX, SDL_CONTROLLER_BUTTON_MAX, 0);
     ASSERT_GE(device, 0) << SDL_GetError();
@@ -245,7 +238,7 @@ TEST(SDLHost, OpensControllersThatArePluggedIn) {
     ASSERT_TRUE(stick); // the host has opened it
     SDL_JoystickSetVirtualButton(stick, SDL_CONTROLLER_BUTTON_START, 1);
     screen.settle();
-    EXPECT_EQ(keys, "Controller start");
+    EXPECT_EQ(screen.keys, "Controller start ");
     SDL_JoystickDetachVirtual(device);
     screen.settle();
     EXPECT_EQ(SDL_NumJoysticks(), 0);

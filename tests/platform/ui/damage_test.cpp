@@ -40,10 +40,7 @@ TEST_F(DamageTest, IsExact) {
     above->view()->setBackgroundColor(UIColor::colorWithWhite(0.5, 1));
     const Rects all{{0, 0, 300, 400}};
     damage();
-    const struct {
-        std::function<void()> change;
-        Rects expected;
-    } steps[] = {
+    const std::pair<std::function<void()>, Rects> steps[] = {
         {[&] { a->setNeedsDisplay(), b->setNeedsDisplay(); },
          {{10, 10, 20, 20}, {200, 300, 20, 20}}},
         {[&] { a->setFrame(place); }, {{10, 10, 20, 20}, {50, 10, 20, 20}}}, // old and new place
@@ -80,8 +77,8 @@ TEST_F(DamageTest, IsExact) {
         {[&] { box(CGRect(0, 380, 20, 20)), box(CGRect(20, 380, 20, 20)); }, {{0, 380, 40, 20}}},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
-        steps[i].change();
-        EXPECT_EQ(damage(), steps[i].expected) << "step " << i;
+        steps[i].first();
+        EXPECT_EQ(damage(), steps[i].second) << "step " << i;
     }
 }
 
@@ -102,25 +99,6 @@ TEST_F(DamageTest, IsNotComputedWhereItAddsNothing) {
     EXPECT_EQ(change(), 0) << "in a window that is repainted wholly";
     damage();
     EXPECT_GT(change(), 0);
-}
-
-// An age that reaches back to a larger surface repaints everything, and nothing outside.
-TEST_F(DamageTest, ANewSizeOrScaleForgetsEarlierFrames) {
-    for (const auto& [size, scale] : {std::pair(CGSize{100, 100}, 1.0), {CGSize{300, 400}, 0.5}}) {
-        host = HeadlessHost({300, 400});
-        damage();
-        add<UIView>({290, 390, 5, 5})->setBackgroundColor(UIColor::redColor());
-        EXPECT_EQ(damage(), (Rects{{290, 390, 5, 5}}));
-        UIWindow& window = *host.window();
-        window.setSize(size);
-        window.setScale(scale);
-        const int width = static_cast<int>(window.pixelSize().width);
-        const int height = static_cast<int>(window.pixelSize().height);
-        std::vector<std::uint32_t> pixels(300 * 400);
-        window.render(pixels, 4 * width);
-        const auto rects = window.render(pixels, 4 * width, 3);
-        EXPECT_EQ(Rects(rects.begin(), rects.end()), (Rects{{0, 0, width, height}})) << scale;
-    }
 }
 
 TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
@@ -217,9 +195,7 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
                 [&] { root().bringSubviewToFront(view); },
                 [&] { root().sendSubviewToBack(view); },
                 [&] { scroll->setContentOffset(point(200), chance()); },
-                [&] {
-                    scroll->setContentSize(CGSize{part(400), part(400)});
-                },
+                [&] { scroll->setContentSize(CGRect(0, 0, part(400), part(400)).size); },
                 [&] { scroll->setContentInset(insets()); },
                 [&] { scroll->setPagingEnabled(chance()), scroll->setBounces(chance()); },
                 [&] { scroll->setShowsVerticalScrollIndicator(chance()); },
@@ -237,7 +213,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             if (buffers.size() > 1)
                 views[random() % views.size()]->setFrame(rect());
             if (std::exchange(size, window.pixelSize()) != window.pixelSize())
-                buffers.assign(buffers.size(), {});
+                for (Buffer& b : buffers) // an age may reach back to another size
+                    b.words.clear();
             const std::size_t stride = static_cast<std::size_t>(size.width) + 3;
             const std::size_t rows = stride * static_cast<std::size_t>(size.height);
             Buffer& buffer = buffers[random() % buffers.size()];
@@ -249,7 +226,8 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
             const bool changed = window.needsRender();
             EXPECT_TRUE(paint(buffer, rows - 4, age).empty());
             ASSERT_EQ(window.needsRender(), changed); // too short: refused
-            paint(buffer, rows, age);
+            for (const PixelRect& r : paint(buffer, rows, age))
+                ASSERT_TRUE(r.right() <= size.width && r.bottom() <= size.height);
             if (below(2) == 0 && !changed && age == 1)
                 --frame; // not shown
             buffer.shown = frame;

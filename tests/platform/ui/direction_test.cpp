@@ -36,21 +36,21 @@ TEST_F(DirectionTest, ReadingFromRightToLeftMirrorsSteppersAndScrollViews) {
 
 // A label draws what a label with the font that fits would draw.
 TEST_F(DirectionTest, LabelsDrawLongTextSmaller) {
-    const auto picture = [&](CGFloat minimum, CGFloat size, CGFloat width) {
+    const auto drawing = [&](CGFloat minimum, CGFloat size, CGFloat width) {
         const auto label = add<UILabel>({20, 20, width, 30});
         label->setText("opacity of text");
         label->setFont(UIFont::systemFontOfSize(size));
         label->setMinimumFontSize(minimum);
-        host.render();
+        const auto drawn = picture();
         label->removeFromSuperview();
-        return std::vector(host.pixels().begin(), host.pixels().end());
+        return drawn;
     };
     TextLayout whole;
     whole.setText("opacity of text");
     const CGFloat perPoint = whole.size().width / 17;
-    EXPECT_EQ(picture(10, 17, perPoint * 12.1), picture(0, 12, perPoint * 12.1));
-    EXPECT_EQ(picture(10, 17, perPoint * 9), picture(0, 10, perPoint * 9)); // with an ellipsis
-    EXPECT_NE(picture(0, 17, perPoint * 12.1), picture(0, 12, perPoint * 12.1));
+    EXPECT_EQ(drawing(10, 17, perPoint * 12.1), drawing(0, 12, perPoint * 12.1));
+    EXPECT_EQ(drawing(10, 17, perPoint * 9), drawing(0, 10, perPoint * 9)); // with an ellipsis
+    EXPECT_NE(drawing(0, 17, perPoint * 12.1), drawing(0, 12, perPoint * 12.1));
 }
 
 } // namespace

@@ -61,6 +61,10 @@ class UITest : public testing::Test {
         return view;
     }
 
+    std::vector<std::uint32_t> picture() {
+        host.render();
+        return {host.pixels().begin(), host.pixels().end()};
+    }
     // Renders, and returns what was out of date, from left to right.
     Rects damage() {
         const auto rects = host.render();

