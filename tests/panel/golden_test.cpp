@@ -40,7 +40,7 @@ TEST_F(PanelTest, MatchesTheReviewedPictures) {
         panel->setCCEnabled(true);
         host.window()->presentViewController(panel, false);
         host.tap(centerOf(*host.window(), "textColorPicker.4"));
-        host.advance(1); // until the press has faded
+        host.advance(2); // until the press and the indicators have faded
         host.render();
         if (std::getenv("TESMAR_UPDATE_GOLDEN")) {
             ASSERT_TRUE(host.writePNG(GOLDEN_DIRECTORY "/" + file));
