@@ -230,11 +230,15 @@ void TESMARViewController::loadView() {
 
 void TESMARViewController::viewWillAppear(bool animated) {
     UIViewController::viewWillAppear(animated);
+    if (const auto scroll = refTo(scrollView()))
+        scroll->setEdgeFadeColor(UIColor::whiteColor()); // the paper of presented controllers
     setCCStyleAttributes(TESMARConfig::sessionOrDefaultClosedCaptureStyle()->mutableCopy());
 }
 
 void TESMARViewController::viewDidAppear(bool animated) {
     UIViewController::viewDidAppear(animated);
+    if (const auto scroll = refTo(scrollView()))
+        scroll->flashScrollIndicators();
     resetAutoHideTimer();
 }
 

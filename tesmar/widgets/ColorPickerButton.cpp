@@ -6,6 +6,8 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -15,6 +17,13 @@ constexpr CGFloat kSelectionWhite = 0.831;
 // In high contrast the rim lies on the disc.
 constexpr CGFloat kStrongRimWidth = 2;
 constexpr CGFloat kStrongSelectionWhite = 0.4;
+
+// Of the brightest component. A shade cannot be seen on a darker disc, so a press brightens it.
+constexpr CGFloat kDark = 0.25;
+
+bool isDark(const UIColor& color) {
+    return std::max({color.red(), color.green(), color.blue()}) < kDark;
+}
 
 } // namespace
 
@@ -70,6 +79,7 @@ void ColorPickerButton::draw(CGRect) {
         return;
     static const auto& selection = *new const auto(UIColor::colorWithWhite(kSelectionWhite, 1));
     static const auto& pressed = *new const auto(UIColor::colorWithWhite(0, 0.25));
+    static const auto& pressedDark = *new const auto(UIColor::colorWithWhite(1, 0.35));
     static const auto& strongSelection =
         *new const auto(UIColor::colorWithWhite(kStrongSelectionWhite, 1));
     const bool isStrong = contrast_ == TESMARContrast::high;
@@ -93,9 +103,9 @@ void ColorPickerButton::draw(CGRect) {
             *context, CGRectInset(discRect(), kStrongRimWidth / 2, kStrongRimWidth / 2));
     }
 
-    // A finger covers most of the disc, so the shade that shows the press covers all of it.
+    // A finger covers most of the disc, so what shows the press covers all of it.
     if (isHighlighted()) {
-        CGContextSetFillColorWithColor(*context, *pressed);
+        CGContextSetFillColorWithColor(*context, isDark(*fill) ? *pressedDark : *pressed);
         CGContextFillEllipseInRect(*context, discRect());
     }
 }

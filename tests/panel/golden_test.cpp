@@ -40,7 +40,7 @@ TEST_F(PanelTest, MatchesTheReviewedPictures) {
         panel->setCCEnabled(true);
         host.window()->presentViewController(panel, false);
         host.tap(centerOf(*host.window(), "textColorPicker.4"));
-        host.advance(1); // until the press has faded
+        host.advance(2); // until the press and the indicators have faded
         host.render();
         if (std::getenv("TESMAR_UPDATE_GOLDEN")) {
             ASSERT_TRUE(host.writePNG(GOLDEN_DIRECTORY "/" + file));
@@ -50,6 +50,28 @@ TEST_F(PanelTest, MatchesTheReviewedPictures) {
                     golden->pixelHeight() == host.pixelHeight())
             << file;
         EXPECT_LE(differingFraction(*golden, host), kToleratedFraction) << file;
+    }
+}
+
+TEST_F(PanelTest, EverySwatchShowsAPress) {
+    HeadlessHost host({568, 320});
+    host.window()->presentViewController(make<TESMARViewController>(), false);
+    for (const char swatch : std::string("01234567")) {
+        const CGPoint at =
+            centerOf(*host.window(), (std::string("textColorPicker.") + swatch).c_str());
+        const auto pixel = [&] {
+            host.render();
+            return host.pixels()[int(at.y) * 568 + int(at.x)];
+        };
+        const auto before = pixel();
+        host.touch(UITouchPhase::began, at);
+        host.advance(0.2);
+        int difference = 0;
+        for (int shift = 0; shift < 24; shift += 8)
+            difference = std::max(
+                difference, std::abs(int(before >> shift & 255) - int(pixel() >> shift & 255)));
+        EXPECT_GT(difference, 50) << swatch;
+        host.touch(UITouchPhase::cancelled, at);
     }
 }
 

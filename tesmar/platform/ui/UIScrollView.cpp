@@ -3,11 +3,19 @@
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/ui/internal/ScrollIndicators.h"
 #include "tesmar/platform/ui/internal/ScrollTracking.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
+#include "tesmar/platform/ui/internal/scroll_fades.h"
+#include "tesmar/platform/ui/internal/weak_schedule.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace tesmar {
+namespace {
+
+constexpr double kFlash = 1; // seconds that indicators show on their own
+
+} // namespace
 
 UIScrollViewDelegate::~UIScrollViewDelegate() = default;
 
@@ -33,8 +41,7 @@ void UIScrollView::setContentSize(CGSize size) {
         return;
     indicators_->setNeedsDisplay();
     contentSize_ = size;
-    indicators_->setNeedsDisplay();
-    setNeedsLayout();
+    contentEdgesChanged();
 }
 
 void UIScrollView::setContentInset(const UIEdgeInsets& anyInset) {
@@ -43,7 +50,14 @@ void UIScrollView::setContentInset(const UIEdgeInsets& anyInset) {
         return;
     indicators_->setNeedsDisplay();
     contentInset_ = inset;
+    contentEdgesChanged();
+}
+
+// What is drawn at the edges depends on how much they hide.
+void UIScrollView::contentEdgesChanged() {
     indicators_->setNeedsDisplay();
+    if (edgeFadeColor_)
+        setNeedsDisplay();
     setNeedsLayout();
 }
 
@@ -131,7 +145,34 @@ void UIScrollView::setShowsHorizontalScrollIndicator(bool shows) {
     indicators_->setNeedsDisplay();
 }
 
+void UIScrollView::flashScrollIndicators() {
+    if (!indicators_->canBeSeen())
+        return;
+    const auto end = scheduleWeakly(*this, kFlash, [](UIScrollView& view) {
+        if (!view.isDragging() && !view.isDecelerating())
+            view.indicators_->fade();
+    });
+    NSRunLoop::mainRunLoop().cancel(std::exchange(flashTimer_, end));
+    indicators_->show();
+}
+
+// --- Edges --------------------------------------------------------------------------------------
+
+void UIScrollView::setEdgeFadeColor(const Ref<UIColor>& color) {
+    if (!equalObjects(std::exchange(edgeFadeColor_, color), color))
+        setNeedsDisplay();
+}
+
+// How far content reaches beyond each edge, in points; at most 0 where it ends.
+UIEdgeInsets UIScrollView::hiddenContent() const {
+    const OffsetRange range = offsetRange();
+    const CGPoint before = contentOffset() - range.lowest, after = range.highest - contentOffset();
+    return {before.y, before.x, after.y, after.x};
+}
+
 void UIScrollView::drawOverlay(CGRect) {
+    if (edgeFadeColor_)
+        drawEdgeFades(bounds(), hiddenContent(), *edgeFadeColor_);
     indicators_->draw();
 }
 

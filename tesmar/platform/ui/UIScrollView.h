@@ -8,6 +8,7 @@
 #include "tesmar/platform/ui/UIView.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 
 namespace tesmar {
@@ -79,6 +80,14 @@ class TESMAR_API UIScrollView : public UIView {
     bool showsHorizontalScrollIndicator() const { return showsHorizontal_; }
     void setShowsHorizontalScrollIndicator(bool shows);
 
+    // Shows the indicators of the axes that scroll for a second, then fades them.
+    void flashScrollIndicators();
+
+    // The colour of what lies below the view. Content fades into it over 16 points at each edge
+    // that hides some of it, so that it looks cut off. Null, the initial value: no fades.
+    const Ref<UIColor>& edgeFadeColor() const { return edgeFadeColor_; }
+    void setEdgeFadeColor(const Ref<UIColor>& color);
+
     // Initially true. False: fingers and throws move the content to its ends, but not past them.
     bool bounces() const { return bounces_; }
     void setBounces(bool bounces) { bounces_ = bounces; }
@@ -119,6 +128,8 @@ class TESMAR_API UIScrollView : public UIView {
         }
     };
     OffsetRange offsetRange() const;
+    UIEdgeInsets hiddenContent() const;
+    void contentEdgesChanged();
     void anchorContent();
 
     WeakRef<UIScrollViewDelegate> delegate_;
@@ -129,6 +140,8 @@ class TESMAR_API UIScrollView : public UIView {
     bool paging_ = false;
     bool showsVertical_ = true;
     bool showsHorizontal_ = true;
+    Ref<UIColor> edgeFadeColor_;
+    std::uint64_t flashTimer_ = 0; // ends a flash of the indicators; 0 before the first
     std::unique_ptr<ScrollIndicators> indicators_;
     std::unique_ptr<ScrollTracking> tracking_;
 };

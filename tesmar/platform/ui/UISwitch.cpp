@@ -19,6 +19,10 @@ constexpr double kStretch = 0.15; // seconds
 constexpr CGFloat kThumb = 27;
 constexpr CGFloat kInset = 2;
 constexpr CGFloat kStretchBy = 6;
+// The marks of the states, in the part of the track that the thumb leaves free.
+constexpr CGRect kOnMark{11, 10, 2, 11};
+constexpr CGRect kOffMark{35, 11, 9, 9};
+constexpr CGFloat kMarkWidth = 2;
 
 void setMixedFillColor(CGContext& context, const UIColor& a, const UIColor& b, double t,
                        double alpha) {
@@ -140,6 +144,13 @@ void UISwitch::draw(CGRect) {
 
     setMixedFillColor(*context, *off, *green, at, dim);
     context->fillRoundedRect({{0, 0}, kSize}, kSize.height / 2);
+
+    // I and O tell the states apart without their colours.
+    context->setRGBFillColor(1, 1, 1, at * dim);
+    context->fillRect(context->snapped(kOnMark));
+    context->setStrokeColor(*UIColor::colorWithWhite(1, (1 - at) * dim));
+    context->setLineWidth(kMarkWidth);
+    context->strokeEllipse(kOffMark);
 
     const CGFloat width = kThumb + kStretchBy * stretch_->value();
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;

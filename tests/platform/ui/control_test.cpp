@@ -285,6 +285,17 @@ TEST_F(ControlTest, StepperRepeatsWhileHeld) {
     EXPECT_FALSE(loop.nextDeadline());
 }
 
+TEST_F(ControlTest, SwitchShowsItsStateWithoutColour) {
+    const auto toggle = add<UISwitch>({100, 100, 51, 31});
+    // Of the middle row: one pixel of the free track, and one of the mark in it.
+    for (const auto& [on, track, mark] : {std::tuple{false, 139, 135}, {true, 108, 112}}) {
+        toggle->setOn(on);
+        host.render();
+        EXPECT_LT(host.pixels()[115 * 300 + track] >> 16 & 255, 160u) << on;
+        EXPECT_GT(host.pixels()[115 * 300 + mark] >> 16 & 255, 220u) << on;
+    }
+}
+
 TEST_F(ControlTest, SwitchFollowsTapsAndDrags) {
     const auto toggle = addHeard<UISwitch>({100, 100, 51, 31});
     toggle->setOn(true, true); // by code: no event

@@ -222,6 +222,32 @@ TEST_F(ScrollTest, IndicatorsDamageOnlyTheirPlaces) {
     EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
 }
 
+TEST_F(ScrollTest, FadesAtTheEdgesThatHideContent) {
+    button->setBackgroundColor(UIColor::blackColor());
+    scroll->setEdgeFadeColor(UIColor::whiteColor());
+    const std::tuple<CGSize, CGPoint, std::array<bool, 4>> cases[] = {
+        // top, left, bottom, right
+        {{400, 1000}, {0, 0}, {0, 0, 1, 1}},
+        {{400, 1000}, {90, 90}, {1, 1, 1, 1}},
+        {{400, 390}, {90, 90}, {1, 1, 0, 1}},
+        {{290, 390}, {90, 90}, {1, 1, 0, 0}},
+        {{200, 300}, {0, 0}, {0, 0, 0, 0}}};
+    for (const auto& [size, offset, faded] : cases) {
+        scroll->setContentSize(size), scroll->setContentOffset(offset, false);
+        host.render();
+        const auto lit = [&](int x, int y) { return (host.pixels()[y * 300 + x] & 255) > 128; };
+        EXPECT_EQ((std::array{lit(100, 1), lit(1, 150), lit(100, 298), lit(198, 150)}), faded);
+        EXPECT_FALSE(lit(100, 16) || lit(16, 150) || lit(100, 283) || lit(183, 150));
+    }
+    scroll->setContentSize({400, 300}), host.render(), host.advance(1); // the bar below flashes
+    scroll->flashScrollIndicators();
+    EXPECT_EQ(damage().size(), 1u);
+    host.advance(0.9);
+    EXPECT_EQ(damage().size(), 0u);
+    host.advance(1);
+    EXPECT_EQ(damage().size(), 1u);
+}
+
 TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {
     const auto wheel = [&](CGFloat y) { host.window()->wheel({100, 100}, {0, y}, host.now()); };
     host.touch(P::began, {100, 200});

@@ -15,6 +15,8 @@ class ScrollIndicators {
     // `view` owns this.
     explicit ScrollIndicators(UIScrollView& view);
 
+    // Whether an axis has an indicator, and the view is on screen.
+    bool canBeSeen() const;
     void show();
     // At once when no indicator can be seen.
     void fade();
@@ -26,7 +28,6 @@ class ScrollIndicators {
 
   private:
     CGRect rect(LayoutAxis axis) const;
-    bool canBeSeen() const;
     void damage();
 
     UIScrollView& view_;
