@@ -11,7 +11,7 @@ namespace {
 
 using Setting = std::function<void(TESMARViewController&)>;
 
-Setting appearance(std::string language, double scale = 1,
+Setting appearance(const std::string& language, double scale = 1,
                    TESMARMirroring mirroring = TESMARMirroring::controls,
                    TESMARContrast contrast = TESMARContrast::normal) {
     return [=](TESMARViewController& panel) {
@@ -149,7 +149,7 @@ TEST_F(PanelTest, EveryControlHasATargetOf44Points) {
                 seen = CGRectIntersection(seen, scroll->convertRectTo(scroll->bounds(), nullptr));
             const auto reach = [&](CGFloat dx, CGFloat dy) {
                 CGFloat far = 0;
-                while (hits(seen.center() + CGPoint(dx * far, dy * far)))
+                while (hits(seen.center() + CGPoint{dx * far, dy * far}))
                     far += 0.25;
                 return far;
             };

@@ -76,7 +76,7 @@ struct Screen {
 
 // Windows of different scales draw, in turn, what each draws alone, whichever was made last.
 TEST_F(PanelTest, WindowsOfTwoScalesAreIndependent) {
-    const auto pictures = [](std::vector<double> scales, std::size_t wanted) {
+    const auto pictures = [](const std::vector<double>& scales, std::size_t wanted) {
         std::deque<Screen> screens;
         for (const double scale : scales)
             screens.emplace_back(scale);

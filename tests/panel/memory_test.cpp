@@ -15,7 +15,7 @@ TEST_F(PanelTest, FramesAllocateNothingAfterWarmUp) {
     UIWindow& window = *host.window();
     const auto panel = make<TESMARViewController>();
     window.presentViewController(panel, false);
-    host.render();
+    host.advance(2), host.render(); // after the scroll indicators have shown and faded
     int round = 0;
     const auto at = [&](const char* name) { return centerOf(window, name); };
     const auto side = [&] { return CGPoint{round % 2 ? -24.0 : 24.0, 0}; };

@@ -21,7 +21,7 @@ constexpr CGFloat kInset = 2;
 constexpr CGFloat kStretchBy = 6;
 // The marks of the states, in the part of the track that the thumb leaves free.
 constexpr CGRect kOnMark{11, 10, 2, 11};
-constexpr CGRect kOffMark{35, 11, 9, 9};
+constexpr CGRect kOffMark{34, 10, 11, 11};
 constexpr CGFloat kMarkWidth = 2;
 
 void setMixedFillColor(CGContext& context, const UIColor& a, const UIColor& b, double t,
@@ -148,9 +148,8 @@ void UISwitch::draw(CGRect) {
     // I and O tell the states apart without their colours.
     context->setRGBFillColor(1, 1, 1, at * dim);
     context->fillRect(context->snapped(kOnMark));
-    context->setStrokeColor(*UIColor::colorWithWhite(1, (1 - at) * dim));
-    context->setLineWidth(kMarkWidth);
-    context->strokeEllipse(kOffMark);
+    context->setRGBFillColor(1, 1, 1, (1 - at) * dim);
+    context->fillRoundedFrame(kOffMark, kOffMark.size.height / 2, kMarkWidth);
 
     const CGFloat width = kThumb + kStretchBy * stretch_->value();
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;

@@ -185,7 +185,8 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
     sheet->setModalPresentationStyle(UIModalPresentationStyle::fullScreen);
     for (int i = 0; i < 9; ++i) { // three rows of three
         const auto control = make<UIControl>();
-        control->setFrame({i % 3 * 60.0, i / 3 * 30.0, 50, 25});
+        const int column = i % 3, row = i / 3;
+        control->setFrame({column * 60.0, row * 30.0, 50, 25});
         control->setAccessibilityIdentifier(std::to_string(i));
         sheet->view()->addSubview(control);
     }

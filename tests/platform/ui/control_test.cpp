@@ -183,7 +183,7 @@ TEST_F(ControlTest, AListenerMayUnsubscribeOrDestroyItsControl) {
         button = add<UIButton>({100, 100, 100, 50});
         const auto count = std::make_shared<int>(0);
         token = button->addListener(UIControlEventTouchUpInside,
-                                    [&act, count](UIControl& c) { ++*count, act(c); });
+                                    [run = act, count](UIControl& c) { ++*count, run(c); });
         host.tap({150, 120});
         host.tap({150, 120});
         host.advance(1);

@@ -109,8 +109,14 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
     const std::pair<std::function<void()>, const char*> steps[] = {
         {[&] {}, "b"},
         {[&] { dynamic_cast<UIControl&>(view("b")).setEnabled(false); }, "b"},
-        {[&] { move("b", CGPoint(120, 100)); }, "b"},
-        {[&] { move("b", CGPoint(120, 20)); }, "b"},
+        {[&] {
+             move("b", CGPoint{120, 100});
+         },
+         "b"},
+        {[&] {
+             move("b", CGPoint{120, 20});
+         },
+         "b"},
         {[&] { view("b").setHidden(true); }, "a"},
         {[&] { view("b").setHidden(false), press({K::right}); }, "b"},
         {[&] { view("b").setAlpha(0.001); }, "a"},

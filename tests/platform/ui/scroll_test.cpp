@@ -124,8 +124,14 @@ TEST_F(ScrollTest, InsetsBelongToTheContent) {
     const auto show = [&](CGFloat y) { scroll->scrollRectToVisible({0, y, 10, 10}, true); };
     const UIEdgeInsets wide{0, 0, 999, std::nan("")};
     const std::pair<std::function<void()>, CGPoint> steps[] = {
-        {[&] { scroll->setContentOffset(CGPoint(-99, -99), true); }, {-10, -20}},
-        {[&] { scroll->setContentOffset(CGPoint(999, 999), true); }, {200, 730}},
+        {[&] {
+             scroll->setContentOffset(CGPoint{-99, -99}, true);
+         },
+         {-10, -20}},
+        {[&] {
+             scroll->setContentOffset(CGPoint{999, 999}, true);
+         },
+         {200, 730}},
         {[&] { show(500); }, {-10, 480}},
         {[&] { show(760); }, {-10, 500}},
         {[&] { scroll->setContentSize(CGSize()); }, {-10, -20}},
@@ -280,7 +286,7 @@ TEST_F(ScrollTest, TreatsABurstOfWheelEventsAsOneDrag) {
 TEST_F(UITest, WheelMovesWhatScrollsNearby) {
     const auto card = make<UIViewController>();
     const auto add = [](UIView& to, CGRect frame, CGSize content) {
-        const auto s = makeWith<UIScrollView>(&UIScrollView::initWithFrame, frame);
+        auto s = makeWith<UIScrollView>(&UIScrollView::initWithFrame, frame);
         to.addSubview(s), s->setContentSize(content);
         return s;
     };
@@ -292,10 +298,10 @@ TEST_F(UITest, WheelMovesWhatScrollsNearby) {
         host.window()->wheel(over.convertPointTo(at, nullptr), delta, host.now()), host.advance(1);
         return page->contentOffset() + row->contentOffset() + strip->contentOffset();
     };
-    EXPECT_EQ(roll(*row, {20, 20}, {0, -5}), CGPoint(0, 5));
-    EXPECT_EQ(roll(*row, {20, 20}, {-5, 0}), CGPoint(5, 5));
-    EXPECT_EQ(roll(*strip, {20, 20}, {0, -5}), CGPoint(10, 5)); // up and down moves it sideways
-    EXPECT_EQ(roll(*card->view(), {20, 20}, {0, -5}), CGPoint(10, 10)); // above the page
+    EXPECT_EQ(roll(*row, {20, 20}, {0, -5}), (CGPoint{0, 5}));
+    EXPECT_EQ(roll(*row, {20, 20}, {-5, 0}), (CGPoint{5, 5}));
+    EXPECT_EQ(roll(*strip, {20, 20}, {0, -5}), (CGPoint{10, 5})); // up and down moves it sideways
+    EXPECT_EQ(roll(*card->view(), {20, 20}, {0, -5}), (CGPoint{10, 10})); // above the page
 }
 
 TEST(ScrollMotionTest, DeceleratesAndSpringsBack) {
