@@ -41,7 +41,7 @@ TEST_F(DirectionTest, LabelsDrawLongTextSmaller) {
         label->setText("opacity of text");
         label->setFont(UIFont::systemFontOfSize(size));
         label->setMinimumFontSize(minimum);
-        const auto drawn = picture();
+        auto drawn = picture();
         label->removeFromSuperview();
         return drawn;
     };
