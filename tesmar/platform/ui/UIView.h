@@ -314,7 +314,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     double alpha_ = 1;
     bool hidden_ = false;
     bool clipsToBounds_ = false;
-    std::unique_ptr<KeptPicture> picture_;
+    std::shared_ptr<KeptPicture> picture_; // shared with its own painting, which may end it
     bool userInteractionEnabled_ = true;
     std::string identifier_;
 

@@ -178,7 +178,7 @@ void UIView::setKeepsPicture(bool keeps) {
     if (!keeps)
         picture_.reset();
     else if (!picture_)
-        picture_ = std::make_unique<KeptPicture>();
+        picture_ = std::make_shared<KeptPicture>();
 }
 
 // Whether an opaque view in front hides all of these pixels.
@@ -244,12 +244,13 @@ bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
     const CGFloat scale = context.scale();
     const CGPoint origin = superOrigin + frame_.origin;
     const auto painted = [this](CGContext& picture, CGPoint at) { paintSelf(picture, at); };
-    if (!picture_->update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
-                          painted))
+    const auto picture = picture_;
+    if (!picture->update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
+                         painted))
         return false;
     const SavedState saved(context);
     context.setAlpha(alpha_);
-    picture_->draw(context, translation_);
+    picture->draw(context, translation_);
     return true;
 }
 

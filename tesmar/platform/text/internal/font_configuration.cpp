@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t kLargestFile = 1 << 20;                                     // bytes
 constexpr std::string_view kIncludeStart = "<include", kIncludeEnd = "</include"; // with a '>'
 
-// The path that fontconfig opens for a name; for null, its main file. Empty if there is none.
+// The path that fontconfig opens for a name; for null, its main file. Empty if it finds no file.
 std::string fileNamed(const char* name) {
     const FcConfigPtr config(FcConfigCreate()); // else the process's one would be loaded
     FcChar8* const found =

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <new>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -59,14 +60,20 @@ bool KeptPicture::update(CGPoint origin, const PixelRect& extent, CGFloat scale,
     CGContext context(pixels_.data(), extent_.width, extent_.height, stride(), scale);
     const CurrentContext current(context);
     const CGPoint corner{extent_.x / scale, extent_.y / scale};
-    for (const PixelRect& rect : damage_.rects()) {
+    // Damage that is reported during painting belongs to the next frame.
+    const DamageRegion painted = std::exchange(damage_, {});
+    for (const PixelRect& rect : painted.rects()) {
         context.saveGState();
         context.clipToPixels(rect);
         context.clearPixels(rect);
-        paint(context, origin - corner);
+        try {
+            paint(context, origin - corner);
+        } catch (...) {
+            pixels_.clear();
+            throw;
+        }
         context.restoreGState();
     }
-    damage_.clear();
     return true;
 }
 

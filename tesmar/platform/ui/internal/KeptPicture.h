@@ -20,7 +20,7 @@ class KeptPicture {
     void clear() { pixels_.clear(); }
     // Paints what is out of date of a view at `origin`, in points, that covers `extent` of the
     // surface; everything if one of the numbers has changed. Returns false when the allocation of
-    // the pixels fails. When `paint` throws, the same pixels stay out of date.
+    // the pixels fails. When `paint` throws, everything is out of date.
     bool update(CGPoint origin, const PixelRect& extent, CGFloat scale, const Paint& paint);
     // Moved by `translation`, in points, rounded to device pixels.
     void draw(CGContext& context, CGPoint translation) const;

@@ -8,8 +8,8 @@
 namespace tesmar {
 namespace {
 
-// The function of a module beside this library; null when there is none. Modules stay loaded only
-// if they ask for it themselves.
+// The function of a module beside this library; null when the module or its function is missing.
+// Modules stay loaded only if they ask for it themselves.
 class Module {
   public:
     explicit Module(const char* file) : handle_(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}

@@ -36,7 +36,7 @@ class AccessibleTree {
     // `path`, the way to the view by indices of subviews, identifies views without an identifier.
     void addDialog(UIView& container, UIViewController& controller, const std::string& path,
                    Elements& to);
-    // Appends the element of `view`, or, if it is none itself, those of its subviews.
+    // Appends the element of `view`, or those of its subviews if it has no element.
     void add(UIView& view, const Context& context, const std::string& path, Elements& to);
     void addSubviews(UIView& view, const Context& context, const std::string& path, Elements& to);
     std::string uniqueIdentifier(const std::string& own, const std::string& path);
