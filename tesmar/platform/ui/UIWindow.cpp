@@ -355,6 +355,7 @@ std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int
             throw;
         }
         history_->add(changed);
+        presentations_->noteFrame();
     }
     *repainted_ = painted;
     return repainted_->rects();

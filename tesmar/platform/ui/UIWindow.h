@@ -64,7 +64,8 @@ class TESMAR_API UIWindow : public UIView {
     void setSafeAreaInsets(UIEdgeInsets insets);
     // The area of the host's captions in window coordinates, which cards keep clear of where there
     // is room. std::nullopt (initially) or an empty rectangle: no captions. Takes effect when no
-    // finger is down, so that no control moves away from under one.
+    // finger is down, so that no control moves away from under one. A card that has been shown
+    // keeps its upper edge where that leaves enough room, and moves the rest within 0.2 seconds.
     std::optional<CGRect> captionArea() const { return captionArea_; }
     void setCaptionArea(std::optional<CGRect> area);
     // Initially ignored. With OutsideTap::dismisses, the window handles a touch outside all cards
