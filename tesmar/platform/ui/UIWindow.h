@@ -49,7 +49,7 @@ class TESMAR_API UIWindow : public UIView {
   public:
     // `size` in points, clamped to 0 to 65,535; `scale` in pixels per point, clamped to 0.1 to 16
     // (one that is NaN, or not positive, becomes 1). A scale that would make a side of the surface
-    // longer than 32,767 pixels is lowered to fit.
+    // longer than 32,767 pixels is lowered to fit, until the size allows it again.
     static Ref<UIWindow> windowWithSize(CGSize size, CGFloat scale = 1);
 
     UIWindow();
@@ -186,6 +186,7 @@ class TESMAR_API UIWindow : public UIView {
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
+    CGFloat wantedScale_ = 1; // as it was set
     UIEdgeInsets safeArea_;
     std::optional<CGRect> captionArea_;
     std::optional<CGRect> avoidedArea_;

@@ -213,6 +213,28 @@ TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
+TEST_F(UITest, LayoutIsNotEnteredAgain) {
+    struct Restless : UIView {
+        void layoutSubviews() override {
+            if (++count < 100)
+                setNeedsLayout(), layoutIfNeeded();
+        }
+        int count = 0;
+    };
+    const auto view = make<Restless>();
+    view->layoutIfNeeded();
+    EXPECT_GT(view->count, 1);
+    EXPECT_LT(view->count, 20);
+}
+
+TEST_F(UITest, AHugeWindowLowersItsScaleForAWhile) {
+    host.window()->setScale(3);
+    for (const auto& [width, scale] : {std::pair(32767.0, 1.0), std::pair(200.0, 3.0)}) {
+        host.window()->setSize({width, 100});
+        EXPECT_EQ(host.window()->scale(), scale) << width;
+    }
+}
+
 TEST_F(UITest, CardsFollowADragDown) {
     const auto c = make<Controller>();
     c->name = "c.", c->preferredSize = CGSize{280, 200}, Controller::log = "";
