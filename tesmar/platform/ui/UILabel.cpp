@@ -154,17 +154,22 @@ std::optional<CGFloat> UILabel::layoutBaselineBelowCenter() const {
     return (font_->ascender() + font_->descender()) / 2;
 }
 
+// Before its first layout a label has no width.
+bool UILabel::hasVisibleText() const {
+    return !text_.empty() && frame().size.width > 0;
+}
+
 // The text is centred vertically, even when it is taller than the label.
 void UILabel::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
-    if (!context || text_.empty())
+    if (!context || !hasVisibleText())
         return;
     TextLayout& layout = fittedLayout();
     layout.draw(*context, {0, (frame().size.height - layout.size().height) / 2}, *textColor_);
 }
 
 UIEdgeInsets UILabel::drawingOverflow() const {
-    if (text_.empty())
+    if (!hasVisibleText())
         return {};
     TextLayout& layout = fittedLayout();
     const CGSize size = frame().size;

@@ -67,6 +67,7 @@ class TESMAR_API UILabel : public UIView {
     TextLayout& currentLayout() const;
     // The layout for drawing, in the present width.
     TextLayout& fittedLayout() const;
+    bool hasVisibleText() const;
     template <class T>
     void change(T& property, T value);
 
