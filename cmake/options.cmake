@@ -37,6 +37,7 @@ endif()
 get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUTE)
 
 include(${CMAKE_CURRENT_LIST_DIR}/layers.cmake)
+set(TESMAR_MODULES_DIR ${PROJECT_BINARY_DIR})
 
 # The library runs in other people's processes, on bytes from outside.
 include(CheckCXXCompilerFlag)

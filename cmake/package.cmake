@@ -19,24 +19,20 @@ add_library(tesmar::tesmar ALIAS tesmar)
 # Uses the shared library; linking its own archive would bring the layers in twice.
 add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
 target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2 ${CMAKE_DL_LIBS})
-# The core library is installed beside it, its modules in a directory of this version.
-set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl
-                      BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
+set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
 add_library(tesmar::sdl ALIAS tesmar_sdl)
 
-# Loaded by the SDL host from its own directory or, once installed, that of the version.
 get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
-if(modules)
-  set_target_properties(${modules} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR})
-  add_dependencies(tesmar_sdl ${modules})
-  install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
-endif()
+add_dependencies(tesmar_sdl ${modules})
+install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
 
 set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${compatible} LINKER_LANGUAGE CXX)
+    VERSION ${PROJECT_VERSION} SOVERSION ${compatible} LINKER_LANGUAGE CXX
+    # One library is installed beside the other, and their modules in a directory of this version.
+    BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

@@ -10,6 +10,7 @@ function(tesmar_test name)
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE ${TEST_USES} GTest::gtest GTest::gtest_main)
   tesmar_warnings(${name})
+  set_target_properties(${name} PROPERTIES BUILD_RPATH ${TESMAR_MODULES_DIR})
   if(TEST_SOAK)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_LIST ${name}_SOAK
                          TEST_FILTER ${TEST_SOAK} PROPERTIES LABELS soak)

@@ -5,6 +5,8 @@
 #include "tesmar/platform/foundation/runtime.h"
 
 #include <glib.h>
+
+#include <algorithm>
 #include <limits>
 #include <memory>
 
@@ -24,6 +26,10 @@ GText folded(std::string_view text) {
     return GText(g_utf8_casefold(text.data(), static_cast<gssize>(text.size())));
 }
 
+bool isASCII(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 // glib stops at a NUL, and expects valid UTF-8.
 bool isAcceptedByGlib(std::string_view text) {
     return text.find('\0') == std::string_view::npos && isValidUtf8(text);
@@ -34,6 +40,8 @@ bool isAcceptedByGlib(std::string_view text) {
 bool stringsAreEqual(std::string_view a, std::string_view b) {
     if (a == b)
         return true;
+    if (isASCII(a) && isASCII(b)) // composing would not change them
+        return false;
     if (!isAcceptedByGlib(a) || !isAcceptedByGlib(b))
         return false;
     return std::string_view(composed(a).get()) == composed(b).get();

@@ -20,7 +20,7 @@ CGFloat validSize(CGFloat size, CGFloat fallback) {
 
 FaceMetrics metricsOf(const FontFace& face) {
     const auto lock = lockShaping();
-    return face.shaper.metrics(face);
+    return face.typesetter.metrics(face);
 }
 
 } // namespace

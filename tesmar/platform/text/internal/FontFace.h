@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tesmar/platform/text/FontRegistry.h"
-#include "tesmar/platform/text/internal/shaping.h"
+#include "tesmar/platform/text/internal/FaceTypesetter.h"
 
 #include <memory>
 #include <string>
@@ -19,7 +19,7 @@ struct FontFace {
     std::string family; // the one that lists the face; the file may name another
     FontRegistry::Source source;
 
-    mutable Shaper shaper; // guarded by the shaping lock
+    mutable FaceTypesetter typesetter; // guarded by the shaping lock
 };
 
 using FontFaceRef = std::shared_ptr<const FontFace>;

@@ -3,37 +3,13 @@
 #include <hb-ot.h>
 
 #include <algorithm>
-#include <array>
 
 namespace tesmar {
-namespace {
-
-void addCharacters(PangoCoverage* coverage, const FcCharSet* characters) {
-    std::array<FcChar32, FC_CHARSET_MAP_SIZE> page;
-    FcChar32 next;
-    for (FcChar32 start = FcCharSetFirstPage(characters, page.data(), &next);
-         start != FC_CHARSET_DONE; start = FcCharSetNextPage(characters, page.data(), &next))
-        for (FcChar32 i = 0; i < 32 * page.size(); ++i)
-            if (page[i / 32] >> (i % 32) & 1)
-                pango_coverage_set(coverage, static_cast<int>(start + i), PANGO_COVERAGE_EXACT);
-}
-
-void addCharacters(PangoCoverage* coverage, hb_face_t* face) {
-    hb_set_t* const characters = hb_set_create();
-    hb_face_collect_unicodes(face, characters);
-    for (hb_codepoint_t c = HB_SET_VALUE_INVALID; hb_set_next(characters, &c);)
-        pango_coverage_set(coverage, static_cast<int>(c), PANGO_COVERAGE_EXACT);
-    hb_set_destroy(characters);
-}
-
-} // namespace
 
 FontFile::FontFile(std::string path, int index, FcCharSet* characters)
     : path_(std::move(path)), index_(index), characters_(FcCharSetCopy(characters)) {}
 
 FontFile::~FontFile() {
-    if (coverage_)
-        g_object_unref(coverage_);
     hb_font_destroy(font_);
     if (characters_)
         FcCharSetDestroy(characters_);
@@ -70,17 +46,6 @@ hb_font_extents_t FontFile::extents() {
 bool FontFile::isColored() {
     hb_face_t* const face = hb_font_get_face(font());
     return hb_ot_color_has_png(face) || hb_ot_color_has_layers(face);
-}
-
-PangoCoverage* FontFile::coverage() {
-    if (!coverage_) {
-        coverage_ = pango_coverage_new();
-        if (characters_)
-            addCharacters(coverage_, characters_);
-        else
-            addCharacters(coverage_, hb_font_get_face(font()));
-    }
-    return coverage_;
 }
 
 } // namespace tesmar

@@ -4,7 +4,6 @@
 
 #include <fontconfig/fontconfig.h>
 #include <hb.h>
-#include <pango/pango.h>
 
 #include <memory>
 #include <string>
@@ -16,7 +15,7 @@ class FontFile {
     // `index` is fontconfig's: the number of the face in the file, and above bit 15 the named
     // instance of a variable font.
     FontFile(std::string path, int index) : path_(std::move(path)), index_(index) {}
-    // `characters` are those that the face is known to have: coverage() then need not load the
+    // `characters` are those that the face is known to have: they then need not be read from the
     // file. The set is shared, not copied.
     FontFile(std::string path, int index, FcCharSet* characters);
     ~FontFile();
@@ -31,15 +30,16 @@ class FontFile {
     hb_font_extents_t extents();
     // Whether some of its glyphs have colours of their own, as emoji do.
     bool isColored();
-    // The characters of the face; owned by this object.
-    PangoCoverage* coverage();
+    // Null if they are not known. Owned by this object.
+    const FcCharSet* characters() const { return characters_; }
+    // The same as the typesetter for complex text has them; it alone makes and reads this.
+    std::shared_ptr<void> coverage;
 
   private:
     std::string path_;
     int index_;
     FcCharSet* characters_ = nullptr;
     hb_font_t* font_ = nullptr;
-    PangoCoverage* coverage_ = nullptr;
 };
 
 using FontFileRef = std::shared_ptr<FontFile>;

@@ -3,15 +3,6 @@
 #include <algorithm>
 
 namespace tesmar {
-namespace {
-
-bool isLeftToRight(const ShapedText& text) {
-    const auto* const line =
-        text.layout ? pango_layout_get_line_readonly(text.layout.get(), 0) : nullptr;
-    return line && line->resolved_dir == PANGO_DIRECTION_LTR;
-}
-
-} // namespace
 
 ShapedTextCache& ShapedTextCache::shared() {
     static auto* cache = new ShapedTextCache;
@@ -30,7 +21,7 @@ ShapedTextRef ShapedTextCache::find(const ShapingRequest& request) {
         unlimited.width.reset();
         found = std::ranges::find_if(entries_, [&](const Entry& e) {
             return e.request == unlimited && e.text->size.width <= *request.width &&
-                   isLeftToRight(*e.text);
+                   e.text->isLeftToRight;
         });
     }
     if (found == entries_.end())

@@ -5,7 +5,6 @@
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/text/TextLayout.h"
 #include "tesmar/platform/text/internal/FontFace.h"
-#include "tesmar/platform/text/internal/shaping.h"
 
 #include <cstdint>
 #include <memory>
@@ -17,13 +16,13 @@ namespace tesmar {
 
 // Lengths are in points.
 struct ShapedText {
-    GObjectPtr<PangoLayout> layout; // null on a machine without fonts
+    std::vector<TypesetLine> lines; // none on a machine without fonts
     std::int32_t id = 0;            // unique, for keys of cached surfaces
     CGSize size;
     double baseline = 0;             // of the first line, from the top
     CGRect ink;                      // relative to the top left corner
-    int lineCount = 0;               // of the lines that are shown
     std::optional<double> clipWidth; // what is drawn beyond it is cut off
+    bool isLeftToRight = true;       // the first line
     bool isTruncated = false;
     bool isColored = false; // some of its fonts have coloured glyphs
 };

@@ -2,10 +2,10 @@
 
 #include "tesmar/platform/graphics/internal/CGContextImpl.h"
 #include "tesmar/platform/graphics/internal/png.h"
-#include "tesmar/platform/text/internal/FontFileMap.h"
 
 #include <hb-ot.h>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -159,7 +159,7 @@ struct Painter {
 
     // In font units, with the glyph's origin at that of `cr`.
     void drawGlyph(FontFile& file, hb_codepoint_t glyph);
-    void drawRun(const PangoLayoutRun& run, double x, double baseline);
+    void drawRun(const GlyphRun& run);
 };
 
 void Painter::drawGlyph(FontFile& file, hb_codepoint_t glyph) {
@@ -173,53 +173,55 @@ void Painter::drawGlyph(FontFile& file, hb_codepoint_t glyph) {
         addOutline(cr, font, glyph);
 }
 
-void Painter::drawRun(const PangoLayoutRun& run, double x, double baseline) {
-    PangoFont* const font = run.item->analysis.font;
-    FontFile& file = fileOf(font);
-    const double unit = pointSizeOf(font) / file.unitsPerEm();
-    for (int i = 0; i < run.glyphs->num_glyphs; ++i) {
-        const PangoGlyphInfo& info = run.glyphs->glyphs[i];
-        const hb_codepoint_t glyph = glyphIndex(info.glyph);
-        if (info.glyph != PANGO_GLYPH_EMPTY) {
-            cairo_save(cr);
-            cairo_translate(cr, x + pango_units_to_double(info.geometry.x_offset),
-                            baseline + pango_units_to_double(info.geometry.y_offset));
-            cairo_scale(cr, unit, -unit); // in fonts, y grows upwards
-            drawGlyph(file, glyph);
-            cairo_restore(cr);
-        }
-        x += pango_units_to_double(info.geometry.width);
+void Painter::drawRun(const GlyphRun& run) {
+    const double unit = run.pointSize / run.file->unitsPerEm();
+    for (const PlacedGlyph& placed : run.glyphs) {
+        cairo_save(cr);
+        cairo_translate(cr, placed.origin.x, placed.origin.y);
+        cairo_scale(cr, unit, -unit); // in fonts, y grows upwards
+        drawGlyph(*run.file, placed.glyph);
+        cairo_restore(cr);
     }
     // One fill for the whole run, or glyphs that touch would have a seam between them.
     cairo_fill(cr);
 }
 
-} // namespace
-
-bool hasColoredGlyphs(PangoLayout* layout) {
-    for (GSList* l = pango_layout_get_lines_readonly(layout); l; l = l->next)
-        for (GSList* r = static_cast<PangoLayoutLine*>(l->data)->runs; r; r = r->next)
-            if (fileOf(static_cast<PangoLayoutRun*>(r->data)->item->analysis.font).isColored())
-                return true;
-    return false;
+CGRect inkOf(const GlyphRun& run) {
+    const double unit = run.pointSize / run.file->unitsPerEm();
+    CGRect ink;
+    for (const PlacedGlyph& placed : run.glyphs) {
+        hb_glyph_extents_t box{};
+        hb_font_get_glyph_extents(run.file->font(), placed.glyph, &box);
+        if (box.width != 0 && box.height != 0)
+            ink = CGRectUnion(ink, {placed.origin.x + box.x_bearing * unit,
+                                    placed.origin.y - box.y_bearing * unit, box.width * unit,
+                                    -box.height * unit});
+    }
+    return ink;
 }
 
-void drawGlyphs(cairo_t* cr, PangoLayout* layout, int lineCount, Glyphs glyphs) {
+} // namespace
+
+bool hasColoredGlyphs(const std::vector<TypesetLine>& lines) {
+    return std::ranges::any_of(lines, [](const TypesetLine& line) {
+        return std::ranges::any_of(line.runs,
+                                   [](const GlyphRun& run) { return run.file->isColored(); });
+    });
+}
+
+CGRect inkOf(const std::vector<TypesetLine>& lines) {
+    CGRect ink;
+    for (const TypesetLine& line : lines)
+        for (const GlyphRun& run : line.runs)
+            ink = CGRectUnion(ink, inkOf(run));
+    return ink;
+}
+
+void drawGlyphs(cairo_t* cr, const std::vector<TypesetLine>& lines, Glyphs glyphs) {
     Painter painter{cr, glyphs, {}};
-    PangoLayoutIter* const iterator = pango_layout_get_iter(layout);
-    do {
-        const PangoLayoutRun* const run = pango_layout_iter_get_run_readonly(iterator);
-        if (!run) { // at the end of a line
-            if (--lineCount == 0)
-                break;
-            continue;
-        }
-        PangoRectangle box;
-        pango_layout_iter_get_run_extents(iterator, nullptr, &box);
-        painter.drawRun(*run, pango_units_to_double(box.x),
-                        pango_units_to_double(pango_layout_iter_get_baseline(iterator)));
-    } while (pango_layout_iter_next_run(iterator));
-    pango_layout_iter_free(iterator);
+    for (const TypesetLine& line : lines)
+        for (const GlyphRun& run : line.runs)
+            painter.drawRun(run);
 }
 
 } // namespace tesmar

@@ -1,6 +1,6 @@
-#include "tesmar/platform/text/internal/FontFileMap.h"
+#include "tesmar/platform/text/internal/pango/FontFileMap.h"
 
-#include "tesmar/platform/text/internal/fallback_fonts.h"
+#include "tesmar/platform/text/internal/pango/coverage.h"
 
 #include <cmath>
 #include <cstdint>
@@ -50,10 +50,6 @@ GObjectPtr<Base> makeObject(GType type) {
     return GObjectPtr<Base>(static_cast<Base*>(g_object_new(type, nullptr)));
 }
 
-int pangoUnits(double points) {
-    return static_cast<int>(std::lround(points * PANGO_SCALE));
-}
-
 // ---- Font: a file at a size ----
 
 struct FontValue {
@@ -62,7 +58,7 @@ struct FontValue {
     PangoFontMap* map = nullptr; // not owned: a layout owns its context, which owns the map
 
     int length(double fontUnits) const {
-        return pangoUnits(fontUnits * points / file->unitsPerEm());
+        return typesettingUnits(fontUnits * points / file->unitsPerEm());
     }
 };
 using FontObject = Instance<PangoFont, FontValue>;
@@ -84,7 +80,7 @@ PangoFontMetrics* fontMetrics(PangoFont* font, PangoLanguage*) {
     metrics->descent = value.length(-extents.descender);
     metrics->height = metrics->ascent + metrics->descent;
     metrics->approximate_char_width = metrics->approximate_digit_width =
-        pangoUnits(value.points / 2);
+        typesettingUnits(value.points / 2);
     return metrics;
 }
 
@@ -115,12 +111,12 @@ void fillInFont(PangoFontClass* type) {
     type->get_glyph_extents = glyphExtents;
     type->get_font_map = [](PangoFont* font) { return FontObject::of(font).map; };
     type->get_coverage = [](PangoFont* font, PangoLanguage*) {
-        return static_cast<PangoCoverage*>(g_object_ref(FontObject::of(font).file->coverage()));
+        return static_cast<PangoCoverage*>(g_object_ref(coverageOf(*FontObject::of(font).file)));
     };
     type->create_hb_font = [](PangoFont* font) {
         const FontValue& value = FontObject::of(font);
         hb_font_t* const sized = hb_font_create_sub_font(value.file->font());
-        hb_font_set_scale(sized, pangoUnits(value.points), pangoUnits(value.points));
+        hb_font_set_scale(sized, typesettingUnits(value.points), typesettingUnits(value.points));
         return sized;
     };
 }
@@ -180,7 +176,7 @@ void fillInSet(PangoFontsetClass* type) {
 
 struct MapValue {
     FontFileRef face;
-    Fallback fallback = Fallback::none;
+    FallbackFonts fallbackFonts = nullptr;
 };
 using MapObject = Instance<PangoFontMap, MapValue>;
 
@@ -200,9 +196,9 @@ PangoFontset* loadSet(PangoFontMap* map, PangoContext*, const PangoFontDescripti
     auto set = makeObject<PangoFontset>(type);
     SetValue& made = SetObject::of(set.get());
     made.face = value.face;
-    if (value.fallback == Fallback::installedFonts)
-        made.fallback = &fallbackFonts(pango_font_description_get_family(description),
-                                       language ? pango_language_to_string(language) : "");
+    if (value.fallbackFonts)
+        made.fallback = &value.fallbackFonts(pango_font_description_get_family(description),
+                                             language ? pango_language_to_string(language) : "");
     made.points = pointSize(description);
     made.map = map;
     made.language = language;
@@ -221,16 +217,16 @@ void fillInMap(PangoFontMapClass* type) {
 
 } // namespace
 
-GObjectPtr<PangoFontMap> makeFontFileMap(FontFileRef face, Fallback fallback) {
+GObjectPtr<PangoFontMap> makeFontFileMap(FontFileRef face, FallbackFonts fallbackFonts) {
     static const GType type = makeType<PangoFontMap, PangoFontMapClass, MapValue>(
         PANGO_TYPE_FONT_MAP, "FileFontMap", fillInMap);
     auto map = makeObject<PangoFontMap>(type);
-    MapObject::of(map.get()) = {std::move(face), fallback};
+    MapObject::of(map.get()) = {std::move(face), fallbackFonts};
     return map;
 }
 
-FontFile& fileOf(PangoFont* font) {
-    return *FontObject::of(font).file;
+const FontFileRef& fileOf(PangoFont* font) {
+    return FontObject::of(font).file;
 }
 
 double pointSizeOf(PangoFont* font) {

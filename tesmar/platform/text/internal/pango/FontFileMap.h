@@ -4,19 +4,20 @@
 // lock.
 #pragma once
 
-#include "tesmar/platform/text/internal/FontFile.h"
-#include "tesmar/platform/text/internal/gobject_ptr.h"
+#include "tesmar/platform/text/internal/ComplexText.h"
+#include "tesmar/platform/text/internal/pango/gobject_ptr.h"
+
+#include <pango/pango.h>
 
 namespace tesmar {
 
-enum class Fallback { none, installedFonts };
-
 // A map that ignores the family and style of a description: it has only `face`, at the size of the
-// description. With Fallback::installedFonts, these follow for the characters that `face` lacks.
-GObjectPtr<PangoFontMap> makeFontFileMap(FontFileRef face, Fallback fallback);
+// description. Unless `fallbackFonts` is null, its fonts follow for the characters that `face`
+// lacks.
+GObjectPtr<PangoFontMap> makeFontFileMap(FontFileRef face, FallbackFonts fallbackFonts);
 
 // The file and the size, in points, of a font from such a map.
-FontFile& fileOf(PangoFont* font);
+const FontFileRef& fileOf(PangoFont* font);
 double pointSizeOf(PangoFont* font);
 
 // The font's glyph; for a character that no font has, 0: the font's sign for a missing character.

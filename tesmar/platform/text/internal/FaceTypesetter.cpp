@@ -1,0 +1,65 @@
+#include "tesmar/platform/text/internal/FaceTypesetter.h"
+
+#include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/text/internal/FontFace.h"
+#include "tesmar/platform/text/internal/fallback_fonts.h"
+#include "tesmar/platform/text/internal/plain_text.h"
+
+#include <dlfcn.h>
+
+namespace tesmar {
+namespace {
+
+// Null if the module is missing.
+MakeComplexText loadComplexText() {
+    void* const module = dlopen(kComplexTextModule, RTLD_NOW | RTLD_LOCAL);
+    if (!module) {
+        diagnostic(std::string("text is not wrapped, truncated or reordered: ") + dlerror());
+        return nullptr;
+    }
+    return reinterpret_cast<MakeComplexText>(dlsym(module, kMakeComplexText));
+}
+
+} // namespace
+
+std::unique_lock<std::recursive_mutex> lockShaping() {
+    static auto* const mutex = new std::recursive_mutex; // never destroyed
+    return std::unique_lock(*mutex);
+}
+
+FaceTypesetter::~FaceTypesetter() {
+    const auto lock = lockShaping();
+    complex_.reset();
+    file_.reset();
+}
+
+const FontFileRef& FaceTypesetter::file(const FontFace& face) {
+    if (!file_)
+        file_ = std::make_shared<FontFile>(face.source.file, face.source.index);
+    return file_;
+}
+
+TypesetText FaceTypesetter::typeset(const FontFace& face, const TypesettingRequest& request) {
+    if (face.source.file.empty())
+        return {};
+    const FontFileRef& file = this->file(face);
+    if (auto plain = typesetPlainText(file, request))
+        return *std::move(plain);
+    static const MakeComplexText make = loadComplexText();
+    if (!make)
+        return typesetAsPlainText(file, request);
+    if (!complex_)
+        complex_.reset(make(file, &fallbackFonts));
+    return complex_->typeset(request);
+}
+
+FaceMetrics FaceTypesetter::metrics(const FontFace& face) {
+    if (face.source.file.empty())
+        return {};
+    FontFile& file = *this->file(face);
+    const hb_font_extents_t extents = file.extents();
+    const double size = file.unitsPerEm();
+    return {extents.ascender / size, extents.descender / size};
+}
+
+} // namespace tesmar
