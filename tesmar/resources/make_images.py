@@ -21,20 +21,15 @@ def bar(context, x, y, width, height, colour=BLACK):
     context.fill()
 
 
-# In points. Half of a stepper is 47 by 29 points, so its image must have an odd size to be centred
-# on whole pixels, but a glyph with a two-point bar in its middle must have an even one. The glyph is
-# therefore drawn half a point right of and below the middle, which is not noticeable, whereas a
-# blurred edge is.
-GLYPH = 14
-
-
+# Without antialiasing, so that the bars are drawn sharply at every scale; and symmetrical, so that
+# they have the same thickness then.
 def minus(context, width, height):
-    bar(context, width - GLYPH, height - GLYPH / 2 - 1, GLYPH, 2)
+    bar(context, 0, height / 2 - 1, width, 2)
 
 
 def plus(context, width, height):
     minus(context, width, height)
-    bar(context, width - GLYPH / 2 - 1, height - GLYPH, 2, GLYPH)
+    bar(context, width / 2 - 1, 0, 2, height)
 
 
 def pipe(context, width, height):
@@ -63,8 +58,8 @@ def chevron_right(context, width, height):
 
 # The stepper's images are small because up to 15 points at its left may be clipped.
 IMAGES = {  # file name: width and height in points, drawing function
-    "stepper-up": (15, 15, plus),
-    "stepper-down": (15, 15, minus),
+    "stepper-up": (14, 14, plus),
+    "stepper-down": (14, 14, minus),
     "stepper-pipe": (1, 29, pipe),
     "chevron-left": (12, 20, chevron_left),
     "chevron-right": (12, 20, chevron_right),

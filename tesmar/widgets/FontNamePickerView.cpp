@@ -16,6 +16,9 @@ constexpr CGFloat kNameSize = 12;
 // As in the interface file, in points: the view, and the name in it.
 constexpr CGFloat kWidth = 172;
 constexpr CGFloat kNameWidth = 104;
+// The view is higher than the steppers beside it, whose lower edges are on its own. The names and
+// the chevrons stay on the middle line of the steppers.
+constexpr CGFloat kAboveSteppers = 2;
 
 template <class T>
 Ref<T> connected(const WeakRef<T>& outlet, const char* name) {
@@ -64,6 +67,8 @@ void FontNamePickerView::awakeFromNib() {
         ->addTarget(self, Selector("prevFont"), UIControlEventTouchUpInside);
     connected(nextButton_, "nextButton")
         ->addTarget(self, Selector("nextFont"), UIControlEventTouchUpInside);
+    for (const auto& button : {prevButton(), nextButton()})
+        button->setContentEdgeInsets({kAboveSteppers, 0, 0, 0});
     updateLabelText();
 }
 
@@ -166,6 +171,7 @@ void FontNamePickerView::updateLabelText() {
     const auto label = connected(fontNameLabel_, "fontNameLabel");
     label->setText(stringsAreEqual(name, UIFont::systemFontFamily()) ? systemFontText_ : name);
     label->setFont(UIFont::fontWithName(name, kNameSize * textScale_));
+    label->setBaselineFont(UIFont::systemFontOfSize(kNameSize * textScale_));
 }
 
 } // namespace tesmar

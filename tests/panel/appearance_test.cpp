@@ -22,11 +22,13 @@ Setting appearance(const std::string& language, double scale = 1,
     };
 }
 
+using Greys = std::vector<std::vector<int>>;
+
 // A presented panel with all of its controls enabled.
 struct Shown {
     explicit Shown(
-        CGSize size, const Setting& before = [](auto&) {})
-        : host(size) {
+        CGSize size, const Setting& before = [](auto&) {}, CGFloat scale = 1)
+        : host(size, scale) {
         before(*panel);
         host.window()->presentViewController(panel, false);
         const auto style = panel->CCStyleAttributes();
@@ -38,6 +40,19 @@ struct Shown {
     std::vector<std::uint32_t> pixels() {
         host.render();
         return {host.pixels().begin(), host.pixels().end()};
+    }
+    UIView& view(const char* id) { return *host.window()->viewWithIdentifier(id); }
+    // Rows of the grey levels of `r`, in the coordinates of the view.
+    Greys greys(const UIView& view, CGRect r) {
+        const auto all = pixels();
+        const PixelRect at =
+            snappedToPixels(view.convertRectTo(r, nullptr), host.window()->scale());
+        Greys rows(std::size_t(at.height));
+        for (std::size_t y = 0; y < rows.size(); ++y)
+            for (int x = at.x; x < at.right(); ++x)
+                rows[y].push_back(
+                    all[(at.y + y) * std::size_t(host.pixelWidth()) + std::size_t(x)] & 255);
+        return rows;
     }
     HeadlessHost host;
     const Ref<TESMARViewController> panel = make<TESMARViewController>();
@@ -191,6 +206,69 @@ TEST_F(PanelTest, HighContrastHasRimsAndLines) {
     for (const CGFloat x : {5, 6})
         EXPECT_LT(luminance(at("textColorPicker.2", x, 25)), 0.01) << x; // white
     EXPECT_GT(luminance(at("textColorPicker.2", 7, 25)), 0.9);
+}
+
+// The rows from the first to the last with at least so many dark pixels.
+struct Extent {
+    Extent(const Greys& rows, int least = 1) {
+        for (std::size_t y = 0; y < rows.size(); ++y)
+            if (std::ranges::count_if(rows[y], [](int grey) { return grey < 100; }) >= least) {
+                first = size ? first : int(y);
+                size = int(y) + 1 - first;
+            }
+    }
+    double middle() const { return first + size / 2.0; }
+    int first = 0, size = 0;
+};
+
+Greys turned(const Greys& rows) {
+    Greys columns(rows.front().size());
+    for (const auto& row : rows)
+        for (std::size_t x = 0; x < row.size(); ++x)
+            columns[x].push_back(row[x]);
+    return columns;
+}
+
+TEST_F(PanelTest, GlyphsAreSharpAndOnOneLineAtEveryScale) {
+    for (int quarters = 4; quarters <= 16; ++quarters) {
+        const CGFloat scale = quarters / 4.0;
+        Shown shown(
+            {568, 420}, [](auto&) {}, scale);
+        shown.host.advance(2); // until the indicators have faded
+        UIView& size = shown.view("fontPicker.size");
+        const Greys plus = shown.greys(size, {49, -2, 43, 31}); // in the height of a chevron
+        for (const auto& row : plus)
+            EXPECT_EQ(std::ranges::count(row, 0) + std::ranges::count(row, 255), row.size());
+        const Extent down(plus), across(turned(plus));
+        const Extent bar(plus, across.size), post(turned(plus), down.size);
+        EXPECT_EQ(down.size, across.size) << scale;
+        EXPECT_EQ(bar.size, post.size) << scale;
+        EXPECT_NEAR(bar.size, 2 * scale, 0.5) << scale;
+        EXPECT_EQ(bar.middle(), down.middle()) << scale;
+        EXPECT_EQ(post.middle(), across.middle()) << scale;
+        EXPECT_NEAR(across.middle(), double(plus.front().size()) / 2, 0.5) << scale;
+        for (const char* const id : {"fontPicker.prev", "fontPicker.next"}) {
+            UIView& button = shown.view(id);
+            const Extent chevron(shown.greys(button, button.bounds()));
+            EXPECT_NEAR(chevron.middle(), down.middle(), 1) << scale << id;
+        }
+    }
+}
+
+TEST_F(PanelTest, NamesInEveryFontStandOnOneLine) {
+    Shown shown(
+        {568, 420}, [](auto&) {}, 3);
+    auto& label = dynamic_cast<UILabel&>(shown.view("fontPicker.name"));
+    std::vector<int> baselines;
+    for (const std::string& name : UIFont::CCSupportedFonts()) {
+        const auto style = shown.panel->CCStyleAttributes();
+        style->setObject(UIFont::fontWithName(name, 20), NSFontAttributeName);
+        shown.panel->setCCStyleAttributes(style);
+        label.setText("iiiii");
+        const Extent ink(shown.greys(label, label.bounds()));
+        baselines.push_back(ink.first + ink.size);
+        EXPECT_NEAR(baselines.front(), baselines.back(), 1) << name;
+    }
 }
 
 } // namespace

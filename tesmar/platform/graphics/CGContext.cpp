@@ -110,6 +110,17 @@ CGRect CGContext::snapped(const CGRect& r) const {
     return {p.x / s - origin.x, p.y / s - origin.y, p.width / s, p.height / s};
 }
 
+CGRect CGContext::snapped(CGPoint center, CGSize size) const {
+    const CGSize all = finiteRect({{}, size}).size;
+    const double s = impl_->scale;
+    const int width = std::max(1, nearestPixel(all.width * s));
+    const int height = std::max(1, nearestPixel(all.height * s));
+    const CGPoint middle = impl_->device(center);
+    const CGPoint origin = impl_->state.origin;
+    return {nearestPixel(middle.x - width / 2.0) / s - origin.x,
+            nearestPixel(middle.y - height / 2.0) / s - origin.y, width / s, height / s};
+}
+
 void CGContext::clipToPixels(const PixelRect& r) {
     impl_->state.clip = intersection(impl_->state.clip, r);
 }
@@ -163,8 +174,9 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r) {
     }
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 0};
-    impl_->paintCached(key, box, CAIRO_FORMAT_ARGB32, Paint{}.withAlpha(impl_->state.alpha),
-                       [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+    impl_->paintCached(
+        key, box, CAIRO_FORMAT_ARGB32, Paint{}.withAlpha(impl_->state.alpha),
+        [&](cairo_t* cr) { picture.render(cr, box.width, box.height, CAIRO_FILTER_GOOD); });
 }
 
 void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& tint) {
@@ -174,8 +186,9 @@ void CGContext::drawImage(const UIImage& image, const CGRect& r, const UIColor& 
         return;
     const std::array key{static_cast<std::int32_t>(SurfaceKind::image), picture.id, box.width,
                          box.height, 1};
+    const auto filter = picture.hasHardEdges ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD;
     impl_->paintCached(key, box, CAIRO_FORMAT_A8, Paint::of(tint).withAlpha(impl_->state.alpha),
-                       [&](cairo_t* cr) { picture.render(cr, box.width, box.height); });
+                       [&](cairo_t* cr) { picture.render(cr, box.width, box.height, filter); });
 }
 
 void CGContext::drawPixels(const void* pixels, const PixelRect& place, int stride) {

@@ -88,6 +88,9 @@ class TESMAR_API CGContext {
     // `r`, in points, with its edges moved to device pixels (see snappedToPixels); takes the
     // translation into account.
     CGRect snapped(const CGRect& r) const;
+    // A rectangle of whole device pixels whose middle is as near to `center` as they allow. Its
+    // size is `size` rounded, at least one pixel each way, and does not depend on the place.
+    CGRect snapped(CGPoint center, CGSize size) const;
     // The device pixels of `r`, in points of the current origin.
     PixelRect pixels(const CGRect& r) const;
 
@@ -113,7 +116,8 @@ class TESMAR_API CGContext {
 
     // Draws the image, scaled to the snapped rectangle.
     void drawImage(const UIImage& image, const CGRect& r);
-    // Fills the image's shape, its alpha, with one colour.
+    // Fills the image's shape, its alpha, with one colour. A shape without translucent pixels keeps
+    // sharp edges at every size.
     void drawImage(const UIImage& image, const CGRect& r, const UIColor& tint);
     // Draws premultiplied ARGB pixels, in the constructor's format, at `place`, in device pixels of
     // the whole surface and one device pixel each: the translation does not apply. Sizes out of

@@ -33,14 +33,14 @@ bool writeFile(const std::string& path, const std::optional<std::string>& bytes)
     return file.good();
 }
 
-bool hasNoVisiblePixel(cairo_surface_t* surface) {
+template <class Predicate>
+bool allPixels(cairo_surface_t* surface, Predicate holds) {
     const auto* const pixels =
         reinterpret_cast<const std::uint32_t*>(cairo_image_surface_get_data(surface));
     const int stride = cairo_image_surface_get_stride(surface) / 4;
     for (int y = 0; y < cairo_image_surface_get_height(surface); ++y) {
         const auto* const row = pixels + std::ptrdiff_t{y} * stride;
-        if (std::any_of(row, row + cairo_image_surface_get_width(surface),
-                        [](std::uint32_t pixel) { return pixel != 0; }))
+        if (!std::all_of(row, row + cairo_image_surface_get_width(surface), holds))
             return false;
     }
     return true;
@@ -49,7 +49,10 @@ bool hasNoVisiblePixel(cairo_surface_t* surface) {
 } // namespace
 
 UIImage::Impl::Impl(SurfacePtr pixels, double pixelsPerPoint)
-    : surface(std::move(pixels)), isTransparent(hasNoVisiblePixel(surface.get())),
+    : surface(std::move(pixels)),
+      isTransparent(allPixels(surface.get(), [](auto pixel) { return pixel == 0; })),
+      hasHardEdges(allPixels(surface.get(),
+                             [](auto pixel) { return pixel >> 24 == 0 || pixel >> 24 == 255; })),
       scale(pixelsPerPoint) {
     static std::atomic<std::int32_t> lastId{0};
     id = ++lastId;
@@ -61,14 +64,14 @@ const UIImage::Impl& UIImage::Impl::pictureFor(double drawnScale) const {
     return named ? named->picture(drawnScale, *this) : *this;
 }
 
-void UIImage::Impl::render(cairo_t* cr, int width, int height) const {
+void UIImage::Impl::render(cairo_t* cr, int width, int height, cairo_filter_t filter) const {
     const int ownWidth = cairo_image_surface_get_width(surface.get());
     const int ownHeight = cairo_image_surface_get_height(surface.get());
     cairo_scale(cr, static_cast<double>(width) / ownWidth, static_cast<double>(height) / ownHeight);
     cairo_set_source_surface(cr, surface.get(), 0, 0);
     cairo_pattern_set_extend(cairo_get_source(cr), CAIRO_EXTEND_PAD); // the outer edge stays opaque
-    if (width == ownWidth && height == ownHeight)
-        cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+    const bool isUnscaled = width == ownWidth && height == ownHeight;
+    cairo_pattern_set_filter(cairo_get_source(cr), isUnscaled ? CAIRO_FILTER_NEAREST : filter);
     cairo_paint(cr);
 }
 

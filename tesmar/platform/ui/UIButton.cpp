@@ -201,12 +201,11 @@ void UIButton::draw(CGRect) {
         context->drawImage(*background, bounds());
     }
     if (const auto image = imageForState(state())) {
-        const CGSize size = image->size();
         const CGPoint center =
             bounds().center() + CGPoint{(contentInsets_.left - contentInsets_.right) / 2,
                                         (contentInsets_.top - contentInsets_.bottom) / 2};
         context->setAlpha(fade());
-        context->drawImage(*image, {center - CGPoint{size.width / 2, size.height / 2}, size},
+        context->drawImage(*image, context->snapped(center, image->size()),
                            tintColor_ ? *tintColor_ : *UIColor::blackColor());
     }
 }

@@ -5,6 +5,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
+#include "tesmar/platform/ui/internal/equal_objects.h"
 
 #include <algorithm>
 #include <climits>
@@ -91,6 +92,11 @@ void UILabel::setMinimumFontSize(CGFloat size) {
     change(minimumFontSize_, finite(size, 0, UIFont::kLargestSize, 0));
 }
 
+void UILabel::setBaselineFont(const Ref<UIFont>& font) {
+    if (!equalObjects(baselineFont_, font))
+        change(baselineFont_, font);
+}
+
 void UILabel::setNumberOfLines(int lines) {
     change(numberOfLines_, std::max(lines, 0));
 }
@@ -151,26 +157,44 @@ CGSize UILabel::intrinsicContentSize() const {
 }
 
 std::optional<CGFloat> UILabel::layoutBaselineBelowCenter() const {
-    return (font_->ascender() + font_->descender()) / 2;
+    const UIFont& font = baselineFont_ ? *baselineFont_ : *font_;
+    return (font.ascender() + font.descender()) / 2;
+}
+
+// Before its first layout a label has no width.
+bool UILabel::hasVisibleText() const {
+    return !text_.empty() && frame().size.width > 0;
 }
 
 // The text is centred vertically, even when it is taller than the label.
+CGFloat UILabel::topOf(const TextLayout& layout) const {
+    const CGFloat height = frame().size.height;
+    return baselineFont_ ? height / 2 + *layoutBaselineBelowCenter() - layout.baseline()
+                         : (height - layout.size().height) / 2;
+}
+
 void UILabel::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
-    if (!context || text_.empty())
+    if (!context || !hasVisibleText())
         return;
     TextLayout& layout = fittedLayout();
-    layout.draw(*context, {0, (frame().size.height - layout.size().height) / 2}, *textColor_);
+    CGFloat top = topOf(layout);
+    if (baselineFont_) {
+        // The baseline is rounded to a pixel first, as the layout would round its top edge.
+        const CGFloat scale = context->scale();
+        const CGFloat baseline = context->snapped(CGRect{0, top + layout.baseline(), 0, 0}).minY();
+        top = baseline - std::round(layout.baseline() * scale) / scale;
+    }
+    layout.draw(*context, {0, top}, *textColor_);
 }
 
 UIEdgeInsets UILabel::drawingOverflow() const {
-    if (text_.empty())
+    if (!hasVisibleText())
         return {};
     TextLayout& layout = fittedLayout();
     const CGSize size = frame().size;
-    const CGRect ink =
-        CGRectInset(layout.inkBounds().offsetBy({0, (size.height - layout.size().height) / 2}), -1,
-                    -1); // for antialiasing and rounding to pixels
+    const CGRect ink = CGRectInset(layout.inkBounds().offsetBy({0, topOf(layout)}), -1,
+                                   -1); // for antialiasing and rounding to pixels
     return {std::max(0.0, -ink.minY()), std::max(0.0, -ink.minX()),
             std::max(0.0, ink.maxY() - size.height), std::max(0.0, ink.maxX() - size.width)};
 }

@@ -33,6 +33,9 @@ class TESMAR_API UILabel : public UIView {
     // A single line that is wider than the label is drawn in a smaller font, down to this size in
     // points, before it is cut off. 0, the initial value: never smaller.
     void setMinimumFontSize(CGFloat size);
+    // The font whose baseline the first line stands on, so that texts in several fonts replace each
+    // other on one line; null, the initial value, means the label's own.
+    void setBaselineFont(const Ref<UIFont>& font);
 
     // The largest number of lines; 0 means no limit, and negative numbers count as 0. Initially 1.
     int numberOfLines() const { return numberOfLines_; }
@@ -67,11 +70,15 @@ class TESMAR_API UILabel : public UIView {
     TextLayout& currentLayout() const;
     // The layout for drawing, in the present width.
     TextLayout& fittedLayout() const;
+    bool hasVisibleText() const;
+    // The distance of the layout from the label's upper edge.
+    CGFloat topOf(const TextLayout& layout) const;
     template <class T>
     void change(T& property, T value);
 
     std::string text_;
     Ref<UIFont> font_;
+    Ref<UIFont> baselineFont_;
     Ref<UIColor> textColor_;
     NSTextAlignment alignment_ = NSTextAlignment::left;
     CGFloat minimumFontSize_ = 0;

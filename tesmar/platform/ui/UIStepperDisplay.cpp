@@ -3,6 +3,8 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIStepper.h"
 
+#include <cmath>
+
 namespace tesmar {
 namespace {
 
@@ -20,8 +22,16 @@ unsigned pairKey(unsigned left, unsigned right) {
     return left * 8 + right;
 }
 
-CGRect centredOn(CGPoint center, CGSize size) {
-    return {center.x - size.width / 2, center.y - size.height / 2, size.width, size.height};
+void drawBars(CGContext& context, CGPoint center, UIStepperHalf half) {
+    constexpr CGSize size{14, 14};
+    constexpr CGFloat thickness = 1.5;
+    const CGRect square = context.snapped(center, size);
+    // Whole pixels on both sides leave a bar in the very middle.
+    const CGFloat aside =
+        std::floor((size.width - thickness) / 2 * context.scale()) / context.scale();
+    context.fillRect(CGRectInset(square, 0, aside));
+    if (half == UIStepperHalf::increment)
+        context.fillRect(CGRectInset(square, aside, 0));
 }
 
 } // namespace
@@ -92,12 +102,10 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
     context.setAlpha(halfState == UIControlStateDisabled ? 0.25 : 1);
     const bool up = half == UIStepperHalf::increment;
     if (const auto image = findOrNormal(up ? incrementImages_ : decrementImages_, halfState)) {
-        context.drawImage(*image, centredOn(center, image->size()), tint());
+        context.drawImage(*image, context.snapped(center, image->size()), tint());
     } else {
         context.setFillColor(tint());
-        context.fillRect(context.snapped(centredOn(center, {14, 1.5})));
-        if (up)
-            context.fillRect(context.snapped(centredOn(center, {1.5, 14})));
+        drawBars(context, center, half);
     }
     context.restoreGState();
 }
@@ -108,11 +116,11 @@ void UIStepper::drawDivider(CGContext& context) {
     if (!divider)
         divider = dividerImageForStates(UIControlStateNormal, UIControlStateNormal);
     if (divider) {
-        context.drawImage(*divider, centredOn(b.center(), divider->size()));
+        context.drawImage(*divider, context.snapped(b.center(), divider->size()));
         return;
     }
     context.setFillColor(tint());
-    context.fillRect(context.snapped({b.midX() - 0.5, b.minY(), 1, b.size.height}));
+    context.fillRect(context.snapped(b.center(), {1, b.size.height}));
 }
 
 } // namespace tesmar

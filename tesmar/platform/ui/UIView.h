@@ -215,7 +215,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
     void setNeedsLayout();
     // Updates all frames below the root of the view's layout, which is the closest controller's
-    // view above it or the topmost view.
+    // view above it or the topmost view. Does nothing while that layout is under way: it goes on
+    // until nothing needs it, but at most eight passes.
     void layoutIfNeeded();
     // Called after the constraints have been solved, if the view's size has changed or
     // setNeedsLayout() was called.
@@ -323,6 +324,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool needsLayout_ = true;
     std::uint64_t layoutChanges_ = 0;
     bool treeNeedsLayout_ = true; // of a layout root
+    bool isLayingOut_ = false;    // of a layout root
     double hugging_[2] = {UILayoutPriorityDefaultLow, UILayoutPriorityDefaultLow}; // by axis
     std::vector<Ref<NSLayoutConstraint>> constraints_;
     std::unique_ptr<LayoutEngine> engine_;   // of a layout root

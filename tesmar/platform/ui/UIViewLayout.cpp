@@ -19,6 +19,17 @@ std::size_t index(LayoutAxis axis) {
     return axis == LayoutAxis::horizontal ? 0 : 1;
 }
 
+class InProgress {
+  public:
+    explicit InProgress(bool& flag) : flag_(flag) { flag_ = true; }
+    ~InProgress() { flag_ = false; }
+    InProgress(const InProgress&) = delete;
+    InProgress& operator=(const InProgress&) = delete;
+
+  private:
+    bool& flag_;
+};
+
 } // namespace
 
 void UIView::setTranslatesAutoresizingMaskIntoConstraints(bool translates) {
@@ -152,7 +163,10 @@ void UIView::layoutIfNeeded() {
 }
 
 void UIView::layoutTree() {
+    if (isLayingOut_)
+        return;
     const auto self = weak_from_this().lock();
+    const InProgress inProgress(isLayingOut_);
     if (subviewsAreLayoutRoots()) {
         layoutOwnSubviews();
         for (std::size_t i = 0; i < subviews_.size(); ++i)

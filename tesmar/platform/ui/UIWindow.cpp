@@ -100,7 +100,7 @@ void UIWindow::setSize(CGSize size) {
     if (size == frame().size)
         return;
     setFrame({{}, size});
-    setScale(scale_);
+    setScale(wantedScale_);
     history_->clear(); // its rectangles are those of another surface
     invalidate();
     layoutSubviews();
@@ -108,6 +108,7 @@ void UIWindow::setSize(CGSize size) {
 
 void UIWindow::setScale(CGFloat scale) {
     assertMainThread("UIWindow::setScale");
+    wantedScale_ = scale;
     scale = finiteScale(scale, frame().size);
     if (scale == scale_)
         return;
@@ -355,6 +356,7 @@ std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int
             throw;
         }
         history_->add(changed);
+        presentations_->noteFrame();
     }
     *repainted_ = painted;
     return repainted_->rects();

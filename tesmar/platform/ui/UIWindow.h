@@ -49,7 +49,7 @@ class TESMAR_API UIWindow : public UIView {
   public:
     // `size` in points, clamped to 0 to 65,535; `scale` in pixels per point, clamped to 0.1 to 16
     // (one that is NaN, or not positive, becomes 1). A scale that would make a side of the surface
-    // longer than 32,767 pixels is lowered to fit.
+    // longer than 32,767 pixels is lowered to fit, until the size allows it again.
     static Ref<UIWindow> windowWithSize(CGSize size, CGFloat scale = 1);
 
     UIWindow();
@@ -64,7 +64,8 @@ class TESMAR_API UIWindow : public UIView {
     void setSafeAreaInsets(UIEdgeInsets insets);
     // The area of the host's captions in window coordinates, which cards keep clear of where there
     // is room. std::nullopt (initially) or an empty rectangle: no captions. Takes effect when no
-    // finger is down, so that no control moves away from under one.
+    // finger is down, so that no control moves away from under one. A card that has been shown
+    // keeps its upper edge where that leaves enough room, and moves the rest within 0.2 seconds.
     std::optional<CGRect> captionArea() const { return captionArea_; }
     void setCaptionArea(std::optional<CGRect> area);
     // Initially ignored. With OutsideTap::dismisses, the window handles a touch outside all cards
@@ -185,6 +186,7 @@ class TESMAR_API UIWindow : public UIView {
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
+    CGFloat wantedScale_ = 1; // as it was set
     UIEdgeInsets safeArea_;
     std::optional<CGRect> captionArea_;
     std::optional<CGRect> avoidedArea_;

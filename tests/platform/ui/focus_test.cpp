@@ -148,6 +148,13 @@ TEST_F(FocusTest, ScrollsToTheFocusAndSlidesTheRing) {
     EXPECT_EQ(frame.size.width, 60);
     EXPECT_GT(frame.size.height, 30);          // whole, above the content's end
     EXPECT_EQ(scroll->contentOffset().y, 256); // with room for a title above it
+    const auto next = make<UIControl>();
+    next->setFrame({160, 300, 60, 40});
+    scroll->addSubview(next), scroll->setContentSize({400, 400});
+    scroll->setEdgeFadeColor(UIColor::whiteColor());
+    host.key(K::right), host.advance(1);
+    EXPECT_EQ(scroll->contentOffset().x, 36); // clear of the fade
+    next->removeFromSuperview(), scroll->setContentSize({200, 400});
     damage();
     for (int frames = 0; frames < 30; ++frames) { // equal to full repaints while it moves
         if (frames == 3 || frames == 9)
@@ -160,7 +167,11 @@ TEST_F(FocusTest, ScrollsToTheFocusAndSlidesTheRing) {
     EXPECT_TRUE(damage().empty());
     setMotionSetting(MotionSetting::reduced);
     host.key(K::left);
-    EXPECT_EQ(damage(), (Rects{{15, 79, 104, 31}})); // jumps
+    EXPECT_EQ(damage(), (Rects{{15, 79, 104, 11},
+                               {15, 79, 11, 31},
+                               {15, 99, 104, 11}, // jumps
+                               {61, 79, 12, 31},
+                               {108, 79, 11, 31}}));
     host.advance(1);
     EXPECT_TRUE(damage().empty());
 }

@@ -213,6 +213,28 @@ TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     EXPECT_FALSE(host.touch(UITouchPhase::began, finger, 2));
 }
 
+TEST_F(UITest, LayoutIsNotEnteredAgain) {
+    struct Restless : UIView {
+        void layoutSubviews() override {
+            if (++count < 100)
+                setNeedsLayout(), layoutIfNeeded();
+        }
+        int count = 0;
+    };
+    const auto view = make<Restless>();
+    view->layoutIfNeeded();
+    EXPECT_GT(view->count, 1);
+    EXPECT_LT(view->count, 20);
+}
+
+TEST_F(UITest, AHugeWindowLowersItsScaleForAWhile) {
+    host.window()->setScale(3);
+    for (const auto& [width, scale] : {std::pair(32767.0, 1.0), std::pair(200.0, 3.0)}) {
+        host.window()->setSize({width, 100});
+        EXPECT_EQ(host.window()->scale(), scale) << width;
+    }
+}
+
 TEST_F(UITest, CardsFollowADragDown) {
     const auto c = make<Controller>();
     c->name = "c.", c->preferredSize = CGSize{280, 200}, Controller::log = "";
@@ -312,8 +334,49 @@ TEST_F(UITest, CardsAndPaperKeepClearOfCaptionsAndEdges) {
          {std::pair(UITouchPhase::began, false), std::pair(UITouchPhase::ended, true)}) {
         window.touch(phase, 1, {512, 384}, host.now());
         window.setCaptionArea(CGRect(100, 500, 824, 200));
+        window.needsRender(), host.advance(0.1);
         EXPECT_EQ(window.needsRender(), moves);
     }
+}
+
+TEST_F(UITest, CardsKeepTheirUpperEdgeAsCaptionsChange) {
+    host.resize({640, 360}, 1.25);
+    UIWindow& window = *host.window();
+    const auto c = make<Controller>();
+    c->preferredSize = CGSize{440, 320};
+    window.presentViewController(c, false);
+    const UIView& card = *window.viewWithIdentifier("card");
+    const auto from = [](CGFloat top) { return CGRect{0, top, 640, 100}; };
+    constexpr double moves = 0.21, interrupted = 0.1, jumps = 0;
+    const struct {
+        std::optional<CGRect> captions;
+        double seconds;
+        CGRect card;
+    } steps[] = {{from(260), moves, {100, 20, 440, 232}},
+                 {from(280), moves, {100, 20, 440, 252}},
+                 {from(240), interrupted, {100, 20, 440, 216.8}},
+                 {{}, moves, {100, 20, 440, 320}},
+                 {from(200), moves, {100, 8, 440, 184}}, // too low with the edge where it was
+                 {from(-40), moves, {100, 68, 440, 284}},
+                 {{}, moves, {100, 20, 440, 320}}, // too high with the edge where it was
+                 {from(250), jumps, {100, 20, 440, 222}}};
+    for (const auto& t : steps) {
+        picture();
+        const CGRect before = card.frame();
+        setMotionSetting(t.seconds == jumps ? MotionSetting::reduced : MotionSetting::full);
+        window.setCaptionArea(t.captions);
+        EXPECT_EQ(window.needsRender(), t.seconds == jumps);
+        EXPECT_EQ(card.frame(), t.seconds == jumps ? t.card : before);
+        for (int frame = 1; frame <= t.seconds * 60; ++frame) {
+            host.advance(1.0 / 60);
+            const auto partial = picture();
+            window.invalidate();
+            ASSERT_TRUE(partial == picture()) << frame;
+        }
+        EXPECT_EQ(card.frame(), t.card) << t.card.size.height;
+    }
+    host.resize({568, 320}, 1); // a resize doesn't move it
+    EXPECT_EQ(card.frame(), (CGRect{64, 8, 440, 234}));
 }
 
 } // namespace

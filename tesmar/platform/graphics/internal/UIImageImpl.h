@@ -20,10 +20,11 @@ struct UIImage::Impl {
     const Impl& pictureFor(double drawnScale) const;
 
     // Draws the image, scaled to `width` by `height` user-space units, at the origin.
-    void render(cairo_t* cr, int width, int height) const;
+    void render(cairo_t* cr, int width, int height, cairo_filter_t filter) const;
 
     SurfacePtr surface;                      // ARGB32; its pixels do not change
     bool isTransparent;                      // nothing of it shows; also if it has no pixels
+    bool hasHardEdges;                       // every pixel is opaque or transparent
     double scale;                            // pixels per point
     std::int32_t id;                         // unique, for keys of cached surfaces
     std::unique_ptr<const NamedImage> named; // null unless the image was loaded by name

@@ -1,11 +1,7 @@
-// The card behind a presented controller's view, and its place in the window.
+// The card or the paper behind a presented controller's view.
 #pragma once
 
 #include "tesmar/platform/ui/UIView.h"
-#include "tesmar/platform/ui/UIViewController.h"
-
-#include <cstdint>
-#include <optional>
 
 namespace tesmar {
 
@@ -39,25 +35,5 @@ class CardView : public ContainerView {
   protected:
     CGFloat cornerRadius() const override { return kCornerRadius; }
 };
-
-// The paper of a controller that fills the window: clear of the host's captions where that leaves
-// enough room.
-CGRect paperFrame(const UIWindow& window);
-// What of the paper, in its own coordinates, is inside the safe area.
-CGRect safePartOfPaper(const UIWindow& window, const CGRect& paper);
-
-// The size that a card's content preferred when last measured. Cached, because measuring lays the
-// content out again.
-struct MeasuredSize {
-    CGSize room;                     // that was available
-    std::uint64_t layoutChanges = 0; // of the content, see UIView::layoutChanges
-    CGSize size;
-};
-
-// The card's frame in the window: of the controller's preferred content size where there is room,
-// inside the safe area, and clear of the host's captions where that leaves enough. Brings
-// `measured` up to date when the room or the content's layout has changed.
-CGRect cardFrame(const UIWindow& window, UIViewController& controller,
-                 std::optional<MeasuredSize>& measured);
 
 } // namespace tesmar

@@ -25,6 +25,7 @@ void PresentationStack::abandon() noexcept {
         presentation->stage = Stage::removed;
         presentation->progress.reset();
         presentation->pulled.reset();
+        presentation->place.reset();
         presentation->controller->stack_ = nullptr;
     }
 }
@@ -158,6 +159,9 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->style == UIModalPresentationStyle::card) {
         presentation->container = make<CardView>();
         presentation->container->setAccessibilityIdentifier("card");
+        presentation->place = std::make_unique<CardPlace>(
+            window_, [p = presentation.get()] { moveCard(*p); },
+            [p = presentation.get()] { return p->container->isOnScreen(); });
     } else {
         presentation->container = make<PaperView>();
     }
@@ -339,6 +343,12 @@ void PresentationStack::layOut() {
         layOut(Shared(stack_[i])); // a diagnostic of a conflict may dismiss it
 }
 
+void PresentationStack::noteFrame() {
+    for (const auto& presentation : stack_)
+        if (presentation->place)
+            presentation->place->noteSeen();
+}
+
 void PresentationStack::setNeedsDisplay() {
     for (const auto& presentation : stack_)
         if (presentation->container)
@@ -349,16 +359,22 @@ void PresentationStack::layOut(const Shared& presentation) {
     const auto controller = presentation->controller;
     if (!presentation->container || !controller->isViewLoaded())
         return;
-    const Ref<UIView> content = controller->view();
     const bool card = presentation->style == UIModalPresentationStyle::card;
     const auto container = presentation->container;
     if (card) {
-        container->setFrame(cardFrame(window_, *controller, presentation->measured));
-        content->setFrame(container->bounds());
+        presentation->place->update(*controller);
+        moveCard(*presentation);
     } else {
         container->setFrame(paperFrame(window_));
-        content->setFrame(safePartOfPaper(window_, container->frame()));
+        controller->view()->setFrame(safePartOfPaper(window_, container->frame()));
     }
+}
+
+void PresentationStack::moveCard(Presentation& presentation) {
+    if (!presentation.controller->isViewLoaded())
+        return;
+    presentation.container->setFrame(presentation.place->frame());
+    presentation.controller->view()->setFrame(presentation.container->bounds());
 }
 
 void PresentationStack::showProgress(Presentation& presentation) {

@@ -3,6 +3,7 @@
 
 #include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/ui/UIViewController.h"
+#include "tesmar/platform/ui/internal/CardPlace.h"
 #include "tesmar/platform/ui/internal/CardView.h"
 #include "tesmar/platform/ui/internal/Transition.h"
 
@@ -42,6 +43,8 @@ class PresentationStack {
     // Gives every presentation its frame; called when the window's size, safe area or caption area
     // have changed.
     void layOut();
+    // The window has been painted as it is laid out.
+    void noteFrame();
     void setNeedsDisplay();
 
     // --- Dragging down --------------------------------------------------------------------------
@@ -72,7 +75,7 @@ class PresentationStack {
         UIViewController::Completion completion;
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
         std::unique_ptr<Transition> pulled;   // how far a finger has dragged the card, in points
-        std::optional<MeasuredSize> measured; // of a card
+        std::unique_ptr<CardPlace> place;     // of a card
 
         bool isToldHidden() const { return cover == Cover::covering || cover == Cover::covered; }
     };
@@ -80,6 +83,7 @@ class PresentationStack {
 
     Shared find(const UIViewController& controller) const;
     void layOut(const Shared& presentation);
+    static void moveCard(Presentation& presentation);
     void showProgress(Presentation& presentation);
     // Those below that `presentation`, if it fills the window, hides; bottom to top.
     std::vector<Shared> hiddenBy(const Shared& presentation) const;

@@ -4,6 +4,8 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -72,8 +74,17 @@ void FocusRing::update() {
 }
 
 void FocusRing::damage(const std::optional<ShownCell>& cell) {
-    if (cell)
-        window_.damagePixels(window_.surfacePixels(CGRectInset(cell->frame, -kReach, -kReach)));
+    if (!cell)
+        return;
+    // The four sides, with the corners: the inside is not drawn over.
+    const CGRect r = CGRectInset(cell->frame, -kReach, -kReach);
+    const CGFloat side = kReach + cell->radius;
+    const CGFloat width = std::min(side, r.size.width), height = std::min(side, r.size.height);
+    for (const CGRect& part : {CGRect{r.minX(), r.minY(), r.size.width, height},
+                               CGRect{r.minX(), r.maxY() - height, r.size.width, height},
+                               CGRect{r.minX(), r.minY(), width, r.size.height},
+                               CGRect{r.maxX() - width, r.minY(), width, r.size.height}})
+        window_.damagePixels(window_.surfacePixels(part));
 }
 
 void FocusRing::draw() const {

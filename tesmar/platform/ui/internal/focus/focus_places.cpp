@@ -3,6 +3,7 @@
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/internal/focus/FocusRing.h"
+#include "tesmar/platform/ui/internal/scroll_fades.h"
 
 #include <algorithm>
 
@@ -147,7 +148,7 @@ CGRect revealedRect(const UIScrollView& scroll, const FocusPlace& place,
                                      &scroll);
     };
     const CGRect cell = inContent(place);
-    constexpr CGFloat margin = FocusRing::kReach;
+    const CGFloat margin = scroll.edgeFadeColor() ? kEdgeFade : FocusRing::kReach;
     constexpr CGFloat highestTitles = 48;
     CGFloat top = std::max(0.0, cell.minY() - highestTitles);
     bool isLast = true;

@@ -34,7 +34,8 @@ std::optional<ShownCell> shownCell(const UIView& root, const UIView& view, std::
 // Whether focusPlaces(root) would still list the cell.
 bool isUsable(UIView& root, UIView& view, std::size_t index);
 
-// Scrolls so that `place` can be seen, with a margin for the ring, and the titles above its row.
+// Scrolls so that `place` can be seen, with a margin for the ring and the fades of edges, and the
+// titles above its row.
 void reveal(const FocusPlace& place, const std::vector<FocusPlace>& all);
 
 } // namespace tesmar
