@@ -147,9 +147,11 @@ void HandPainting::addFade(CGRect scrollView) {
     const CGFloat length = 16, pixel = 1 / window_.scale();
     const PixelRect edges = snappedToPixels(scrollView, window_.scale());
     const CGFloat bottom = edges.bottom() * pixel;
-    for (CGFloat in = 0; in < length; in += pixel) {
-        const CGRect line(edges.x * pixel, bottom - in - pixel, edges.width * pixel, pixel);
-        addFill(line, UIColor::colorWithWhite(1, 1 - (in + pixel / 2) / length));
+    const int lines = floorToInt(length / pixel);
+    for (int line = 0; line < lines; ++line) {
+        const CGRect place(edges.x * pixel, bottom - (line + 1) * pixel, edges.width * pixel,
+                           pixel);
+        addFill(place, UIColor::colorWithWhite(1, 1 - (line + 0.5) / lines));
     }
 }
 

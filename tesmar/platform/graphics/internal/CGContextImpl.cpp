@@ -23,7 +23,7 @@ void setSource(cairo_t* cr, const Paint& paint) {
 // Rounded as cairo rounds colours, so that a shape has the same pixels inside.
 std::uint32_t opaquePixel(const Paint& paint) {
     const auto byte = [](double component) {
-        return static_cast<std::uint32_t>(component * 65535 + 0.5) >> 8;
+        return static_cast<std::uint32_t>(floorToInt(component * 65535 + 0.5)) >> 8;
     };
     return 0xffu << 24 | byte(paint.red) << 16 | byte(paint.green) << 8 | byte(paint.blue);
 }
