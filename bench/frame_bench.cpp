@@ -84,8 +84,8 @@ double cpuMilliseconds() {
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
-// On a television of 3840 x 2160 pixels: from the frame that follows the presentation until the card
-// is in place. Each iteration presents a new panel.
+// On a television of 3840 x 2160 pixels: from the frame that follows the presentation until the
+// card is in place. Each iteration presents a new panel.
 void presenting(benchmark::State& state) {
     const auto window = UIWindow::windowWithSize({960, 540}, 4);
     constexpr int stride = 3840 * 4;
