@@ -161,6 +161,11 @@ std::optional<CGFloat> UILabel::layoutBaselineBelowCenter() const {
     return (font.ascender() + font.descender()) / 2;
 }
 
+// Before its first layout a label has no width.
+bool UILabel::hasVisibleText() const {
+    return !text_.empty() && frame().size.width > 0;
+}
+
 // The text is centred vertically, even when it is taller than the label.
 CGFloat UILabel::topOf(const TextLayout& layout) const {
     const CGFloat height = frame().size.height;
@@ -170,7 +175,7 @@ CGFloat UILabel::topOf(const TextLayout& layout) const {
 
 void UILabel::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
-    if (!context || text_.empty())
+    if (!context || !hasVisibleText())
         return;
     TextLayout& layout = fittedLayout();
     CGFloat top = topOf(layout);
@@ -184,7 +189,7 @@ void UILabel::draw(CGRect) {
 }
 
 UIEdgeInsets UILabel::drawingOverflow() const {
-    if (text_.empty())
+    if (!hasVisibleText())
         return {};
     TextLayout& layout = fittedLayout();
     const CGSize size = frame().size;

@@ -72,6 +72,7 @@ class TESMAR_API UILabel : public UIView {
     TextLayout& fittedLayout() const;
     // The distance of the layout from the label's upper edge.
     CGFloat topOf(const TextLayout& layout) const;
+    bool hasVisibleText() const;
     template <class T>
     void change(T& property, T value);
 
