@@ -118,6 +118,7 @@ UILabel* FontPicker::partLabel(const char* part) {
 void FontPicker::applyAppearance(const PanelAppearance& appearance) {
     setSemanticContentAttribute(semanticAttribute(appearance));
     made(fontNamePicker_).applyAppearance(appearance);
+    applyStepperAppearance(made(sizeStepper_), appearance);
     NamedViews labels;
     for (const auto& [part, text] : {std::pair{"fontLabel", appearance.texts->fontTitle},
                                      std::pair{"sizeLabel", appearance.texts->sizeTitle}})

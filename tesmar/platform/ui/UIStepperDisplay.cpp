@@ -2,6 +2,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIStepper.h"
+#include "tesmar/platform/ui/internal/press_plate.h"
 
 #include <cmath>
 
@@ -62,6 +63,11 @@ void UIStepper::setDividerImage(const Ref<UIImage>& image, unsigned left, unsign
     setImage(dividerImages_, image, pairKey(left, right));
 }
 
+void UIStepper::setDividerTintColor(const Ref<UIColor>& color) {
+    dividerTintColor_ = color;
+    setNeedsDisplay();
+}
+
 const UIColor& UIStepper::tint() const {
     static const auto& blue = *new Ref<UIColor>(UIColor::colorWithRed(0, 0.35, 0.85, 1));
     return tintColor_ ? *tintColor_ : *blue;
@@ -94,10 +100,8 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
     const unsigned halfState = stateOf(half);
     const CGRect rect = halfRect(half);
     const CGPoint center = rect.center();
-    if (halfState == UIControlStateHighlighted) {
-        context.setRGBFillColor(tint().red(), tint().green(), tint().blue(), 0.15);
-        context.fillRoundedRect(CGRectInset(rect, 2, 1), 6);
-    }
+    if (halfState == UIControlStateHighlighted)
+        drawPressPlate(context, *this, rect, tint());
     context.saveGState();
     context.setAlpha(halfState == UIControlStateDisabled ? 0.25 : 1);
     const bool up = half == UIStepperHalf::increment;
@@ -116,7 +120,11 @@ void UIStepper::drawDivider(CGContext& context) {
     if (!divider)
         divider = dividerImageForStates(UIControlStateNormal, UIControlStateNormal);
     if (divider) {
-        context.drawImage(*divider, context.snapped(b.center(), divider->size()));
+        const CGRect place = context.snapped(b.center(), divider->size());
+        if (dividerTintColor_)
+            context.drawImage(*divider, place, *dividerTintColor_);
+        else
+            context.drawImage(*divider, place);
         return;
     }
     context.setFillColor(tint());
