@@ -146,6 +146,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void resetAutoHideTimer();
     bool waitsForReader();
     void describeFont(const UIView& view, UIAccessibleElement& element) const;
+    std::optional<CGFloat> fontSize() const;
     void announceReset();
     Ref<UIView> createScrollView();
     UIScrollView* scrollView() const;

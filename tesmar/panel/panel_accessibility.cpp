@@ -1,5 +1,6 @@
 // What screen readers are told of the panel, in its language.
 #include "tesmar/panel/TESMARViewController.h"
+#include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
@@ -108,6 +109,13 @@ void TESMARViewController::describe(const UIView& view, UIAccessibleElement& ele
         element.role = UIAccessibleRole::none;
 }
 
+// The stepper shows the nearest of its own sizes, which the style's font need not have.
+std::optional<CGFloat> TESMARViewController::fontSize() const {
+    const auto style = CCStyleAttributes();
+    const auto font = style ? as<UIFont>(style->objectForKey(NSFontAttributeName)) : nullptr;
+    return font ? std::optional(font->pointSize()) : fontPicker_->selectedSize();
+}
+
 void TESMARViewController::describeFont(const UIView& view, UIAccessibleElement& element) const {
     const TESMARTexts& texts = this->texts();
     if (view.superview() == fontPicker_.get() && element.role == UIAccessibleRole::adjustable) {
@@ -115,7 +123,7 @@ void TESMARViewController::describeFont(const UIView& view, UIAccessibleElement&
             element.name = texts.font;
             const auto position = filledIn(texts.position, element.position, element.count);
             element.value = joined(element.value, position);
-        } else if (const auto size = fontPicker_->selectedSize())
+        } else if (const auto size = fontSize())
             describeStepper(element, texts.fontSize, filledIn(texts.points, *size), texts);
     }
     if (const auto* const names = dynamic_cast<const FontNamePickerView*>(view.superview())) {

@@ -72,7 +72,7 @@ STEPS = [
     ("backgroundColorOpacityStepper", "increment", ["backgroundColorOpacityStepper 60 percent"], []),
     ("resetButton", "click",
      ["textColorPicker.2 checked", "textColorPicker selection white", "textColorPicker.4 unchecked",
-      "fontPicker.size 18 points", "backgroundColorPicker.3 checked", "backgroundColorPicker selection black",
+      "fontPicker.size 17 points", "backgroundColorPicker.3 checked", "backgroundColorPicker selection black",
       "backgroundColorPicker.6 unchecked", "backgroundColorOpacityStepper 50 percent",
       "announcement: Reset to the default style"], ["font: .SystemUI, 17 points"]),
     (None, RIGHT, ["CCSwitch focused"], []), (None, RIGHT, ["CCSwitch unfocused", "resetButton focused"], []),

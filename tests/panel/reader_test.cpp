@@ -66,7 +66,7 @@ TEST_F(ReaderTest, EachChangeIsHeardOnce) {
     EXPECT_EQ(heardAfter("fontPicker.size", increase), "Font size, 20 points; ");
     EXPECT_EQ(heardAfter("resetButton", press),
               "Text colour, white selected, 3 of 8; Text colour, yellow, 5 of 8; "
-              "Font size, 18 points; Text opacity, 100 percent; Text opacity, increase; "
+              "Font size, 17 points; Text opacity, 100 percent; Text opacity, increase; "
               "Reset to the default style! ");
     EXPECT_EQ(heardAfter("card", dismiss), "tree; ");
 }
