@@ -3,6 +3,7 @@
 namespace tesmar {
 namespace {
 
+constexpr CGFloat kStrongDividerWhite = 0.4;
 constexpr CGFloat kWidestLabel = 160; // at a text scale of 1, in points
 
 } // namespace
@@ -15,6 +16,13 @@ void applyLabelAppearance(UILabel& label, std::string_view text,
     label.removeConstraints(std::vector(label.layoutConstraints()));
     label.addConstraintsWithVisualFormats({{"[label(<=widest)]"}}, {{"label", refTo(&label)}},
                                           {{"widest", kWidestLabel * appearance.textScale}});
+}
+
+void applyStepperAppearance(UIStepper& stepper, const PanelAppearance& appearance) {
+    const bool isStrong = appearance.contrast == TESMARContrast::high;
+    stepper.setSemanticContentAttribute(semanticAttribute(appearance));
+    stepper.setDividerTintColor(isStrong ? UIColor::colorWithWhite(kStrongDividerWhite, 1)
+                                         : nullptr);
 }
 
 std::vector<Ref<NSLayoutConstraint>> leadingInPlaceOfLeft(const UIView& view,

@@ -8,7 +8,7 @@ namespace tesmar {
 
 enum class TESMARContrast {
     normal,
-    high, // black rims around the colours; separators and rings have 3 : 1 on the card
+    high, // black rims around the colours; lines between controls and rings have 3 : 1 on the card
 };
 
 // What is mirrored in languages that are read from right to left.

@@ -116,7 +116,7 @@ void TESMARViewController::applyToContent(UIScrollView& scrollView) {
     backgroundColorPicker_->applyAppearance(appearance_);
     fontPicker_->applyAppearance(appearance_);
     for (const auto& stepper : {textColorOpacityStepper_, backgroundColorOpacityStepper_})
-        stepper->setSemanticContentAttribute(semanticAttribute(appearance_));
+        applyStepperAppearance(*stepper, appearance_);
 
     auto* const textOpacity = part<UILabel>(scrollView, "textColorOpacityLabel");
     auto* const backgroundOpacity = part<UILabel>(scrollView, "backgroundColorOpacityLabel");

@@ -110,6 +110,7 @@ UILabel* FontPicker::partLabel(const char* part) {
 void FontPicker::applyAppearance(const PanelAppearance& appearance) {
     setSemanticContentAttribute(semanticAttribute(appearance));
     fontNamePicker_->applyAppearance(appearance);
+    applyStepperAppearance(*sizeStepper_, appearance);
     NamedViews labels;
     for (const auto& [part, text] : {std::pair{"fontLabel", appearance.texts->fontTitle},
                                      std::pair{"sizeLabel", appearance.texts->sizeTitle}})

@@ -200,6 +200,8 @@ TEST_F(PanelTest, HighContrastHasRimsAndLines) {
     const double paper = luminance(at("CCLabel", 0, -10)) + 0.05;
     EXPECT_GE(paper / (luminance(at("topSeparator", 50, 0)) + 0.05), 3);
     EXPECT_GE(paper / (luminance(at("separator", 50, 0)) + 0.05), 3);
+    for (const char* const id : {"fontPicker.size", "textColorOpacityStepper"})
+        EXPECT_GE(paper / (luminance(at(id, 47, 14)) + 0.05), 3) << id;
     const double ring = luminance(at("textColorPicker.3", 3, 25)) + 0.05;
     EXPECT_GE(paper / ring, 3);
     EXPECT_GE(ring / 0.05, 3); // against the rim

@@ -60,6 +60,8 @@ class TESMAR_API UIStepper : public UIControl {
     // returns null when none was set for these very states.
     Ref<UIImage> dividerImageForStates(unsigned left, unsigned right) const;
     void setDividerImage(const Ref<UIImage>& image, unsigned forLeftState, unsigned rightState);
+    // Divider images are drawn in this colour; null, the initial value, means their own.
+    void setDividerTintColor(const Ref<UIColor>& color);
 
     // Where a half is drawn and takes touches, in bounds coordinates; empty for none.
     CGRect halfRect(UIStepperHalf half) const;
@@ -135,6 +137,7 @@ class TESMAR_API UIStepper : public UIControl {
     bool autorepeat_ = true;
     bool continuous_ = true;
     Ref<UIColor> tintColor_;
+    Ref<UIColor> dividerTintColor_;
     Images incrementImages_;
     Images decrementImages_;
     Images backgroundImages_;

@@ -62,6 +62,11 @@ void UIStepper::setDividerImage(const Ref<UIImage>& image, unsigned left, unsign
     setImage(dividerImages_, image, pairKey(left, right));
 }
 
+void UIStepper::setDividerTintColor(const Ref<UIColor>& color) {
+    dividerTintColor_ = color;
+    setNeedsDisplay();
+}
+
 const UIColor& UIStepper::tint() const {
     static const auto& blue = *new Ref<UIColor>(UIColor::colorWithRed(0, 0.35, 0.85, 1));
     return tintColor_ ? *tintColor_ : *blue;
@@ -116,7 +121,11 @@ void UIStepper::drawDivider(CGContext& context) {
     if (!divider)
         divider = dividerImageForStates(UIControlStateNormal, UIControlStateNormal);
     if (divider) {
-        context.drawImage(*divider, context.snapped(b.center(), divider->size()));
+        const CGRect place = context.snapped(b.center(), divider->size());
+        if (dividerTintColor_)
+            context.drawImage(*divider, place, *dividerTintColor_);
+        else
+            context.drawImage(*divider, place);
         return;
     }
     context.setFillColor(tint());
