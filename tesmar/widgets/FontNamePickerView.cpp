@@ -67,8 +67,10 @@ void FontNamePickerView::awakeFromNib() {
         ->addTarget(self, Selector("prevFont"), UIControlEventTouchUpInside);
     connected(nextButton_, "nextButton")
         ->addTarget(self, Selector("nextFont"), UIControlEventTouchUpInside);
-    for (const auto& button : {prevButton(), nextButton()})
+    for (const auto& button : {prevButton(), nextButton()}) {
         button->setContentEdgeInsets({kAboveSteppers, 0, 0, 0});
+        button->setPressedLook(UIButtonPressedLook::plate);
+    }
     updateLabelText();
 }
 

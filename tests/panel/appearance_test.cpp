@@ -257,6 +257,34 @@ TEST_F(PanelTest, GlyphsAreSharpAndOnOneLineAtEveryScale) {
     }
 }
 
+// The plate of the background's decrement half is narrower: content is cut off 8.5 points left of
+// it.
+TEST_F(PanelTest, PressedGlyphsHaveAWholePlate) {
+    const struct {
+        const char* id;
+        CGFloat middle, width; // of the plate, in the view
+    } rows[] = {{"fontPicker.next", 16, 28},
+                {"fontPicker.prev", 16, 28},
+                {"fontPicker.size", 23.5, 43},
+                {"backgroundColorOpacityStepper", 23.5, 17}};
+    for (const auto& [id, middle, width] : rows) {
+        Shown shown({568, 420});
+        shown.host.advance(2); // until the indicators have faded
+        UIView& view = shown.view(id);
+        const CGRect line{0, 14, 47, 1};
+        const auto before = shown.greys(view, line)[0];
+        shown.host.touch(UITouchPhase::began, view.convertPointTo({middle, 15}, nullptr));
+        shown.host.advance(0.3);
+        const auto pressed = shown.greys(view, line)[0];
+        const auto first = std::ranges::mismatch(before, pressed).in1 - before.begin();
+        const auto last = std::mismatch(before.rbegin(), before.rend(), pressed.rbegin()).first;
+        const auto end = last.base() - before.begin();
+        EXPECT_EQ(double(first + end) / 2, middle) << id;
+        EXPECT_EQ(end - first, width) << id;
+        EXPECT_EQ(std::ranges::min(before), std::ranges::min(pressed)) << id; // the glyph stays
+    }
+}
+
 TEST_F(PanelTest, NamesInEveryFontStandOnOneLine) {
     Shown shown(
         {568, 420}, [](auto&) {}, 3);

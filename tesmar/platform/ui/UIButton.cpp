@@ -6,6 +6,7 @@
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/internal/equal_objects.h"
+#include "tesmar/platform/ui/internal/press_plate.h"
 
 #include <algorithm>
 #include <utility>
@@ -121,6 +122,11 @@ void UIButton::setTintColor(const Ref<UIColor>& color) {
         setNeedsDisplay();
 }
 
+void UIButton::setPressedLook(UIButtonPressedLook look) {
+    pressedLook_ = look;
+    setNeedsDisplay();
+}
+
 const Ref<UILabel>& UIButton::titleLabel() {
     if (!titleLabel_) {
         titleLabel_ = make<UILabel>();
@@ -189,7 +195,8 @@ UIView* UIButton::hitTest(CGPoint point) {
 }
 
 CGFloat UIButton::fade() const {
-    return !isEnabled() ? 0.3 : isHighlighted() ? 0.5 : 1;
+    const bool isPaler = isHighlighted() && pressedLook_ == UIButtonPressedLook::paler;
+    return !isEnabled() ? 0.3 : isPaler ? 0.5 : 1;
 }
 
 void UIButton::draw(CGRect) {
@@ -201,12 +208,12 @@ void UIButton::draw(CGRect) {
         context->drawImage(*background, bounds());
     }
     if (const auto image = imageForState(state())) {
-        const CGPoint center =
-            bounds().center() + CGPoint{(contentInsets_.left - contentInsets_.right) / 2,
-                                        (contentInsets_.top - contentInsets_.bottom) / 2};
+        const CGRect content = CGRectInset(bounds(), contentInsets_);
+        const UIColor& tint = tintColor_ ? *tintColor_ : *UIColor::blackColor();
         context->setAlpha(fade());
-        context->drawImage(*image, context->snapped(center, image->size()),
-                           tintColor_ ? *tintColor_ : *UIColor::blackColor());
+        if (isHighlighted() && isEnabled() && pressedLook_ == UIButtonPressedLook::plate)
+            drawPressPlate(*context, *this, content, tint);
+        context->drawImage(*image, context->snapped(content.center(), image->size()), tint);
     }
 }
 

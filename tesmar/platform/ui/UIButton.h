@@ -14,6 +14,9 @@ namespace tesmar {
 
 enum class UIButtonType { custom = 0, system = 1 };
 
+// How an image shows a press: it becomes paler, or a plate in its colour lies behind it.
+enum class UIButtonPressedLook { paler, plate };
+
 class TESMAR_API UIButton : public UIControl {
     TESMAR_CLASS
 
@@ -39,6 +42,8 @@ class TESMAR_API UIButton : public UIControl {
     Ref<UIImage> backgroundImageForState(unsigned state) const;
     const Ref<UIColor>& tintColor() const { return tintColor_; }
     void setTintColor(const Ref<UIColor>& color);
+    // Initially paler. The plate fills the content.
+    void setPressedLook(UIButtonPressedLook look);
 
     // In points; initially zero. Coordinates that are NaN or infinite are made finite. The content
     // is the image in the centre and the title; its insets enlarge the intrinsic size. Those of the
@@ -79,6 +84,7 @@ class TESMAR_API UIButton : public UIControl {
     UIEdgeInsets contentInsets_;
     UIEdgeInsets titleInsets_;
     Ref<UIColor> tintColor_;
+    UIButtonPressedLook pressedLook_ = UIButtonPressedLook::paler;
     Ref<UILabel> titleLabel_;
 };
 

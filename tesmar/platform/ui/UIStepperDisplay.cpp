@@ -2,6 +2,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
 #include "tesmar/platform/ui/UIStepper.h"
+#include "tesmar/platform/ui/internal/press_plate.h"
 
 #include <cmath>
 
@@ -99,10 +100,8 @@ void UIStepper::drawHalf(CGContext& context, UIStepperHalf half) {
     const unsigned halfState = stateOf(half);
     const CGRect rect = halfRect(half);
     const CGPoint center = rect.center();
-    if (halfState == UIControlStateHighlighted) {
-        context.setRGBFillColor(tint().red(), tint().green(), tint().blue(), 0.15);
-        context.fillRoundedRect(CGRectInset(rect, 2, 1), 6);
-    }
+    if (halfState == UIControlStateHighlighted)
+        drawPressPlate(context, *this, rect, tint());
     context.saveGState();
     context.setAlpha(halfState == UIControlStateDisabled ? 0.25 : 1);
     const bool up = half == UIStepperHalf::increment;
