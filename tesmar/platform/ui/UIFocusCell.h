@@ -18,6 +18,7 @@ struct UIFocusCell {
     CGRect rect;               // bounds coordinates, points
     std::string_view suffix{}; // of its name, after the view's identifier; static storage
     CGFloat cornerRadius = 6;  // of the rectangle that the ring surrounds, points
+    bool operates = true;      // false: selecting it does nothing at present
 };
 
 enum class UIFocusStep { decrement, increment };

@@ -162,10 +162,12 @@ std::pair<UIStepper*, UIStepperHalf> UIStepper::halfWithIdentifier(UIView& root,
 }
 
 std::vector<UIFocusCell> UIStepper::focusCells() const {
-    const auto cell = [this](UIStepperHalf half) {
-        return flatCell(halfRect(half), identifierSuffix(half));
+    const auto cellOf = [this](UIStepperHalf half) {
+        auto cell = flatCell(halfRect(half), identifierSuffix(half));
+        cell.operates = canStep(half);
+        return cell;
     };
-    return {cell(UIStepperHalf::decrement), cell(UIStepperHalf::increment)};
+    return {cellOf(UIStepperHalf::decrement), cellOf(UIStepperHalf::increment)};
 }
 
 UIFocusTarget UIStepper::focusStepTarget(UIFocusStep step) {

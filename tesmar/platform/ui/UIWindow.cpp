@@ -9,6 +9,7 @@
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/internal/CurrentContext.h"
 #include "tesmar/platform/ui/internal/DamageHistory.h"
+#include "tesmar/platform/ui/internal/HoverMark.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
 #include "tesmar/platform/ui/internal/accessibility/AccessibilityMonitor.h"
@@ -191,6 +192,7 @@ bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double 
         keysAreInUse_ = false;
         if (focus_)
             focus_->touchLanded();
+        endHover();
         return touches_->began(UITouch(id, point, loop.now(), source));
     case UITouchPhase::moved:
         return touches_->moved(id, point, loop.now());
@@ -210,6 +212,30 @@ bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
     UIView* const hit = hitTest({finiteCoordinate(point.x), finiteCoordinate(point.y)});
     routeWheel(*this, hit, delta);
     return hit != nullptr;
+}
+
+void UIWindow::hover(CGPoint point) {
+    assertMainThread("UIWindow::hover");
+    const auto self = refTo(this);
+    if (touches_->hasFingers())
+        return;
+    layoutIfNeeded();
+    if (!hover_)
+        hover_ = std::make_unique<HoverMark>(*this);
+    hover_->moveTo({finiteCoordinate(point.x), finiteCoordinate(point.y)});
+    followHover();
+}
+
+void UIWindow::endHover() {
+    assertMainThread("UIWindow::endHover");
+    if (hover_)
+        hover_->hide();
+    hover_.reset();
+}
+
+void UIWindow::followHover() {
+    if (hover_ && !hover_->follow())
+        hover_.reset();
 }
 
 bool UIWindow::key(UIKey key, UIKeyRepeat repeat, double time) {
@@ -317,11 +343,14 @@ void UIWindow::invalidate() {
 void UIWindow::prepareFrame() {
     avoidCaptions();
     layoutIfNeeded();
+    followHover();
     if (focus_)
         focus_->follow();
 }
 
 void UIWindow::drawOverlay(CGRect) {
+    if (hover_)
+        hover_->draw();
     if (focus_)
         focus_->draw();
 }

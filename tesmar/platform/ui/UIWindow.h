@@ -33,6 +33,7 @@ namespace tesmar {
 class AccessibilityMonitor;
 class DamageHistory;
 class DamageRegion;
+class HoverMark;
 class KeyFocus;
 class TouchDispatcher;
 class UIAccessibilityObserver;
@@ -106,6 +107,12 @@ class TESMAR_API UIWindow : public UIView {
     // one that does not scroll: beside what scrolls in a card, it moves the card's content. Where
     // content scrolls sideways only, `delta.y` moves it as well.
     bool wheel(CGPoint point, CGPoint delta, double time);
+    // Only for a mouse, or another pointer that is somewhere without a touch: it is at `point`.
+    // Marks the control that a click there would operate, until a touch begins. Does nothing while
+    // a touch lasts, so a host calls it again when the button of the mouse is released.
+    void hover(CGPoint point);
+    // The mouse has left the window, or is hidden: takes the mark away.
+    void endHover();
     // Operates the topmost presented controller; no key is handled while there is none. Arrows move
     // the focus within a row and to the next row; Tab moves it from group to group. A key that
     // finds the focus hidden, as it is at first and after each touch, only shows it. Arrows and Tab
@@ -183,6 +190,7 @@ class TESMAR_API UIWindow : public UIView {
 
     void prepareFrame();
     void avoidCaptions();
+    void followHover();
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 
     CGFloat scale_ = 1;
@@ -200,6 +208,7 @@ class TESMAR_API UIWindow : public UIView {
     std::unique_ptr<TouchDispatcher> touches_;
     std::unique_ptr<AccessibilityMonitor> accessibility_; // null without an observer
     std::unique_ptr<KeyFocus> focus_;                     // null before the first key
+    std::unique_ptr<HoverMark> hover_;                    // null unless the mouse is on a control
     std::unique_ptr<DamageRegion> damage_;
     std::unique_ptr<DamageHistory> history_;
     std::unique_ptr<DamageRegion> repainted_; // by the last render()

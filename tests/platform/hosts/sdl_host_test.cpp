@@ -3,7 +3,7 @@
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/ui/Motion.h"
-#include "tesmar/platform/ui/UIControl.h"
+#include "tesmar/platform/ui/UIStepper.h"
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -150,6 +150,39 @@ TEST(SDLHost, HandsTouchesToTheWindowAndTapsToTheApplication) {
         screen.send(cases[i].events);
         EXPECT_EQ(screen.pad->log, cases[i].log) << "case " << i;
         EXPECT_EQ(taps, cases[i].taps) << "case " << i;
+    }
+}
+
+TEST(SDLHost, MarksTheControlUnderTheMouse) {
+    constexpr auto down = SDL_MOUSEBUTTONDOWN, up = SDL_MOUSEBUTTONUP, motion = SDL_MOUSEMOTION;
+    Screen screen;
+    const auto stepper = make<UIStepper>();
+    stepper->setFrame({100, 10, 94, 29});
+    screen.pad->superview()->addSubview(stepper);
+    constexpr CGPoint plus{170, 25}, minus{110, 25};
+    SDL_Event leave = event(SDL_WINDOWEVENT), echo = mouse(motion, plus);
+    leave.window.event = SDL_WINDOWEVENT_LEAVE;
+    echo.motion.which = SDL_TOUCH_MOUSEID;
+    const std::pair<std::vector<SDL_Event>, bool> steps[] = {
+        {{}, false},
+        {{echo}, false},
+        {{mouse(motion, plus)}, true},
+        {{mouse(motion, minus)}, false},   // disabled
+        {{mouse(motion, {170, 5})}, true}, // where a click still reaches it
+        {{leave}, false},
+        {{mouse(motion, plus)}, true},
+        {{touch(SDL_FINGERDOWN)}, false},
+        {{mouse(motion, plus)}, false},
+        {{touch(SDL_FINGERUP), mouse(motion, plus)}, true},
+        {{mouse(down, plus)}, false},
+        {{mouse(up, plus)}, true},
+        {{mouse(motion, kBesidePad + CGPoint{0, 60})}, false}};
+    std::uint32_t plain = 0;
+    for (const auto& [events, isMarked] : steps) {
+        screen.send(events);
+        const auto shown = screen.pixel(148, 24); // on the left edge of the half
+        plain = plain ? plain : shown;
+        EXPECT_EQ(shown != plain, isMarked) << &events - &steps[0].first;
     }
 }
 

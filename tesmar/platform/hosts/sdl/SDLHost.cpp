@@ -174,6 +174,9 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
     case SDL_WINDOWEVENT_EXPOSED:
         screenIsStale = true;
         break;
+    case SDL_WINDOWEVENT_LEAVE:
+        window->endHover();
+        break;
     case SDL_WINDOWEVENT_FOCUS_GAINED:
         accessibility.setActive(true);
         accessibility.check(screenReaders, screen.window());
@@ -181,6 +184,7 @@ void SDLHost::State::windowEvent(const SDL_WindowEvent& event, double time) {
     case SDL_WINDOWEVENT_FOCUS_LOST:
         accessibility.setActive(false);
         input.releaseAll(time);
+        window->endHover();
         break;
     default:
         break;

@@ -100,11 +100,11 @@ void SDLInput::handle(const SDL_Event& event, double time) {
             touchDown(kMouse, mouse(event.button.x, event.button.y), time);
         break;
     case SDL_MOUSEMOTION:
-        touchMoved(kMouse, mouse(event.motion.x, event.motion.y), time);
+        moveMouse(mouse(event.motion.x, event.motion.y), time);
         break;
     case SDL_MOUSEBUTTONUP:
         if (event.button.button == SDL_BUTTON_LEFT)
-            touchUp(kMouse, mouse(event.button.x, event.button.y), time);
+            releaseMouse(mouse(event.button.x, event.button.y), time);
         break;
     case SDL_FINGERDOWN:
         touchDown({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
@@ -157,6 +157,19 @@ void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
         window_.touch(UITouchPhase::ended, touch.id, point, time);
     else if (!touch.moved && !isApart(touch.start, point))
         callCopy(onTap, point);
+}
+
+// Handlers of the touch may destroy the host.
+void SDLInput::moveMouse(CGPoint point, double time) {
+    const auto window = refTo(&window_);
+    touchMoved(kMouse, point, time);
+    window->hover(point);
+}
+
+void SDLInput::releaseMouse(CGPoint point, double time) {
+    const auto window = refTo(&window_);
+    touchUp(kMouse, point, time);
+    window->hover(point);
 }
 
 void SDLInput::releaseAll(double time) {

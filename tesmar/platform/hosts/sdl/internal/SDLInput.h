@@ -51,6 +51,8 @@ class SDLInput {
     void touchDown(TouchName name, CGPoint point, double time);
     void touchMoved(TouchName name, CGPoint point, double time);
     void touchUp(TouchName name, CGPoint point, double time);
+    void moveMouse(CGPoint point, double time);
+    void releaseMouse(CGPoint point, double time);
     void keyDown(const SDL_KeyboardEvent& key, double time);
     void pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat, double time);
 

@@ -29,10 +29,6 @@ CGRect onPixels(const CGRect& frame, CGFloat scale) {
     return {p.x / scale, p.y / scale, p.width / scale, p.height / scale};
 }
 
-bool isSame(const ShownCell& a, const ShownCell& b) {
-    return a.frame == b.frame && a.radius == b.radius && a.alpha == b.alpha;
-}
-
 } // namespace
 
 FocusRing::FocusRing(UIWindow& window) : window_(window), progress_(1, [this] { update(); }) {}
@@ -66,7 +62,7 @@ void FocusRing::update() {
         if (now->frame.isEmpty() || now->alpha <= 0)
             now.reset();
     }
-    if (now.has_value() == drawn_.has_value() && (!now || isSame(*now, *drawn_)))
+    if (now == drawn_)
         return;
     damage(drawn_);
     damage(now);

@@ -26,6 +26,7 @@ struct ShownCell {
     CGRect frame;       // the visible part, in window coordinates; may be empty
     CGFloat radius = 0; // of its corners, points
     double alpha = 1;   // of the view and everything that it is in
+    bool operator==(const ShownCell&) const = default;
 };
 
 // Nothing when the view is not in `root`, or has no cell of that index.
