@@ -94,9 +94,10 @@ bool UISwitch::beginTracking(UITouch&) {
 
 // The thumb follows the finger across the middle; isOn() changes only at the lift.
 bool UISwitch::continueTracking(UITouch& touch) {
-    const CGFloat x = touch.locationIn(*this).x;
-    const bool towardsOn = x > bounds().midX() + kSize.width / 4;
-    const bool towardsOff = x < bounds().midX() - kSize.width / 4;
+    const CGFloat right = touch.locationIn(*this).x - bounds().midX();
+    const CGFloat forward = isRightToLeft() ? -right : right;
+    const bool towardsOn = forward > kSize.width / 4;
+    const bool towardsOff = forward < -kSize.width / 4;
     if ((towardsOn && !shownOn_) || (towardsOff && shownOn_)) {
         const CGFloat travelled = touch.location().x - touch.startLocation().x;
         if (std::abs(travelled) > kSize.width / 4 || dragged_) {
@@ -132,6 +133,13 @@ std::vector<UIFocusCell> UISwitch::focusCells() const {
     return {{.rect = bounds(), .cornerRadius = kSize.height / 2}};
 }
 
+// `part` is where a part is in a switch that is read from left to right.
+CGRect UISwitch::placed(CGRect part) const {
+    if (isRightToLeft())
+        part.origin.x = kSize.width - part.maxX();
+    return part;
+}
+
 void UISwitch::draw(CGRect) {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context)
@@ -147,13 +155,13 @@ void UISwitch::draw(CGRect) {
 
     // I and O tell the states apart without their colours.
     context->setRGBFillColor(1, 1, 1, at * dim);
-    context->fillRect(context->snapped(kOnMark));
+    context->fillRect(context->snapped(placed(kOnMark)));
     context->setRGBFillColor(1, 1, 1, (1 - at) * dim);
-    context->fillRoundedFrame(kOffMark, kOffMark.size.height / 2, kMarkWidth);
+    context->fillRoundedFrame(placed(kOffMark), kOffMark.size.height / 2, kMarkWidth);
 
     const CGFloat width = kThumb + kStretchBy * stretch_->value();
     const CGFloat x = kInset + (kSize.width - 2 * kInset - width) * at;
-    const CGRect thumb{x, kInset, width, kThumb};
+    const CGRect thumb = placed({x, kInset, width, kThumb});
     context->drawShadow(thumb, kThumb / 2, 3, {0, 1}, *shade);
     context->setFillColor(thumbTintColor_ ? *thumbTintColor_ : *UIColor::whiteColor());
     context->fillRoundedRect(thumb, kThumb / 2);

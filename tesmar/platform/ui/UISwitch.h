@@ -1,6 +1,6 @@
-// An on/off switch, 51 × 31 points. A tap toggles it, a drag moves its thumb; the thumb stretches
-// under the finger. It sends UIControlEventValueChanged when a finger that has changed it lifts;
-// setOn() sends no event.
+// An on/off switch, 51 × 31 points, whose thumb is at the trailing end when it is on. A tap toggles
+// it, a drag moves its thumb; the thumb stretches under the finger. It sends
+// UIControlEventValueChanged when a finger that has changed it lifts; setOn() sends no event.
 //
 // Toolkit: may change with any version.
 #pragma once
@@ -51,6 +51,7 @@ class TESMAR_API UISwitch : public UIControl {
 
   private:
     void moveThumb(bool animated);
+    CGRect placed(CGRect part) const;
 
     bool on_ = false;
     bool shownOn_ = false; // the thumb's position, or where it is sliding

@@ -288,7 +288,14 @@ TEST_F(ControlTest, StepperRepeatsWhileHeld) {
 TEST_F(ControlTest, SwitchShowsItsStateWithoutColour) {
     const auto toggle = add<UISwitch>({100, 100, 51, 31});
     // Of the middle row: one pixel of the free track, and one of the mark in it.
-    for (const auto& [on, track, mark] : {std::tuple{false, 139, 135}, {true, 108, 112}}) {
+    using enum UISemanticContentAttribute;
+    const std::tuple<UISemanticContentAttribute, bool, std::size_t, std::size_t> rows[] = {
+        {unspecified, false, 139, 135},
+        {unspecified, true, 108, 112},
+        {forceRightToLeft, false, 111, 115},
+        {forceRightToLeft, true, 142, 138}};
+    for (const auto& [direction, on, track, mark] : rows) {
+        toggle->setSemanticContentAttribute(direction);
         toggle->setOn(on);
         host.render();
         EXPECT_LT(host.pixels()[115 * 300 + track] >> 16 & 255, 160u) << on;
@@ -302,14 +309,18 @@ TEST_F(ControlTest, SwitchFollowsTapsAndDrags) {
     host.render();
     host.advance(0.05);
     EXPECT_FALSE(host.render().empty()); // the thumb slides
+    using enum UISemanticContentAttribute;
     const struct {
         std::vector<CGFloat> path; // of the finger
         const char* log;
         bool on; // at the end
+        UISemanticContentAttribute direction = unspecified;
     } cases[] = {{{120}, "down changed up ", false},
                  {{105, 145}, "down changed up ", true},
-                 {{145, 105, 148}, "down up ", true}}; // there and back
+                 {{145, 105, 148}, "down up ", true}, // there and back
+                 {{105, 145}, "down changed up ", false, forceRightToLeft}};
     for (const auto& c : cases) {
+        toggle->setSemanticContentAttribute(c.direction);
         const bool before = toggle->isOn();
         host.touch(P::began, {c.path.front(), 110});
         for (const CGFloat x : c.path)
