@@ -8,20 +8,22 @@
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
+#include <sstream>
 
 namespace tesmar {
-
-bool operator==(const PlacedGlyph& a, const PlacedGlyph& b) {
-    return a.glyph == b.glyph && a.origin == b.origin;
-}
-
 namespace {
 
-std::vector<PlacedGlyph> glyphsOf(const TypesetLine& line) {
-    std::vector<PlacedGlyph> glyphs;
-    for (const GlyphRun& run : line.runs)
-        glyphs.insert(glyphs.end(), run.glyphs.begin(), run.glyphs.end());
-    return glyphs;
+std::string describe(const TypesetText& text) {
+    std::ostringstream out;
+    out << std::hexfloat << text.isLeftToRight << text.isEllipsized;
+    for (const TypesetLine& line : text.lines) {
+        out << "\n"
+            << line.box.minX() << " " << line.box.maxX() << " " << line.box.maxY() << line.baseline;
+        for (const GlyphRun& run : line.runs)
+            for (const PlacedGlyph& g : run.glyphs)
+                out << " " << g.glyph << " at " << g.origin.x << " " << g.origin.y;
+    }
+    return out.str();
 }
 
 MakeComplexText fullTypesetter() {
@@ -63,16 +65,7 @@ TEST(PlainText, IsTheSameAsTheFullTypesetters) {
                 if (!plain)
                     continue;
                 ++plainTexts;
-                const TypesetText expected = full->typeset(request);
-                ASSERT_EQ(plain->lines.size(), expected.lines.size()) << name << text << i;
-                ASSERT_EQ(plain->isLeftToRight, expected.isLeftToRight) << text;
-                ASSERT_FALSE(expected.isEllipsized) << text;
-                for (std::size_t l = 0; l < plain->lines.size(); ++l) {
-                    const TypesetLine &a = plain->lines[l], &b = expected.lines[l];
-                    ASSERT_EQ(a.box, b.box) << name << ": " << text << " " << i;
-                    ASSERT_EQ(a.baseline, b.baseline) << name << ": " << text << " " << i;
-                    ASSERT_EQ(glyphsOf(a), glyphsOf(b)) << name << ": " << text << " " << i;
-                }
+                ASSERT_EQ(describe(*plain), describe(full->typeset(request))) << name << text << i;
             }
     }
     EXPECT_GT(plainTexts, 2000);

@@ -66,6 +66,8 @@ GObjectPtr<PangoContext> makeContext(FontFileRef face, FallbackFonts fallbackFon
     const GObjectPtr<PangoFontMap> map = makeFontFileMap(std::move(face), fallbackFonts);
     GObjectPtr<PangoContext> context(pango_font_map_create_context(map.get()));
     pango_context_set_round_glyph_positions(context.get(), FALSE);
+    // Not that of the process's locale, which would choose fonts and forms of letters.
+    pango_context_set_language(context.get(), pango_language_from_string("und"));
     return context;
 }
 
