@@ -56,6 +56,7 @@ HandPainting::HandPainting(UIWindow& window)
     addView(view("textColorOpacityStepper"), black);
     addView(view("textColorPicker.title"), black);
     addSwatches("textColorPicker");
+    addFade(frame("containerScrollView"));
     clip_ = whole;
     auto& reset = dynamic_cast<UILabel&>(*view("resetButton").subviews().at(0));
     addView(reset, reset.textColor());
@@ -133,10 +134,25 @@ void HandPainting::addSwitch() {
     const auto black = UIColor::blackColor();
     addMask(track, UIColor::colorWithRed(0.52, 0.52, 0.54, 1),
             [&](CGContext& c) { c.fillRoundedRect(track, track.size.height / 2); });
+    const CGRect mark = CGRect(34, 10, 11, 11).offsetBy(track.origin);
+    addMask(mark, UIColor::whiteColor(), [&](CGContext& c) { c.fillRoundedFrame(mark, 5.5, 2); });
     addMask(CGRectInset(thumb, -5, -5), UIColor::colorWithWhite(0, 0.35), [&](CGContext& c) {
         c.drawShadow(thumb, 13.5, 3, {0, 1}, *black);
     });
     addMask(thumb, UIColor::whiteColor(), [&](CGContext& c) { c.fillRoundedRect(thumb, 13.5); });
+}
+
+// At the bottom, where the scroll view hides content in the measured frames.
+void HandPainting::addFade(CGRect scrollView) {
+    const CGFloat length = 16, pixel = 1 / window_.scale();
+    const PixelRect edges = snappedToPixels(scrollView, window_.scale());
+    const CGFloat bottom = edges.bottom() * pixel;
+    const int lines = floorToInt(length / pixel);
+    for (int line = 0; line < lines; ++line) {
+        const CGRect place(edges.x * pixel, bottom - (line + 1) * pixel, edges.width * pixel,
+                           pixel);
+        addFill(place, UIColor::colorWithWhite(1, 1 - (line + 0.5) / lines));
+    }
 }
 
 void HandPainting::addSeparator(const std::string& identifier) {

@@ -43,6 +43,7 @@ class HandPainting {
                  const Drawing& drawing);
     void addCard();
     void addSwitch();
+    void addFade(tesmar::CGRect scrollView);
     void addSeparator(const std::string& identifier);
     // What the view itself draws, in one colour.
     void addView(tesmar::UIView& view, const tesmar::Ref<tesmar::UIColor>& color);

@@ -1,6 +1,6 @@
 // Compares the time of a frame of the panel with that of the same picture painted by hand with
 // cairo: for a full repaint, a tap on a swatch and a step of the font size. Then the time to read
-// the panel's accessible tree.
+// the panel's accessible tree, and the CPU time of each frame while the panel is presented.
 #include "HandPainting.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -77,6 +78,46 @@ void accessibleElements(benchmark::State& state) {
         benchmark::DoNotOptimize(accessibleTree(*panel.window));
 }
 
+double cpuMilliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+// On a television of 3840 x 2160 pixels: from the frame that follows the presentation until the
+// card is in place. Each iteration presents a new panel.
+void presenting(benchmark::State& state) {
+    const auto window = UIWindow::windowWithSize({960, 540}, 4);
+    constexpr int stride = 3840 * 4;
+    std::vector<std::uint32_t> pixels(3840 * 2160);
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    std::vector<double> call, first, others;
+    for (auto _ : state) {
+        const auto controller = make<TESMARViewController>();
+        double before = cpuMilliseconds();
+        window->presentViewController(controller, true);
+        call.push_back(cpuMilliseconds() - before);
+        for (int frame = 0; frame < 19; ++frame) {
+            before = cpuMilliseconds();
+            loop.advanceTo(loop.now() + 1.0 / 60);
+            window->render(pixels, stride);
+            (frame == 0 ? first : others).push_back(cpuMilliseconds() - before);
+        }
+        window->presentedViewController()->dismissViewControllerAnimated(false);
+        window->render(pixels, stride);
+    }
+    const auto median = [](std::vector<double>& times) {
+        const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+        std::ranges::nth_element(times, middle);
+        return *middle;
+    };
+    state.counters["call_ms"] = median(call);
+    state.counters["first_ms"] = median(first);
+    state.counters["other_ms"] = median(others);
+    first.insert(first.end(), others.begin(), others.end());
+    state.counters["worst_ms"] = *std::ranges::max_element(first);
+}
+
 // Whether no colour component differs by more than a rounding error.
 bool lookTheSame(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b) {
     constexpr int kRoundingError = 2;
@@ -115,6 +156,7 @@ void byHand(benchmark::State& state) {
 
 TESMAR_FRAMES(frame);
 TESMAR_FRAMES(byHand);
+BENCHMARK(presenting)->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(accessibleElements)->Unit(benchmark::kMicrosecond);
 
 } // namespace

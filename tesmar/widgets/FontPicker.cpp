@@ -23,6 +23,14 @@ Ref<UILabel> captionLabel(std::string_view text) {
     return label;
 }
 
+// Fatal before an initializer has made the part.
+template <class Part>
+Part& made(const Ref<Part>& part) {
+    if (!part)
+        fatalError("a FontPicker must be made by init or initWithCoder");
+    return *part;
+}
+
 } // namespace
 
 Class& FontPicker::classObject() {
@@ -109,8 +117,8 @@ UILabel* FontPicker::partLabel(const char* part) {
 
 void FontPicker::applyAppearance(const PanelAppearance& appearance) {
     setSemanticContentAttribute(semanticAttribute(appearance));
-    fontNamePicker_->applyAppearance(appearance);
-    applyStepperAppearance(*sizeStepper_, appearance);
+    made(fontNamePicker_).applyAppearance(appearance);
+    applyStepperAppearance(made(sizeStepper_), appearance);
     NamedViews labels;
     for (const auto& [part, text] : {std::pair{"fontLabel", appearance.texts->fontTitle},
                                      std::pair{"sizeLabel", appearance.texts->sizeTitle}})
@@ -143,7 +151,7 @@ void FontPicker::placeLabels(const PanelAppearance& appearance, const NamedViews
 }
 
 Ref<UIFont> FontPicker::selectedFont() const {
-    const std::string name = fontNamePicker_->selectedFontName();
+    const std::string name = made(fontNamePicker_).selectedFontName();
     const auto size = selectedSize();
     if (!size)
         fatalError("FontPicker: no size at index " +
@@ -154,7 +162,7 @@ Ref<UIFont> FontPicker::selectedFont() const {
 }
 
 std::optional<CGFloat> FontPicker::selectedSize() const {
-    const auto sizes = UIFont::fontSizesForFontName(fontNamePicker_->selectedFontName());
+    const auto sizes = UIFont::fontSizesForFontName(made(fontNamePicker_).selectedFontName());
     const double index = std::trunc(sizeStepper_->value());
     if (!(index >= 0) || index >= static_cast<double>(sizes.size()))
         return std::nullopt;
@@ -164,7 +172,7 @@ std::optional<CGFloat> FontPicker::selectedSize() const {
 void FontPicker::setSelectedFont(const Ref<UIFont>& font) {
     if (!font)
         return;
-    fontNamePicker_->selectFontName(font->fontName());
+    made(fontNamePicker_).selectFontName(font->fontName());
     const auto sizes = UIFont::fontSizesForFontName(font->fontName());
     sizeStepper_->setValue(static_cast<double>(sizes.size()) - 1);
     for (std::size_t i = 0; i < sizes.size(); ++i)
@@ -189,7 +197,7 @@ void FontPicker::setAccessibilityIdentifier(std::string identifier) {
     name(viewWithIdentifier(accessibilityIdentifier() + ".fontLabel"), "fontLabel");
     name(viewWithIdentifier(accessibilityIdentifier() + ".sizeLabel"), "sizeLabel");
     name(sizeStepper_.get(), "size");
-    name(fontNamePicker_->prevButton().get(), "prev");
+    name(made(fontNamePicker_).prevButton().get(), "prev");
     name(fontNamePicker_->nextButton().get(), "next");
     name(fontNamePicker_->fontNameLabel().get(), "name");
     UIControl::setAccessibilityIdentifier(std::move(identifier));

@@ -14,7 +14,8 @@ class TESMAR_API FontPicker : public UIControl {
     TESMAR_CLASS
 
   public:
-    // The picker gets its fitting size, at the origin.
+    // The picker gets its fitting size, at the origin. One that is used before its initializer is a
+    // fatal error.
     bool init() override;
     bool initWithCoder(NSCoder& coder) override;
     // Not supported: a fatal error.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <deque>
+#include <functional>
 
 namespace tesmar {
 namespace {
@@ -174,6 +175,22 @@ TEST(Widgets, TheNameShownIsThatOfTheList) {
     picker->selectFontName("Courier");
     EXPECT_EQ(label->text(), "Courier");
     EXPECT_DEATH(picker->nextFont(), "no font name at index 1 of 1");
+}
+
+struct UnmadePicker : FontPicker {
+    bool init() override { return UIControl::initWithFrame({}); }
+};
+
+TEST(Widgets, AFontPickerWithoutItsInitializerIsFatal) {
+    const auto picker = make<UnmadePicker>();
+    const std::function<void()> uses[] = {
+        [&] { picker->selectedFont(); },
+        [&] { picker->setSelectedFont(UIFont::systemFontOfSize(9)); },
+        [&] { picker->setAccessibilityIdentifier("font"); },
+        [&] { picker->applyAppearance({}); },
+    };
+    for (const auto& use : uses)
+        EXPECT_DEATH(use(), "^tesmar: a FontPicker must be made by init");
 }
 
 } // namespace

@@ -75,8 +75,8 @@ void UIGraphicsPopContext() {
 }
 
 void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale) {
-    const double pixelsPerPoint =
-        scale == 0 ? std::ceil(UIImage::mainScreenScale()) : finite(scale, 0.1, 16, 1);
+    const double drawingScale = top ? top->context->scale() : UIImage::mainScreenScale();
+    const double pixelsPerPoint = scale == 0 ? std::ceil(drawingScale) : finite(scale, 0.1, 16, 1);
     auto image = std::make_unique<ImageContext>(imageSurface(size, pixelsPerPoint), pixelsPerPoint);
     CGContext& context = image->context;
     if (opaque)

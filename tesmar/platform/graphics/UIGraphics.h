@@ -19,9 +19,11 @@ TESMAR_API void UIGraphicsPushContext(CGContext& context);
 TESMAR_API void UIGraphicsPopContext();
 
 // Pushes an image context: a new picture, transparent or, if `opaque`, black. `size` is in points,
-// rounded up to whole pixels; `scale` is in pixels per point, clamped to 0.1…16, and 0 means the
-// main screen's, rounded up to a whole number: whole points are then whole pixels. If the size is
-// empty, not finite or larger than an image may be, the context draws nothing and yields no image.
+// rounded up to whole pixels; `scale` is in pixels per point, clamped to 0.1…16. 0 means that of
+// the current context, so that an image made while a window paints is sharp in that window, or
+// without one UIImage::mainScreenScale(); both are rounded up to a whole number: whole points are
+// then whole pixels. If the size is empty, not finite or larger than an image may be, the context
+// draws nothing and yields no image.
 TESMAR_API void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, CGFloat scale);
 // A new image, a copy of what has been drawn so far. Null when the top of the stack is not an image
 // context, or is one that draws nothing.

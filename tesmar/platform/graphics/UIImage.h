@@ -58,7 +58,8 @@ class TESMAR_API UIImage : public NSObject {
     static CGFloat mainScreenScale();
     static void setMainScreenScale(CGFloat scale);
 
-    // Added by the caption library: a new transparent image of 1 × 1 point at mainScreenScale().
+    // Added by the caption library: a new transparent image of 1 × 1 point, of the scale that an
+    // image context has by default.
     static Ref<UIImage> emptyImageForBorders();
 
     // For the graphics layer: the implementation, which uses the drawing library.

@@ -35,7 +35,8 @@ class TESMAR_API FontRegistry {
     // std::nullopt if no face has that name, or if the machine has no fonts at all.
     static std::optional<Source> sourceOf(std::string_view fontName);
 
-    // Adds the faces of a font file. False if the file has none or cannot be read.
+    // Adds the faces of a font file. False if it is not a regular file, has none, or cannot be
+    // read.
     static bool addFontFile(const std::string& path);
     // Limits the faces to these names and the system font, replacing any earlier limit. A name
     // without a font file is drawn with the system font. Files added later add their faces.

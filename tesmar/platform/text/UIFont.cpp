@@ -105,6 +105,8 @@ bool UIFont::encodeWithCoder(NSCoder& coder) const {
 }
 
 bool UIFont::isEqual(const NSObject* other) const {
+    if (other == this)
+        return true; // every frame asks, for each label
     const auto* font = dynamic_cast<const UIFont*>(other);
     return font && fontName_ == font->fontName_ && pointSize_ == font->pointSize_;
 }

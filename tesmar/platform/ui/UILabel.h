@@ -70,9 +70,9 @@ class TESMAR_API UILabel : public UIView {
     TextLayout& currentLayout() const;
     // The layout for drawing, in the present width.
     TextLayout& fittedLayout() const;
+    bool hasVisibleText() const;
     // The distance of the layout from the label's upper edge.
     CGFloat topOf(const TextLayout& layout) const;
-    bool hasVisibleText() const;
     template <class T>
     void change(T& property, T value);
 

@@ -66,8 +66,8 @@ class TESMAR_API UIViewController : public NSObject {
     // for example to restart an idle timer. An override may do anything, including dismissing the
     // controller.
     virtual void willHandleKey() {}
-    // A key has shown or moved the focus. `identifier` is that of UIFocus. An override may do
-    // anything.
+    // A key has shown or moved the focus, or the next frame has found the focused control gone and
+    // the focus elsewhere. `identifier` is that of UIFocus. An override may do anything.
     virtual void focusDidMove(const std::string& /*identifier*/) {}
     // The identifier, as of UIFocus, where the focus starts each time the controller is presented;
     // an empty or unknown one means the first place in reading order.

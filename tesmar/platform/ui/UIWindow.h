@@ -115,9 +115,9 @@ class TESMAR_API UIWindow : public UIView {
     void endHover();
     // Operates the topmost presented controller; no key is handled while there is none. Arrows move
     // the focus within a row and to the next row; Tab moves it from group to group. A key that
-    // finds the focus hidden, as it is at first and after each touch, only shows it. Arrows and Tab
-    // repeat after 0.4 seconds and then every 0.1 seconds, however often the host reports that they
-    // are held; other keys don't repeat.
+    // finds the focus hidden, as it is at first and after each touch, only shows it. Arrows, Tab,
+    // plus and minus repeat after 0.4 seconds and then every 0.1 seconds, however often the host
+    // reports that they are held; other keys don't repeat.
     bool key(UIKey key, UIKeyRepeat repeat, double time);
     // Initially taken: see UIEdgeKeys.
     void setEdgeKeys(UIEdgeKeys behaviour) { edgeKeys_ = behaviour; }

@@ -122,6 +122,17 @@ TEST(CGContext, PixelsBlendOverTheSurface) {
     EXPECT_EQ(canvas.pixels, (std::vector<std::uint32_t>{0xff723232, 0xff123456, 0xff646464}));
 }
 
+TEST(CGContext, RectanglesAndShapesRoundAColorAlike) {
+    for (int i = 0; i <= 2000; ++i) {
+        Canvas canvas(2, 1, 8);
+        auto context = canvas.context();
+        context.setRGBFillColor(i / 2000.0, 1 - i / 2000.0, i / 5000.0, 1);
+        context.fillRect({0, 0, 1, 1});
+        context.fillEllipse({1, 0, 1, 1});
+        ASSERT_EQ(canvas.at(4, 4), canvas.at(12, 4)) << i;
+    }
+}
+
 TEST(CGContext, ALayerIsOnePicture) {
     Canvas canvas(20, 10, 1);
     CGContext context = canvas.context();

@@ -78,7 +78,10 @@ TEST_F(UIImageTest, ChoosesTheFileForTheScreensScale) {
 
 // The files have different colours.
 TEST_F(UIImageTest, DrawingChoosesTheFileForItsOwnScale) {
-    const auto bundle = NSBundle::bundle("b", [](std::string_view name) {
+    bool isUnreadable = false;
+    const auto bundle = NSBundle::bundle("b", [&](std::string_view name) {
+        if (isUnreadable)
+            throw std::bad_alloc();
         const bool isLarge = name.find('@') != name.npos;
         const std::string file =
             isLarge ? filePNG(Pixels(144, 0xff0000ff), 12) : filePNG(Pixels(36, 0xffff0000), 6);
@@ -87,6 +90,10 @@ TEST_F(UIImageTest, DrawingChoosesTheFileForItsOwnScale) {
     for (const double loaded : {1.0, 2.0}) {
         UIImage::setMainScreenScale(loaded);
         const auto image = UIImage::imageNamedFrom("i", *bundle);
+        Canvas failed(6, 6, 3 - loaded);
+        isUnreadable = true; // at the first drawing
+        EXPECT_THROW(failed.context().drawImage(*image, {0, 0, 6, 6}), std::bad_alloc);
+        isUnreadable = false;
         for (const double drawn : {1.0, 2.0, 0.5, 1.5, 1.0, 3.0}) {
             const double shown = drawn == 3 ? loaded : drawn; // the file for 3 is broken
             Canvas canvas(6, 6, drawn);
@@ -148,6 +155,12 @@ TEST_F(UIImageTest, ImageContextsHaveTheRequestedSize) {
         UIGraphicsEndImageContext(); // has no effect on an empty stack
         EXPECT_EQ(UIGraphicsGetCurrentContext(), nullptr);
     }
+    UIGraphicsBeginImageContextWithOptions({1, 1}, true,
+                                           3); // the drawing's scale, not the screen's
+    UIGraphicsBeginImageContextWithOptions({1, 1}, true, 0);
+    EXPECT_EQ(UIGraphicsGetImageFromCurrentImageContext()->scale(), 3);
+    UIGraphicsEndImageContext();
+    UIGraphicsEndImageContext();
 }
 
 TEST_F(UIImageTest, DrawingScalesAndTints) {

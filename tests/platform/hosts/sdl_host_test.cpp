@@ -256,6 +256,8 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
     focusLost.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
     screen.send({focusLost});
     EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
+    screen.send({button(down, SDL_CONTROLLER_BUTTON_RIGHTSHOULDER)});
+    EXPECT_TRUE(NSRunLoop::mainRunLoop().nextDeadline()); // steps repeat too
 
     screen.send({button(down, SDL_CONTROLLER_BUTTON_B)});
     EXPECT_TRUE(!sheet->presentingViewController() || sheet->isBeingDismissed());

@@ -168,9 +168,19 @@ TEST_F(FontRegistryTest, ARestrictionLeavesOnlyItsNamesAndAddedFiles) {
     EXPECT_EQ(fileOf("Corporate-Bold"), fileOf(".SystemUI"));
     EXPECT_TRUE(FontRegistry::addFontFile("/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf"));
     EXPECT_TRUE(listedFaces().contains("DejaVuSerif"));
-    for (const char* path : {"", "/etc/passwd", "/usr/share/fonts",
+    const std::string fifo = directory_ + "/fifo", face = directory_ + "/face.ttf";
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    for (const char* path : {"", "/etc/passwd", "/usr/share/fonts", fifo.c_str(),
                              "/usr/share/fonts/type1/urw-base35/NimbusSans-Regular.t1"})
         EXPECT_FALSE(FontRegistry::addFontFile(path)) << path;
+
+    std::filesystem::copy("/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf", face);
+    EXPECT_TRUE(FontRegistry::addFontFile(face));
+    std::filesystem::rename(fifo, face); // a file that has become a fifo does not hang either
+    TextLayout layout;
+    layout.setFont(UIFont::fontWithName("DejaVuSansMono", 12));
+    layout.setText("text");
+    EXPECT_GT(layout.size().height, 0);
 }
 
 } // namespace

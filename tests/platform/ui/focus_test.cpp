@@ -53,7 +53,9 @@ TEST(KeyRepeatsTest, LimitsHeldKeys) {
                   {K::right, held, 9, true},         {K::right, held, 9.03, false},
                   {K::right, pressed, 9.1, true},    {K::right, held, 9.2, false},
                   {K::select, pressed, 10, true},    {K::select, held, 20, false},
-                  {K::increment, pressed, 21, true}, {K::increment, held, 30, false}};
+                  {K::increment, pressed, 21, true}, {K::increment, held, 21.4, true},
+                  {K::decrement, pressed, 22, true}, {K::decrement, held, 22.4, true},
+                  {K::last, pressed, 23, true},      {K::last, held, 30, false}};
     for (const auto& [key, repeat, time, acts] : events)
         EXPECT_EQ(repeats.acts(key, repeat, time), acts) << time;
 }
@@ -94,7 +96,11 @@ class FocusTest : public UITest {
         return focus ? focus->identifier + (focus->isShown ? "" : "?") : "none";
     }
 
-    const Ref<UIViewController> sheet = make<UIViewController>();
+    struct Sheet : UIViewController {
+        void focusDidMove(const std::string& identifier) override { told = identifier; }
+        std::string told;
+    };
+    const Ref<Sheet> sheet = make<Sheet>();
     const Ref<UIScrollView> scroll = make<UIScrollView>();
 };
 
@@ -137,6 +143,8 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
     for (std::size_t i = 0; i < std::size(steps); ++i) {
         steps[i].first();
         EXPECT_EQ(focus(), steps[i].second) << "step " << i;
+        const auto now = host.window()->focus();
+        EXPECT_TRUE(!now || !now->isShown || now->identifier == sheet->told) << "step " << i;
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include "tesmar/platform/graphics/UIColor.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace tesmar {
@@ -16,6 +18,14 @@ bool isPossible(const void* pixels, int width, int height, int stride) {
 
 void setSource(cairo_t* cr, const Paint& paint) {
     cairo_set_source_rgba(cr, paint.red, paint.green, paint.blue, paint.alpha);
+}
+
+// Rounded as cairo rounds colours, so that a shape has the same pixels inside.
+std::uint32_t opaquePixel(const Paint& paint) {
+    const auto byte = [](double component) {
+        return static_cast<std::uint32_t>(floorToInt(component * 65535 + 0.5)) >> 8;
+    };
+    return 0xffu << 24 | byte(paint.red) << 16 | byte(paint.green) << 8 | byte(paint.blue);
 }
 
 void addRectangle(cairo_t* cr, const PixelRect& r) {
@@ -61,23 +71,22 @@ SurfacePtr readOnlySurface(const void* pixels, int width, int height, int stride
 
 void CGContext::Impl::begin(void* pixels, int w, int h, int stride, CGFloat pixelsPerPoint) {
     end();
-    const bool possible = isPossible(pixels, w, h, stride);
     scale = finite(pixelsPerPoint, 0.1, 16, 1);
     state = {};
-    if (possible)
-        state.clip = {0, 0, w, h};
-    surface_ = possible ? cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
-                                                              CAIRO_FORMAT_ARGB32, w, h, stride)
-                        : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 0, 0);
+    if (!isPossible(pixels, w, h, stride))
+        return;
+    state.clip = {0, 0, w, h};
+    surface_ = cairo_image_surface_create_for_data(static_cast<unsigned char*>(pixels),
+                                                   CAIRO_FORMAT_ARGB32, w, h, stride);
     cairo_ = cairo_create(surface_);
 }
 
 void CGContext::Impl::end() {
-    if (!surface_)
-        return;
     while (!layers_.empty())
         endLayer();
     savedStates.clear();
+    if (!surface_)
+        return;
     cairo_destroy(std::exchange(cairo_, nullptr));
     // Cairo must not touch the pixels from here on: the caller may free them.
     cairo_surface_finish(surface_);
@@ -96,6 +105,10 @@ void CGContext::Impl::fillPixels(const PixelRect& r, const Paint& paint) {
     const PixelRect visible = intersection(r, state.clip);
     if (visible.isEmpty() || paint.alpha <= 0)
         return;
+    if (paint.alpha >= 1) {
+        setPixels(visible, opaquePixel(paint));
+        return;
+    }
     cairo_t* cr = cairo();
     setSource(cr, paint);
     addRectangle(cr, visible);
@@ -104,13 +117,21 @@ void CGContext::Impl::fillPixels(const PixelRect& r, const Paint& paint) {
 
 void CGContext::Impl::clearPixels(const PixelRect& r) {
     const PixelRect visible = intersection(r, state.clip);
-    if (visible.isEmpty())
-        return;
-    cairo_t* cr = cairo();
-    cairo_set_operator(cr, CAIRO_OPERATOR_CLEAR);
-    addRectangle(cr, visible);
-    cairo_fill(cr);
-    cairo_set_operator(cr, CAIRO_OPERATOR_OVER);
+    if (!visible.isEmpty())
+        setPixels(visible, 0);
+}
+
+// In memory: filling with cairo would take most of the time of a small frame.
+void CGContext::Impl::setPixels(const PixelRect& visible, std::uint32_t pixel) {
+    cairo_surface_t* const target = layers_.empty() ? surface_ : layers_.back().surface;
+    const PixelRect box = layers_.empty() ? PixelRect() : layers_.back().box;
+    cairo_surface_flush(target);
+    const std::ptrdiff_t rowLength = cairo_image_surface_get_stride(target) / 4;
+    auto* row = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(target)) +
+                (visible.y - box.y) * rowLength + (visible.x - box.x);
+    for (int y = 0; y < visible.height; ++y, row += rowLength)
+        std::fill_n(row, visible.width, pixel);
+    cairo_surface_mark_dirty(target);
 }
 
 void CGContext::Impl::paintMask(cairo_surface_t* mask, int x, int y, const PixelRect& within,

@@ -78,7 +78,7 @@ class CGContext::Impl {
     void paintCached(std::span<const std::int32_t> shape, const PixelRect& box,
                      cairo_format_t format, const Paint& paint, const Render& render);
 
-    // Of the innermost layer.
+    // Of the innermost layer. Null without pixels to draw into; then the clip is empty.
     cairo_t* cairo() const { return layers_.empty() ? cairo_ : layers_.back().cairo; }
 
     void beginLayer(double alpha);
@@ -99,6 +99,8 @@ class CGContext::Impl {
     };
 
     void end();
+    // `visible` must lie within the clip and not be empty.
+    void setPixels(const PixelRect& visible, std::uint32_t pixel);
 
     cairo_surface_t* surface_ = nullptr;
     cairo_t* cairo_ = nullptr;

@@ -70,8 +70,8 @@ const UIImage::Impl& NamedImage::picture(double scale, const UIImage::Impl& firs
     const std::lock_guard lock(mutex_);
     Slot& slot = slots_[variant];
     if (!slot.isLoaded) {
+        slot.picture = load(name_, *bundle_, variantScale); // may throw: the next drawing retries
         slot.isLoaded = true;
-        slot.picture = load(name_, *bundle_, variantScale);
         if (slot.picture && slot.picture->scale == first.scale)
             slot.picture = nullptr;
     }

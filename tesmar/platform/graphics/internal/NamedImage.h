@@ -24,7 +24,8 @@ class NamedImage {
     NamedImage(std::string_view name, const NSBundle& bundle);
 
     // The same as load(), but made once for each file, and `first` if that is of the same file, or
-    // if there is no other. Owned by this object.
+    // if there is no other. Passes on what the bundle throws; the next call then tries again. Owned
+    // by this object.
     const UIImage::Impl& picture(double scale, const UIImage::Impl& first) const;
 
   private:

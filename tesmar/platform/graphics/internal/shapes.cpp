@@ -76,6 +76,15 @@ double clampedRadius(const SubpixelRect& r, double radius) {
     return std::min({radius, toPixels(r.right - r.left) / 2, toPixels(r.bottom - r.top) / 2});
 }
 
+// Whether all of the clip lies within the rounded rectangle and clear of its corners: no mask needs
+// to be looked up then. Most of a small frame lies so in a card and its shadow.
+bool isWithin(const PixelRect& clip, const SubpixelRect& r, int cornerRadius) {
+    constexpr int kAntialiasing = 2; // pixels
+    const PixelRect inside = r.grownBy(-cornerRadius - kAntialiasing * kSubpixels).pixels();
+    return clip.x > inside.x && clip.y > inside.y && clip.right() < inside.right() &&
+           clip.bottom() < inside.bottom();
+}
+
 // One direction of a large box whose mask does not change along its middle: the mask is rendered
 // with a middle of one pixel, which is stretched when it is painted. Lengths are device pixels.
 struct Stretch {
@@ -234,6 +243,10 @@ void drawRoundedRect(CGContext::Impl& painter, const CGRect& rect, double radius
         painter.paintCached(key, box, CAIRO_FORMAT_A8, paint, render(r));
         return;
     }
+    if (frame == 0 && isWithin(painter.state.clip, place, cornerRadius)) {
+        painter.fillPixels(box, paint);
+        return;
+    }
     const Stretch across(margin, box.width), down(margin, box.height);
     const SubpixelRect s = shortened(r, across, down);
     const std::array key{
@@ -262,6 +275,8 @@ void drawShadow(CGContext::Impl& painter, const CGRect& rect, double radius, dou
     const int dx = moved(offset.x), dy = moved(offset.y);
     const int cornerRadius =
         toSubpixels(clampedRadius(place, std::min(radius * painter.scale, kLargestRadius)));
+    if (isWithin(painter.state.clip, place, cornerRadius))
+        return;
 
     const SubpixelRect shadowRect = place.movedBy(dx, dy).grownBy(reach * kSubpixels);
     const PixelRect box =

@@ -147,7 +147,7 @@ class Tableau {
     std::vector<std::uint8_t> isVisited_;   // by variable
     std::vector<Variable> dependencyOrder_; // visited owners; each after those it refers to
     std::vector<std::pair<Variable, std::size_t>> path_;
-    std::vector<Term> merged_;
+    std::vector<Term> inserted_;
     std::vector<int> rowsWithFixedTerms_;
 
     std::vector<EvaluationStep> evaluationSteps_;

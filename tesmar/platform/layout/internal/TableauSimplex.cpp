@@ -10,9 +10,12 @@
 namespace tesmar {
 namespace {
 
+bool isBefore(const Term& term, Variable variable) {
+    return term.variable < variable;
+}
+
 std::vector<Term>::const_iterator find(Variable variable, const std::vector<Term>& terms) {
-    const auto place = std::lower_bound(terms.begin(), terms.end(), variable,
-                                        [](const Term& t, Variable v) { return t.variable < v; });
+    const auto place = std::lower_bound(terms.begin(), terms.end(), variable, isBefore);
     return place != terms.end() && place->variable == variable ? place : terms.end();
 }
 
@@ -112,8 +115,8 @@ void Tableau::pivot(Variable entering, int row) {
     const double coefficient = term->coefficient;
     replacement.terms.erase(term);
     replacement.scale(-1 / coefficient);
-    const auto place = std::lower_bound(replacement.terms.begin(), replacement.terms.end(), leaving,
-                                        [](const Term& t, Variable v) { return t.variable < v; });
+    const auto place =
+        std::lower_bound(replacement.terms.begin(), replacement.terms.end(), leaving, isBefore);
     replacement.terms.insert(place, {leaving, 1 / coefficient});
 
     variables_[leaving].role = Role::nonbasic;
@@ -143,27 +146,39 @@ void Tableau::substitute(Variable variable, const LinearExpression& replacement)
     }
 }
 
-// target += factor * source, where target is the expression of `row`.
+// target += factor * source, where target is the expression of `row`. Rows are often long and what
+// is added to them short, with new variables, which come last: so terms move only behind inserted
+// ones.
 void Tableau::addScaled(LinearExpression& target, const LinearExpression& source, double factor,
                         int row) {
     target.constant.add(source.constant, factor);
-    if (source.terms.empty())
-        return;
-    merged_.clear();
-    auto old = target.terms.cbegin();
+    std::vector<Term>& terms = target.terms;
+    inserted_.clear();
+    bool cancels = false;
+    auto place = terms.begin();
     for (const Term& added : source.terms) {
-        while (old != target.terms.cend() && old->variable < added.variable)
-            merged_.push_back(*old++);
-        double sum = factor * added.coefficient;
-        if (old != target.terms.cend() && old->variable == added.variable)
-            sum += old++->coefficient;
-        else
+        const double change = factor * added.coefficient;
+        place = std::lower_bound(place, terms.end(), added.variable, isBefore);
+        if (place != terms.end() && place->variable == added.variable) {
+            place->coefficient += change;
+            cancels = cancels || std::abs(place->coefficient) <= kCoefficientTolerance;
+        } else if (std::abs(change) > kCoefficientTolerance) {
             columns_[added.variable].push_back(row);
-        if (std::abs(sum) > kCoefficientTolerance)
-            merged_.push_back({added.variable, sum});
+            inserted_.push_back({added.variable, change});
+        }
     }
-    merged_.insert(merged_.end(), old, target.terms.cend());
-    target.terms.assign(merged_.begin(), merged_.end());
+    auto end = terms.size();
+    terms.resize(end + inserted_.size());
+    for (auto free = terms.end(); !inserted_.empty(); inserted_.pop_back()) {
+        const auto last = terms.begin() + static_cast<std::ptrdiff_t>(end);
+        const auto gap = std::lower_bound(terms.begin(), last, inserted_.back().variable, isBefore);
+        free = std::move_backward(gap, last, free);
+        *--free = inserted_.back();
+        end = static_cast<std::size_t>(gap - terms.begin());
+    }
+    if (cancels)
+        std::erase_if(
+            terms, [](const Term& t) { return std::abs(t.coefficient) <= kCoefficientTolerance; });
 }
 
 void Tableau::addReducedCost(Variable variable, double coefficient) {

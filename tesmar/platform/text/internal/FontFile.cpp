@@ -3,6 +3,7 @@
 #include <hb-ot.h>
 
 #include <algorithm>
+#include <filesystem>
 
 namespace tesmar {
 
@@ -19,7 +20,11 @@ hb_font_t* FontFile::font() {
     if (font_)
         return font_;
     const auto index = static_cast<unsigned>(index_);
-    hb_blob_t* const bytes = hb_blob_create_from_file(path_.c_str());
+    // The path may have become another file since the fonts were listed; opening a fifo waits.
+    std::error_code error;
+    hb_blob_t* const bytes = std::filesystem::is_regular_file(path_, error)
+                                 ? hb_blob_create_from_file(path_.c_str())
+                                 : hb_blob_get_empty();
     hb_face_t* const face = hb_face_create(bytes, index & 0xFFFF);
     font_ = hb_font_create(face);
     constexpr unsigned kWholeVariableFont = 0x8000;

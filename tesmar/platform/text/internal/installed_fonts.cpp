@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/text/internal/font_configuration.h"
 
+#include <filesystem>
 #include <unordered_map>
 
 namespace tesmar {
@@ -57,6 +58,9 @@ std::vector<FontRegistry::Source> facesOf(const FcFontSet* fonts) {
 } // namespace
 
 std::vector<FontRegistry::Source> facesInFile(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error)) // opening a fifo waits
+        return {};
     FcFontSetPtr fonts(FcFontSetCreate());
     int count = 0;
     FcFreeTypeQueryAll(reinterpret_cast<const FcChar8*>(path.c_str()), static_cast<unsigned>(-1),

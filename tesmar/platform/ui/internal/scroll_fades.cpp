@@ -25,9 +25,12 @@ void drawEdgeFades(const CGRect& bounds, const UIEdgeInsets& hidden, const UICol
     const auto fade = [&](CGFloat hiddenLength, CGFloat extent, auto lineAt) {
         if (hiddenLength < kRounding)
             return;
+        const int lines = floorToInt(std::min(kEdgeFade, extent / 2) / pixel);
+        const CGRect faded = CGRectUnion(lineAt(0), lineAt(lines * pixel));
+        if (intersection(context->pixels(faded), context->clipPixels()).isEmpty())
+            return;
         const CGFloat strength = std::min(1.0, hiddenLength / kEdgeFade);
-        const double lines = std::floor(std::min(kEdgeFade, extent / 2) / pixel);
-        for (double line = 0; line < lines; ++line) {
+        for (int line = 0; line < lines; ++line) {
             context->setRGBFillColor(paper.red(), paper.green(), paper.blue(),
                                      paper.alpha() * strength * (1 - (line + 0.5) / lines));
             context->fillRect(lineAt(line * pixel));

@@ -38,8 +38,9 @@ std::optional<UIKey> keyOf(SDL_GameControllerButton button) {
     }
 }
 
-bool isDirection(SDL_GameControllerButton button) {
-    return button >= SDL_CONTROLLER_BUTTON_DPAD_UP && button <= SDL_CONTROLLER_BUTTON_DPAD_RIGHT;
+bool repeatsWhileHeld(SDL_GameControllerButton button) {
+    const auto key = keyOf(button);
+    return key && key != UIKey::select && key != UIKey::back;
 }
 
 // How far a stick at (x, y) is moved in that direction.
@@ -124,7 +125,7 @@ void SDLControllers::moveStick(Controller& controller, const SDL_ControllerAxisE
 
 void SDLControllers::press(SDL_GameControllerButton button, double time) {
     release();
-    if (isDirection(button)) {
+    if (repeatsWhileHeld(button)) {
         held_ = button;
         repeatLater();
     }

@@ -63,6 +63,10 @@ void KeyFocus::put(const FocusPlace& place) {
     isPlaced_ = true;
 }
 
+bool KeyFocus::hasMovedTo(const FocusPlace& place) const {
+    return view_.lock() != place.view || index_ != place.index;
+}
+
 // The place of the focus; if that is gone, the next best.
 std::size_t KeyFocus::locate(const std::vector<FocusPlace>& places, const FocusGrid& grid,
                              const UIViewController& controller) const {
@@ -147,7 +151,13 @@ bool KeyFocus::key(UIKey key, UIKeyRepeat repeat, double time,
         return isUsedAtEdge;
     const FocusGrid grid = gridOf(places);
     const FocusPlace& place = places[locate(places, grid, *controller)];
+    const bool isGone = isShown_ && hasMovedTo(place); // since the last frame
     put(place);
+    if (isGone) {
+        controller->focusDidMove(place.identifier);
+        if (!isCurrent(*controller))
+            return true;
+    }
     if (!isShown_) {
         column_ = middle_.x;
         showOn(place, places, *controller);
@@ -176,7 +186,7 @@ bool KeyFocus::key(UIKey key, UIKeyRepeat repeat, double time,
 
 void KeyFocus::showOn(const FocusPlace& place, const std::vector<FocusPlace>& all,
                       UIViewController& controller) {
-    const bool isNews = !isShown_ || view_.lock() != place.view || index_ != place.index;
+    const bool isNews = !isShown_ || hasMovedTo(place);
     put(place);
     isShown_ = true;
     reveal(place, all);
@@ -215,25 +225,28 @@ void KeyFocus::follow() {
         leave();
         return;
     }
-    if (!controller->isBeingDismissed())
-        stayUsable(*controller);
+    const bool hasMoved = !controller->isBeingDismissed() && stayUsable(*controller);
     if (const auto cell = shown())
         ring_.follow(*cell);
     else
         ring_.hide();
+    if (hasMoved)
+        controller->focusDidMove(std::string(identifier_));
 }
 
-void KeyFocus::stayUsable(UIViewController& controller) {
+// Returns whether the focus has moved.
+bool KeyFocus::stayUsable(UIViewController& controller) {
     const auto view = view_.lock();
     if (view && isUsable(*controller.view(), *view, index_))
-        return;
+        return false;
     const auto places = focusPlaces(*controller.view());
     if (places.empty()) {
         view_.reset();
-        return;
+        return false;
     }
     put(places[locate(places, gridOf(places), controller)]);
     column_ = middle_.x;
+    return true;
 }
 
 } // namespace tesmar

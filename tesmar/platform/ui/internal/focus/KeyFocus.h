@@ -28,7 +28,8 @@ class KeyFocus {
              UIEdgeKeys edge);
     // A finger has landed: hides the ring. The finger's control gets the focus.
     void touchLanded();
-    // Before each frame: keeps the ring on its control, or on another one if that is gone.
+    // Before each frame: keeps the ring on its control, or on another one if that is gone; of which
+    // the controller is told.
     void follow();
     void draw() const { ring_.draw(); }
 
@@ -41,6 +42,7 @@ class KeyFocus {
     void startIn(const Ref<UIViewController>& controller);
     void leave();
     void put(const FocusPlace& place);
+    bool hasMovedTo(const FocusPlace& place) const;
     std::size_t locate(const std::vector<FocusPlace>& places, const FocusGrid& grid,
                        const UIViewController& controller) const;
     std::optional<ShownCell> shown() const;
@@ -49,7 +51,7 @@ class KeyFocus {
                 UIViewController& controller);
     static UIFocusTarget stepTarget(UIView& from, UIKey key);
     void operate(const UIFocusTarget& target, const UIViewController& controller);
-    void stayUsable(UIViewController& controller);
+    bool stayUsable(UIViewController& controller);
 
     UIWindow& window_;
     const TouchDispatcher& touches_;

@@ -14,8 +14,8 @@ class KeyRepeats {
     static constexpr double kFirst = 0.4;
     static constexpr double kNext = 0.1;
 
-    // Whether an event of `key` at `time` (seconds) acts. Repetitions act only for arrows and Tab,
-    // and only of the key that was pressed last.
+    // Whether an event of `key` at `time` (seconds) acts. Repetitions act only for arrows, Tab,
+    // plus and minus, and only of the key that was pressed last.
     bool acts(UIKey key, UIKeyRepeat repeat, double time) {
         constexpr double kRounding = 1e-6; // of sums of frame times
         if (repeat == UIKeyRepeat::pressed) {
@@ -33,7 +33,9 @@ class KeyRepeats {
     void forget() { held_.reset(); }
 
   private:
-    static bool repeats(UIKey key) { return key <= UIKey::previous; }
+    static bool repeats(UIKey key) {
+        return key <= UIKey::previous || key == UIKey::increment || key == UIKey::decrement;
+    }
 
     std::optional<UIKey> held_;
     double due_ = 0;
