@@ -19,6 +19,8 @@ FcFontSetPtr sortedFonts(const std::string& family, const std::string& language)
     FcPatternAddString(wanted.get(), FC_FAMILY, chars(family));
     if (!language.empty())
         FcPatternAddString(wanted.get(), FC_LANG, chars(language));
+    // Ends the list of languages, to which those of the process's locale would be appended.
+    FcPatternAddString(wanted.get(), FC_LANG, chars("und"));
     FcConfigSubstitute(config, wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result;
