@@ -318,7 +318,7 @@ TEST_F(ControlTest, SwitchFollowsTapsAndDrags) {
     } cases[] = {{{120}, "down changed up ", false},
                  {{105, 145}, "down changed up ", true},
                  {{145, 105, 148}, "down up ", true}, // there and back
-                 {{105, 145}, "down changed up ", false, forceRightToLeft}};
+                 {{105, 145, 102}, "down up ", true, forceRightToLeft}};
     for (const auto& c : cases) {
         toggle->setSemanticContentAttribute(c.direction);
         const bool before = toggle->isOn();
