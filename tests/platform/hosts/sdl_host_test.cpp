@@ -227,7 +227,9 @@ TEST(SDLHost, MapsKeysAndControllersToTheFocus) {
     const std::pair<std::vector<SDL_Event>, const char*> steps[] = {
         {{key(SDLK_DOWN)}, "0"}, // only shows it
         {{key(SDLK_DOWN), key(SDLK_END)}, "5"},
-        {{key(SDLK_HOME), key(SDLK_UP)}, "0"},
+        {{key(SDLK_HOME), key(SDLK_UP), key(SDLK_KP_6, KMOD_NUM)}, "0"},
+        {{key(SDLK_KP_6)}, "1"},
+        {{key(SDLK_KP_7)}, "0"},
         {{key(SDLK_TAB), key(SDLK_TAB), key(SDLK_TAB, KMOD_LSHIFT)}, "1"},
         {{key(SDLK_RIGHT, KMOD_LCTRL)}, "1"},
         {{key(SDLK_RIGHT, 0, 1)}, "1"}, // too early to repeat

@@ -33,8 +33,28 @@ bool isApart(CGPoint a, CGPoint b) {
     return std::hypot(a.x - b.x, a.y - b.y) > kTapSlack;
 }
 
+// What a key of the keypad means without Num Lock, as on many remotes.
+SDL_Keycode withoutNumLock(SDL_Keycode key) {
+    switch (key) {
+    case SDLK_KP_8:
+        return SDLK_UP;
+    case SDLK_KP_2:
+        return SDLK_DOWN;
+    case SDLK_KP_4:
+        return SDLK_LEFT;
+    case SDLK_KP_6:
+        return SDLK_RIGHT;
+    case SDLK_KP_7:
+        return SDLK_HOME;
+    case SDLK_KP_1:
+        return SDLK_END;
+    default:
+        return key;
+    }
+}
+
 std::optional<UIKey> keyOf(const SDL_Keysym& key) {
-    switch (key.sym) {
+    switch (key.mod & KMOD_NUM ? key.sym : withoutNumLock(key.sym)) {
     case SDLK_UP:
         return UIKey::up;
     case SDLK_DOWN:
