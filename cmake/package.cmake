@@ -32,7 +32,7 @@ foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${compatible} LINKER_LANGUAGE CXX
     # One library is installed beside the other, and their modules in a directory of this version.
-    BUILD_RPATH "$ORIGIN" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
+    BUILD_RPATH "$ORIGIN;${TESMAR_MODULES_DIR}" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

@@ -67,18 +67,24 @@ struct TextLayout::Impl {
 
     // Shapes the text if that is out of date.
     const ShapedText& shape();
+    ShapedTextRef shapeAnew() const;
     void render(cairo_t* cr, const ShapedText& s, double scale, const PixelRect& box) const;
 };
 
 const ShapedText& TextLayout::Impl::shape() {
-    if (shaped)
-        return *shaped;
+    while (!shaped) {
+        shaped = shapeAnew();
+        reportMissingTypesetter(); // its handler may change this layout
+    }
+    return *shaped;
+}
+
+ShapedTextRef TextLayout::Impl::shapeAnew() const {
     const auto lock = lockShaping();
     const ShapingRequest request{text,      font->face(), font->pointSize(), width,
                                  lineCount, alignment,    lineBreakMode};
-    shaped = ShapedTextCache::shared().find(request);
-    if (shaped)
-        return *shaped;
+    if (auto known = ShapedTextCache::shared().find(request))
+        return known;
     auto s = std::make_shared<ShapedText>();
     s->id = nextId();
     const std::string shown = shownText(text, font->pointSize(), lineBreakMode, lineCount);
@@ -95,9 +101,8 @@ const ShapedText& TextLayout::Impl::shape() {
     s->isTruncated = shown != text || typeset.isEllipsized;
     s->isColored = hasColoredGlyphs(typeset.lines);
     s->lines = std::move(typeset.lines);
-    shaped = std::move(s);
-    ShapedTextCache::shared().insert(request, shaped);
-    return *shaped;
+    ShapedTextCache::shared().insert(request, s);
+    return s;
 }
 
 // Draws so that the top left corner of `box`, in device pixels relative to the layout's top left

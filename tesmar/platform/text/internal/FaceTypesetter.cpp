@@ -5,19 +5,20 @@
 #include "tesmar/platform/text/internal/fallback_fonts.h"
 #include "tesmar/platform/text/internal/plain_text.h"
 
+#include <atomic>
 #include <dlfcn.h>
 
 namespace tesmar {
 namespace {
 
-// Null if the module is missing.
+std::atomic<bool> mustReportMissingModule{false};
+
+// Null if the module is missing, or is another file of that name.
 MakeComplexText loadComplexText() {
     void* const module = dlopen(kComplexTextModule, RTLD_NOW | RTLD_LOCAL);
-    if (!module) {
-        diagnostic(std::string("text is not wrapped, truncated or reordered: ") + dlerror());
-        return nullptr;
-    }
-    return reinterpret_cast<MakeComplexText>(dlsym(module, kMakeComplexText));
+    void* const make = module ? dlsym(module, kMakeComplexText) : nullptr;
+    mustReportMissingModule = !make;
+    return reinterpret_cast<MakeComplexText>(make);
 }
 
 } // namespace
@@ -51,6 +52,12 @@ TypesetText FaceTypesetter::typeset(const FontFace& face, const TypesettingReque
     if (!complex_)
         complex_.reset(make(file, &fallbackFonts));
     return complex_->typeset(request);
+}
+
+void reportMissingTypesetter() {
+    if (mustReportMissingModule.exchange(false))
+        diagnostic(std::string("text is not wrapped, truncated or reordered without ") +
+                   kComplexTextModule);
 }
 
 FaceMetrics FaceTypesetter::metrics(const FontFace& face) {

@@ -40,4 +40,8 @@ class FaceTypesetter {
     std::unique_ptr<ComplexText> complex_;
 };
 
+// Sends a diagnostic, once, after typesetting has missed the module for complex text. Not while the
+// shaping lock is held: the handler may wait for a thread that measures text.
+void reportMissingTypesetter();
+
 } // namespace tesmar
