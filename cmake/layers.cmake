@@ -52,13 +52,16 @@ endfunction()
 # tesmar_module(NAME SOURCES... USES libraries...)
 # A part of the library that is loaded only when it is needed, because of the libraries that it uses.
 # It is made beside the library itself: programs that contain layers instead look for it there too.
+# The file is NAME-0.2.so, by the binary interface: a process that has another version of the library
+# as well would otherwise give one the module of the other.
 function(tesmar_module name)
   cmake_parse_arguments(MODULE "" "" "SOURCES;USES" ${ARGN})
   add_library(${name} MODULE ${MODULE_SOURCES})
   target_include_directories(${name} PRIVATE ${TESMAR_INCLUDE_DIR})
   target_link_libraries(${name} PRIVATE ${MODULE_USES})
   target_link_options(${name} PRIVATE LINKER:-z,relro,-z,now)
-  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${TESMAR_MODULES_DIR})
+  set_target_properties(${name} PROPERTIES
+    PREFIX "" OUTPUT_NAME ${name}-${TESMAR_COMPATIBLE} LIBRARY_OUTPUT_DIRECTORY ${TESMAR_MODULES_DIR})
   tesmar_warnings(${name})
   tesmar_hardening(${name})
   set_property(GLOBAL APPEND PROPERTY TESMAR_MODULES ${name})

@@ -39,6 +39,14 @@ get_filename_component(TESMAR_INCLUDE_DIR "${CMAKE_CURRENT_LIST_DIR}/.." ABSOLUT
 include(${CMAKE_CURRENT_LIST_DIR}/layers.cmake)
 set(TESMAR_MODULES_DIR ${PROJECT_BINARY_DIR})
 
+# Versions with the same number here have a compatible binary interface.
+file(STRINGS ${TESMAR_INCLUDE_DIR}/tesmar/version.h numbers REGEX "define TESMAR_VERSION_M")
+string(REGEX MATCHALL "[0-9]+" numbers "${numbers}")
+list(POP_FRONT numbers TESMAR_COMPATIBLE minor)
+if(TESMAR_COMPATIBLE EQUAL 0)
+  set(TESMAR_COMPATIBLE 0.${minor})
+endif()
+
 # The library runs in other people's processes, on bytes from outside.
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fcf-protection TESMAR_HAS_CET)

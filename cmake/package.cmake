@@ -2,12 +2,6 @@
 # dependencies, their headers, and what find_package and pkg-config read.
 include(CMakePackageConfigHelpers)
 
-# Versions with the same number here have a compatible binary interface.
-set(compatible ${PROJECT_VERSION_MAJOR})
-if(PROJECT_VERSION_MAJOR EQUAL 0)
-  set(compatible 0.${PROJECT_VERSION_MINOR})
-endif()
-
 # The layers' object files rather than their archives: all that is in them is shipped. The archives
 # follow only for the libraries that they use.
 get_property(core GLOBAL PROPERTY TESMAR_CORE)
@@ -24,15 +18,15 @@ add_library(tesmar::sdl ALIAS tesmar_sdl)
 
 get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
 add_dependencies(tesmar_sdl ${modules})
-install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${compatible})
+install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${TESMAR_COMPATIBLE})
 
 set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${compatible} LINKER_LANGUAGE CXX
+    VERSION ${PROJECT_VERSION} SOVERSION ${TESMAR_COMPATIBLE} LINKER_LANGUAGE CXX
     # One library is installed beside the other, and their modules in a directory of this version.
-    BUILD_RPATH "$ORIGIN;${TESMAR_MODULES_DIR}" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${compatible}")
+    BUILD_RPATH "$ORIGIN;${TESMAR_MODULES_DIR}" INSTALL_RPATH "$ORIGIN;$ORIGIN/tesmar-${TESMAR_COMPATIBLE}")
   target_compile_features(${library} INTERFACE cxx_std_20)
   target_include_directories(${library} INTERFACE
     $<BUILD_INTERFACE:${TESMAR_INCLUDE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

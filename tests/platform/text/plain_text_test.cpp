@@ -27,7 +27,7 @@ std::string describe(const TypesetText& text) {
 }
 
 MakeComplexText fullTypesetter() {
-    void* const module = dlopen(kComplexTextModule, RTLD_NOW | RTLD_LOCAL);
+    void* const module = dlopen("tesmar-pango" TESMAR_MODULE_SUFFIX, RTLD_NOW | RTLD_LOCAL);
     return module ? reinterpret_cast<MakeComplexText>(dlsym(module, kMakeComplexText)) : nullptr;
 }
 

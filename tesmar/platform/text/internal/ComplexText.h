@@ -25,7 +25,6 @@ class ComplexText {
 using FallbackFonts = const std::vector<FontFileRef>& (*)(const std::string& family,
                                                           const std::string& language);
 using MakeComplexText = ComplexText* (*)(FontFileRef face, FallbackFonts fallbackFonts);
-inline constexpr const char* kComplexTextModule = "tesmar-pango.so";
 inline constexpr const char* kMakeComplexText = "tesmarMakeComplexText";
 
 } // namespace tesmar

@@ -11,11 +11,13 @@
 namespace tesmar {
 namespace {
 
+constexpr const char* kModule = "tesmar-pango" TESMAR_MODULE_SUFFIX; // set by the build
+
 std::atomic<bool> mustReportMissingModule{false};
 
 // Null if the module is missing, or is another file of that name.
 MakeComplexText loadComplexText() {
-    void* const module = dlopen(kComplexTextModule, RTLD_NOW | RTLD_LOCAL);
+    void* const module = dlopen(kModule, RTLD_NOW | RTLD_LOCAL);
     void* const make = module ? dlsym(module, kMakeComplexText) : nullptr;
     mustReportMissingModule = !make;
     return reinterpret_cast<MakeComplexText>(make);
@@ -56,8 +58,7 @@ TypesetText FaceTypesetter::typeset(const FontFace& face, const TypesettingReque
 
 void reportMissingTypesetter() {
     if (mustReportMissingModule.exchange(false))
-        diagnostic(std::string("text is not wrapped, truncated or reordered without ") +
-                   kComplexTextModule);
+        diagnostic(std::string("text is not wrapped, truncated or reordered without ") + kModule);
 }
 
 FaceMetrics FaceTypesetter::metrics(const FontFace& face) {

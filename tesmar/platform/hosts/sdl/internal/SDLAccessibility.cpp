@@ -43,7 +43,7 @@ bool desktopAsks() {
     const char* const bus = SDL_getenv("DBUS_SESSION_BUS_ADDRESS");
     if (!bus || !*bus)
         return false;
-    const Module status("tesmar-atspi-status.so");
+    const Module status("tesmar-atspi-status" TESMAR_MODULE_SUFFIX);
     const auto runs = status.function<AssistiveTechnologyRuns>(kAssistiveTechnologyRuns);
     return runs && runs();
 }
@@ -69,7 +69,7 @@ void SDLAccessibility::check(SDLHost::ScreenReaders choice, SDL_Window& window) 
 }
 
 void SDLAccessibility::loadBridge() {
-    const Module module("tesmar-atspi.so");
+    const Module module("tesmar-atspi" TESMAR_MODULE_SUFFIX);
     if (const auto make = module.function<MakeAccessibilityBridge>(kMakeAccessibilityBridge))
         bridge_.reset(make(*this));
     if (bridge_)
