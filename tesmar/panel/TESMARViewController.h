@@ -144,9 +144,10 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
         CGFloat indent = 0; // from the left edge of the controls, in points
     };
     enum class RowPlace {
-        fixed, // above the scrolling part, as wide as it
-        first, // above all controls of the scrolling part
-        last,  // below them
+        fixed,  // above the scrolling part, as wide as it
+        first,  // above all controls of the scrolling part
+        last,   // below them
+        footer, // below the scrolling part, as wide as it
     };
     // Adds the rows, from top to bottom, to the panel that setupView() has built, where none may
     // have been added before. Their sizes come from their constraints and contents. An empty list
@@ -170,6 +171,19 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     // Applies language and sight to the views that exist; called by each setter of these, and when
     // the panel is built after one of them was called. An override calls this one first.
     virtual void applyAppearance();
+    // The same for controls like the panel's own, which a subclass adds.
+    void applyAppearanceTo(UILabel& label, std::string_view text) const;
+    void applyAppearanceTo(UIStepper& stepper) const;
+
+    // For an override of describe(): what is told of controls like the panel's own. `name` is that
+    // of the whole control.
+    void describeColorPicker(const ColorPicker& picker, const UIView& view,
+                             UIAccessibleElement& element, std::string_view name) const;
+    void describeOpacity(const UIStepper& stepper, UIAccessibleElement& element,
+                         std::string_view name) const;
+    // One of `count` things to choose from, of which `index` counts from 0.
+    void describeOption(UIAccessibleElement& element, std::string_view name,
+                        std::string_view option, std::size_t index, std::size_t count) const;
 
   private:
     // The message "setCCStyleAttributes:", which null does not fit.

@@ -36,9 +36,10 @@ void TESMARViewController::addRows(RowPlace place, const std::vector<Row>& rows)
     UIView& root = *view();
     UIView* const scroll = scrollView();
     UIView* const header = root.viewWithIdentifier("topSeparator");
-    if (!scroll || !header)
+    UIView* const end = root.viewWithIdentifier("bottomSeparator");
+    if (!scroll || !header || !end)
         fatalError("TESMARViewController: rows were added to a panel that has been laid out anew");
-    const bool isFixed = place == RowPlace::fixed;
+    const bool isFixed = place == RowPlace::fixed || place == RowPlace::footer;
     UIView& container = isFixed ? root : *scroll;
     UIView& controls = *textColorPicker_;
 
@@ -47,10 +48,11 @@ void TESMARViewController::addRows(RowPlace place, const std::vector<Row>& rows)
     NSLayoutAttribute aboveEdge = isFixed ? bottom : top;
     UIView* below = isFixed ? scroll : &controls;
     NSLayoutAttribute belowEdge = top;
-    if (place == RowPlace::last) {
-        above = backgroundColorOpacityStepper_.get();
+    const bool endsPart = place == RowPlace::last || place == RowPlace::footer;
+    if (endsPart) {
+        above = place == RowPlace::last ? backgroundColorOpacityStepper_.get() : end;
         aboveEdge = bottom;
-        below = scroll;
+        below = &container;
         belowEdge = bottom;
     }
     const CGFloat gapAtEdge = removeGap(container, *above, aboveEdge, *below, belowEdge);
@@ -78,7 +80,7 @@ void TESMARViewController::addRows(RowPlace place, const std::vector<Row>& rows)
         above = &view;
         aboveEdge = bottom;
     }
-    if (place == RowPlace::last)
+    if (endsPart)
         pin(*below, belowEdge, *above, aboveEdge, gapAtEdge);
     else
         pin(*below, belowEdge, *above, aboveEdge, rows.back().gap);

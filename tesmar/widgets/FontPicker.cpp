@@ -81,10 +81,9 @@ void FontPicker::setupView() {
     fontLabel->setAccessibilityIdentifier(".fontLabel");
     sizeLabel->setAccessibilityIdentifier(".sizeLabel");
 
-    fontNamePicker_->updateFonts(offeredFontNames());
+    updateOffers();
     fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
     sizeStepper_->setMinimumValue(0);
-    sizeStepper_->setMaximumValue(sizeCount() - 1);
     sizeStepper_->setValue(kInitialSizeIndex);
     sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
 
@@ -108,6 +107,11 @@ void FontPicker::setupView() {
 
     setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
     layoutIfNeeded();
+}
+
+void FontPicker::updateOffers() {
+    made(fontNamePicker_).updateFonts(offeredFontNames());
+    sizeStepper_->setMaximumValue(sizeCount() - 1);
 }
 
 std::vector<std::string> FontPicker::offeredFontNames() const {

@@ -47,6 +47,8 @@ class TESMAR_API FontPicker : public UIControl {
     virtual std::vector<std::string> offeredFontNames() const;
     virtual std::vector<CGFloat> offeredSizes(const std::string& fontName) const;
     virtual int sizeCount() const { return 6; }
+    // Call when these have changed, then select a font: the selection may be none of the offers.
+    void updateOffers();
     // Never null after the initializer.
     const Ref<FontNamePickerView>& fontNamePicker() const { return fontNamePicker_; }
 
