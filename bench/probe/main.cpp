@@ -112,7 +112,7 @@ void measure(PanelHost& host) {
         screen, [&] { host.dismiss(); }, [&](int) { host.present(); });
 
     std::vector<double> callbackMicroseconds;
-    const CGPoint points[] = {host.swatchCenter(1), host.swatchCenter(5)};
+    const CGPoint points[] = {host.swatchCenter(1), host.swatchCenter(4)};
     const Cost tap = medianCost(screen, nothing, [&](int i) {
         host.touch(UITouchPhase::began, points[i % 2]);
         const double up = clockMilliseconds(CLOCK_MONOTONIC);
