@@ -23,6 +23,7 @@
 #error "TESMAR needs C++20 (-std=c++20)"
 #endif
 
+#include "tesmar/captions/TESMARCaptionView.h"
 #include "tesmar/controls/library_bundle.h"
 #include "tesmar/extended/TESMARExtendedTexts.h"
 #include "tesmar/extended/TESMARExtendedViewController.h"

@@ -6,6 +6,13 @@ namespace {
 
 constexpr CGFloat kMargin = 16;                   // around captions, points
 constexpr CGFloat kMinHeightForBarAndPanel = 400; // points
+// Lines: captions are written for two; in a narrow picture they need a third.
+constexpr int kLines = 2;
+constexpr int kLinesWhenNarrow = 3;
+constexpr CGFloat kNarrow = 400; // points
+// The panel needs this much of the height, in points; where captions leave less, they are drawn
+// above it.
+constexpr CGFloat kLeftForPanel = 196;
 constexpr const char* kSampleCaption = "Captions look like this.\nThe panel changes them.";
 
 } // namespace
@@ -14,7 +21,8 @@ Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     : window_(std::move(window)), safeArea_(window_->safeAreaInsets()), video_(video),
       remembersStyle_(options.remembersStyle),
       // The first captions already have the style that the viewer chose last time.
-      style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()) {
+      style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()),
+      panel_(makePanel(options.isExtended)) {
     if (options.autoHide)
         panel_->setAutoHideInterval(*options.autoHide);
     panel_->setRememberChangedStyle(remembersStyle_);
@@ -33,7 +41,16 @@ Player::~Player() {
         view->removeFromSuperview();
 }
 
+Ref<TESMARViewController> Player::makePanel(bool extended) const {
+    if (!extended)
+        return make<TESMARViewController>();
+    auto panel = make<TESMARExtendedViewController>();
+    panel->setPreview(captions_);
+    return panel;
+}
+
 void Player::buildViews() {
+    captions_->setAccessibilityIdentifier("captions");
     message_->setTextColor(UIColor::colorWithWhite(1, 0.75));
     message_->setTextAlignment(NSTextAlignment::center);
     message_->setUserInteractionEnabled(false);
@@ -63,16 +80,26 @@ void Player::layOut() {
                          std::max(0.0, std::min(barTop, size.height - safeArea_.bottom))};
     const CGRect room = CGRectInset(picture, {safeArea_.top, std::max(kMargin, safeArea_.left),
                                               kMargin / 2, std::max(kMargin, safeArea_.right)});
-    captions_->setRoom(room);
+    captions_->setArea(room);
+    reserveCaptionArea(room);
     window_->setSafeAreaInsets(
         {safeArea_.top, safeArea_.left, std::max(bar, safeArea_.bottom), safeArea_.right});
-    window_->setCaptionArea(captions_->reservedArea());
+    window_->setCaptionArea(reserved_);
     // Where the panel leaves too little room, large captions lie in front of it.
     const auto root = window_->rootViewController()->view();
-    UIView* const wanted =
-        isPanelOpen() && !captions_->fitsIntoReservedArea() ? window_.get() : root.get();
+    UIView* const wanted = isPanelOpen() && !captionsFit_ ? window_.get() : root.get();
     if (captions_->superview() != wanted)
         wanted->addSubview(captions_);
+}
+
+// Two lines in the present style, as far as they leave room for the panel.
+void Player::reserveCaptionArea(const CGRect& room) {
+    const CGRect lines =
+        captions_->areaForLines(room.size.width < kNarrow ? kLinesWhenNarrow : kLines);
+    const CGFloat height =
+        std::min(lines.size.height, std::max(0.0, room.size.height - kLeftForPanel));
+    captionsFit_ = height == lines.size.height;
+    reserved_ = {room.minX(), room.maxY() - height, room.size.width, height};
 }
 
 // --- The video ----------------------------------------------------------------------------------

@@ -2,7 +2,6 @@
 // panel. It owns the captions' state: whether they are on, and their style.
 #pragma once
 
-#include "CaptionView.h"
 #include "ControlsBar.h"
 #include "Video.h"
 #include "options.h"
@@ -37,7 +36,9 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     void CCViewControllerWillDisappear() override;
 
     bool plays() const { return video_ && video_->state().failure.empty(); }
+    tesmar::Ref<tesmar::TESMARViewController> makePanel(bool extended) const;
     void buildViews();
+    void reserveCaptionArea(const tesmar::CGRect& room);
     void setCaptionsOn(bool on);
 
     tesmar::Ref<tesmar::UIWindow> window_;
@@ -47,10 +48,13 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     bool remembersStyle_;
     tesmar::Ref<tesmar::NSDictionary> style_;
 
-    tesmar::Ref<CaptionView> captions_ = tesmar::make<CaptionView>();
+    tesmar::Ref<tesmar::TESMARCaptionView> captions_ = tesmar::make<tesmar::TESMARCaptionView>();
+    // The part of the picture at its bottom that the panel keeps clear of.
+    tesmar::CGRect reserved_;
+    bool captionsFit_ = true; // into it
     tesmar::Ref<ControlsBar> controls_ = tesmar::make<ControlsBar>();
     tesmar::Ref<tesmar::UILabel> message_ = tesmar::make<tesmar::UILabel>();
-    tesmar::Ref<tesmar::TESMARViewController> panel_ = tesmar::make<tesmar::TESMARViewController>();
+    const tesmar::Ref<tesmar::TESMARViewController> panel_;
     // This player owns the panel, which must not own it in turn.
     const tesmar::TESMARBorrowedDelegate borrowed_{*this};
 };

@@ -31,6 +31,8 @@ cxxopts::Options commandLine() {
           value<Text>(), "DIR"},
          {"size", "size of the window in points (960x540)", value<Text>(), "WxH"},
          {"scale", "pixels per point, 0.5 to 8 (the display's)", value<Text>(), "S"},
+         {"extended", "everything that the panel can offer: on or off (on)", value<Text>(),
+          "WHICH"},
          {"tv", "for a television: large, and clear of the screen's edges"},
          {"h,help", "print this text"}});
     return line;
@@ -52,6 +54,10 @@ std::optional<CGSize> parseSize(const std::string& text) {
     const auto width = numberIn(text.substr(0, by), 100, 16384);
     const auto height = numberIn(text.substr(by + 1), 100, 16384);
     return width && height ? std::optional(CGSize{*width, *height}) : std::nullopt;
+}
+
+std::optional<bool> onOrOff(const std::string& text) {
+    return text == "on" || text == "off" ? std::optional(text == "on") : std::nullopt;
 }
 
 // The option's value, converted by `parse`, which returns std::nullopt for an invalid value. Unset
@@ -84,6 +90,7 @@ Options optionsFrom(const cxxopts::ParseResult& given) {
     options.pictures = valueOf(given, "headless", "a directory", path);
     options.remembersStyle = !given["no-remember"].as<bool>();
     options.television = given["tv"].as<bool>();
+    options.isExtended = valueOf(given, "extended", "on or off", onOrOff).value_or(true);
     options.reducedMotion = given["reduced-motion"].as<bool>();
     const auto& videos = given.unmatched();
     if (videos.size() > 1)

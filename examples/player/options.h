@@ -19,6 +19,7 @@ struct Options {
     tesmar::CGSize size{960, 540}; // points
     std::optional<double> scale;   // pixels per point; unset: the display's
     bool television = false;       // watched from the sofa
+    bool isExtended = true;        // the panel: with everything that the library offers
 };
 
 // Its text is one line that names the argument at fault.

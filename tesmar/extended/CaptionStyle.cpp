@@ -3,18 +3,8 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 
-#include <utility>
-
 namespace tesmar {
 namespace {
-
-constexpr std::array<std::pair<TextEdge, std::string_view>, 5> kNames{{
-    {TextEdge::none, "none"},
-    {TextEdge::raised, "raised"},
-    {TextEdge::depressed, "depressed"},
-    {TextEdge::uniform, "uniform"},
-    {TextEdge::dropShadow, "dropShadow"},
-}};
 
 bool areEqual(const NSObject* a, const NSObject* b) {
     return a == b || (a && a->isEqual(b));
@@ -22,22 +12,13 @@ bool areEqual(const NSObject* a, const NSObject* b) {
 
 } // namespace
 
-std::string_view edgeName(TextEdge edge) {
-    for (const auto& [each, name] : kNames)
-        if (each == edge)
-            return name;
-    return {};
-}
-
 CaptionStyle::CaptionStyle(const NSDictionary& style)
     : text(as<UIColor>(style.objectForKey(NSForegroundColorAttributeName))),
       background(as<UIColor>(style.objectForKey(NSBackgroundColorAttributeName))),
       font(as<UIFont>(style.objectForKey(NSFontAttributeName))),
       window(as<UIColor>(style.objectForKey(TESMARWindowColorAttributeName))) {
     if (const auto name = as<NSString>(style.objectForKey(TESMAREdgeAttributeName)))
-        for (const auto& [each, eachName] : kNames)
-            if (eachName == name->text())
-                edge = each;
+        edge = textEdgeNamed(name->text());
     if (edge != TextEdge::none)
         edgeColor = as<UIColor>(style.objectForKey(TESMAREdgeColorAttributeName));
     if (window && window->alpha() == 0)

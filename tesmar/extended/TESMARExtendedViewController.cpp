@@ -3,6 +3,7 @@
 #include "tesmar/extended/internal/CaptionStyle.h"
 #include "tesmar/extended/internal/ExtendedFontPicker.h"
 #include "tesmar/extended/internal/LegibilityHint.h"
+#include "tesmar/extended/internal/PanelPreview.h"
 #include "tesmar/extended/internal/TileRow.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/panel/registration.h"
@@ -173,7 +174,7 @@ void TESMARExtendedViewController::edgeChanged() {
     if (edge == TextEdge::none)
         editedStyle()->removeObjectForKey(TESMAREdgeAttributeName);
     else
-        editedStyle()->setObject(NSString::stringWithString(std::string(edgeName(edge))),
+        editedStyle()->setObject(NSString::stringWithString(std::string(textEdgeName(edge))),
                                  TESMAREdgeAttributeName);
     resetAutoHideTimer();
     didUpdateClosedCaptureStyle();
@@ -208,10 +209,17 @@ void TESMARExtendedViewController::legibilityHintTap() {
 
 // --- View life cycle ----------------------------------------------------------------------------
 
+void TESMARExtendedViewController::viewWillAppear(bool animated) {
+    const auto self = refTo(this);
+    TESMARViewController::viewWillAppear(animated);
+    beginPreview();
+}
+
 void TESMARExtendedViewController::viewWillDisappear(bool animated) {
     const auto self = refTo(this);
     undoStyle_ = nullptr;
     showUndo();
+    endPreview();
     TESMARViewController::viewWillDisappear(animated);
 }
 

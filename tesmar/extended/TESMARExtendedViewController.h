@@ -10,6 +10,7 @@
 // version of the library ignores them. Main thread only.
 #pragma once
 
+#include "tesmar/captions/TESMARCaptionView.h"
 #include "tesmar/extended/TESMARExtendedTexts.h"
 #include "tesmar/extended/TESMARStylePreset.h"
 #include "tesmar/panel/TESMARViewController.h"
@@ -20,6 +21,7 @@ namespace tesmar {
 
 class ExtendedFontPicker;
 class LegibilityHint;
+class PanelPreview;
 class TileRow;
 struct CaptionStyle;
 
@@ -63,6 +65,11 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     // must exist as long as the panel. Without this call they are in the panel's language if there
     // is one.
     void setExtendedTexts(const TESMARExtendedTexts& texts);
+    // The view of the host's captions, or null, as initially. While the panel is shown, a sample in
+    // the panel's language stands there whenever the host has no caption. Where the panel covers
+    // that view, a copy of what it shows stands in the panel, above the scrolling part. The panel
+    // owns the view. Counts from the next appearance on.
+    void setPreview(const Ref<TESMARCaptionView>& captions) { preview_ = captions; }
     // Whether the reset button's place offers undo.
     bool canUndo() const { return undoStyle_ != nullptr; }
 
@@ -70,7 +77,9 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
 
     void setCCStyleAttributes(const Ref<NSMutableDictionary>& attributes) override;
     void setupView() override;
+    void viewWillAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
+    void viewDidLayoutSubviews() override;
     void describe(const UIView& view, UIAccessibleElement& element) override;
     void resetButtonTap() override;
 
@@ -102,6 +111,9 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     void showExtendedStyle();
     void showPreset(const CaptionStyle& style);
     void showUndo();
+    void beginPreview();
+    void endPreview();
+    std::string_view sampleCaption() const;
     std::string_view presetName(std::size_t index) const;
 
     TESMARExtension extensions_ = TESMARExtension::all;
@@ -123,6 +135,10 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     Ref<UIStepper> windowOpacityStepper_; // its value is ten times the opacity
     Ref<UIButton> undoButton_;
     Ref<LegibilityHint> hint_;
+    Ref<PanelPreview> panelPreview_; // null before the first appearance with a preview
+
+    Ref<TESMARCaptionView> preview_;
+    Ref<TESMARCaptionView> shownPreview_; // of the present appearance
 };
 
 } // namespace tesmar

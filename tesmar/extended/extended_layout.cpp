@@ -3,11 +3,13 @@
 #include "tesmar/extended/internal/CaptionStyle.h"
 #include "tesmar/extended/internal/ExtendedFontPicker.h"
 #include "tesmar/extended/internal/LegibilityHint.h"
+#include "tesmar/extended/internal/PanelPreview.h"
 #include "tesmar/extended/internal/TileRow.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -32,7 +34,7 @@ Ref<NSDictionary> edgeSample(TextEdge edge) {
         {{std::string(NSForegroundColorAttributeName), UIColor::whiteColor()},
          {std::string(NSFontAttributeName), UIFont::systemFontOfSize(24)},
          {std::string(TESMAREdgeAttributeName),
-          NSString::stringWithString(std::string(edgeName(edge)))}});
+          NSString::stringWithString(std::string(textEdgeName(edge)))}});
 }
 
 } // namespace
@@ -48,6 +50,8 @@ void TESMARExtendedViewController::setupView() {
     if (offers(TESMARExtension::presets))
         addPresets();
     addEdgeAndWindow();
+    panelPreview_ = make<PanelPreview>();
+    addRows(RowPlace::fixed, {{.identifier = "", .view = panelPreview_, .gap = 0}});
     if (offers(TESMARExtension::undo))
         addUndoButton();
     if (offers(TESMARExtension::legibility)) {
@@ -137,6 +141,38 @@ void TESMARExtendedViewController::showUndo() {
         return;
     undoButton_->setHidden(!canUndo());
     reset->setHidden(canUndo());
+}
+
+// --- The preview --------------------------------------------------------------------------------
+
+void TESMARExtendedViewController::beginPreview() {
+    endPreview();
+    if (!preview_)
+        return;
+    shownPreview_ = preview_;
+    shownPreview_->beginSample(sampleCaption());
+    panelPreview_->follow(shownPreview_);
+}
+
+void TESMARExtendedViewController::endPreview() {
+    if (const auto ended = std::exchange(shownPreview_, nullptr)) {
+        ended->endSample();
+        panelPreview_->follow(nullptr);
+    }
+}
+
+void TESMARExtendedViewController::viewDidLayoutSubviews() {
+    TESMARViewController::viewDidLayoutSubviews();
+    if (shownPreview_)
+        panelPreview_->update(*view());
+}
+
+// In the language of the panel's texts; English for texts of the host's own.
+std::string_view TESMARExtendedViewController::sampleCaption() const {
+    for (const auto& language : TESMARTexts::languages())
+        if (language.texts == &texts())
+            return TESMARSampleCaption(language.tag);
+    return TESMARSampleCaption("en");
 }
 
 // --- Language and look --------------------------------------------------------------------------

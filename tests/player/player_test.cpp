@@ -24,6 +24,7 @@ TEST(PlayerOptions, AreAcceptedOrRefused) {
         {"--auto-hide", "soon"},
         {"--scale", "-1"},
         {"--scale", "nan"},
+        {"--extended", "maybe"},
         {"--prefs", ""},
         {"one.mkv", "2.mkv"},
     };
@@ -37,58 +38,15 @@ TEST(PlayerOptions, AreAcceptedOrRefused) {
             EXPECT_NE(std::strstr(error.what(), wrong), nullptr) << error.what();
         }
     }
-    const Options options =
-        *parse({"--auto-hide", "2.5", "--no-remember", "--size", "320x480", "--scale", "2",
-                "--prefs", "p", "--headless", "d", "--reduced-motion", "--", "--film.mkv"});
+    const Options options = *parse({"--auto-hide", "2.5", "--no-remember", "--size", "320x480",
+                                    "--scale", "2", "--prefs", "p", "--headless", "d",
+                                    "--reduced-motion", "--extended", "off", "--", "--film.mkv"});
     EXPECT_EQ(options.video + options.preferences + *options.pictures, "--film.mkvpd");
     EXPECT_EQ(options.size, (CGSize{320, 480}));
     EXPECT_EQ(options.autoHide, 2.5);
     EXPECT_EQ(options.scale, 2);
-    EXPECT_TRUE(!options.remembersStyle && options.reducedMotion);
+    EXPECT_TRUE(!options.remembersStyle && options.reducedMotion && !options.isExtended);
     EXPECT_EQ(parse({"film.mkv", "--help"}), std::nullopt);
-}
-
-// --- Captions -----------------------------------------------------------------------------------
-
-// The rectangle that the background of the captions covers.
-CGRect drawnBox(const char* text, CGFloat size, CGRect room) {
-    HeadlessHost host({300, 200});
-    const auto captions = make<CaptionView>();
-    host.window()->rootViewController()->view()->addSubview(captions);
-    captions->setStyle(NSDictionary::dictionaryWithEntries(
-        {{std::string(NSBackgroundColorAttributeName), UIColor::blueColor()},
-         {std::string(NSFontAttributeName), UIFont::systemFontOfSize(size)}}));
-    captions->setRoom(room);
-    captions->setText(text);
-    host.render();
-    CGRect box;
-    for (int i = 0; i < 300 * 200; ++i)
-        if (host.pixels()[static_cast<std::size_t>(i)] == 0xFF0000FF)
-            box = CGRectUnion(box, CGRect(i % 300, std::floor(i / 300.0), 1, 1));
-    return box;
-}
-
-TEST(CaptionView, DrawsTheStyleAtTheBottomOfTheRoom) {
-    const CGRect room{20, 0, 260, 180};
-    const struct {
-        const char* text;
-        CGFloat size;
-        int lines;
-    } cases[] = {
-        {"Hello", 30, 1},
-        {"Hello\nthere", 20, 2},
-        {"words enough to need a second line of this room", 20, 2},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const CGRect box = drawnBox(c.text, c.size, room);
-        EXPECT_NEAR(box.size.height, c.lines * UIFont::systemFontOfSize(c.size)->lineHeight(), 2);
-        EXPECT_NEAR(box.maxY(), room.maxY(), 1);
-        EXPECT_NEAR(box.midX(), room.midX(), 1.5);
-    }
-    EXPECT_TRUE(drawnBox("", 20, room).isEmpty());
-    // Too many lines start at the top of the room.
-    EXPECT_EQ(drawnBox("a\nb\nc\nd\ne\nf\ng\nh", 30, {20, 40, 260, 140}).minY(), 40);
 }
 
 // --- The player ---------------------------------------------------------------------------------

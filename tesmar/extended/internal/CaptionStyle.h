@@ -7,16 +7,12 @@
 #include "tesmar/platform/text/UIFont.h"
 
 #include <array>
-#include <string_view>
 
 namespace tesmar {
 
 // In the order in which they are offered.
 inline constexpr std::array kOfferedEdges{TextEdge::none, TextEdge::raised, TextEdge::depressed,
                                           TextEdge::uniform, TextEdge::dropShadow};
-
-// The value for TESMAREdgeAttributeName.
-std::string_view edgeName(TextEdge edge);
 
 // Null and none for what is missing or of another class.
 struct CaptionStyle {

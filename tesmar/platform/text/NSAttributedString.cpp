@@ -62,6 +62,14 @@ void NSAttributedString::drawInRect(CGContext& context, const CGRect& rect,
     text.draw(context, r.origin, color ? *color : *UIColor::blackColor());
 }
 
+CGRect NSAttributedString::drawingBounds(CGFloat width, NSTextAlignment alignment) const {
+    const TextLayout& text = layout(width, alignment);
+    CGRect bounds = text.inkBounds();
+    for (const CGRect& line : text.lineBoxes())
+        bounds = CGRectUnion(bounds, line);
+    return bounds;
+}
+
 bool NSAttributedString::isEqual(const NSObject* other) const {
     const auto* string = dynamic_cast<const NSAttributedString*>(other);
     return string && text_ == string->text_ && attributes_->isEqual(string->attributes_.get());

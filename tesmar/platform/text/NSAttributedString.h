@@ -18,9 +18,6 @@ class CGContext;
 inline constexpr std::string_view NSForegroundColorAttributeName = "NSColor";
 inline constexpr std::string_view NSBackgroundColorAttributeName = "NSBackgroundColor";
 inline constexpr std::string_view NSFontAttributeName = "NSFont";
-inline constexpr std::string_view TESMAREdgeAttributeName = "TESMAREdge";
-inline constexpr std::string_view TESMAREdgeColorAttributeName = "TESMAREdgeColor";
-inline constexpr std::string_view TESMARWindowColorAttributeName = "TESMARWindowColor";
 
 // The edge of the characters: an NSString, one of textEdgeName's. Missing or anything else: none.
 //
@@ -51,7 +48,8 @@ class TESMAR_API NSAttributedString : public NSObject {
     // In points, with lines broken at `maxWidth` if there is one; not rounded.
     CGSize size(std::optional<CGFloat> maxWidth = std::nullopt) const;
     // Draws the text from the top of `r`, with lines broken at its width and the background colour
-    // behind each of them; below that the window, above it the edges, and then the text. Lines below the bottom of `r` are drawn too.
+    // behind each of them; below that the window, above it the edges, and then the text. Lines
+    // below the bottom of `r` are drawn too.
     void drawInRect(CGContext& context, const CGRect& r,
                     NSTextAlignment alignment = NSTextAlignment::left) const;
 

@@ -1,0 +1,191 @@
+#include "tesmar/captions/TESMARCaptionView.h"
+
+#include "tesmar/model/CCConstants.h"
+#include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/graphics/UIGraphics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace tesmar {
+namespace {
+
+constexpr CGFloat kDefaultSize = 17;
+constexpr CGFloat kOfPicture = 1.0 / 20;
+// Of the font size, as the window exceeds the lines above and below.
+constexpr CGFloat kWindowMargin = 1.0 / 6;
+
+CGFloat fontSize(const NSDictionary& style) {
+    const auto font = as<UIFont>(style.objectForKey(NSFontAttributeName));
+    return font ? font->pointSize() : kDefaultSize;
+}
+
+} // namespace
+
+Class& TESMARCaptionView::classObject() {
+    static Class& type = *new Class("TESMARCaptionView", &UIView::classObject(), {});
+    return type;
+}
+
+bool TESMARCaptionView::initWithFrame(CGRect) {
+    if (!UIView::initWithFrame({}))
+        return false;
+    style_ = CCConstants::CCDefaultStyleAttributes();
+    setUserInteractionEnabled(false);
+    return true;
+}
+
+// --- Properties ---------------------------------------------------------------------------------
+
+void TESMARCaptionView::setText(std::string text) {
+    if (text == text_)
+        return;
+    text_ = std::move(text);
+    update();
+}
+
+void TESMARCaptionView::setStyle(const Ref<NSDictionary>& style) {
+    const auto next = style ? style : CCConstants::CCDefaultStyleAttributes();
+    if (next->isEqual(style_.get()))
+        return;
+    style_ = NSDictionary::dictionaryWithEntries(next->entries());
+    update();
+}
+
+void TESMARCaptionView::setArea(CGRect area) {
+    area = finiteRect(area);
+    if (area == area_)
+        return;
+    area_ = area;
+    update();
+}
+
+void TESMARCaptionView::setSafeAreaInsets(UIEdgeInsets insets) {
+    safeArea_ = {finiteCoordinate(insets.top), finiteCoordinate(insets.left),
+                 finiteCoordinate(insets.bottom), finiteCoordinate(insets.right)};
+    update();
+}
+
+void TESMARCaptionView::setPlace(TESMARCaptionPlace place) {
+    if (std::exchange(place_, place) != place)
+        update();
+}
+
+void TESMARCaptionView::setSizing(TESMARCaptionSizing sizing) {
+    if (std::exchange(sizing_, sizing) != sizing)
+        update();
+}
+
+void TESMARCaptionView::beginSample(std::string_view sample) {
+    ++samples_;
+    sample_ = sample;
+    update();
+}
+
+void TESMARCaptionView::endSample() {
+    if (samples_ == 0)
+        return;
+    --samples_;
+    update();
+}
+
+const std::string& TESMARCaptionView::shownText() const {
+    return showsSample() ? sample_ : text_;
+}
+
+Ref<NSDictionary> TESMARCaptionView::shownStyle() const {
+    if (sizing_ == TESMARCaptionSizing::points)
+        return style_;
+    const auto style = style_->mutableCopy();
+    const auto font = as<UIFont>(style->objectForKey(NSFontAttributeName));
+    const CGFloat size = fontSize(*style) / kDefaultSize * area_.size.height * kOfPicture;
+    style->setObject((font ? font : UIFont::systemFontOfSize(kDefaultSize))->fontWithSize(size),
+                     NSFontAttributeName);
+    return style;
+}
+
+// --- Place --------------------------------------------------------------------------------------
+
+CGRect TESMARCaptionView::room() const {
+    const CGRect room = CGRectInset(area_, safeArea_);
+    return {room.origin, {std::max(0.0, room.size.width), std::max(0.0, room.size.height)}};
+}
+
+// The window behind the lines stays in the room, too.
+CGFloat TESMARCaptionView::windowMargin() const {
+    const auto window = as<UIColor>(style_->objectForKey(TESMARWindowColorAttributeName));
+    return window && window->alpha() > 0 ? fontSize(*shownStyle()) * kWindowMargin : 0;
+}
+
+NSTextAlignment TESMARCaptionView::alignment() const {
+    if (place_ == TESMARCaptionPlace::left)
+        return NSTextAlignment::left;
+    return place_ == TESMARCaptionPlace::right ? NSTextAlignment::right : NSTextAlignment::center;
+}
+
+// Of the whole lines that fit; of the first one if none does.
+CGFloat TESMARCaptionView::heightOf(const NSAttributedString& string) const {
+    const CGFloat available = std::max(0.0, room().size.height - 2 * windowMargin());
+    const CGFloat wanted = string.size(room().size.width).height;
+    if (wanted <= available)
+        return wanted;
+    const CGFloat line = NSAttributedString::attributedString("x", shownStyle())->size().height;
+    return line > 0 ? std::min(available, std::max(1.0, std::floor(available / line)) * line) : 0;
+}
+
+// As wide as the room: lines are aligned in it.
+CGRect TESMARCaptionView::placed(CGSize size) const {
+    const CGRect r = room();
+    const CGFloat margin = windowMargin();
+    CGFloat y = r.midY() - size.height / 2;
+    if (place_ == TESMARCaptionPlace::bottom)
+        y = r.maxY() - margin - size.height;
+    else if (place_ == TESMARCaptionPlace::top)
+        y = r.minY() + margin;
+    return {r.minX(), y, r.size.width, size.height};
+}
+
+CGRect TESMARCaptionView::areaForLines(int lines) const {
+    std::string text = "x";
+    for (int line = 1; line < std::clamp(lines, 1, 100); ++line)
+        text += "\nx";
+    const auto string = NSAttributedString::attributedString(std::move(text), shownStyle());
+    const CGFloat height =
+        std::min(std::ceil(string->size().height) + 2 * windowMargin(), room().size.height);
+    CGRect rows = placed({0, height});
+    if (place_ == TESMARCaptionPlace::bottom)
+        rows.origin.y += windowMargin();
+    else if (place_ == TESMARCaptionPlace::top)
+        rows.origin.y -= windowMargin();
+    return rows;
+}
+
+void TESMARCaptionView::update() {
+    const std::string& text = shownText();
+    setNeedsDisplay(); // where the old text is
+    shown_ = text.empty() ? nullptr : NSAttributedString::attributedString(text, shownStyle());
+    const CGFloat height = shown_ ? heightOf(*shown_) : 0;
+    const CGRect lines = placed({0, height});
+    const CGRect ink = shown_ ? shown_->drawingBounds(lines.size.width, alignment()) : CGRect();
+    // The frame is what the text covers, so that nothing else is painted again.
+    const CGFloat left = std::clamp(ink.minX(), 0.0, lines.size.width);
+    const CGFloat right = std::clamp(ink.maxX(), left, lines.size.width);
+    const bool isCut = shown_ && shown_->size(lines.size.width).height > height;
+    overflow_ = {std::max(0.0, -ink.minY()), std::max(0.0, left - ink.minX()),
+                 std::max(0.0, ink.maxY() - height), std::max(0.0, ink.maxX() - right)};
+    setClipsToBounds(isCut);
+    setFrame({lines.minX() + left, lines.minY(), right - left, height});
+    setNeedsDisplay();
+}
+
+void TESMARCaptionView::draw(CGRect) {
+    CGContext* const context = UIGraphicsGetCurrentContext();
+    if (!context || !shown_)
+        return;
+    const CGFloat left = frame().minX() - room().minX();
+    shown_->drawInRect(*context, {-left, 0, room().size.width, bounds().size.height}, alignment());
+}
+
+} // namespace tesmar
