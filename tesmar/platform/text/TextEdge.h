@@ -1,5 +1,7 @@
 // Edges of characters, which keep text legible on any picture: their names and their colours.
 // NSAttributedString draws them; all functions may be used by any thread.
+//
+// Toolkit: may change with any version.
 #pragma once
 
 #include "tesmar/platform/foundation/NSObject.h"
