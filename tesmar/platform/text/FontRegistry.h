@@ -3,7 +3,9 @@
 // A face is looked up by its name, which is compared byte for byte: first among the files that the
 // host added, then among the installed faces, then in the table of stand-ins,
 // internal/stand_in_fonts.def, whose rows count only if their file is installed. The system font
-// has a family of its own, which is not listed; its only face has the family's name.
+// has a family of its own, which is not listed; its only face has the family's name. So have the
+// generic styles, each of which exists where one of its stand-ins is installed: ".MonospacedSerif",
+// ".ProportionalSerif", ".MonospacedSans", ".ProportionalSans", ".Casual" and ".Cursive".
 //
 // Toolkit: may change with any version.
 #pragma once

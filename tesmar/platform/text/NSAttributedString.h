@@ -21,10 +21,11 @@ inline constexpr std::string_view NSFontAttributeName = "NSFont";
 
 // The edge of the characters: an NSString, one of textEdgeName's. Missing or anything else: none.
 //
-// The outline, the sides and the blur of the shadow are 1/20 and the shadow's distance 1/15 of the
-// font size, and at least one device pixel; none exceeds 24 pixels. An edge lies outside the
-// characters, so that it does not show through translucent text, follows the shape of coloured
-// characters too, and is as opaque as its own colour: it remains when the text is transparent.
+// The outline, the sides and the rim in which the shadow fades are 1/20 and the shadow's distance
+// 1/15 of the font size, and at least one device pixel; none exceeds 24 pixels. An edge lies
+// outside the characters, so that it does not show through translucent text, follows the shape of
+// coloured characters too, and is as opaque as its own colour: it remains when the text is
+// transparent.
 inline constexpr std::string_view TESMAREdgeAttributeName = "TESMAREdge";
 // A UIColor. Missing: derivedEdgeColor of the text's colour.
 inline constexpr std::string_view TESMAREdgeColorAttributeName = "TESMAREdgeColor";

@@ -7,6 +7,7 @@
 #include "tesmar/platform/text/internal/ShapedText.h"
 #include "tesmar/platform/text/internal/glyphs.h"
 #include "tesmar/platform/text/internal/shown_text.h"
+#include "tesmar/platform/text/internal/text_edge.h"
 
 #include <array>
 #include <atomic>
@@ -26,9 +27,41 @@ std::int32_t keyWord(double v) {
     return std::bit_cast<std::int32_t>(static_cast<float>(v));
 }
 
+using SurfaceWords = std::array<std::int32_t, 6>;
+
+SurfaceWords textKey(SurfaceKind kind, const ShapedText& text, double scale) {
+    return {static_cast<std::int32_t>(kind), text.id, keyWord(scale), 0, 0, 0};
+}
+
 std::int32_t nextId() {
     static std::atomic<std::int32_t> last{0};
     return ++last;
+}
+
+// The device pixels that the characters may touch, relative to the layout's top left corner.
+PixelRect inkBox(const ShapedText& text, double scale) {
+    if (text.ink.isEmpty())
+        return {};
+    const auto pixel = [scale](double v, int margin) {
+        return static_cast<int>(std::floor(v * scale)) + margin;
+    };
+    const int left = pixel(text.ink.minX(), -1), top = pixel(text.ink.minY(), -1);
+    const PixelRect box{left, top, pixel(text.ink.maxX(), 2) - left,
+                        pixel(text.ink.maxY(), 2) - top};
+    if (text.clipWidth)
+        return intersection(box, {0, top, pixel(*text.clipWidth, 0), box.height});
+    return box;
+}
+
+PixelRect insetPixels(const PixelRect& r, int by) {
+    return {r.x + by, r.y + by, r.width - 2 * by, r.height - 2 * by};
+}
+
+// Such a box in device pixels of the context.
+PixelRect placed(const PixelRect& box, const CGContext& context, CGPoint origin) {
+    const PixelRect corner =
+        context.pixels({finiteCoordinate(origin.x), finiteCoordinate(origin.y), 0, 0});
+    return {corner.x + box.x, corner.y + box.y, box.width, box.height};
 }
 
 } // namespace
@@ -69,6 +102,8 @@ struct TextLayout::Impl {
     const ShapedText& shape();
     ShapedTextRef shapeAnew() const;
     void render(cairo_t* cr, const ShapedText& s, double scale, const PixelRect& box) const;
+    SurfacePtr coverage(const ShapedText& s, double scale, const PixelRect& box,
+                        const PixelRect& area) const;
 };
 
 const ShapedText& TextLayout::Impl::shape() {
@@ -116,6 +151,25 @@ void TextLayout::Impl::render(cairo_t* cr, const ShapedText& s, double scale,
     cairo_scale(cr, scale, scale);
     const bool isTiled = box.width > kTileSide || box.height > kTileSide;
     drawGlyphs(cr, s.lines, isTiled ? Glyphs::inTheClip : Glyphs::all);
+}
+
+// What the characters cover of `area`, as an A8 surface; `box` is that of render(). Shares cached
+// pictures with the text itself, unless that has colours of its own. Null if there is no memory.
+SurfacePtr TextLayout::Impl::coverage(const ShapedText& s, double scale, const PixelRect& box,
+                                      const PixelRect& area) const {
+    SurfacePtr whole = emptySurface(CAIRO_FORMAT_A8, area.width, area.height);
+    if (!whole)
+        return nullptr;
+    const auto key = textKey(s.isColored ? SurfaceKind::textEdge : SurfaceKind::text, s, scale);
+    const std::unique_ptr<cairo_t, CairoDeleter> cr(cairo_create(whole.get()));
+    forEachCachedTile(
+        key, box, intersection(box, area), CAIRO_FORMAT_A8,
+        [&](cairo_t* c) { render(c, s, scale, box); },
+        [&](cairo_surface_t* surface, const PixelRect& tile) {
+            cairo_set_source_surface(cr.get(), surface, tile.x - area.x, tile.y - area.y);
+            cairo_paint(cr.get());
+        });
+    return whole;
 }
 
 TextLayout::TextLayout() : impl_(std::make_unique<Impl>()) {}
@@ -181,27 +235,57 @@ std::vector<CGRect> TextLayout::lineBoxes() const {
     return boxes;
 }
 
+CGRect TextLayout::edgeBounds(TextEdge edge) const {
+    const CGRect ink = inkBounds();
+    if (ink.isEmpty() || edge == TextEdge::none)
+        return {};
+    // At scales above 1, a reach is at most as large in points.
+    const EdgeReach reach = edgeReach(edge, impl_->font->pointSize());
+    return {ink.minX() - reach.left, ink.minY() - reach.top,
+            ink.size.width + reach.left + reach.right, ink.size.height + reach.top + reach.bottom};
+}
+
+void TextLayout::drawEdge(CGContext& context, CGPoint origin, TextEdge edge, const UIColor& color,
+                          CGFloat textAlpha) const {
+    const ShapedText& shaped = impl_->shape();
+    CGContext::Impl& painter = context.impl();
+    const double scale = painter.scale, fontSize = impl_->font->pointSize() * scale;
+    const PixelRect ink = inkBox(shaped, scale);
+    if (edge == TextEdge::none || ink.isEmpty())
+        return;
+    const int margin = edgeMargin(edge, fontSize);
+    const PixelRect box = insetPixels(ink, -margin);
+    // Whole 255ths, so that a text that fades has a limited number of pictures.
+    const auto alpha = static_cast<std::int32_t>(
+        std::lround(finite(textAlpha, 0, 1, 0) * painter.state.alpha * 255));
+    SurfaceWords key = textKey(SurfaceKind::textEdge, shaped, scale);
+    key[3] = static_cast<std::int32_t>(edge);
+    key[4] = alpha;
+    const auto render = [&](cairo_t* cr) {
+        cairo_surface_t* const mask = cairo_get_target(cr);
+        double x = 0, y = 0; // of the tile, in the box
+        cairo_device_to_user(cr, &x, &y);
+        const PixelRect tile{box.x + static_cast<int>(x), box.y + static_cast<int>(y),
+                             cairo_image_surface_get_width(mask),
+                             cairo_image_surface_get_height(mask)};
+        const SurfacePtr glyphs = impl_->coverage(shaped, scale, ink, insetPixels(tile, -margin));
+        if (glyphs)
+            renderEdge(mask, glyphs.get(), edge, fontSize, alpha / 255.0);
+    };
+    painter.paintCached(key, placed(box, context, origin), CAIRO_FORMAT_A8,
+                        Paint::of(color).withAlpha(painter.state.alpha), render);
+}
+
 void TextLayout::draw(CGContext& context, CGPoint origin, const UIColor& color) const {
     const ShapedText& shaped = impl_->shape();
-    if (shaped.ink.isEmpty())
-        return;
     CGContext::Impl& painter = context.impl();
     const double scale = painter.scale;
-    const PixelRect corner =
-        context.pixels({finiteCoordinate(origin.x), finiteCoordinate(origin.y), 0, 0});
-    const auto pixel = [scale](double v, int margin) {
-        return static_cast<int>(std::floor(v * scale)) + margin;
-    };
-    const int left = pixel(shaped.ink.minX(), -1), top = pixel(shaped.ink.minY(), -1);
-    PixelRect box{left, top, pixel(shaped.ink.maxX(), 2) - left, pixel(shaped.ink.maxY(), 2) - top};
-    if (shaped.clipWidth)
-        box = intersection(box, {0, top, pixel(*shaped.clipWidth, 0), box.height});
+    const PixelRect box = inkBox(shaped, scale);
     if (box.isEmpty())
         return;
-    const PixelRect place{corner.x + box.x, corner.y + box.y, box.width, box.height};
+    const PixelRect place = placed(box, context, origin);
 
-    std::array<std::int32_t, 6> key{
-        static_cast<std::int32_t>(SurfaceKind::text), shaped.id, keyWord(scale), 0, 0, 0};
+    SurfaceWords key = textKey(SurfaceKind::text, shaped, scale);
     const Paint paint = Paint::of(color).withAlpha(painter.state.alpha);
     if (!shaped.isColored) {
         painter.paintCached(key, place, CAIRO_FORMAT_A8, paint,

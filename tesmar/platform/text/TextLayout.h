@@ -12,6 +12,7 @@
 #include "tesmar/platform/geometry/geometry.h"
 #include "tesmar/platform/text/NSLineBreakMode.h"
 #include "tesmar/platform/text/NSTextAlignment.h"
+#include "tesmar/platform/text/TextEdge.h"
 
 #include <memory>
 #include <optional>
@@ -73,6 +74,14 @@ class TESMAR_API TextLayout {
 
     // Draws with the top left corner at `origin`, which is rounded to whole device pixels.
     void draw(CGContext& context, CGPoint origin, const UIColor& color) const;
+
+    // What drawEdge() may touch, at scales from 1.
+    CGRect edgeBounds(TextEdge edge) const;
+    // Draws the edge of the characters, over which draw() must then be called with a colour of
+    // `textAlpha` (0 to 1) and the same state: the edge lies only beside the characters. For its
+    // sizes see NSAttributedString.
+    void drawEdge(CGContext& context, CGPoint origin, TextEdge edge, const UIColor& color,
+                  CGFloat textAlpha) const;
 
   private:
     struct Impl;

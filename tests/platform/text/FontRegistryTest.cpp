@@ -68,6 +68,18 @@ class FontRegistryTest : public testing::Test {
     std::string directory_ = testing::TempDir() + "tesmar-fonts-XXXXXX";
 };
 
+TEST_F(FontRegistryTest, GenericStylesAreFoundByNameOnly) {
+    const std::pair<const char*, const char*> rows[] = {
+        {".MonospacedSerif", "NimbusMonoPS-Regular"},
+        {".ProportionalSerif", "NimbusRoman-Regular"},
+        {".MonospacedSans", "DejaVuSansMono"},
+        {".Cursive", "DancingScript"}};
+    for (const auto& [name, drawnBy] : rows) {
+        EXPECT_EQ(FontRegistry::sourceOf(name).value().fontName, drawnBy);
+        EXPECT_FALSE(listedFaces().contains(name));
+    }
+}
+
 TEST_F(FontRegistryTest, StandInsDrawNamesThatAreNotInstalled) {
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {".SystemUI", ".SystemUI", "Inter-Regular.otf"},

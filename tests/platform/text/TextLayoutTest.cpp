@@ -82,7 +82,10 @@ TEST(TextLayout, ClippedPiecesMakeTheWholeText) {
         const CGPoint origin{random() % 300 / 10.0 - 5, random() % 300 / 10.0 - 5};
         const auto color = UIColor::colorWithRed(1, 0.5, 0.1, seed % 2 ? 1 : 0.6);
         const Canvas background(160, 110, std::array{1.0, 2.0, 3.0}[seed % 3], 0xff305070);
-        const auto draw = [&](CGContext& context) { layout.draw(context, origin, *color); };
+        const auto draw = [&](CGContext& context) {
+            layout.drawEdge(context, origin, TextEdge(seed % 5), *UIColor::whiteColor(), 0.6);
+            layout.draw(context, origin, *color);
+        };
         EXPECT_EQ(differencesWhenClipped(background, seed, draw), 0) << seed;
     }
 }

@@ -23,7 +23,7 @@ struct Paint {
 };
 
 // The first word of a cached surface's key.
-enum class SurfaceKind : std::int32_t { ellipse, ring, roundedRect, shadow, image, text };
+enum class SurfaceKind : std::int32_t { ellipse, ring, roundedRect, shadow, image, text, textEdge };
 
 // Coordinates in device pixels are clamped to ±this; cairo's fixed-point numbers are exact there.
 inline constexpr double kLargestPixel = 1 << 22;
@@ -138,10 +138,13 @@ SurfacePtr renderedSurface(cairo_format_t format, int width, int height, double 
     return surface;
 }
 
-template <class Render>
-void CGContext::Impl::paintCached(std::span<const std::int32_t> shape, const PixelRect& box,
-                                  cairo_format_t format, const Paint& paint, const Render& render) {
-    const PixelRect visible = intersection(box, state.clip);
+// Calls `use(surface, tile)` with each tile of `box` that touches `visible`, a part of it; the
+// surface is valid during the call. See CGContext::Impl::paintCached. Ends early if there is no
+// memory.
+template <class Render, class Use>
+void forEachCachedTile(std::span<const std::int32_t> shape, const PixelRect& box,
+                       const PixelRect& visible, cairo_format_t format, const Render& render,
+                       const Use& use) {
     if (visible.isEmpty())
         return;
     SurfaceCache& cache = SurfaceCache::ofThisThread();
@@ -160,12 +163,21 @@ void CGContext::Impl::paintCached(std::span<const std::int32_t> shape, const Pix
                     return;
                 surface = cache.insert(key, std::move(rendered));
             }
-            if (format == CAIRO_FORMAT_A8)
-                paintMask(surface, tile.x, tile.y, tile, paint);
-            else
-                paintPicture(surface, tile.x, tile.y, tile, paint.alpha);
+            use(surface, tile);
         }
     }
+}
+
+template <class Render>
+void CGContext::Impl::paintCached(std::span<const std::int32_t> shape, const PixelRect& box,
+                                  cairo_format_t format, const Paint& paint, const Render& render) {
+    forEachCachedTile(shape, box, intersection(box, state.clip), format, render,
+                      [&](cairo_surface_t* surface, const PixelRect& tile) {
+                          if (format == CAIRO_FORMAT_A8)
+                              paintMask(surface, tile.x, tile.y, tile, paint);
+                          else
+                              paintPicture(surface, tile.x, tile.y, tile, paint.alpha);
+                      });
 }
 
 } // namespace tesmar

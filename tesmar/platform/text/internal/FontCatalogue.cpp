@@ -22,6 +22,11 @@ bool isSystemFont(std::string_view name) {
     return name == FontRegistry::kSystemFont;
 }
 
+// A style such as ".Cursive", which is found by its name only.
+bool isGenericStyle(const FontFace& face) {
+    return face.name.starts_with('.') && face.name == face.family;
+}
+
 } // namespace
 
 FontCatalogue::FontCatalogue(const std::vector<FontRegistry::Source>& hostFaces,
@@ -38,7 +43,8 @@ FontCatalogue::FontCatalogue(const std::vector<FontRegistry::Source>& hostFaces,
     if (offered)
         restrictTo(*offered);
     for (const auto& [name, face] : faces_)
-        families_[face->family].push_back(name);
+        if (!isGenericStyle(*face))
+            families_[face->family].push_back(name);
 }
 
 void FontCatalogue::add(std::string_view name, std::string_view family,
