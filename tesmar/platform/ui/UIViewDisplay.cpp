@@ -240,13 +240,23 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
 }
 
 // False: there is no memory for the picture.
-bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
-    const CGFloat scale = context.scale();
+bool UIView::updatePicture(KeptPicture& picture, CGPoint superOrigin, CGFloat scale) {
     const CGPoint origin = superOrigin + frame_.origin;
-    const auto painted = [this](CGContext& picture, CGPoint at) { paintSelf(picture, at); };
+    return picture.update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
+                          [this](CGContext& context, CGPoint at) { paintSelf(context, at); });
+}
+
+void UIView::paintPictureAhead() {
     const auto picture = picture_;
-    if (!picture->update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
-                         painted))
+    const UIWindow* const window = this->window();
+    if (picture && window && superview_)
+        updatePicture(*picture, superview_->originOnSurface() - superview_->boundsOrigin_,
+                      window->scale());
+}
+
+bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
+    const auto picture = picture_;
+    if (!updatePicture(*picture, superOrigin, context.scale()))
         return false;
     const SavedState saved(context);
     context.setAlpha(alpha_);
