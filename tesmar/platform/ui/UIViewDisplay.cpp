@@ -175,10 +175,10 @@ void UIView::damageKeptPictures(const CGRect& onSurface) {
 }
 
 void UIView::setKeepsPicture(bool keeps) {
-    if (!keeps)
-        picture_.reset();
-    else if (!picture_)
-        picture_ = std::make_shared<KeptPicture>();
+    if (keeps == (picture_ != nullptr))
+        return;
+    picture_ = keeps ? std::make_shared<KeptPicture>() : nullptr;
+    damagePlace(); // translucent pixels round otherwise through a picture
 }
 
 // Whether an opaque view in front hides all of these pixels.

@@ -247,6 +247,22 @@ TEST_F(UITest, DrawingMayChangeTheCardInMotion) {
         }
 }
 
+TEST_F(UITest, CardsOverCardsAreAlwaysPaintedWhole) {
+    UIWindow& window = *host.window();
+    const auto below = make<Controller>(), above = make<Controller>();
+    window.presentViewController(below, false);
+    for (int frame = 0; frame < 60; ++frame) {
+        if (frame == 1 || frame == 30)
+            window.presentViewController(above, true);
+        else if (frame == 29)
+            above->dismissViewControllerAnimated(true);
+        const auto partial = picture();
+        window.invalidate();
+        ASSERT_TRUE(partial == picture()) << frame;
+        host.advance(1.0 / 60);
+    }
+}
+
 TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     const auto c = make<Controller>();
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));
