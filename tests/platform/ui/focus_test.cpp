@@ -138,6 +138,12 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
         {[&] { scroll->setUserInteractionEnabled(false); }, "s.decrement"},
         {[&] { host.tap(view("a").frame().center()); }, "a?"},
         {[&] { press({K::down}); }, "a"},
+        {[&] { EXPECT_FALSE(host.window()->moveFocus("none")); }, "a"},
+        {[&] {
+             host.tap({1, 1});
+             EXPECT_TRUE(host.window()->moveFocus("s.increment"));
+         },
+         "s.increment"},
         {[&] { sheet->dismissViewControllerAnimated(false); }, "none"},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
