@@ -7,6 +7,7 @@
 #include "tesmar/platform/ui/internal/focus/focus_places.h"
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace tesmar {
