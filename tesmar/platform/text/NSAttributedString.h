@@ -18,6 +18,9 @@ class CGContext;
 inline constexpr std::string_view NSForegroundColorAttributeName = "NSColor";
 inline constexpr std::string_view NSBackgroundColorAttributeName = "NSBackgroundColor";
 inline constexpr std::string_view NSFontAttributeName = "NSFont";
+inline constexpr std::string_view TESMAREdgeAttributeName = "TESMAREdge";
+inline constexpr std::string_view TESMAREdgeColorAttributeName = "TESMAREdgeColor";
+inline constexpr std::string_view TESMARWindowColorAttributeName = "TESMARWindowColor";
 
 class TESMAR_API NSAttributedString : public NSObject {
     TESMAR_CLASS
