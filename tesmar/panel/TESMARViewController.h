@@ -103,6 +103,8 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void viewWillAppear(bool animated) override;
     void viewDidAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
+    // Gives the header a second row where large or long texts need one.
+    void viewWillLayoutSubviews() override;
     void didReceiveMemoryWarning() override;
     // A key counts as an interaction, as a drag of the scroll view does.
     void willHandleKey() override;
@@ -202,6 +204,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     Ref<UIView> createScrollView();
     UIScrollView* scrollView() const;
     void applyToHeader(UIView& root);
+    void arrangeHeader(UIView& root, UILabel& label, UIButton& reset);
     void applyToContent(UIScrollView& scrollView);
 
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
@@ -216,6 +219,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     bool appearanceIsSet_ = false; // by the host
     std::shared_ptr<const OwnTexts> ownTexts_;
     // The constraints that the appearance adds to the root view and to the scroll view.
+    bool headerHasTwoRows_ = false;
     std::vector<Ref<NSLayoutConstraint>> headerAdaptation_;
     std::vector<Ref<NSLayoutConstraint>> contentAdaptation_;
 

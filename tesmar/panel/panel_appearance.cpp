@@ -12,27 +12,74 @@ namespace {
 constexpr double kLargestTextScale = 2;
 // The distances between the label, the switch and the reset button, and from the edges.
 constexpr CGFloat kHeaderGaps = 4 * 20;
+constexpr CGFloat kHeaderRowGap = 8;
+// Texts that would have to become smaller than this part of their size get a second row.
+constexpr CGFloat kLeastShrinking = 14.0 / 19;
+// Wider panels have one row. A card is never narrower unless the room is, so that the number of
+// rows is the same when the card is measured, in all of the room, and when it is laid out.
+constexpr CGFloat kWideEnough = 440;
 // Of the width that the content has with short labels; weaker than the size of labels.
 constexpr UILayoutPriority kContentWidthPriority = 700;
+
+using Constraints = std::vector<Ref<NSLayoutConstraint>>;
 
 template <class T>
 T* part(UIView& root, const char* name) {
     return dynamic_cast<T*>(root.viewWithIdentifier(name));
 }
 
-// When the label and the button do not fit beside each other, both become smaller at the same rate.
-std::vector<Ref<NSLayoutConstraint>> shareOfHeader(UIView& root, UILabel& label, UIButton& reset,
-                                                   const UISwitch& captionsSwitch) {
-    const CGFloat button = reset.intrinsicContentSize().width;
-    const CGFloat share = button / (button + label.intrinsicContentSize().width);
-    const CGFloat fixed = kHeaderGaps + captionsSwitch.intrinsicContentSize().width;
-    return {NSLayoutConstraint::constraintWithItem(
-        refTo(&reset), NSLayoutAttribute::width, NSLayoutRelation::lessThanOrEqual, refTo(&root),
-        NSLayoutAttribute::width, share, -share * fixed)};
+// The width of the label and the button beside each other and beside the switch.
+CGFloat textWidth(const UILabel& label, const UIButton& reset) {
+    return label.intrinsicContentSize().width + reset.intrinsicContentSize().width;
+}
+CGFloat otherWidth(const UISwitch& captionsSwitch) {
+    return kHeaderGaps + captionsSwitch.intrinsicContentSize().width;
 }
 
-void replace(UIView& view, std::vector<Ref<NSLayoutConstraint>>& present,
-             std::vector<Ref<NSLayoutConstraint>> next) {
+bool headerNeedsTwoRows(const UIView& root, const UILabel& label, const UIButton& reset,
+                        const UISwitch& captionsSwitch) {
+    const CGFloat width = root.bounds().size.width;
+    return width > 0 && width < kWideEnough &&
+           width - otherWidth(captionsSwitch) < kLeastShrinking * textWidth(label, reset);
+}
+
+// Whether the constraint places something beside or below the label.
+bool joinsToLabel(const NSLayoutConstraint& constraint, const UIView& root, const UILabel& label) {
+    const auto first = constraint.firstItem(), second = constraint.secondItem();
+    return second && (first.get() == &label ? second.get() != &root
+                                            : second.get() == &label && first.get() != &root);
+}
+
+// In one row that is too narrow, the label and the button become smaller at the same rate.
+Constraints shareOfHeader(UIView& root, const UILabel& label, UIButton& reset,
+                          const UISwitch& captionsSwitch) {
+    const CGFloat share = reset.intrinsicContentSize().width / textWidth(label, reset);
+    return {NSLayoutConstraint::constraintWithItem(
+        refTo(&reset), NSLayoutAttribute::width, NSLayoutRelation::lessThanOrEqual, refTo(&root),
+        NSLayoutAttribute::width, share, -share * otherWidth(captionsSwitch))};
+}
+
+// The switch and the button below the label.
+Constraints secondRow(UILabel& label, UIButton& reset, UISwitch& captionsSwitch,
+                      UIView& separator) {
+    Constraints all;
+    const std::pair<const char*, NSLayoutFormatOptions> rows[] = {
+        {"[label]->=20-|", NSLayoutFormatNone},
+        {"|-20-[switch(whole)]->=20-[reset]", NSLayoutFormatAlignAllCenterY},
+        {"V:[label]-gap-[reset]-gap-[separator]", NSLayoutFormatNone}};
+    for (const auto& [format, options] : rows)
+        for (auto& constraint : NSLayoutConstraint::constraintsWithVisualFormat(
+                 format, options,
+                 {{"gap", kHeaderRowGap}, {"whole", captionsSwitch.intrinsicContentSize().width}},
+                 {{"label", refTo(&label)},
+                  {"reset", refTo(&reset)},
+                  {"switch", refTo(&captionsSwitch)},
+                  {"separator", refTo(&separator)}}))
+            all.push_back(std::move(constraint));
+    return all;
+}
+
+void replace(UIView& view, Constraints& present, Constraints next) {
     view.removeConstraints(present);
     view.addConstraints(next);
     present = std::move(next);
@@ -110,7 +157,27 @@ void TESMARViewController::applyToHeader(UIView& root) {
     reset->setTitle(std::string(appearance_.texts->reset), UIControlStateNormal);
     reset->titleLabel()->setFont(resetTitleFont(appearance_.textScale));
     reset->titleLabel()->setMinimumFontSize(PanelAppearance::kMinimumFontSize);
-    replace(root, headerAdaptation_, shareOfHeader(root, *label, *reset, *CCSwitch_));
+    arrangeHeader(root, *label, *reset);
+}
+
+void TESMARViewController::viewWillLayoutSubviews() {
+    UIViewController::viewWillLayoutSubviews();
+    UIView& root = *view();
+    auto* const label = appearanceIsSet_ ? part<UILabel>(root, "CCLabel") : nullptr;
+    auto* const reset = label ? part<UIButton>(root, "resetButton") : nullptr;
+    if (reset && headerNeedsTwoRows(root, *label, *reset, *CCSwitch_) != headerHasTwoRows_)
+        arrangeHeader(root, *label, *reset);
+}
+
+void TESMARViewController::arrangeHeader(UIView& root, UILabel& label, UIButton& reset) {
+    auto* const separator = part<UIView>(root, "topSeparator");
+    headerHasTwoRows_ = separator && headerNeedsTwoRows(root, label, reset, *CCSwitch_);
+    for (const auto& constraint : root.layoutConstraints())
+        if (joinsToLabel(*constraint, root, label))
+            constraint->setActive(!headerHasTwoRows_);
+    replace(root, headerAdaptation_,
+            headerHasTwoRows_ ? secondRow(label, reset, *CCSwitch_, *separator)
+                              : shareOfHeader(root, label, reset, *CCSwitch_));
 }
 
 void TESMARViewController::applyToContent(UIScrollView& scrollView) {

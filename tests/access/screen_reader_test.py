@@ -76,6 +76,7 @@ STEPS = [
       "backgroundColorPicker.6 unchecked", "backgroundColorOpacityStepper 50 percent",
       "announcement: Reset to the default style"], ["font: .SystemUI, 17 points"]),
     (None, RIGHT, ["CCSwitch focused"], []), (None, RIGHT, ["CCSwitch unfocused", "resetButton focused"], []),
+    ("textColorPicker.5", "focus", ["resetButton unfocused", "textColorPicker.5 focused"], []),
     ("card", "close", ["removed"], ["the panel closes"]),
 ]
 
@@ -130,6 +131,8 @@ class App:
             middle = self.nodes["card"].queryComponent().getExtents(pyatspi.DESKTOP_COORDS)
             pyatspi.Registry.generateMouseEvent(middle.x + 5, middle.y + 5, "abs")  # X sends keys there
             pyatspi.Registry.generateKeyboardEvent(action, None, pyatspi.KEY_SYM)
+        elif action == "focus":
+            require(self.nodes[name].queryComponent().grabFocus(), action, name)
         else:
             require(self.nodes[name].queryAction().doAction(self.actions(name).index(action)), action, name)
 

@@ -129,6 +129,31 @@ TEST_F(PanelTest, AppearancesApplyAtOnce) {
     }
 }
 
+// As soon as the width or the texts change.
+TEST_F(PanelTest, ANarrowHeaderOfLargeTextsHasASecondRow) {
+    const struct {
+        const char* language;
+        double scale;
+        CGFloat width;
+        bool hasTwoRows;
+    } rows[] = {{"en", 1, 320, false}, {"en", 1.5, 320, true}, {"de", 2, 320, true},
+                {"de", 2, 500, false}, {"ar", 2, 360, true},   {"ar", 1, 360, false}};
+    Shown later({568, 480});
+    for (const auto& row : rows) {
+        const Setting setting = appearance(row.language, row.scale);
+        setting(*later.panel);
+        later.host.resize({row.width, 480}, 1);
+        later.host.window()->layoutIfNeeded();
+        const CGRect label = later.view("CCLabel").frame(),
+                     reset = later.view("resetButton").frame();
+        EXPECT_EQ(reset.minY() > label.maxY(), row.hasTwoRows) << &row - rows;
+        EXPECT_EQ(later.view("CCSwitch").frame().size.width, 51) << &row - rows;
+        Shown fresh({row.width, 480}, setting);
+        for (const char* const id : {"CCLabel", "CCSwitch", "resetButton", "topSeparator"})
+            EXPECT_EQ(later.view(id).frame(), fresh.view(id).frame()) << &row - rows << id;
+    }
+}
+
 TEST_F(PanelTest, CopiesTheHostsOwnTexts) {
     Shown shown({568, 320});
     {

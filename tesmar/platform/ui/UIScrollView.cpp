@@ -65,7 +65,11 @@ void UIScrollView::setContentOffset(CGPoint offset, bool animated) {
     tracking_->setOffset(offset, animated);
 }
 
-void UIScrollView::scrollRectToVisible(const CGRect& anyRect, bool animated) {
+void UIScrollView::scrollRectToVisible(const CGRect& rect, bool animated) {
+    setContentOffset(offsetShowing(rect), animated);
+}
+
+CGPoint UIScrollView::offsetShowing(const CGRect& anyRect) const {
     const CGRect rect = finiteRect(anyRect);
     const auto nearest = [](CGFloat at, CGFloat extent, CGFloat low, CGFloat high) {
         return high - low >= extent || low < at ? low : high > at + extent ? high - extent : at;
@@ -78,7 +82,7 @@ void UIScrollView::scrollRectToVisible(const CGRect& anyRect, bool animated) {
     const CGFloat y = nearest(visible.minY() + inset.top,
                               std::max(0.0, visible.size.height - inset.top - inset.bottom),
                               rect.minY(), rect.maxY());
-    setContentOffset(offsetRange().clamped({x - inset.left, y - inset.top}), animated);
+    return offsetRange().clamped({x - inset.left, y - inset.top});
 }
 
 UIScrollView::OffsetRange UIScrollView::offsetRange() const {

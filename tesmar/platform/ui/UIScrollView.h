@@ -128,6 +128,8 @@ class TESMAR_API UIScrollView : public UIView {
         }
     };
     OffsetRange offsetRange() const;
+    // What scrollRectToVisible() scrolls to.
+    CGPoint offsetShowing(const CGRect& rect) const;
     UIEdgeInsets hiddenContent() const;
     void contentEdgesChanged();
     void anchorContent();

@@ -267,6 +267,9 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     // only where they change: for views of which only opacity and translation change, as in a
     // motion. The translation is then rounded to device pixels.
     void setKeepsPicture(bool keeps);
+    // Paints what is out of date of the kept picture now rather than in the next frame. Does
+    // nothing outside a window or without a kept picture. Throws what the views' drawing throws.
+    void paintPictureAhead();
     // True: each subview is the root of a layout of its own, and no constraint may refer to views
     // on both sides.
     virtual bool subviewsAreLayoutRoots() const { return false; }
@@ -302,6 +305,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     bool isFarFrom(const PixelRect& clip, CGPoint origin, CGFloat scale) const;
     void damageKeptPictures(const CGRect& onSurface);
     void paintSelf(CGContext& context, CGPoint origin);
+    bool updatePicture(KeptPicture& picture, CGPoint superOrigin, CGFloat scale);
     bool paintPicture(CGContext& context, CGPoint superOrigin);
     void paintSubviews(CGContext& context, CGPoint origin);
 

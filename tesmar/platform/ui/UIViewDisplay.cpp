@@ -175,10 +175,10 @@ void UIView::damageKeptPictures(const CGRect& onSurface) {
 }
 
 void UIView::setKeepsPicture(bool keeps) {
-    if (!keeps)
-        picture_.reset();
-    else if (!picture_)
-        picture_ = std::make_shared<KeptPicture>();
+    if (keeps == (picture_ != nullptr))
+        return;
+    picture_ = keeps ? std::make_shared<KeptPicture>() : nullptr;
+    damagePlace(); // translucent pixels round otherwise through a picture
 }
 
 // Whether an opaque view in front hides all of these pixels.
@@ -240,13 +240,23 @@ void UIView::paint(CGContext& context, CGPoint superOrigin) {
 }
 
 // False: there is no memory for the picture.
-bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
-    const CGFloat scale = context.scale();
+bool UIView::updatePicture(KeptPicture& picture, CGPoint superOrigin, CGFloat scale) {
     const CGPoint origin = superOrigin + frame_.origin;
-    const auto painted = [this](CGContext& picture, CGPoint at) { paintSelf(picture, at); };
+    return picture.update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
+                          [this](CGContext& context, CGPoint at) { paintSelf(context, at); });
+}
+
+void UIView::paintPictureAhead() {
     const auto picture = picture_;
-    if (!picture->update(origin, pixelsTouchedBy(subtreeExtent(origin, scale), scale), scale,
-                         painted))
+    const UIWindow* const window = this->window();
+    if (picture && window && superview_)
+        updatePicture(*picture, superview_->originOnSurface() - superview_->boundsOrigin_,
+                      window->scale());
+}
+
+bool UIView::paintPicture(CGContext& context, CGPoint superOrigin) {
+    const auto picture = picture_;
+    if (!updatePicture(*picture, superOrigin, context.scale()))
         return false;
     const SavedState saved(context);
     context.setAlpha(alpha_);

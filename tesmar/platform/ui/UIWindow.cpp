@@ -265,6 +265,18 @@ std::optional<UIFocus> UIWindow::focus() {
     return focus_ ? focus_->focus() : std::nullopt;
 }
 
+bool UIWindow::moveFocus(std::string_view identifier) {
+    assertMainThread("UIWindow::moveFocus");
+    const auto self = refTo(this);
+    layoutIfNeeded();
+    const auto top = presentedViewController();
+    if (!top || top->isBeingDismissed())
+        return false;
+    if (!focus_)
+        focus_ = std::make_unique<KeyFocus>(*this, *touches_);
+    return focus_->moveTo(identifier, top);
+}
+
 void UIWindow::cancelTouches(double time) {
     assertMainThread("UIWindow::cancelTouches");
     const auto self = refTo(this);

@@ -27,6 +27,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string_view>
 
 namespace tesmar {
 
@@ -128,6 +129,10 @@ class TESMAR_API UIWindow : public UIView {
     bool keysAreInUse() const { return keysAreInUse_; }
     // std::nullopt before the first key of a presentation.
     std::optional<UIFocus> focus();
+    // Moves the focus to the cell with this identifier in the topmost controller, and shows and
+    // reveals it there as after a key: for a screen reader. Returns false, and does nothing, when
+    // there is no such cell or the controller is being dismissed. May call the controller.
+    bool moveFocus(std::string_view identifier);
     // Cancels the touches of all fingers, for example when the host loses the focus.
     void cancelTouches(double time);
 

@@ -122,6 +122,27 @@ TEST(CGContext, PixelsBlendOverTheSurface) {
     EXPECT_EQ(canvas.pixels, (std::vector<std::uint32_t>{0xff723232, 0xff123456, 0xff646464}));
 }
 
+// Written without clearing first, they are those that are painted on what was cleared before.
+TEST(CGContext, PixelsOnClearedOnesRoundAlike) {
+    std::vector<std::uint32_t> front(256);
+    for (unsigned i = 0; i < 256; ++i)
+        front[i] = i << 24 | i / 3 << 16 | i / 2 << 8 | i;
+    for (int step = 0; step <= 300; ++step) {
+        Canvas written(261, 4, 1, 0xff646464), painted = written;
+        for (Canvas* const canvas : {&written, &painted}) {
+            CGContext context = canvas->context();
+            context.clipToPixels({1, 1, 259 - step % 8, 3});
+            context.clearPixels({0, 0, 261, 4});
+            if (canvas == &painted)
+                context.fillRect({1, 1, 1, 1});
+            context.setAlpha(step / 300.0);
+            context.drawPixels(front.data(), {2, 2, 256, 1}, 1024);
+            context.setAlpha(1e6), context.clearPixels({1, 1, 1, 1});
+        }
+        ASSERT_EQ(written.pixels, painted.pixels) << step;
+    }
+}
+
 TEST(CGContext, RectanglesAndShapesRoundAColorAlike) {
     for (int i = 0; i <= 2000; ++i) {
         Canvas canvas(2, 1, 8);

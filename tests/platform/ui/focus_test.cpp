@@ -138,6 +138,12 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
         {[&] { scroll->setUserInteractionEnabled(false); }, "s.decrement"},
         {[&] { host.tap(view("a").frame().center()); }, "a?"},
         {[&] { press({K::down}); }, "a"},
+        {[&] { EXPECT_FALSE(host.window()->moveFocus("none")); }, "a"},
+        {[&] {
+             host.tap({1, 1});
+             EXPECT_TRUE(host.window()->moveFocus("s.increment"));
+         },
+         "s.increment"},
         {[&] { sheet->dismissViewControllerAnimated(false); }, "none"},
     };
     for (std::size_t i = 0; i < std::size(steps); ++i) {
@@ -151,7 +157,7 @@ TEST_F(FocusTest, StaysOnSomethingUsable) {
 TEST_F(FocusTest, ScrollsToTheFocusAndSlidesTheRing) {
     press({K::down, K::down, K::down});
     EXPECT_EQ(focus(), "far");
-    host.advance(1);
+    host.advance(0.15); // as the ring
     const CGRect frame = host.window()->focus()->frame;
     EXPECT_EQ(frame.size.width, 60);
     EXPECT_GT(frame.size.height, 30);          // whole, above the content's end
@@ -160,7 +166,7 @@ TEST_F(FocusTest, ScrollsToTheFocusAndSlidesTheRing) {
     next->setFrame({160, 300, 60, 40});
     scroll->addSubview(next), scroll->setContentSize({400, 400});
     scroll->setEdgeFadeColor(UIColor::whiteColor());
-    host.key(K::right), host.advance(1);
+    host.key(K::right), host.advance(0.15);
     EXPECT_EQ(scroll->contentOffset().x, 36); // clear of the fade
     next->removeFromSuperview(), scroll->setContentSize({200, 400});
     damage();

@@ -193,6 +193,76 @@ TEST_F(UITest, MotionShowsWhatChangesMeanwhile) {
     }
 }
 
+// Before the first frame or in a later one; against a card that nothing changes as it draws.
+TEST_F(UITest, DrawingMayChangeTheCardInMotion) {
+    struct Painter : UIView {
+        void draw(CGRect) override {
+            ++drawn, std::exchange(then, [] {})();
+            UIGraphicsGetCurrentContext()->setRGBFillColor(0, 0, 1, 1);
+            UIGraphicsGetCurrentContext()->fillRect(bounds());
+        }
+        int drawn = 0;
+        std::function<void()> then = [] {};
+    };
+    struct Shown {
+        Shown() {
+            controller->view()->addSubview(painter), painter->setFrame({30, 20, 80, 60});
+            controller->view()->setBackgroundColor(UIColor::redColor());
+        }
+        HeadlessHost host{{300, 400}};
+        Ref<Painter> painter = make<Painter>();
+        Ref<Controller> controller = make<Controller>();
+    };
+    const std::function<void(Shown&)> changes[] = {
+        [](Shown& s) { s.controller->view()->setBackgroundColor(UIColor::blueColor()); },
+        [](Shown& s) { s.controller->view()->superview()->setClipsToBounds(true); },
+        [](Shown& s) { s.controller->dismissViewControllerAnimated(false); },
+        [](Shown& s) { s.host.render(); },
+        [](Shown&) { throw std::bad_alloc(); },
+    };
+    const auto unlessItThrows = [](const auto& act) {
+        try {
+            act();
+        } catch (const std::bad_alloc&) {
+        }
+    };
+    for (const auto& change : changes)
+        for (const bool first : {true, false}) {
+            Shown changed, still;
+            const auto during = [&] { change(changed); };
+            for (Shown* const shown : {&changed, &still}) {
+                if (shown == &changed && first)
+                    shown->painter->then = during;
+                shown->host.window()->presentViewController(shown->controller, true);
+                EXPECT_EQ(shown->painter->drawn, 1);
+            }
+            unlessItThrows([&] { change(still); }), host.advance(0.1);
+            if (!first) {
+                changed.painter->then = during, changed.painter->setNeedsDisplay();
+                unlessItThrows([&] { changed.host.render(); });
+            }
+            host.advance(0.1), changed.host.render(), still.host.render();
+            EXPECT_TRUE(std::ranges::equal(changed.host.pixels(), still.host.pixels()))
+                << &change - changes << first;
+        }
+}
+
+TEST_F(UITest, CardsOverCardsAreAlwaysPaintedWhole) {
+    UIWindow& window = *host.window();
+    const auto below = make<Controller>(), above = make<Controller>();
+    window.presentViewController(below, false);
+    for (int frame = 0; frame < 60; ++frame) {
+        if (frame == 1 || frame == 30)
+            window.presentViewController(above, true);
+        else if (frame == 29)
+            above->dismissViewControllerAnimated(true);
+        const auto partial = picture();
+        window.invalidate();
+        ASSERT_TRUE(partial == picture()) << frame;
+        host.advance(1.0 / 60);
+    }
+}
+
 TEST_F(UITest, LeavingOrHiddenCardsTakeNoTouches) {
     const auto c = make<Controller>();
     const auto button = makeWith<UIButton>(&UIButton::initWithFrame, CGRect(20, 20, 100, 100));

@@ -16,6 +16,8 @@ class AccessibilitySource {
 
     virtual std::vector<UIAccessibleElement> tree() = 0;
     virtual bool perform(std::string_view identifier, UIAccessibleAction action) = 0;
+    // See UIWindow::moveFocus.
+    virtual bool moveFocus(std::string_view identifier) = 0;
     // Notifies the bridge of what has changed (see UIWindow::updateAccessibility).
     virtual void update() = 0;
     // The title and the content of the window on the screen, in the window system's units.
@@ -39,7 +41,7 @@ class AccessibilityBridge : public UIAccessibilityObserver {
 // The function of the module: makes a bridge that the caller owns, or returns null when there is
 // nothing to connect with. `source` must outlive the bridge. The number changes with this file.
 using MakeAccessibilityBridge = AccessibilityBridge* (*)(AccessibilitySource& source);
-inline constexpr const char* kMakeAccessibilityBridge = "tesmar_make_accessibility_bridge_1";
+inline constexpr const char* kMakeAccessibilityBridge = "tesmar_make_accessibility_bridge_2";
 
 // The function of the other module: whether an assistive technology is running.
 using AssistiveTechnologyRuns = bool (*)();

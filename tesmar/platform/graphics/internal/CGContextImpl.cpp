@@ -45,6 +45,31 @@ void withClip(cairo_t* cr, const PixelRect& drawn, const PixelRect& visible, Ope
     cairo_reset_clip(cr);
 }
 
+// The address of the pixel at (x, y).
+std::uint32_t* pixelsOf(cairo_surface_t* surface, int x, int y) {
+    unsigned char* const row =
+        cairo_image_surface_get_data(surface) + 1LL * y * cairo_image_surface_get_stride(surface);
+    return reinterpret_cast<std::uint32_t*>(row) + x;
+}
+
+// Each component times alpha / 255, rounded as cairo rounds. 16 bits and blocks of one size,
+// because compilers use vector instructions for these.
+void scaleRow(const unsigned char* __restrict from, unsigned char* __restrict to, int bytes,
+              std::uint16_t alpha) {
+    const auto scaled = [alpha](unsigned char component) {
+        const auto product = static_cast<std::uint16_t>(component * alpha + 128);
+        const auto sum = static_cast<std::uint16_t>(product + (product >> 8));
+        return static_cast<unsigned char>(sum >> 8);
+    };
+    constexpr int kBlock = 16;
+    int i = 0;
+    for (; i + kBlock <= bytes; i += kBlock)
+        for (int j = 0; j < kBlock; ++j)
+            to[i + j] = scaled(from[i + j]);
+    for (; i < bytes; ++i)
+        to[i] = scaled(from[i]);
+}
+
 PixelRect extent(cairo_surface_t* surface, int x, int y) {
     return {x, y, cairo_image_surface_get_width(surface), cairo_image_surface_get_height(surface)};
 }
@@ -84,6 +109,7 @@ void CGContext::Impl::begin(void* pixels, int w, int h, int stride, CGFloat pixe
 void CGContext::Impl::end() {
     while (!layers_.empty())
         endLayer();
+    clearNow();
     savedStates.clear();
     if (!surface_)
         return;
@@ -105,6 +131,7 @@ void CGContext::Impl::fillPixels(const PixelRect& r, const Paint& paint) {
     const PixelRect visible = intersection(r, state.clip);
     if (visible.isEmpty() || paint.alpha <= 0)
         return;
+    clearNow();
     if (paint.alpha >= 1) {
         setPixels(visible, opaquePixel(paint));
         return;
@@ -117,8 +144,39 @@ void CGContext::Impl::fillPixels(const PixelRect& r, const Paint& paint) {
 
 void CGContext::Impl::clearPixels(const PixelRect& r) {
     const PixelRect visible = intersection(r, state.clip);
-    if (!visible.isEmpty())
+    clearNow();
+    if (layers_.empty())
+        toClear_ = visible;
+    else if (!visible.isEmpty())
         setPixels(visible, 0);
+}
+
+void CGContext::Impl::clearNow() {
+    if (!toClear_.isEmpty())
+        setPixels(std::exchange(toClear_, {}), 0);
+}
+
+void CGContext::Impl::replacePixels(cairo_surface_t* picture, int x, int y,
+                                    const PixelRect& visible, double alpha) {
+    const PixelRect c = std::exchange(toClear_, {});
+    const PixelRect besides[] = {
+        {c.x, c.y, c.width, visible.y - c.y},
+        {c.x, visible.bottom(), c.width, c.bottom() - visible.bottom()},
+        {c.x, visible.y, visible.x - c.x, visible.height},
+        {visible.right(), visible.y, c.right() - visible.right(), visible.height}};
+    for (const PixelRect& part : besides)
+        if (!part.isEmpty())
+            setPixels(part, 0);
+    const auto byte = static_cast<std::uint16_t>(floorToInt(alpha * 65535 + 0.5) >> 8);
+    cairo_surface_flush(picture);
+    cairo_surface_flush(surface_);
+    for (int row = visible.y; row < visible.bottom(); ++row) {
+        const auto* const from =
+            reinterpret_cast<const unsigned char*>(pixelsOf(picture, visible.x - x, row - y));
+        auto* const to = reinterpret_cast<unsigned char*>(pixelsOf(surface_, visible.x, row));
+        scaleRow(from, to, 4 * visible.width, byte);
+    }
+    cairo_surface_mark_dirty(surface_);
 }
 
 // In memory: filling with cairo would take most of the time of a small frame.
@@ -126,11 +184,8 @@ void CGContext::Impl::setPixels(const PixelRect& visible, std::uint32_t pixel) {
     cairo_surface_t* const target = layers_.empty() ? surface_ : layers_.back().surface;
     const PixelRect box = layers_.empty() ? PixelRect() : layers_.back().box;
     cairo_surface_flush(target);
-    const std::ptrdiff_t rowLength = cairo_image_surface_get_stride(target) / 4;
-    auto* row = reinterpret_cast<std::uint32_t*>(cairo_image_surface_get_data(target)) +
-                (visible.y - box.y) * rowLength + (visible.x - box.x);
-    for (int y = 0; y < visible.height; ++y, row += rowLength)
-        std::fill_n(row, visible.width, pixel);
+    for (int y = visible.y; y < visible.bottom(); ++y)
+        std::fill_n(pixelsOf(target, visible.x - box.x, y - box.y), visible.width, pixel);
     cairo_surface_mark_dirty(target);
 }
 
@@ -140,6 +195,7 @@ void CGContext::Impl::paintMask(cairo_surface_t* mask, int x, int y, const Pixel
     const PixelRect visible = intersection(intersection(drawn, within), state.clip);
     if (visible.isEmpty() || paint.alpha <= 0)
         return;
+    clearNow();
     cairo_t* cr = cairo();
     withClip(cr, drawn, visible, [&] {
         setSource(cr, paint);
@@ -153,6 +209,12 @@ void CGContext::Impl::paintPicture(cairo_surface_t* picture, int x, int y, const
     const PixelRect visible = intersection(intersection(drawn, within), state.clip);
     if (visible.isEmpty() || alpha <= 0)
         return;
+    if (intersection(toClear_, visible) == visible &&
+        cairo_image_surface_get_format(picture) == CAIRO_FORMAT_ARGB32) {
+        replacePixels(picture, x, y, visible, alpha);
+        return;
+    }
+    clearNow();
     cairo_t* cr = cairo();
     // cairo_paint fills cairo's whole clip, so that has to be exactly the visible part.
     addRectangle(cr, visible);
@@ -165,6 +227,7 @@ void CGContext::Impl::paintPicture(cairo_surface_t* picture, int x, int y, const
 }
 
 void CGContext::Impl::beginLayer(double alpha) {
+    clearNow();
     const double opacity = state.alpha * finite(alpha, 0, 1, 0);
     layers_.reserve(layers_.size() + 1); // push_back must not throw: it would leak the surface
     savedStates.push_back(state);

@@ -99,11 +99,17 @@ class CGContext::Impl {
     };
 
     void end();
+    // Clears what clearPixels has put off.
+    void clearNow();
+    // Instead of clearing: replaces these pixels, all of them to be cleared, by the picture's.
+    void replacePixels(cairo_surface_t* picture, int x, int y, const PixelRect& visible,
+                       double alpha);
     // `visible` must lie within the clip and not be empty.
     void setPixels(const PixelRect& visible, std::uint32_t pixel);
 
     cairo_surface_t* surface_ = nullptr;
     cairo_t* cairo_ = nullptr;
+    PixelRect toClear_; // before anything else is drawn; empty within layers
     std::vector<Layer> layers_;
 };
 

@@ -8,6 +8,7 @@ namespace tesmar {
 // Contains a controller's view, which is the root of its own layout.
 class ContainerView : public UIView {
   public:
+    using UIView::paintPictureAhead;
     using UIView::setKeepsPicture; // while the container moves
 
     // Darkens all in it as the window's presentedBrightness says.

@@ -48,32 +48,35 @@ bool KeptPicture::allocate() {
 
 bool KeptPicture::update(CGPoint origin, const PixelRect& extent, CGFloat scale,
                          const Paint& paint) {
+    if (isPainting_)
+        return false;
     const PixelRect covered = aligned(extent, scale);
-    if (pixels_.empty() || origin != origin_ || covered != extent_ || scale != scale_) {
-        pixels_.clear();
+    if (!isValid_ || origin != origin_ || covered != extent_ || scale != scale_) {
         origin_ = origin, extent_ = covered, scale_ = scale;
-        if (!allocate())
+        isValid_ = allocate();
+        if (!isValid_)
             return false;
     }
     if (damage_.isEmpty())
         return true;
     CGContext context(pixels_.data(), extent_.width, extent_.height, stride(), scale);
     const CurrentContext current(context);
-    const CGPoint corner{extent_.x / scale, extent_.y / scale};
     // Damage that is reported during painting belongs to the next frame.
     const DamageRegion painted = std::exchange(damage_, {});
-    for (const PixelRect& rect : painted.rects()) {
-        context.saveGState();
-        context.clipToPixels(rect);
-        context.clearPixels(rect);
-        try {
-            paint(context, origin - corner);
-        } catch (...) {
-            pixels_.clear();
-            throw;
+    isPainting_ = true;
+    try {
+        for (const PixelRect& rect : painted.rects()) {
+            context.saveGState();
+            context.clipToPixels(rect);
+            context.clearPixels(rect);
+            paint(context, origin - CGPoint{extent_.x / scale, extent_.y / scale});
+            context.restoreGState();
         }
-        context.restoreGState();
+    } catch (...) {
+        isPainting_ = isValid_ = false;
+        throw;
     }
+    isPainting_ = false;
     return true;
 }
 

@@ -17,10 +17,11 @@ class KeptPicture {
 
     // `rect`, in points from the view's origin, is out of date.
     void damage(const CGRect& rect) noexcept;
-    void clear() { pixels_.clear(); }
+    // Everything is out of date.
+    void clear() { isValid_ = false; }
     // Paints what is out of date of a view at `origin`, in points, that covers `extent` of the
     // surface; everything if one of the numbers has changed. Returns false when the allocation of
-    // the pixels fails. When `paint` throws, everything is out of date.
+    // the pixels fails, and within `paint`. When `paint` throws, everything is out of date.
     bool update(CGPoint origin, const PixelRect& extent, CGFloat scale, const Paint& paint);
     // Moved by `translation`, in points, rounded to device pixels.
     void draw(CGContext& context, CGPoint translation) const;
@@ -33,6 +34,8 @@ class KeptPicture {
     PixelRect extent_;
     CGFloat scale_ = 1;
     std::vector<std::uint32_t> pixels_;
+    bool isValid_ = false;
+    bool isPainting_ = false;
     DamageRegion damage_; // in pixels of the picture
 };
 

@@ -174,11 +174,25 @@ void PresentationStack::appear(const Shared& presentation) {
     if (presentation->stage != Stage::appearing)
         return;
     const std::weak_ptr<Presentation> weak = presentation;
-    presentation->container->setKeepsPicture(animated);
     presentation->progress->moveTo(1, animated ? kAppearing : 0, [this, weak] {
         if (const auto p = weak.lock())
             appeared(p);
     });
+    if (animated)
+        startMotion(presentation);
+}
+
+// Paints the card before the first frame of its motion, which would come late: painting takes
+// longer than a frame where glyphs and shadows are drawn for the first time.
+void PresentationStack::startMotion(const Shared& presentation) {
+    if (!presentation->progress->isMoving())
+        return;
+    const auto container = presentation->container;
+    container->setKeepsPicture(true);
+    try {
+        container->paintPictureAhead();
+    } catch (...) { // NOLINT(bugprone-empty-catch): the frame paints it again, and throws there
+    }
 }
 
 void PresentationStack::appeared(const Shared& presentation) {
@@ -254,12 +268,12 @@ void PresentationStack::slideOut(const Shared& presentation, bool animated) {
         return;
     const std::weak_ptr<Presentation> weak = presentation;
     const bool moves = animated && presentation->container;
-    if (moves)
-        presentation->container->setKeepsPicture(true);
     presentation->progress->moveTo(0, moves ? kDismissing : 0, [this, weak] {
         if (const auto p = weak.lock())
             finishDismissal(p);
     });
+    if (moves)
+        startMotion(presentation);
 }
 
 void PresentationStack::finishDismissal(const Shared& presentation) {

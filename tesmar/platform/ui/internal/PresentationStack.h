@@ -95,6 +95,7 @@ class PresentationStack {
     static void uncovered(const std::vector<Shared>& hidden, bool animated, FirstException& all);
     void appear(const Shared& presentation);
     void appeared(const Shared& presentation);
+    static void startMotion(const Shared& presentation);
     void startDismissal(const Shared& presentation, bool animated,
                         UIViewController::Completion completion);
     void slideOut(const Shared& presentation, bool animated);

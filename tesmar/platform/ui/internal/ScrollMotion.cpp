@@ -10,8 +10,9 @@ constexpr double kRubberStiffness = 0.55;
 // Motion ends below this speed and, on a spring, within this distance of its end.
 constexpr double kSlowest = 10;   // points per second
 constexpr double kNearest = 0.25; // points
-// Natural frequency of the critically damped spring, per second.
-constexpr double kSpring = 12;
+// Natural frequencies of the critically damped spring, per second.
+constexpr double kCalmSpring = 12;
+constexpr double kBriskSpring = 75;
 // Faster than any finger. Points per second.
 constexpr double kFastest = 20000;
 
@@ -88,18 +89,19 @@ void ScrollMotion::endDrag(double velocity, double now) {
     startVelocity_ = velocity;
 }
 
-void ScrollMotion::moveTo(double offset, double now) {
+void ScrollMotion::moveTo(double offset, double now, Pace pace) {
     const bool isUnderWay = moving_ && mode_ == Mode::springing;
-    springFrom(now, isUnderWay ? speed_ : 0, nearestRest(offset));
+    springFrom(now, isUnderWay ? speed_ : 0, nearestRest(offset), pace);
 }
 
-void ScrollMotion::springFrom(double now, double velocity, double target) {
+void ScrollMotion::springFrom(double now, double velocity, double target, Pace pace) {
     moving_ = true;
     mode_ = Mode::springing;
     startTime_ = now;
     startOffset_ = offset_;
     startVelocity_ = speed_ = velocity;
     target_ = target;
+    spring_ = pace == Pace::brisk ? kBriskSpring : kCalmSpring;
 }
 
 void ScrollMotion::delayStart(double time) {
@@ -112,10 +114,10 @@ bool ScrollMotion::step(double now) {
     const double t = std::max(0.0, now - startTime_);
     if (mode_ == Mode::springing) {
         const double away = startOffset_ - target_;
-        const double decay = std::exp(-kSpring * t);
-        const double slope = startVelocity_ + kSpring * away;
+        const double decay = std::exp(-spring_ * t);
+        const double slope = startVelocity_ + spring_ * away;
         offset_ = target_ + (away + slope * t) * decay;
-        speed_ = (slope - kSpring * (away + slope * t)) * decay;
+        speed_ = (slope - spring_ * (away + slope * t)) * decay;
         if (!bounces_ && nearestRest(startOffset_) == startOffset_)
             offset_ = nearestRest(offset_);
         if (std::abs(offset_ - target_) < kNearest && std::abs(speed_) < kSlowest) {

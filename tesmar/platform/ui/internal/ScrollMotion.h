@@ -31,9 +31,13 @@ class ScrollMotion {
     void endDrag(double velocity, double now);
     // The same, but the content comes to rest at `offset`, clamped to the range.
     void endDragAt(double offset, double velocity, double now);
+    enum class Pace {
+        calm,  // about half a second, as after a finger
+        brisk, // 0.12 seconds, as the focus moves
+    };
     // Moves to `offset`, clamped to the range; keeps the present speed when it was moving to an
     // offset already.
-    void moveTo(double offset, double now);
+    void moveTo(double offset, double now, Pace pace = Pace::calm);
     // Where a moveTo() under way will end; otherwise the present offset.
     double destination() const { return moving_ && mode_ == Mode::springing ? target_ : offset_; }
     // Stops at the present offset.
@@ -53,7 +57,7 @@ class ScrollMotion {
     double nearestRest(double offset) const;
     double usable(double velocity) const;
     double inverseRubberBand(double stretch) const;
-    void springFrom(double now, double velocity, double target);
+    void springFrom(double now, double velocity, double target, Pace pace = Pace::calm);
 
     double lowest_ = 0;
     double highest_ = 0;
@@ -67,7 +71,8 @@ class ScrollMotion {
     double startOffset_ = 0;
     double startVelocity_ = 0;
     double target_ = 0;
-    double speed_ = 0; // of a spring at the last step
+    double spring_ = 0; // its natural frequency, per second
+    double speed_ = 0;  // of a spring at the last step
 };
 
 } // namespace tesmar

@@ -61,22 +61,26 @@ void ScrollTracking::applyOffset() {
         delegate->scrollViewDidScroll(view_);
 }
 
-void ScrollTracking::setOffset(CGPoint offset, bool animated) {
+void ScrollTracking::reveal(const CGRect& rect) {
+    setOffset(view_.offsetShowing(rect), true, ScrollMotion::Pace::brisk);
+}
+
+void ScrollTracking::setOffset(CGPoint offset, bool animated, ScrollMotion::Pace pace) {
     const auto self = refTo(&view_);
     isAnimation_ = animated;
-    moveTo(offset, animated);
+    moveTo(offset, animated, pace);
     if (animated && !isGliding()) // there at once
         if (const auto delegate = view_.delegate())
             delegate->scrollViewDidEndScrollingAnimation(view_);
 }
 
-void ScrollTracking::moveTo(CGPoint offset, bool animated) {
+void ScrollTracking::moveTo(CGPoint offset, bool animated, ScrollMotion::Pace pace) {
     offset = {finiteCoordinate(offset.x), finiteCoordinate(offset.y)};
     updateRange();
     if (animated) {
         const double now = NSRunLoop::mainRunLoop().now();
-        x_.moveTo(offset.x, now);
-        y_.moveTo(offset.y, now);
+        x_.moveTo(offset.x, now, pace);
+        y_.moveTo(offset.y, now, pace);
         startGliding();
         return;
     }

@@ -55,7 +55,10 @@ class ScrollTracking {
     void wheel(CGPoint delta);
     // `offset` in content coordinates, possibly past the ends. Animated, it is clamped to the ends.
     // The delegate is told of the end of an animation.
-    void setOffset(CGPoint offset, bool animated);
+    void setOffset(CGPoint offset, bool animated,
+                   ScrollMotion::Pace pace = ScrollMotion::Pace::calm);
+    // Shows `rect`, in content coordinates, as quickly as the focus moves.
+    void reveal(const CGRect& rect);
 
     // --- The view -------------------------------------------------------------------------------
 
@@ -71,7 +74,7 @@ class ScrollTracking {
     void updateRange();
     void adoptOffset();
     void applyOffset();
-    void moveTo(CGPoint offset, bool animated);
+    void moveTo(CGPoint offset, bool animated, ScrollMotion::Pace pace = ScrollMotion::Pace::calm);
     double page(LayoutAxis axis, double velocity) const;
     void notifyWillDecelerate();
     void beganDragging();

@@ -112,8 +112,16 @@ void AtspiBridge::setActive(bool windowHasFocus) {
 // --- Requests of clients ------------------------------------------------------------------------
 
 bool AtspiBridge::perform(const std::string& identifier, UIAccessibleAction action) {
+    return handle([&] { return source_.perform(identifier, action); });
+}
+
+bool AtspiBridge::grabFocus(const std::string& identifier) {
+    return handle([&] { return source_.moveFocus(identifier); });
+}
+
+bool AtspiBridge::handle(const std::function<bool()>& request) {
     try {
-        const bool done = source_.perform(identifier, action);
+        const bool done = request();
         source_.update();
         return done;
     } catch (...) {
@@ -217,7 +225,7 @@ void AtspiBridge::announced(std::string_view text) {
 } // namespace tesmar
 
 extern "C" __attribute__((visibility("default"))) tesmar::AccessibilityBridge*
-tesmar_make_accessibility_bridge_1(tesmar::AccessibilitySource& source) {
+tesmar_make_accessibility_bridge_2(tesmar::AccessibilitySource& source) {
     try {
         return new tesmar::AtspiBridge(source);
     } catch (const std::exception&) {

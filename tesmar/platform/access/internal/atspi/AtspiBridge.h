@@ -6,6 +6,7 @@
 #include "tesmar/platform/access/internal/atspi/element_object.h"
 
 #include <exception>
+#include <functional>
 #include <map>
 #include <memory>
 #include <utility>
@@ -30,10 +31,12 @@ class AtspiBridge final : public AccessibilityBridge, private ElementActions {
     AtkObject* root() const { return application_.object.get(); }
 
   private:
+    bool handle(const std::function<bool()>& request);
     using Children = std::vector<AtkObject*>;
     using Nodes = std::map<std::string, std::unique_ptr<ElementNode>>; // by identifier
 
     bool perform(const std::string& identifier, UIAccessibleAction action) override;
+    bool grabFocus(const std::string& identifier) override;
     CGRect frameOf(const std::string& identifier, AtkCoordType relativeTo) override;
 
     void prepare(ElementNode& node, AtkRole role, AtkObject* parent);

@@ -28,6 +28,11 @@ void getExtents(AtkComponent* object, int* x, int* y, int* width, int* height, A
     }
 }
 
+gboolean grabFocus(AtkComponent* object) {
+    const ElementNode* const node = elementNode(object);
+    return node && node->actions->grabFocus(std::string(node->element.identifier));
+}
+
 // --- Action -------------------------------------------------------------------------------------
 
 const UIAccessibleAction* actionAt(AtkAction* object, int index) {
@@ -183,7 +188,9 @@ int noCaret(AtkText*) {
 
 ElementInterface componentInterface() {
     return {ATK_TYPE_COMPONENT, [](void* type, void*) {
-                static_cast<AtkComponentIface*>(type)->get_extents = getExtents;
+                auto* const component = static_cast<AtkComponentIface*>(type);
+                component->get_extents = getExtents;
+                component->grab_focus = grabFocus;
             }};
 }
 

@@ -21,6 +21,7 @@ class ElementActions {
   public:
     virtual ~ElementActions() = default;
     virtual bool perform(const std::string& identifier, UIAccessibleAction action) = 0;
+    virtual bool grabFocus(const std::string& identifier) = 0;
     // On the screen, in the window system's units; relative to the window's content with
     // ATK_XY_WINDOW and to the parent with ATK_XY_PARENT.
     virtual CGRect frameOf(const std::string& identifier, AtkCoordType relativeTo) = 0;

@@ -98,6 +98,10 @@ bool SDLAccessibility::perform(std::string_view identifier, UIAccessibleAction a
     return performAccessibleAction(window_, identifier, action, now_);
 }
 
+bool SDLAccessibility::moveFocus(std::string_view identifier) {
+    return window_.moveFocus(identifier);
+}
+
 void SDLAccessibility::update() {
     window_.updateAccessibility();
 }

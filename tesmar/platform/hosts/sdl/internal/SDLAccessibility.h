@@ -29,6 +29,7 @@ class SDLAccessibility final : private AccessibilitySource {
 
     std::vector<UIAccessibleElement> tree() override;
     bool perform(std::string_view identifier, UIAccessibleAction action) override;
+    bool moveFocus(std::string_view identifier) override;
     void update() override;
     std::string title() override;
     CGRect screenFrame() override;

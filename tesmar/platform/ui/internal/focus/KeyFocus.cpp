@@ -184,6 +184,18 @@ bool KeyFocus::key(UIKey key, UIKeyRepeat repeat, double time,
     return true;
 }
 
+bool KeyFocus::moveTo(std::string_view identifier, const Ref<UIViewController>& controller) {
+    const auto places = focusPlaces(*controller->view());
+    const auto wanted = std::ranges::find(places, identifier, &FocusPlace::identifier);
+    if (identifier.empty() || wanted == places.end())
+        return false;
+    startIn(controller);
+    adoptsTouch_ = false;
+    column_ = wanted->cell.rect.midX();
+    showOn(*wanted, places, *controller);
+    return true;
+}
+
 void KeyFocus::showOn(const FocusPlace& place, const std::vector<FocusPlace>& all,
                       UIViewController& controller) {
     const bool isNews = !isShown_ || hasMovedTo(place);

@@ -7,6 +7,7 @@
 #include "tesmar/platform/ui/internal/focus/focus_places.h"
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace tesmar {
@@ -26,6 +27,8 @@ class KeyFocus {
     // UIEdgeKeys::taken. Calls the controller and the control, which may do anything.
     bool key(UIKey key, UIKeyRepeat repeat, double time, const Ref<UIViewController>& controller,
              UIEdgeKeys edge);
+    // Shows the focus on the place with this identifier; returns false if there is none.
+    bool moveTo(std::string_view identifier, const Ref<UIViewController>& controller);
     // A finger has landed: hides the ring. The finger's control gets the focus.
     void touchLanded();
     // Before each frame: keeps the ring on its control, or on another one if that is gone; of which

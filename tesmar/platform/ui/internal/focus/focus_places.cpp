@@ -2,6 +2,7 @@
 
 #include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/UIScrollView.h"
+#include "tesmar/platform/ui/internal/ScrollTracking.h"
 #include "tesmar/platform/ui/internal/focus/FocusRing.h"
 #include "tesmar/platform/ui/internal/scroll_fades.h"
 
@@ -204,7 +205,7 @@ bool isUsable(UIView& root, UIView& view, std::size_t index) {
 void reveal(const FocusPlace& place, const std::vector<FocusPlace>& all) {
     for (auto* scroll = UIScrollView::enclosing(place.view->superview()); scroll;) {
         const auto self = refTo(scroll); // scrolling calls a delegate
-        scroll->scrollRectToVisible(revealedRect(*scroll, place, all), true);
+        ScrollTracking::of(*scroll).reveal(revealedRect(*scroll, place, all));
         if (place.index >= place.view->focusCells().size())
             return;
         scroll = UIScrollView::enclosing(scroll->superview());
