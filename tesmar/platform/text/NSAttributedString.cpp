@@ -123,14 +123,6 @@ CGRect NSAttributedString::drawingBounds(CGFloat width, NSTextAlignment alignmen
     return CGRectUnion(boxes, characters);
 }
 
-CGRect NSAttributedString::drawingBounds(CGFloat width, NSTextAlignment alignment) const {
-    const TextLayout& text = layout(width, alignment);
-    CGRect bounds = text.inkBounds();
-    for (const CGRect& line : text.lineBoxes())
-        bounds = CGRectUnion(bounds, line);
-    return bounds;
-}
-
 bool NSAttributedString::isEqual(const NSObject* other) const {
     const auto* string = dynamic_cast<const NSAttributedString*>(other);
     return string && text_ == string->text_ && attributes_->isEqual(string->attributes_.get());
