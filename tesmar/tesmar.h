@@ -51,4 +51,5 @@
 #include "tesmar/platform/ui/UIView.h"
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
+#include "tesmar/sharing/TESMARStyleJSON.h"
 #include "tesmar/version.h"
