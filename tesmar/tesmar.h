@@ -27,6 +27,7 @@
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/PanelAppearance.h"
 #include "tesmar/model/TESMARConfig.h"
+#include "tesmar/model/TESMARStyleListener.h"
 #include "tesmar/model/TESMARTexts.h"
 #include "tesmar/panel/TESMARViewController.h"
 #include "tesmar/panel/TESMARViewControllerDelegate.h"

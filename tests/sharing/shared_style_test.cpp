@@ -1,0 +1,112 @@
+// One style in several panels, threads and processes.
+#include "tests/panel/panel_fixture.h"
+
+#include <thread>
+
+namespace tesmar {
+namespace {
+
+Ref<NSDictionary> styleOf(const std::string& mark) {
+    return NSDictionary::dictionaryWithEntries({{"mark", NSString::stringWithString(mark)}});
+}
+
+std::string markOf(const NSDictionary& style) {
+    const auto mark = as<NSString>(style.objectForKey("mark"));
+    return mark ? mark->text() : "none";
+}
+
+void save(const std::string& mark) {
+    TESMARConfig::saveSessionClosedCaptureStyle(styleOf(mark));
+}
+
+class SharedStyle : public PanelTest {
+  protected:
+    ~SharedStyle() override { TESMARConfig::setStyleSource({}); }
+
+    // Records the styles that it is told.
+    TESMARStyleListener listener() {
+        return TESMARConfig::addStyleListener(
+            [this](auto& style) { told += markOf(*style) + " "; });
+    }
+    std::string told;
+};
+
+TEST_F(SharedStyle, TheSourceComesBeforeTheStoredStyle) {
+    const auto current = [] { return markOf(*TESMARConfig::sessionOrDefaultClosedCaptureStyle()); };
+    const auto given = styleOf("account")->mutableCopy();
+    TESMARConfig::setStyleSource([&] { return given; });
+    const auto first = TESMARConfig::sessionOrDefaultClosedCaptureStyle();
+    given->setObject(NSString::stringWithString("later"), "mark");
+    EXPECT_EQ(markOf(*first) + current(), "accountlater") << "not a copy";
+    save("stored");
+    EXPECT_EQ(current(), "later");
+    TESMARConfig::setStyleSource([] { return Ref<NSDictionary>(); });
+    EXPECT_EQ(current(), "stored");
+    TESMARConfig::setStyleSource([&] { // removes itself
+        TESMARConfig::setStyleSource({});
+        return styleOf(current() + "!");
+    });
+    EXPECT_EQ(current(), "stored!");
+    TESMARConfig::setStyleSource([&]() -> Ref<NSDictionary> {
+        if (current() == "stored")
+            throw HostError();
+        return nullptr;
+    });
+    EXPECT_THROW(current(), HostError);
+    EXPECT_THROW(current(), HostError) << "not asked again";
+}
+
+TEST_F(SharedStyle, ListenersAreToldEachChangeOnceOnTheirThread) {
+    const auto all = listener();
+    TESMARStyleListener once;
+    once = TESMARConfig::addStyleListener([&](auto&) {
+        once = {};
+        told += "once ";
+        save("nested"); // the first listener knows it before this one returns
+        throw HostError();
+    });
+    const auto last = listener();
+    EXPECT_THROW(save("a"), HostError);
+    EXPECT_EQ(TESMARConfig::saveFailure(), "");
+    save("nested");
+    EXPECT_EQ(std::exchange(told, ""), "a once nested nested ");
+    std::jthread([&] {
+        const auto own = listener();
+        save("thread");
+    }).join();
+    EXPECT_EQ(std::exchange(told, ""), "thread ");
+    TESMARConfig::refresh();
+    TESMARConfig::refresh();
+    EXPECT_EQ(told, "thread thread ");
+}
+
+TEST_F(SharedStyle, PanelsFollowOneAnother) {
+    HeadlessHost hosts[2] = {HeadlessHost({640, 360}), HeadlessHost({640, 360})};
+    Ref<TESMARViewController> panels[2];
+    const auto log = std::make_shared<CallLog>();
+    for (const int i : {0, 1}) {
+        panels[i] = make<TESMARViewController>();
+        panels[i]->setRememberChangedStyle(true);
+        panels[i]->setFollowsSharedStyle(true);
+        hosts[i].window()->presentViewController(panels[i], false);
+    }
+    panels[1]->setDelegate(log);
+    const auto untouched = panels[1]->CCStyleAttributes();
+    hosts[0].tap(centerOf(*hosts[0].window(), "textColorPicker.5"));
+    EXPECT_FALSE(untouched->isEqual(panels[0]->CCStyleAttributes().get()));
+    EXPECT_TRUE(panels[1]->CCStyleAttributes()->isEqual(panels[0]->CCStyleAttributes().get()));
+    EXPECT_EQ(log->calls, "");
+    panels[1]->setFollowsSharedStyle(false);
+    const auto left = panels[1]->CCStyleAttributes();
+    hosts[0].tap(centerOf(*hosts[0].window(), "textColorPicker.2"));
+    EXPECT_EQ(panels[1]->CCStyleAttributes(), left);
+
+    // A listener that throws neither hides the change from the delegate nor counts as a failure.
+    panels[0]->setDelegate(log);
+    const auto bad = TESMARConfig::addStyleListener([](auto&) { throw HostError(); });
+    EXPECT_THROW(hosts[0].tap(centerOf(*hosts[0].window(), "textColorPicker.3")), HostError);
+    EXPECT_EQ(log->calls + panels[0]->saveFailure(), "style ");
+}
+
+} // namespace
+} // namespace tesmar
