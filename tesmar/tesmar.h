@@ -53,4 +53,5 @@
 #include "tesmar/platform/ui/UIViewController.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/sharing/TESMARStyleJSON.h"
+#include "tesmar/sharing/TESMARStyleWatch.h"
 #include "tesmar/version.h"

@@ -1,10 +1,17 @@
 // One style in several panels, threads and processes.
 #include "tests/panel/panel_fixture.h"
 
+#include <fcntl.h>
+#include <fstream>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <thread>
 
 namespace tesmar {
 namespace {
+
+namespace fs = std::filesystem;
 
 Ref<NSDictionary> styleOf(const std::string& mark) {
     return NSDictionary::dictionaryWithEntries({{"mark", NSString::stringWithString(mark)}});
@@ -106,6 +113,89 @@ TEST_F(SharedStyle, PanelsFollowOneAnother) {
     const auto bad = TESMARConfig::addStyleListener([](auto&) { throw HostError(); });
     EXPECT_THROW(hosts[0].tap(centerOf(*hosts[0].window(), "textColorPicker.3")), HostError);
     EXPECT_EQ(log->calls + panels[0]->saveFailure(), "style ");
+}
+
+// --- The watch ----------------------------------------------------------------------------------
+
+void inAnotherProcess(const std::function<void()>& body) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        body();
+        std::_Exit(0);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(SharedStyle, ChangesByOtherProcessesAreNoticed) {
+    const fs::path folder = directory / "x/y", file = folder / "p.plist";
+    NSUserDefaults::standardUserDefaults()->setPreferencesPath(file);
+    TESMARStyleWatch watch;
+    EXPECT_GT(watch.descriptor(), 2);
+    EXPECT_TRUE(::fcntl(watch.descriptor(), F_GETFD) & FD_CLOEXEC);
+    const auto subscription = listener();
+    const auto afterwards = [&] {
+        pollfd one{watch.descriptor(), POLLIN, 0};
+        EXPECT_EQ(::poll(&one, 1, 0), 1);
+        watch.process();
+        watch.process(); // what the first call has caused, such as the ends of old watches
+        EXPECT_EQ(::poll(&one, 1, 0), 0) << "it would spin";
+        return std::exchange(told, "");
+    };
+    const auto saveAside = [&](const char* mark) { // to be moved over the file
+        NSUserDefaults::standardUserDefaults()->setPreferencesPath(directory / "aside");
+        save(mark);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        std::string told;
+    } rows[] = {
+        {"new directories", [] { save("new"); }, "new "},
+        {"a save", [] { save("second"); }, "second "},
+        {"the same style", [] { save("second"); }, ""},
+        {"a replaced file", [&] { saveAside("moved"), fs::rename(directory / "aside", file); },
+         "moved "},
+        {"a moved directory", [&] { fs::rename(folder, directory / "x/z"); }, "none "},
+        {"and back", [&] { fs::rename(directory / "x/z", folder); }, "moved "},
+        {"a deleted directory", [&] { fs::remove_all(directory / "x"); }, "none "},
+        {"made again", [] { save("again"); }, "again "},
+        {"a link",
+         [&] {
+             fs::create_directory(directory / "real");
+             saveAside("linked"), fs::rename(directory / "aside", directory / "real/p");
+             fs::remove(file), fs::create_symlink("../../real/p", file);
+         },
+         "linked "},
+        {"a save through it", [] { save("through"); }, "through "},
+    };
+    for (const auto& [what, change, expected] : rows) {
+        SCOPED_TRACE(what);
+        inAnotherProcess(change);
+        EXPECT_EQ(afterwards(), expected);
+    }
+    inAnotherProcess([&] { // overflows the queue, of 16,384 reports if it has its usual length
+        for (int i = 0; i < 20'000; ++i)
+            std::ofstream(folder / std::to_string(i % 2));
+        save("overflow");
+    });
+    EXPECT_EQ(afterwards(), "overflow ");
+}
+
+TEST_F(SharedStyle, AWatchThatTheSystemRefusesSaysWhy) {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit none{3, limit.rlim_max};
+    ::setrlimit(RLIMIT_NOFILE, &none);
+    TESMARStyleWatch watch;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ(watch.descriptor(), -1);
+    EXPECT_EQ(watch.failure(), "inotify_init1: Too many open files");
+    const auto subscription = listener();
+    inAnotherProcess([] { save("other"); });
+    watch.process();
+    EXPECT_EQ(told, "other ");
 }
 
 } // namespace
