@@ -5,6 +5,7 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/NSAttributedString.h"
+#include "tesmar/platform/text/TextEdge.h"
 #include "tesmar/platform/text/UIFont.h"
 #include "tesmar/sharing/internal/json_document.h"
 
@@ -23,17 +24,13 @@ constexpr double kVersion = 1;
 constexpr std::size_t kLongestFontName = 255; // bytes
 constexpr double kByte = 255;                 // the value of a full byte of "#rrggbb"
 
-constexpr std::string_view kEdgeKey = "TESMAREdge";
-constexpr std::array<std::string_view, 5> kEdges{"none", "raised", "depressed", "uniform",
-                                                 "dropShadow"};
-
 struct ColorMember {
     std::string_view name, key; // in the text, in the dictionary
 };
 constexpr std::array<ColorMember, 4> kColors{{{"text", NSForegroundColorAttributeName},
                                               {"background", NSBackgroundColorAttributeName},
-                                              {"edgeColor", "TESMAREdgeColor"},
-                                              {"window", "TESMARWindowColor"}}};
+                                              {"edgeColor", TESMAREdgeColorAttributeName},
+                                              {"window", TESMARWindowColorAttributeName}}};
 
 // "#rrggbb", rounded.
 std::string hexOf(const UIColor& color) {
@@ -50,6 +47,10 @@ std::string hexOf(const UIColor& color) {
 bool isFontName(std::string_view name) {
     return !name.empty() && name.size() <= kLongestFontName && isValidUtf8(name) &&
            std::ranges::none_of(name, [](unsigned char c) { return c < ' ' || c == 0x7f; });
+}
+
+bool isEdge(std::string_view name) {
+    return textEdgeName(textEdgeNamed(name)) == name;
 }
 
 // --- Writing ------------------------------------------------------------------------------------
@@ -177,7 +178,7 @@ Ref<UIFont> readFont(const JsonNode& node) {
 }
 
 Ref<NSString> readEdge(const JsonNode& node) {
-    if (node.kind != Kind::text || std::ranges::find(kEdges, node.text) == kEdges.end())
+    if (node.kind != Kind::text || !isEdge(node.text))
         refuse(node, "edge must be \"none\", \"raised\", \"depressed\", \"uniform\" or "
                      "\"dropShadow\"");
     return NSString::stringWithString(node.text);
@@ -194,7 +195,7 @@ Ref<NSDictionary> readStyle(const JsonNode& root) {
     if (const JsonNode* const font = root.find("font"))
         style.emplace(NSFontAttributeName, readFont(*font));
     if (const JsonNode* const edge = root.find("edge"))
-        style.emplace(kEdgeKey, readEdge(*edge));
+        style.emplace(TESMAREdgeAttributeName, readEdge(*edge));
     return NSDictionary::dictionaryWithEntries(std::move(style));
 }
 
@@ -212,8 +213,8 @@ std::string styleToJSON(const NSDictionary& style) {
     if (font && isFontName(font->fontName()))
         add("font", "{\"name\": " + quoted(font->fontName()) +
                         ", \"size\": " + textOf(font->pointSize()) + "}");
-    const auto edge = as<NSString>(style.objectForKey(kEdgeKey));
-    if (edge && std::ranges::find(kEdges, edge->text()) != kEdges.end())
+    const auto edge = as<NSString>(style.objectForKey(TESMAREdgeAttributeName));
+    if (edge && isEdge(edge->text()))
         add("edge", quoted(edge->text()));
     return text + "\n}\n";
 }

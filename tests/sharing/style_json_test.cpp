@@ -23,17 +23,17 @@ TEST(StyleJson, AStyleComesBackEqual) {
     style->setObject(UIColor::colorWithRed(1 / 3., 0.1, 0.2, 0.1 + 0.2),
                      NSForegroundColorAttributeName);
     style->setObject(UIColor::grayColor(), NSBackgroundColorAttributeName);
-    style->setObject(UIColor::yellowColor(), "TESMAREdgeColor");
-    style->setObject(UIColor::colorWithWhite(0.3, 1e-300), "TESMARWindowColor");
-    style->setObject(NSString::stringWithString("dropShadow"), "TESMAREdge");
+    style->setObject(UIColor::yellowColor(), TESMAREdgeColorAttributeName);
+    style->setObject(UIColor::colorWithWhite(0.3, 1e-300), TESMARWindowColorAttributeName);
+    style->setObject(NSString::stringWithString("dropShadow"), TESMAREdgeAttributeName);
     auto font = R"({"version": 1, "font": {"name": "no \"such\" \\ \u00e9", "size": 20.1}})";
     style->setObject(styleFromJSON(font).style->objectForKey(NSFontAttributeName),
                      NSFontAttributeName);
     const auto result = styleFromJSON(styleToJSON(*style));
     EXPECT_EQ(result.problem, "");
     EXPECT_TRUE(result.style->isEqual(style.get())) << styleToJSON(*style);
-    style->setObject(NSString::stringWithString("wavy"), "TESMAREdge");
-    style->setObject(NSString::stringWithString("none"), "TESMARWindowColor");
+    style->setObject(NSString::stringWithString("wavy"), TESMAREdgeAttributeName);
+    style->setObject(NSString::stringWithString("none"), TESMARWindowColorAttributeName);
     EXPECT_EQ(styleFromJSON(styleToJSON(*style)).style->entries().size(), 4U);
 }
 

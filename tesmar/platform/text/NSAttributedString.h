@@ -48,7 +48,8 @@ class TESMAR_API NSAttributedString : public NSObject {
     // In points, with lines broken at `maxWidth` if there is one; not rounded.
     CGSize size(std::optional<CGFloat> maxWidth = std::nullopt) const;
     // Draws the text from the top of `r`, with lines broken at its width and the background colour
-    // behind each of them; below that the window, above it the edges, and then the text. Lines below the bottom of `r` are drawn too.
+    // behind each of them; below that the window, above it the edges, and then the text. Lines
+    // below the bottom of `r` are drawn too.
     void drawInRect(CGContext& context, const CGRect& r,
                     NSTextAlignment alignment = NSTextAlignment::left) const;
 

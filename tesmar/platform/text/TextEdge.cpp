@@ -30,8 +30,8 @@ TextEdge textEdgeNamed(std::string_view name) {
 
 Ref<UIColor> derivedEdgeColor(const UIColor& text) {
     constexpr double kEqualContrast = 0.179; // with black and with white
-    const double luminance = 0.2126 * linear(text.red()) + 0.7152 * linear(text.green()) +
-                             0.0722 * linear(text.blue());
+    const double luminance =
+        0.2126 * linear(text.red()) + 0.7152 * linear(text.green()) + 0.0722 * linear(text.blue());
     return luminance < kEqualContrast ? UIColor::whiteColor() : UIColor::blackColor();
 }
 
