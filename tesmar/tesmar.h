@@ -24,6 +24,9 @@
 #endif
 
 #include "tesmar/controls/library_bundle.h"
+#include "tesmar/extended/TESMARExtendedTexts.h"
+#include "tesmar/extended/TESMARExtendedViewController.h"
+#include "tesmar/extended/TESMARStylePreset.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/PanelAppearance.h"
 #include "tesmar/model/TESMARConfig.h"

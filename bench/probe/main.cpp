@@ -1,6 +1,6 @@
 // Measures one panel from a host's side, and prints one JSON object as its last line.
 //
-//     probe [--sdl] [--start] [--bare]
+//     probe [--sdl] [--start] [--bare | --extended]
 //
 // start_ms counts from the time in the environment variable PEER_T0_NS, a CLOCK_MONOTONIC stamp in
 // nanoseconds taken before this process was started; without it, from the start of main().
@@ -17,6 +17,7 @@
 #include <ctime>
 #include <dlfcn.h>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,10 +74,11 @@ class ChangeListener : public TESMARViewControllerDelegate {
 };
 
 struct PanelHost {
-    explicit PanelHost(Screen& on) : screen(on) { present(); }
+    using MakePanel = std::function<Ref<TESMARViewController>()>;
+    PanelHost(Screen& on, MakePanel make) : screen(on), makePanel(std::move(make)) { present(); }
 
     void present() {
-        panel = make<TESMARViewController>();
+        panel = makePanel();
         panel->setDelegate(listener);
         screen.window()->presentViewController(panel, false);
         screen.show();
@@ -98,6 +100,7 @@ struct PanelHost {
     }
 
     Screen& screen;
+    MakePanel makePanel;
     Ref<ChangeListener> listener = std::make_shared<ChangeListener>();
     Ref<TESMARViewController> panel;
 };
@@ -109,7 +112,7 @@ void measure(PanelHost& host) {
         screen, [&] { host.dismiss(); }, [&](int) { host.present(); });
 
     std::vector<double> callbackMicroseconds;
-    const CGPoint points[] = {host.swatchCenter(1), host.swatchCenter(5)};
+    const CGPoint points[] = {host.swatchCenter(1), host.swatchCenter(4)};
     const Cost tap = medianCost(screen, nothing, [&](int i) {
         host.touch(UITouchPhase::began, points[i % 2]);
         const double up = clockMilliseconds(CLOCK_MONOTONIC);
@@ -165,6 +168,7 @@ cxxopts::ParseResult parsed(int argc, char** argv) {
     options.add_options("", {{"sdl", "show it in a desktop window instead of in memory"},
                              {"start", "stop after the first complete frame"},
                              {"bare", "show an empty window instead of the panel"},
+                             {"extended", "show the extended panel"},
                              {"help", "print this text"}});
     try {
         auto given = options.parse(argc, argv);
@@ -202,7 +206,11 @@ int main(int argc, char** argv) {
     if (options.count("bare") > 0)
         screen->show();
     else
-        host.emplace(*screen);
+        host.emplace(*screen, [&]() -> Ref<TESMARViewController> {
+            if (options.count("extended") > 0)
+                return make<TESMARExtendedViewController>();
+            return make<TESMARViewController>();
+        });
     std::printf("{\"version\": \"%s\", \"start_ms\": %.3f, ", TESMAR_VERSION,
                 clockMilliseconds(CLOCK_MONOTONIC) - start);
     if (host && options.count("start") == 0)

@@ -109,7 +109,7 @@ std::string TESMARConfig::saveFailure() {
 }
 
 Ref<NSDictionary> TESMARConfig::sessionOrDefaultClosedCaptureStyle() {
-    if (const auto given = styleOfSource())
+    if (auto given = styleOfSource())
         return given;
     const auto stored = sessionClosedCaptureStyle();
     return stored ? stored : CCConstants::CCDefaultStyleAttributes();

@@ -64,10 +64,14 @@ Class& TESMARViewController::classObject() {
 // --- Construction -------------------------------------------------------------------------------
 
 TESMARViewController::TESMARViewController()
+    : TESMARViewController((registerTESMAR(), make<FontPicker>())) {}
+
+TESMARViewController::TESMARViewController(Ref<FontPicker> fontPicker)
     : CCSwitch_((registerTESMAR(), make<UISwitch>())),
       textColorPicker_(makeWith<ColorPicker>(&ColorPicker::initWithTitle,
                                              CCConstants::Label::ColorPickerTextColor())),
-      fontPicker_(make<FontPicker>()), textColorOpacityStepper_(UIStepper::createStyledStepper()),
+      fontPicker_(std::move(fontPicker)),
+      textColorOpacityStepper_(UIStepper::createStyledStepper()),
       backgroundColorPicker_(makeWith<ColorPicker>(
           &ColorPicker::initWithTitle, CCConstants::Label::ColorPickerBackgroundColor())),
       backgroundColorOpacityStepper_(UIStepper::createStyledStepper()) {}

@@ -137,30 +137,79 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     void scrollViewWillBeginDragging(UIScrollView& scrollView) override;
     void scrollViewDidEndDragging(UIScrollView& scrollView, bool willDecelerate) override;
 
+  protected:
+    // --- For subclasses that add rows and entries of the style ----------------------------------
+
+    // Builds the panel around a font picker of a class of its own; never null.
+    explicit TESMARViewController(Ref<FontPicker> fontPicker);
+
+    // A view that a subclass adds to the panel.
+    struct Row {
+        std::string identifier; // of the view; empty leaves the view's own
+        Ref<UIView> view;
+        CGFloat gap = 10;   // to what is above the row, in points
+        CGFloat indent = 0; // from the left edge of the controls, in points
+    };
+    enum class RowPlace {
+        fixed,  // above the scrolling part, as wide as it
+        first,  // above all controls of the scrolling part
+        last,   // below them
+        footer, // below the scrolling part, as wide as it
+    };
+    // Adds the rows, from top to bottom, to the panel that setupView() has built, where none may
+    // have been added before. Their sizes come from their constraints and contents. An empty list
+    // changes nothing.
+    void addRows(RowPlace place, const std::vector<Row>& rows);
+    // The look of the section lines.
+    static Ref<UIView> createSeparatorView();
+    // Performs `action` (see UIControl::addTarget) on this controller.
+    void wire(UIControl& control, unsigned events, std::string_view action);
+
+    // The accessor's style, which must not be null: to be modified before the style is reported.
+    Ref<NSMutableDictionary> editedStyle() const;
+    // Reports a change that the viewer has made: saves the style if it is to be remembered, then
+    // notifies the delegate. All controls of the panel end here. An override brings its own views
+    // up to date, then calls this one, after which the controller may be gone.
+    virtual void didUpdateClosedCaptureStyle();
+    // An interaction of the viewer; controls that are wired to actions of their own call it.
+    void resetAutoHideTimer();
+
+    const PanelAppearance& appearance() const { return appearance_; }
+    // Applies language and sight to the views that exist; called by each setter of these, and when
+    // the panel is built after one of them was called. An override calls this one first.
+    virtual void applyAppearance();
+    // The same for controls like the panel's own, which a subclass adds.
+    void applyAppearanceTo(UILabel& label, std::string_view text) const;
+    void applyAppearanceTo(UIStepper& stepper) const;
+
+    // For an override of describe(): what is told of controls like the panel's own. `name` is that
+    // of the whole control.
+    void describeColorPicker(const ColorPicker& picker, const UIView& view,
+                             UIAccessibleElement& element, std::string_view name) const;
+    void describeOpacity(const UIStepper& stepper, UIAccessibleElement& element,
+                         std::string_view name) const;
+    // One of `count` things to choose from, of which `index` counts from 0.
+    void describeOption(UIAccessibleElement& element, std::string_view name,
+                        std::string_view option, std::size_t index, std::size_t count) const;
+
   private:
     // The message "setCCStyleAttributes:", which null does not fit.
     void setStyleObject(NSMutableDictionary& attributes);
-    // The style of the accessor, which must not be null.
-    Ref<NSMutableDictionary> editedStyle() const;
     // What the object runtime sees of the delegate.
     Ref<NSObject> delegateObject() const;
     void setDelegateObject(const Ref<NSObject>& object);
     void showColor(const NSDictionary& style, std::string_view key, ColorPicker& picker,
                    UIStepper& stepper);
     void colorChanged(std::string_view key, const ColorPicker& picker, const UIStepper& stepper);
-    void didUpdateClosedCaptureStyle();
     void saveStyle();
-    void resetAutoHideTimer();
     bool waitsForReader();
     void describeFont(const UIView& view, UIAccessibleElement& element) const;
     std::optional<CGFloat> fontSize() const;
     void announceReset();
     Ref<UIView> createScrollView();
     UIScrollView* scrollView() const;
-    void applyAppearance();
     void applyToHeader(UIView& root);
     void applyToContent(UIScrollView& scrollView);
-    void wire(UIControl& control, unsigned events, std::string_view action);
 
     const Ref<UIColor> viewBackgroundColor_ = UIColor::clearColor();
     double autoHideInterval_ = -1;

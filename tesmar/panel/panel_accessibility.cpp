@@ -56,9 +56,12 @@ void describeStepper(UIAccessibleElement& element, std::string_view name, std::s
     }
 }
 
+} // namespace
+
 // Of the picker itself, its title or one of its swatches.
-void describeColors(const ColorPicker& picker, const UIView& view, UIAccessibleElement& element,
-                    std::string_view name, const TESMARTexts& texts) {
+void TESMARViewController::describeColorPicker(const ColorPicker& picker, const UIView& view,
+                                               UIAccessibleElement& element,
+                                               std::string_view name) const {
     if (&view == &picker) {
         element.role = UIAccessibleRole::group;
         element.name = name;
@@ -74,15 +77,25 @@ void describeColors(const ColorPicker& picker, const UIView& view, UIAccessibleE
     const auto swatch = std::ranges::find(buttons, &view, [](const auto& b) { return b.get(); });
     if (swatch == buttons.end() || !(*swatch)->color())
         return;
-    element.role = UIAccessibleRole::option;
-    const auto color = nameOf(*(*swatch)->color(), texts);
-    element.name = color.empty() ? std::string(name) : joined(name, color);
-    element.position = static_cast<int>(swatch - buttons.begin()) + 1;
-    element.count = static_cast<int>(buttons.size());
-    element.value = filledIn(texts.position, element.position, element.count);
+    describeOption(element, name, nameOf(*(*swatch)->color(), texts()),
+                   static_cast<std::size_t>(swatch - buttons.begin()), buttons.size());
 }
 
-} // namespace
+void TESMARViewController::describeOption(UIAccessibleElement& element, std::string_view name,
+                                          std::string_view option, std::size_t index,
+                                          std::size_t count) const {
+    element.role = UIAccessibleRole::option;
+    element.name = option.empty() ? std::string(name) : joined(name, option);
+    element.position = static_cast<int>(index) + 1;
+    element.count = static_cast<int>(count);
+    element.value = filledIn(texts().position, element.position, element.count);
+}
+
+void TESMARViewController::describeOpacity(const UIStepper& stepper, UIAccessibleElement& element,
+                                           std::string_view name) const {
+    const double percent = std::round(stepper.value() * 10);
+    describeStepper(element, name, filledIn(texts().percent, percent), texts());
+}
 
 void TESMARViewController::describe(const UIView& view, UIAccessibleElement& element) {
     UIViewController::describe(view, element);
@@ -93,17 +106,14 @@ void TESMARViewController::describe(const UIView& view, UIAccessibleElement& ele
         element.name = texts.captionsSwitch;
         element.value = CCSwitch_->isOn() ? texts.on : texts.off;
     } else if (view.isDescendantOf(textColorPicker_.get()))
-        describeColors(*textColorPicker_, view, element, texts.textColor, texts);
+        describeColorPicker(*textColorPicker_, view, element, texts.textColor);
     else if (view.isDescendantOf(backgroundColorPicker_.get()))
-        describeColors(*backgroundColorPicker_, view, element, texts.backgroundColor, texts);
-    else if (&view == textColorOpacityStepper_.get() ||
-             &view == backgroundColorOpacityStepper_.get()) {
-        const bool isText = &view == textColorOpacityStepper_.get();
-        const double percent = std::round(
-            (isText ? textColorOpacityStepper_ : backgroundColorOpacityStepper_)->value() * 10);
-        describeStepper(element, isText ? texts.textOpacity : texts.backgroundOpacity,
-                        filledIn(texts.percent, percent), texts);
-    } else if (view.isDescendantOf(fontPicker_.get()))
+        describeColorPicker(*backgroundColorPicker_, view, element, texts.backgroundColor);
+    else if (&view == textColorOpacityStepper_.get())
+        describeOpacity(*textColorOpacityStepper_, element, texts.textOpacity);
+    else if (&view == backgroundColorOpacityStepper_.get())
+        describeOpacity(*backgroundColorOpacityStepper_, element, texts.backgroundOpacity);
+    else if (view.isDescendantOf(fontPicker_.get()))
         describeFont(view, element);
     if (std::ranges::find(kControlLabels, view.accessibilityIdentifier()) != kControlLabels.end())
         element.role = UIAccessibleRole::none;

@@ -91,6 +91,14 @@ void TESMARViewController::applyAppearance() {
         window->setNeedsLayout(); // the card's size may change
 }
 
+void TESMARViewController::applyAppearanceTo(UILabel& label, std::string_view text) const {
+    applyLabelAppearance(label, text, appearance_);
+}
+
+void TESMARViewController::applyAppearanceTo(UIStepper& stepper) const {
+    applyStepperAppearance(stepper, appearance_);
+}
+
 void TESMARViewController::applyToHeader(UIView& root) {
     auto* const label = part<UILabel>(root, "CCLabel");
     auto* const reset = part<UIButton>(root, "resetButton");
@@ -116,7 +124,7 @@ void TESMARViewController::applyToContent(UIScrollView& scrollView) {
     backgroundColorPicker_->applyAppearance(appearance_);
     fontPicker_->applyAppearance(appearance_);
     for (const auto& stepper : {textColorOpacityStepper_, backgroundColorOpacityStepper_})
-        applyStepperAppearance(*stepper, appearance_);
+        applyAppearanceTo(*stepper);
 
     auto* const textOpacity = part<UILabel>(scrollView, "textColorOpacityLabel");
     auto* const backgroundOpacity = part<UILabel>(scrollView, "backgroundColorOpacityLabel");
@@ -124,9 +132,8 @@ void TESMARViewController::applyToContent(UIScrollView& scrollView) {
     auto* const sizeLabel = part<UILabel>(scrollView, "fontPicker.sizeLabel");
     if (!textOpacity || !backgroundOpacity || !fontLabel || !sizeLabel)
         return;
-    applyLabelAppearance(*textOpacity, appearance_.texts->textOpacityTitle, appearance_);
-    applyLabelAppearance(*backgroundOpacity, appearance_.texts->backgroundOpacityTitle,
-                         appearance_);
+    applyAppearanceTo(*textOpacity, appearance_.texts->textOpacityTitle);
+    applyAppearanceTo(*backgroundOpacity, appearance_.texts->backgroundOpacityTitle);
 
     // Long labels first take the room on their leading side, then make the content wider.
     for (const auto& constraint : scrollView.layoutConstraints()) {

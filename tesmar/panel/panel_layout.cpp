@@ -18,13 +18,6 @@ Ref<UIFont> fontOr(const Ref<UIFont>& font, CGFloat systemSize) {
     return font ? font : UIFont::systemFontOfSize(systemSize);
 }
 
-Ref<UIView> createSeparatorView() {
-    auto separator = make<UIView>();
-    separator->setBackgroundColor(separatorColor(TESMARContrast::normal));
-    separator->setTranslatesAutoresizingMaskIntoConstraints(false);
-    return separator;
-}
-
 Ref<UIColor> resetColor(CGFloat alpha) {
     return UIColor::colorWithRed(0.694, 0.129, 0.141, alpha);
 }
@@ -53,6 +46,13 @@ Ref<UIFont> captionsLabelFont(double textScale) {
 Ref<UIFont> resetTitleFont(double textScale) {
     return fontOr(UIFont::fontWithName("HelveticaNeue-Regular", kResetTitleSize * textScale),
                   kSystemTitleSize * textScale);
+}
+
+Ref<UIView> TESMARViewController::createSeparatorView() {
+    auto separator = make<UIView>();
+    separator->setBackgroundColor(separatorColor(TESMARContrast::normal));
+    separator->setTranslatesAutoresizingMaskIntoConstraints(false);
+    return separator;
 }
 
 void TESMARViewController::setupView() {

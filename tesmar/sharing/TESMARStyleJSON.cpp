@@ -130,14 +130,14 @@ Ref<UIColor> readColor(const JsonNode& node, const std::string& path) {
     const auto component = [&](int shift) { return (*bytes >> shift & 0xff) / kByte; };
     const JsonNode* const opacity = node.find("opacity");
     const double alpha = opacity ? fraction(*opacity, path + ".opacity") : 1;
-    const auto color = UIColor::colorWithRed(component(16), component(8), component(0), alpha);
+    auto color = UIColor::colorWithRed(component(16), component(8), component(0), alpha);
 
     const JsonNode* const white = node.find("white");
     const JsonNode* const rgb = node.find("rgb");
     if (white && rgb)
         refuse(*rgb, path + " has both \"white\" and \"rgb\"");
     if (white) {
-        const auto exact = UIColor::colorWithWhite(fraction(*white, path + ".white"), alpha);
+        auto exact = UIColor::colorWithWhite(fraction(*white, path + ".white"), alpha);
         expectMatch(*white, path + ".white", *exact, *color);
         return exact;
     }
@@ -146,8 +146,8 @@ Ref<UIColor> readColor(const JsonNode& node, const std::string& path) {
         if (rgb->kind != Kind::list || rgb->children.size() != 3)
             refuse(*rgb, name + " must be a list of three numbers");
         const auto& parts = rgb->children;
-        const auto exact = UIColor::colorWithRed(fraction(parts[0], name), fraction(parts[1], name),
-                                                 fraction(parts[2], name), alpha);
+        auto exact = UIColor::colorWithRed(fraction(parts[0], name), fraction(parts[1], name),
+                                           fraction(parts[2], name), alpha);
         expectMatch(*rgb, name, *exact, *color);
         return exact;
     }

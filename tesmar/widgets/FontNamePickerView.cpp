@@ -9,6 +9,8 @@
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -58,7 +60,7 @@ const std::string& FontNamePickerView::nibName() {
 
 FontNamePickerView::FontNamePickerView()
     : fontNames_{UIFont::systemFontFamily()},
-      systemFontText_(CCConstants::Label::LabelFontNameDefault()) {}
+      shownTexts_{{fontNames_.front(), std::string(CCConstants::Label::LabelFontNameDefault())}} {}
 
 void FontNamePickerView::awakeFromNib() {
     UIControl::awakeFromNib();
@@ -81,7 +83,7 @@ void FontNamePickerView::updateFonts(const std::vector<std::string>& fontNames) 
 
 void FontNamePickerView::applyAppearance(const PanelAppearance& appearance) {
     setSemanticContentAttribute(semanticAttribute(appearance));
-    systemFontText_ = appearance.texts->defaultFont;
+    shownTexts_[UIFont::systemFontFamily()] = appearance.texts->defaultFont;
     textScale_ = appearance.textScale;
     connected(fontNameLabel_, "fontNameLabel")
         ->setMinimumFontSize(PanelAppearance::kMinimumFontSize);
@@ -97,6 +99,14 @@ void FontNamePickerView::applyAppearance(const PanelAppearance& appearance) {
         if (constraint->firstItem().get() == this &&
             constraint->firstAttribute() == NSLayoutAttribute::width)
             constraint->setConstant(kWidth + kNameWidth * (textScale_ - 1));
+    updateLabelText();
+}
+
+void FontNamePickerView::setShownText(const std::string& fontName, std::string_view text) {
+    if (text.empty())
+        shownTexts_.erase(fontName);
+    else
+        shownTexts_[fontName] = text;
     updateLabelText();
 }
 
@@ -171,7 +181,9 @@ void FontNamePickerView::updateButtonStates() {
 void FontNamePickerView::updateLabelText() {
     const std::string name = nameAtSelectedIndex();
     const auto label = connected(fontNameLabel_, "fontNameLabel");
-    label->setText(stringsAreEqual(name, UIFont::systemFontFamily()) ? systemFontText_ : name);
+    const auto shown = std::ranges::find_if(
+        shownTexts_, [&](const auto& entry) { return stringsAreEqual(entry.first, name); });
+    label->setText(shown == shownTexts_.end() ? name : shown->second);
     label->setFont(UIFont::fontWithName(name, kNameSize * textScale_));
     label->setBaselineFont(UIFont::systemFontOfSize(kNameSize * textScale_));
 }

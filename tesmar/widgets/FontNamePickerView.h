@@ -9,6 +9,7 @@
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UILabel.h"
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,9 @@ class TESMAR_API FontNamePickerView : public UIControl {
     // Selects the first name in the list that equals `name` (see stringsAreEqual). A name that is
     // not in the list changes nothing.
     virtual void selectFontName(std::string_view name);
+    // Shows `text` in the place of a font's name; an empty one shows the name again. Initially only
+    // the system font has a text.
+    void setShownText(const std::string& fontName, std::string_view text);
     // Sets the name's size, the room for it, the text for the system font, and where the chevrons
     // point.
     void applyAppearance(const PanelAppearance& appearance);
@@ -71,7 +75,7 @@ class TESMAR_API FontNamePickerView : public UIControl {
 
     std::vector<std::string> fontNames_;
     long selectedIndex_ = 0;
-    std::string systemFontText_;
+    std::map<std::string, std::string> shownTexts_; // by font name
     double textScale_ = 1;
     bool chevronsAreMirrored_ = false;
     WeakRef<UILabel> fontNameLabel_;

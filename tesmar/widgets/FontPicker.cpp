@@ -12,7 +12,6 @@
 namespace tesmar {
 namespace {
 
-constexpr double kLastSizeIndex = 5;
 constexpr double kInitialSizeIndex = 2;
 constexpr CGFloat kSizeLabelInset = 13; // lines the label up with the symbol below it
 
@@ -82,10 +81,9 @@ void FontPicker::setupView() {
     fontLabel->setAccessibilityIdentifier(".fontLabel");
     sizeLabel->setAccessibilityIdentifier(".sizeLabel");
 
-    fontNamePicker_->updateFonts(UIFont::CCSupportedFonts());
+    updateOffers();
     fontNamePicker_->addTarget(self, Selector("fontNameChanged"), UIControlEventValueChanged);
     sizeStepper_->setMinimumValue(0);
-    sizeStepper_->setMaximumValue(kLastSizeIndex);
     sizeStepper_->setValue(kInitialSizeIndex);
     sizeStepper_->addTarget(self, Selector("fontSizeChanged"), UIControlEventValueChanged);
 
@@ -109,6 +107,19 @@ void FontPicker::setupView() {
 
     setFrame({{0, 0}, systemLayoutSizeFittingSize(UILayoutFittingCompressedSize)});
     layoutIfNeeded();
+}
+
+void FontPicker::updateOffers() {
+    made(fontNamePicker_).updateFonts(offeredFontNames());
+    sizeStepper_->setMaximumValue(sizeCount() - 1);
+}
+
+std::vector<std::string> FontPicker::offeredFontNames() const {
+    return UIFont::CCSupportedFonts();
+}
+
+std::vector<CGFloat> FontPicker::offeredSizes(const std::string& fontName) const {
+    return UIFont::fontSizesForFontName(fontName);
 }
 
 UILabel* FontPicker::partLabel(const char* part) {
@@ -156,13 +167,12 @@ Ref<UIFont> FontPicker::selectedFont() const {
     if (!size)
         fatalError("FontPicker: no size at index " +
                    std::to_string(std::trunc(sizeStepper_->value())) + " of " +
-                   std::to_string(UIFont::fontSizesForFontName(name).size()) + " for \"" + name +
-                   "\"");
+                   std::to_string(offeredSizes(name).size()) + " for \"" + name + "\"");
     return UIFont::fontWithName(name, *size);
 }
 
 std::optional<CGFloat> FontPicker::selectedSize() const {
-    const auto sizes = UIFont::fontSizesForFontName(made(fontNamePicker_).selectedFontName());
+    const auto sizes = offeredSizes(made(fontNamePicker_).selectedFontName());
     const double index = std::trunc(sizeStepper_->value());
     if (!(index >= 0) || index >= static_cast<double>(sizes.size()))
         return std::nullopt;
@@ -173,7 +183,7 @@ void FontPicker::setSelectedFont(const Ref<UIFont>& font) {
     if (!font)
         return;
     made(fontNamePicker_).selectFontName(font->fontName());
-    const auto sizes = UIFont::fontSizesForFontName(font->fontName());
+    const auto sizes = offeredSizes(font->fontName());
     sizeStepper_->setValue(static_cast<double>(sizes.size()) - 1);
     for (std::size_t i = 0; i < sizes.size(); ++i)
         if (sizes[i] >= font->pointSize()) {

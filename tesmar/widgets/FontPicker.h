@@ -42,6 +42,16 @@ class TESMAR_API FontPicker : public UIControl {
     void setAccessibilityIdentifier(std::string identifier) override;
 
   protected:
+    // What the picker offers; an override counts from the initializer on. The sizes are in points
+    // and ascend; there are at most sizeCount() of them for each name.
+    virtual std::vector<std::string> offeredFontNames() const;
+    virtual std::vector<CGFloat> offeredSizes(const std::string& fontName) const;
+    virtual int sizeCount() const { return 6; }
+    // Call when these have changed, then select a font: the selection may be none of the offers.
+    void updateOffers();
+    // Never null after the initializer.
+    const Ref<FontNamePickerView>& fontNamePicker() const { return fontNamePicker_; }
+
     void stateChanged() override {} // draws nothing itself
 
   private:

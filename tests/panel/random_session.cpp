@@ -31,7 +31,9 @@ constexpr double kMaximumPixels = 400'000; // larger windows are not painted, to
 
 constexpr const char* kControls[] = {
     "textColorPicker.1", "CCSwitch",        "textColorOpacityStepper", "fontPicker.next",
-    "fontPicker.prev",   "fontPicker.size", "backgroundColorPicker.3", "resetButton"};
+    "fontPicker.prev",   "fontPicker.size", "backgroundColorPicker.3", "resetButton",
+    "preset.4",          "edgePicker.3",    "windowColorPicker.2",     "windowColorOpacityStepper",
+    "undoButton",        "legibilityHint"};
 
 class Session {
   public:
@@ -236,7 +238,8 @@ class Session {
         panel.setContrast(any(kContrasts));
     }
     void replacePanel() {
-        panel_ = make<TESMARViewController>();
+        isExtended_ = !isExtended_;
+        panel_ = isExtended_ ? make<TESMARExtendedViewController>() : make<TESMARViewController>();
         panel_->setDelegate(log_);
         panels_.push_back(panel_);
     }
@@ -265,6 +268,7 @@ class Session {
     Ref<UIWindow> window_ = UIWindow::windowWithSize(kUsual);
     Ref<TESMARViewController> panel_;
     std::vector<WeakRef<TESMARViewController>> panels_; // all that were made
+    bool isExtended_ = false;
     const std::shared_ptr<CallLog> log_ = std::make_shared<CallLog>();
     struct Reader : UIAccessibilityObserver {
         void treeChanged(const Elements&) override {}

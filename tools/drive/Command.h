@@ -38,7 +38,11 @@ struct UsePreferences {
 struct RestrictFonts {
     std::vector<std::string> names;
 };
-struct Create {};
+enum class PanelKind { plain, extended };
+
+struct Create {
+    PanelKind kind;
+};
 struct SetAutoHideInterval {
     double seconds; // any value, NaN included
 };

@@ -69,7 +69,7 @@ void Session::outputResult(std::string_view key, Json result) {
 
 // --- Host actions -------------------------------------------------------------------------------
 
-ReportingPanel& Session::panel() {
+TESMARViewController& Session::panel() {
     if (!panel_)
         throw Fault("there is no panel; create one first");
     return *panel_;
@@ -90,10 +90,9 @@ void Session::perform(const RestrictFonts& command) {
     FontRegistry::restrictTo(command.names);
 }
 
-void Session::perform(const Create&) {
+void Session::perform(const Create& command) {
     hasCreatedPanel_ = true;
-    panel_ = make<ReportingPanel>();
-    panel_->setReport(report_);
+    panel_ = makeReportingPanel(command.kind, report_);
 }
 
 void Session::perform(const SetAutoHideInterval& command) {

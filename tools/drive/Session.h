@@ -70,7 +70,7 @@ class Session {
     Json pending();
 
     // Throws a Fault when there is none.
-    ReportingPanel& panel();
+    TESMARViewController& panel();
     // Throws a Fault when no view has that name.
     Place place(const ViewName& name);
     // The middle of the view's visible part, in the window. Throws a Fault when nothing is visible.
@@ -82,7 +82,7 @@ class Session {
     HeadlessHost host_;
     const TemporaryDirectory home_; // holds the preferences until the script sets another file
     Report report_;
-    Ref<ReportingPanel> panel_; // null before `create` and after `release`
+    Ref<TESMARViewController> panel_; // null before `create` and after `release`
     bool hasCreatedPanel_ = false;
     bool fingerIsDown_ = false;
     std::vector<PixelRect> repainted_; // since the last `damage` query

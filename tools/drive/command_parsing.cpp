@@ -200,6 +200,14 @@ Command parsePresent(Words& words) {
     return Present{UIModalPresentationStyle::fullScreen};
 }
 
+Command parseCreate(Words& words) {
+    if (words.atEnd())
+        return Create{PanelKind::plain};
+    if (const std::string kind = words.word("the kind of panel"); kind != "extended")
+        throw Fault("create: nothing or extended, not " + kind);
+    return Create{PanelKind::extended};
+}
+
 Command parseSend(Words& words) {
     Send send{words.word("SELECTOR"), {}};
     while (!words.atEnd()) {
@@ -298,7 +306,7 @@ const std::map<std::string, Parser, std::less<>>& parsers() {
         {"window", parseWindow},
         {"prefs", [](Words& w) -> Command { return UsePreferences{w.rest("PATH")}; }},
         {"faces", parseFaces},
-        {"create", bare<Create>},
+        {"create", parseCreate},
         {"set", parseSet},
         {"assign", [](Words& w) -> Command { return Assign{w.json("the dictionary")}; }},
         {"language", [](Words& w) -> Command { return SetLanguage{w.word("TAG")}; }},

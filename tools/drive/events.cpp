@@ -2,24 +2,19 @@
 
 namespace tesmar::drive {
 
-void ReportingPanel::viewWillAppear(bool animated) {
-    report_("viewWillAppear", Json::object());
-    TESMARViewController::viewWillAppear(animated);
+namespace {
+
+template <class Panel>
+Ref<TESMARViewController> makeReporting(const Report& report) {
+    auto panel = std::make_shared<Reporting<Panel>>(report);
+    return panel->init() ? panel : nullptr;
 }
 
-void ReportingPanel::viewDidAppear(bool animated) {
-    report_("viewDidAppear", Json::object());
-    TESMARViewController::viewDidAppear(animated);
-}
+} // namespace
 
-void ReportingPanel::viewDidDisappear(bool animated) {
-    report_("viewDidDisappear", Json::object());
-    TESMARViewController::viewDidDisappear(animated);
-}
-
-void ReportingPanel::focusDidMove(const std::string& identifier) {
-    report_("focus", Json::object({{"id", identifier}}));
-    TESMARViewController::focusDidMove(identifier);
+Ref<TESMARViewController> makeReportingPanel(PanelKind kind, const Report& report) {
+    return kind == PanelKind::extended ? makeReporting<TESMARExtendedViewController>(report)
+                                       : makeReporting<TESMARViewController>(report);
 }
 
 void ReportingDelegate::CCSwitchValueChanged(bool on) {

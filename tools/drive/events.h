@@ -1,7 +1,8 @@
 // A panel and a delegate that report their callbacks as JSON.
 #pragma once
 
-#include "tesmar/panel/TESMARViewController.h"
+#include "tesmar/extended/TESMARExtendedViewController.h"
+#include "tools/drive/Command.h"
 #include "tools/drive/json_values.h"
 
 #include <functional>
@@ -11,26 +12,40 @@ namespace tesmar::drive {
 // Called with the event's name and its further fields, a JSON object.
 using Report = std::function<void(const char* event, Json fields)>;
 
-// A panel that reports when it appears and disappears, and where the focus is. The object runtime
-// sees a TESMARViewController.
-class ReportingPanel : public TESMARViewController {
+// A panel of that class that reports when it appears and disappears, and where the focus is. The
+// object runtime sees a Panel.
+template <class Panel>
+class Reporting : public Panel {
   public:
-    // Required before the panel is presented.
-    void setReport(Report report) { report_ = std::move(report); }
+    explicit Reporting(Report report) : report_(std::move(report)) {}
 
-    void viewWillAppear(bool animated) override;
-    void viewDidAppear(bool animated) override;
-    void viewDidDisappear(bool animated) override;
-    void focusDidMove(const std::string& identifier) override;
+    void viewWillAppear(bool animated) override {
+        report_("viewWillAppear", Json::object());
+        Panel::viewWillAppear(animated);
+    }
+    void viewDidAppear(bool animated) override {
+        report_("viewDidAppear", Json::object());
+        Panel::viewDidAppear(animated);
+    }
+    void viewDidDisappear(bool animated) override {
+        report_("viewDidDisappear", Json::object());
+        Panel::viewDidDisappear(animated);
+    }
+    void focusDidMove(const std::string& identifier) override {
+        report_("focus", Json::object({{"id", identifier}}));
+        Panel::focusDidMove(identifier);
+    }
 
   private:
-    Report report_;
+    const Report report_;
 };
+
+Ref<TESMARViewController> makeReportingPanel(PanelKind kind, const Report& report);
 
 // A delegate that reports each of its calls.
 class ReportingDelegate : public TESMARViewControllerDelegate {
   public:
-    ReportingDelegate(Report report, const Ref<ReportingPanel>& panel)
+    ReportingDelegate(Report report, const Ref<TESMARViewController>& panel)
         : report_(std::move(report)), panel_(panel) {}
 
     void CCSwitchValueChanged(bool on) override;
@@ -39,7 +54,7 @@ class ReportingDelegate : public TESMARViewControllerDelegate {
 
   private:
     Report report_;
-    WeakRef<ReportingPanel> panel_;
+    WeakRef<TESMARViewController> panel_;
 };
 
 } // namespace tesmar::drive

@@ -53,7 +53,8 @@ void CardPlace::update(UIViewController& controller) {
     if (around_ == now)
         return;
     const auto before = std::exchange(around_, now);
-    const bool moves = wasSeen_ && before && before->room == now.room && before->size == now.size;
+    const bool moves =
+        wasSeen_ && before && before->room == now.room && before->size.width == now.size.width;
     const auto below = moves ? cardFrameBelow(to_.minY(), now) : std::nullopt;
     const CGRect target = below.value_or(cardFrame(now));
     if (moves && target == to_)

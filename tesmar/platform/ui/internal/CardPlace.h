@@ -20,9 +20,10 @@ class CardPlace {
     // `window` outlives this.
     CardPlace(const UIWindow& window, std::function<void()> onMove, std::function<bool()> isSeen);
 
-    // Places the card for the window as it is now: centred, unless only the captions have changed
-    // since the viewer saw it. Then its upper edge stays if there is enough room below it, and the
-    // rest moves. Measures the controller's content again if its layout or the room has changed.
+    // Places the card for the window as it is now: centred, unless only the captions or the height
+    // of the content have changed since the viewer saw it. Then its upper edge stays if there is
+    // enough room below it, so that no control moves away from the finger, and the rest moves.
+    // Measures the controller's content again if its layout or the room has changed.
     void update(UIViewController& controller);
     // A frame has shown the card where it is.
     void noteSeen() { wasSeen_ = true; }

@@ -241,18 +241,21 @@ std::size_t Writer::addContainer(const PropertyList& value) {
         const std::size_t added = add(element); // may move the references
         table_.references[next++] = added;
     };
+    const auto list = [&](Marker kind, const PropertyList::Array& elements) {
+        start(kind, elements.size(), elements.size());
+        for (const auto& element : elements)
+            reference(element);
+    };
     if (const auto* dictionary = value.get<PropertyList::Dictionary>()) {
         start(kDictionary, dictionary->size(), 2 * dictionary->size());
         for (const auto& entry : *dictionary)
             reference(entry.key);
         for (const auto& entry : *dictionary)
             reference(entry.value);
-    } else {
-        const auto* set = value.get<PropertyList::Set>();
-        const auto& elements = set ? set->elements : *value.get<PropertyList::Array>();
-        start(set ? kSet : kArray, elements.size(), elements.size());
-        for (const auto& element : elements)
-            reference(element);
+    } else if (const auto* set = value.get<PropertyList::Set>()) {
+        list(kSet, set->elements);
+    } else if (const auto* array = value.get<PropertyList::Array>()) {
+        list(kArray, *array);
     }
     return number;
 }

@@ -1,0 +1,176 @@
+// The rows of the extended panel, and how they follow the panel's language and look.
+#include "tesmar/extended/TESMARExtendedViewController.h"
+#include "tesmar/extended/internal/CaptionStyle.h"
+#include "tesmar/extended/internal/ExtendedFontPicker.h"
+#include "tesmar/extended/internal/LegibilityHint.h"
+#include "tesmar/extended/internal/TileRow.h"
+#include "tesmar/platform/foundation/scalars.h"
+#include "tesmar/platform/text/NSAttributedString.h"
+
+#include <algorithm>
+
+namespace tesmar {
+namespace {
+
+constexpr double kMaximumOpacitySteps = 10;
+// The opacity stepper starts left of the controls, so that its symbol lines up with them.
+constexpr CGFloat kStepperIndent = -15;
+constexpr CGFloat kSectionGap = 15;
+constexpr CGFloat kRowGap = 10;
+constexpr CGFloat kStepperGap = 2;
+constexpr CGFloat kSeparatorWidth = 400;
+
+// The presets that come with the panel, in the order of TESMARPresetStyles().
+constexpr std::array kPresetNames{
+    &TESMARExtendedTexts::defaultPreset, &TESMARExtendedTexts::whiteOnBlack,
+    &TESMARExtendedTexts::blackOnWhite,  &TESMARExtendedTexts::yellowOnBlack,
+    &TESMARExtendedTexts::yellowOnBlue,  &TESMARExtendedTexts::largeText};
+
+// A white letter, whose edges are black.
+Ref<NSDictionary> edgeSample(TextEdge edge) {
+    return NSDictionary::dictionaryWithEntries(
+        {{std::string(NSForegroundColorAttributeName), UIColor::whiteColor()},
+         {std::string(NSFontAttributeName), UIFont::systemFontOfSize(24)},
+         {std::string(TESMAREdgeAttributeName),
+          NSString::stringWithString(std::string(edgeName(edge)))}});
+}
+
+} // namespace
+
+std::string_view TESMARExtendedViewController::presetName(std::size_t index) const {
+    if (index < kPresetNames.size())
+        return extendedTexts().*kPresetNames[index];
+    return hostPresets_[index - kPresetNames.size()].name;
+}
+
+void TESMARExtendedViewController::setupView() {
+    TESMARViewController::setupView();
+    if (offers(TESMARExtension::presets))
+        addPresets();
+    addEdgeAndWindow();
+    if (offers(TESMARExtension::undo))
+        addUndoButton();
+    if (offers(TESMARExtension::legibility)) {
+        hint_ = make<LegibilityHint>();
+        wire(*hint_, UIControlEventTouchUpInside, "legibilityHintTap");
+        addRows(RowPlace::footer, {{.identifier = "legibilityHint", .view = hint_, .gap = 0}});
+    }
+    extendedFontPicker_->offer(
+        offers(TESMARExtension::sizes) ? OfferedSizes::extended : OfferedSizes::panel,
+        offers(TESMARExtension::fontStyles) ? OfferedFonts::withStyles : OfferedFonts::panel);
+    applyExtendedAppearance();
+    setCCStyleAttributes(editedStyle());
+}
+
+void TESMARExtendedViewController::addPresets() {
+    presetStyles_ = TESMARPresetStyles();
+    for (const auto& preset : hostPresets_)
+        presetStyles_.push_back(preset.style);
+    presets_ = makeWith<TileRow>(&TileRow::initWithTiles, extendedTexts().presetsTitle,
+                                 StyleTile::Shape::rounded, presetStyles_.size());
+    for (std::size_t i = 0; i < presetStyles_.size(); ++i)
+        presets_->tile(i).setSample("Aa", *presetStyles_[i]);
+    wire(*presets_, UIControlEventValueChanged, "presetChosen");
+    addRows(RowPlace::first, {{.identifier = "preset", .view = presets_, .gap = kSectionGap}});
+}
+
+void TESMARExtendedViewController::addEdgeAndWindow() {
+    std::vector<Row> rows;
+    const auto addSeparator = [&] {
+        const auto separator = createSeparatorView();
+        separator->addConstraintsWithVisualFormats({{"[line(width)]"}, {"V:[line(1)]"}},
+                                                   {{"line", separator}},
+                                                   {{"width", kSeparatorWidth}});
+        rows.push_back({.identifier = "", .view = separator, .gap = kRowGap});
+    };
+    if (offers(TESMARExtension::edges)) {
+        edges_ = makeWith<TileRow>(&TileRow::initWithTiles, extendedTexts().edgeTitle,
+                                   StyleTile::Shape::disc, kOfferedEdges.size());
+        for (std::size_t i = 0; i < kOfferedEdges.size(); ++i)
+            edges_->tile(i).setSample("A", *edgeSample(kOfferedEdges[i]));
+        wire(*edges_, UIControlEventValueChanged, "edgeChanged");
+        addSeparator();
+        rows.push_back({.identifier = "edgePicker", .view = edges_, .gap = kSectionGap});
+    }
+    if (offers(TESMARExtension::window)) {
+        windowColorPicker_ =
+            makeWith<ColorPicker>(&ColorPicker::initWithTitle, extendedTexts().windowColorTitle);
+        windowOpacityLabel_ = UILabel::createStyledLabel();
+        windowOpacityLabel_->setText(std::string(extendedTexts().windowOpacityTitle));
+        windowOpacityStepper_ = UIStepper::createStyledStepper();
+        windowOpacityStepper_->setMaximumValue(kMaximumOpacitySteps);
+        wire(*windowColorPicker_, UIControlEventValueChanged, "windowColorChanged");
+        wire(*windowOpacityStepper_, UIControlEventValueChanged, "windowOpacityChanged");
+        addSeparator();
+        rows.push_back(
+            {.identifier = "windowColorPicker", .view = windowColorPicker_, .gap = kSectionGap});
+        rows.push_back({.identifier = "windowColorOpacityLabel", .view = windowOpacityLabel_});
+        rows.push_back({.identifier = "windowColorOpacityStepper",
+                        .view = windowOpacityStepper_,
+                        .gap = kStepperGap,
+                        .indent = kStepperIndent});
+    }
+    addRows(RowPlace::last, rows);
+}
+
+void TESMARExtendedViewController::addUndoButton() {
+    auto* const reset = dynamic_cast<UIButton*>(view()->viewWithIdentifier("resetButton"));
+    if (!reset)
+        return;
+    undoButton_ = UIButton::buttonWithType(UIButtonType::custom);
+    undoButton_->setAccessibilityIdentifier("undoButton");
+    for (const unsigned state : {UIControlStateNormal, UIControlStateHighlighted})
+        undoButton_->setTitleColor(reset->titleColorForState(state), state);
+    undoButton_->setTranslatesAutoresizingMaskIntoConstraints(false);
+    undoButton_->setHidden(true);
+    wire(*undoButton_, UIControlEventTouchUpInside, "undoButtonTap");
+    view()->addSubview(undoButton_);
+    using enum NSLayoutAttribute;
+    for (const auto edge : {trailing, centerY})
+        view()->addConstraint(NSLayoutConstraint::constraintWithItem(
+            undoButton_, edge, NSLayoutRelation::equal, refTo(reset), edge, 1, 0));
+}
+
+void TESMARExtendedViewController::showUndo() {
+    UIView* const reset = undoButton_ ? view()->viewWithIdentifier("resetButton") : nullptr;
+    if (!reset)
+        return;
+    undoButton_->setHidden(!canUndo());
+    reset->setHidden(canUndo());
+}
+
+// --- Language and look --------------------------------------------------------------------------
+
+void TESMARExtendedViewController::applyAppearance() {
+    TESMARViewController::applyAppearance();
+    if (isViewLoaded())
+        applyExtendedAppearance();
+}
+
+void TESMARExtendedViewController::applyExtendedAppearance() {
+    const TESMARExtendedTexts& texts = extendedTexts();
+    extendedFontPicker_->setTexts(texts);
+    if (presets_) {
+        presets_->applyAppearance(appearance());
+        showPreset(CaptionStyle(*editedStyle()));
+    }
+    if (edges_) {
+        edges_->setTitle(texts.edgeTitle);
+        edges_->applyAppearance(appearance());
+    }
+    if (windowColorPicker_) {
+        windowColorPicker_->titleLabel()->setText(std::string(texts.windowColorTitle));
+        windowColorPicker_->applyAppearance(appearance());
+        applyAppearanceTo(*windowOpacityLabel_, texts.windowOpacityTitle);
+        applyAppearanceTo(*windowOpacityStepper_);
+    }
+    if (undoButton_) {
+        auto* const reset = dynamic_cast<UIButton*>(view()->viewWithIdentifier("resetButton"));
+        undoButton_->setTitle(std::string(texts.undo), UIControlStateNormal);
+        undoButton_->titleLabel()->setFont(reset->titleLabel()->font());
+    }
+    if (hint_)
+        hint_->applyAppearance(appearance(), texts);
+}
+
+} // namespace tesmar
