@@ -40,7 +40,7 @@ class SharedStyle : public PanelTest {
 
 TEST_F(SharedStyle, TheSourceComesBeforeTheStoredStyle) {
     const auto current = [] { return markOf(*TESMARConfig::sessionOrDefaultClosedCaptureStyle()); };
-    const auto given = styleOf("account")->mutableCopy();
+    auto given = styleOf("account")->mutableCopy();
     TESMARConfig::setStyleSource([&] { return given; });
     const auto first = TESMARConfig::sessionOrDefaultClosedCaptureStyle();
     given->setObject(NSString::stringWithString("later"), "mark");

@@ -18,9 +18,6 @@ class CGContext;
 inline constexpr std::string_view NSForegroundColorAttributeName = "NSColor";
 inline constexpr std::string_view NSBackgroundColorAttributeName = "NSBackgroundColor";
 inline constexpr std::string_view NSFontAttributeName = "NSFont";
-inline constexpr std::string_view TESMAREdgeAttributeName = "TESMAREdge";
-inline constexpr std::string_view TESMAREdgeColorAttributeName = "TESMAREdgeColor";
-inline constexpr std::string_view TESMARWindowColorAttributeName = "TESMARWindowColor";
 
 // The edge of the characters: an NSString, one of textEdgeName's. Missing or anything else: none.
 //
