@@ -37,7 +37,7 @@ CGFloat distanceInto(CGFloat innerLow, CGFloat innerHigh, CGFloat outerLow, CGFl
 
 Session::Session(const Options& options)
     : directory_(options.pictures.value()), host_(options.size, options.scale.value_or(1)),
-      autoHide_(options.autoHide.value_or(kDefaultAutoHide)) {
+      autoHide_(options.autoHide.value_or(kDefaultAutoHide)), isExtended_(options.isExtended) {
     std::filesystem::create_directories(directory_);
     if (!options.video.empty()) {
         video_ = std::make_unique<Video>(Video::Sound::off, std::function<void()>());
@@ -134,11 +134,28 @@ std::string Session::writePicture(const std::string& name) {
     else
         drawBackdrop(backdrop.data(), width, height, width * 4);
 
-    const std::string file = "0" + std::to_string(++picturesWritten_) + "-" + name + ".png";
+    const std::string number = std::to_string(++picturesWritten_);
+    const std::string file = (number.size() < 2 ? "0" : "") + number + "-" + name + ".png";
     std::string path = (std::filesystem::path(directory_) / file).string();
     if (!host_.writePNG(path, backdrop))
         throw std::runtime_error("cannot write " + path);
     return path;
+}
+
+void Session::playExtended(const std::function<void(const char*)>& picture) {
+    tap("preset.4");
+    picture("preset");
+
+    tap("undoButton");
+    tap("edgePicker.3");
+    picture("edge");
+
+    tap("windowColorPicker.6");
+    picture("window");
+
+    tap("edgePicker.0");
+    tap("backgroundColorPicker.5"); // the colour of the text
+    picture("hint");
 }
 
 void Session::play(const std::function<void(const std::string&)>& onPicture) {
@@ -160,6 +177,9 @@ void Session::play(const std::function<void(const std::string&)>& onPicture) {
     for (int step = 0; step < 3; ++step)
         tap("fontPicker.size.increment");
     picture("font");
+
+    if (isExtended_)
+        playExtended(picture);
 
     tap("resetButton");
     picture("reset");

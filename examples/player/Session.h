@@ -31,6 +31,8 @@ class Session {
     void tap(const std::string& identifier);
     void scrollIntoView(const tesmar::UIView& view, const tesmar::CGRect& rect);
     void drag(tesmar::CGPoint start, tesmar::CGPoint distance);
+    // The steps that only the extended panel has.
+    void playExtended(const std::function<void(const char*)>& picture);
     // Writes the video, the captions and the panel; returns the path.
     std::string writePicture(const std::string& name);
 
@@ -39,6 +41,7 @@ class Session {
     std::unique_ptr<Video> video_;
     std::unique_ptr<Player> player_;
     double autoHide_;
+    const bool isExtended_;
     double videoTime_ = 0; // seconds
     int picturesWritten_ = 0;
 };

@@ -4,10 +4,18 @@
 //
 // The class caches nothing: every read decodes the entry of the preferences, every write flushes
 // them. Any thread, as long as no other thread modifies the dictionary that is being saved.
+//
+// The order of precedence at each appearance of a panel, and wherever else a style is needed:
+//
+//  1. the style of the host's source (setStyleSource), if there is a source and it returns one
+//  2. the stored style
+//  3. the default, CCConstants::CCDefaultStyleAttributes()
 #pragma once
 
+#include "tesmar/model/TESMARStyleListener.h"
 #include "tesmar/platform/foundation/NSDictionary.h"
 
+#include <functional>
 #include <string>
 
 namespace tesmar {
@@ -31,9 +39,34 @@ class TESMAR_API TESMARConfig : public NSObject {
     // text for developers. Empty if it did, or if there was none.
     static std::string saveFailure();
 
-    // The stored style, or else CCConstants::CCDefaultStyleAttributes() itself, which is shared.
-    // Never null.
+    // The style of the source, as a new dictionary; else the stored one; else
+    // CCConstants::CCDefaultStyleAttributes() itself, which is shared. Never null.
     static Ref<NSDictionary> sessionOrDefaultClosedCaptureStyle();
+
+    // --- A style from outside -------------------------------------------------------------------
+
+    // A style of the system's or of an account's, or null for none. Called on any thread that asks
+    // for the style, by several at once; within it, its thread gets the stored style or the
+    // default. An exception passes to the caller of sessionOrDefaultClosedCaptureStyle().
+    using StyleSource = std::function<Ref<NSDictionary>()>;
+    // Sets the source; an empty one, the initial state, removes it. A call of the previous one may
+    // still be running on another thread. A source that always returns a style hides what the
+    // viewer has stored; one for the first start returns null if there is a
+    // sessionClosedCaptureStyle(). When a source has something new to return, call refresh().
+    static void setStyleSource(StyleSource source);
+
+    // --- Changes by others ----------------------------------------------------------------------
+
+    // Calls `function` on the current thread whenever sessionOrDefaultClosedCaptureStyle() has
+    // changed, with the new style, which must not be modified: at once after a save on this thread,
+    // and in refresh() for changes by other threads and processes. It may do anything, even save;
+    // it is told each style once. If it throws, the save or refresh() throws after all others have
+    // been told. An empty function is a fatal error. The thread unsubscribes before it ends.
+    [[nodiscard]] static TESMARStyleListener
+    addStyleListener(std::function<void(const Ref<NSDictionary>& style)> function);
+    // Reads the preferences again, and tells the listeners of the current thread if the style has
+    // changed. Call it when another thread or process may have saved: see TESMARStyleWatch.
+    static void refresh();
 };
 
 } // namespace tesmar

@@ -8,6 +8,7 @@
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/archive/NSCoder.h"
 #include "tesmar/platform/foundation/diagnostics.h"
+#include "tesmar/platform/foundation/internal/FirstException.h"
 #include "tesmar/platform/foundation/internal/console.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
@@ -94,6 +95,20 @@ void TESMARViewController::setAutoHideInterval(double interval) {
 void TESMARViewController::setRememberChangedStyle(bool remember) {
     assertMainThread("TESMARViewController::setRememberChangedStyle");
     rememberChangedStyle_ = remember;
+}
+
+void TESMARViewController::setFollowsSharedStyle(bool follows) {
+    assertMainThread("TESMARViewController::setFollowsSharedStyle");
+    if (follows == followsSharedStyle_)
+        return;
+    followsSharedStyle_ = follows;
+    styleListener_ = {};
+    if (follows)
+        styleListener_ = TESMARConfig::addStyleListener([this](const Ref<NSDictionary>& style) {
+            const auto self = refTo(this);
+            if (!style->isEqual(editedStyle().get()))
+                setCCStyleAttributes(style->mutableCopy());
+        });
 }
 
 // The previous delegate is released last: its destructor may call the panel.
@@ -193,16 +208,20 @@ void TESMARViewController::resetButtonTap() {
 
 void TESMARViewController::didUpdateClosedCaptureStyle() {
     const auto self = refTo(this);
+    FirstException exception;
     if (rememberChangedStyle())
-        saveStyle();
+        exception.run([&] { saveStyle(); });
     if (const auto listener = delegate())
         listener->CCStyleAttributesChanged(editedStyle());
+    exception.rethrow();
 }
 
 void TESMARViewController::saveStyle() {
     saveFailure_ = "exception"; // in case one ends the save
-    TESMARConfig::saveSessionClosedCaptureStyle(editedStyle());
-    saveFailure_ = TESMARConfig::saveFailure();
+    FirstException exception;
+    exception.run([&] { TESMARConfig::saveSessionClosedCaptureStyle(editedStyle()); });
+    saveFailure_ = TESMARConfig::saveFailure(); // a listener to the style may have thrown
+    exception.rethrow();
 }
 
 // --- The captions switch ------------------------------------------------------------------------

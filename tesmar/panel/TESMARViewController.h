@@ -12,6 +12,7 @@
 #pragma once
 
 #include "tesmar/model/PanelAppearance.h"
+#include "tesmar/model/TESMARStyleListener.h"
 #include "tesmar/panel/TESMARViewControllerDelegate.h"
 #include "tesmar/platform/ui/UIScrollView.h"
 #include "tesmar/platform/ui/UIStepper.h"
@@ -54,6 +55,12 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     // Whether every change that the viewer makes is saved (see TESMARConfig); initially false.
     virtual bool rememberChangedStyle() const { return rememberChangedStyle_; }
     virtual void setRememberChangedStyle(bool remember);
+
+    // Whether the panel shows a style that another panel has saved, or another thread or process
+    // (see TESMARConfig::addStyleListener), as soon as the main thread is told of it; initially
+    // false. The delegate is not notified: a host whose captions follow too has a listener.
+    bool followsSharedStyle() const { return followsSharedStyle_; }
+    void setFollowsSharedStyle(bool follows);
 
     // Why the last change was not saved, a text for developers; empty if it was, and before the
     // first save. A delegate may ask while it is notified of the change. The next save tries again.
@@ -229,6 +236,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     const Ref<UIStepper> textColorOpacityStepper_; // its value is ten times the opacity
     const Ref<ColorPicker> backgroundColorPicker_;
     const Ref<UIStepper> backgroundColorOpacityStepper_;
+
+    bool followsSharedStyle_ = false;
+    TESMARStyleListener styleListener_; // unsubscribes before any other member is gone
 };
 
 } // namespace tesmar

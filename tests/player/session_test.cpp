@@ -51,6 +51,7 @@ using SessionTest = PlayerFixture;
 TEST_F(SessionTest, ShowsEachStepOnTheVideosCaptions) {
     ASSERT_TRUE(makeVideo(directory_));
     options_.video = directory_ + "/video.mkv";
+    options_.isExtended = false;
     Session session(options_);
     const auto pictures = play(session);
     ASSERT_EQ(session.videoFailure(), "");
@@ -91,7 +92,7 @@ TEST_F(SessionTest, ContinuesWithoutAVideoThatCannotBePlayed) {
         options_.video = video;
         Session session(options_);
         EXPECT_NE(session.videoFailure(), "");
-        EXPECT_EQ(play(session).size(), 7u);
+        EXPECT_EQ(play(session).size(), 11u); // with the extended panel's
     }
 }
 

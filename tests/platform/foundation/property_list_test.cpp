@@ -66,6 +66,16 @@ TEST(PropertyList, WritesSharedAndEqualValuesOnce) {
     EXPECT_EQ(bytes[bytes.size() - 17], 15);
 }
 
+TEST(PropertyList, ShortTextsAreWrittenInLittleMemory) {
+    PL::Array texts;
+    for (int i = 0; i < 100'000; ++i)
+        texts.emplace_back(std::to_string(i % 99'999));
+    std::string bytes;
+    const Cost cost = measured([&] { bytes = writePropertyList(texts); });
+    EXPECT_LT(cost.bytes, 8 * bytes.size());
+    EXPECT_EQ(readPropertyList(bytes)->get<PL::Array>()->size(), texts.size());
+}
+
 // The file holds every type that Python's plistlib writes.
 TEST(PropertyList, AgreesWithAnIndependentImplementation) {
     const auto theirs = readFile(TESMAR_EVERY_TYPE);

@@ -126,6 +126,11 @@ void NSUserDefaults::setPreferencesPath(std::string path) {
     state_->chosenPath = std::move(path);
 }
 
+std::string NSUserDefaults::preferencesPath() const {
+    const std::lock_guard lock(state_->mutex);
+    return state_->storeAtCurrentPath().path();
+}
+
 void NSUserDefaults::setApplicationIdentifier(std::string identifier) {
     const std::lock_guard lock(state_->mutex);
     state_->identifier = std::move(identifier);

@@ -54,6 +54,8 @@ class TESMAR_API NSUserDefaults : public NSObject {
     // Sets the path of the file; empty restores the default. The next save writes unsaved changes
     // to the new path.
     void setPreferencesPath(std::string path);
+    // The path that is read and written now; empty if there is no home directory and none was set.
+    std::string preferencesPath() const;
     // Sets the directory name of the default path. The main bundle's identifier is used instead if
     // it is empty, the initial state, or not a plain file name.
     void setApplicationIdentifier(std::string identifier);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <unordered_map>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -105,93 +106,157 @@ const void* contentsOf(const PropertyList& value) {
     });
 }
 
-class Writer {
+// The objects of a list by number, all in a few arrays: a list of short texts has one for each of
+// a few bytes.
+class ObjectTable {
   public:
-    std::string write(const PropertyList& root);
+    std::size_t size() const { return ends_.size(); }
+    // Makes an object of what was appended to `bodies` and `references` since the last one.
+    void end() { ends_.push_back({bodies.size(), references.size()}); }
+    std::string_view body(std::size_t number) const {
+        const std::size_t start = number == 0 ? 0 : ends_[number - 1].body;
+        return std::string_view(bodies).substr(start, ends_[number].body - start);
+    }
+    std::string file(std::size_t root) const;
+
+    std::string bodies;                  // of all objects, without their references
+    std::vector<std::size_t> references; // of all objects
 
   private:
-    // An object of the list: its marker and content, then references to other objects.
-    struct Object {
-        std::string bytes;
-        std::vector<std::size_t> references;
+    struct End {
+        std::size_t body, references;
     };
-
-    std::size_t add(const PropertyList& value);
-    std::size_t addScalar(const PropertyList& value);
-    std::size_t addContainer(const PropertyList& value);
-
-    std::vector<Object> objects_;
-    std::unordered_map<std::string, std::size_t> scalars_; // by their bytes
-    std::unordered_map<const void*, std::size_t> shared_;  // by contentsOf()
+    std::vector<End> ends_;
 };
 
-std::string Writer::write(const PropertyList& root) {
-    const std::size_t top = add(root);
-    const std::size_t referenceSize = widthFor(objects_.size());
-
-    std::string bytes(kMagic);
-    std::vector<std::size_t> offsets;
-    for (const Object& object : objects_) {
-        offsets.push_back(bytes.size());
-        bytes += object.bytes;
-        for (const std::size_t reference : object.references)
-            appendNumber(bytes, reference, referenceSize);
-    }
-    const std::size_t table = bytes.size();
+std::string ObjectTable::file(std::size_t root) const {
+    const std::size_t referenceSize = widthFor(size());
+    const std::size_t table = kMagic.size() + bodies.size() + references.size() * referenceSize;
     const std::size_t offsetSize = widthFor(table);
-    for (const std::size_t offset : offsets)
-        appendNumber(bytes, offset, offsetSize);
 
+    std::string bytes;
+    bytes.reserve(table + size() * offsetSize + kTrailerSize);
+    bytes = kMagic;
+    std::size_t reference = 0;
+    for (std::size_t n = 0; n < size(); ++n) {
+        bytes += body(n);
+        for (; reference < ends_[n].references; ++reference)
+            appendNumber(bytes, references[reference], referenceSize);
+    }
+    std::size_t offset = kMagic.size();
+    for (std::size_t n = 0; n < size(); ++n) {
+        appendNumber(bytes, offset, offsetSize);
+        offset = kMagic.size() + ends_[n].body + ends_[n].references * referenceSize;
+    }
     bytes.append(6, '\0');
     appendNumber(bytes, offsetSize, 1);
     appendNumber(bytes, referenceSize, 1);
-    appendNumber(bytes, objects_.size(), 8);
-    appendNumber(bytes, top, 8);
+    appendNumber(bytes, size(), 8);
+    appendNumber(bytes, root, 8);
     appendNumber(bytes, table, 8);
     return bytes;
 }
 
+class Writer {
+  public:
+    std::string write(const PropertyList& root) { return table_.file(add(root)); }
+
+  private:
+    std::size_t add(const PropertyList& value);
+    std::size_t addScalar(const PropertyList& value);
+    std::size_t addContainer(const PropertyList& value);
+    std::uint32_t& slotOf(std::string_view body);
+    void growScalars();
+
+    ObjectTable table_;
+    // An open hash table of the scalars by their bodies: numbers plus one, 0 where it is free, at
+    // least half of it. A node for each would cost more than most scalars.
+    std::vector<std::uint32_t> scalars_ = std::vector<std::uint32_t>(64);
+    std::size_t scalarCount_ = 0;
+    std::unordered_map<const void*, std::size_t> shared_; // by contentsOf()
+};
+
+// Shared contents are written once, without comparing what may be large. Short ones are compared.
+bool isWorthKeeping(const PropertyList& value) {
+    constexpr std::size_t kShort = 64;
+    if (const auto* text = value.get<std::string>())
+        return text->size() > kShort;
+    if (const auto* data = value.get<PropertyList::Data>())
+        return data->bytes.size() > kShort;
+    return isContainer(value);
+}
+
 std::size_t Writer::add(const PropertyList& value) {
-    // Shared contents are written once, without comparing what may be large.
-    const void* contents = contentsOf(value);
-    if (const auto known = shared_.find(contents); known != shared_.end())
-        return known->second;
+    const void* const contents = isWorthKeeping(value) ? contentsOf(value) : nullptr;
+    if (contents)
+        if (const auto known = shared_.find(contents); known != shared_.end())
+            return known->second;
     const std::size_t number = isContainer(value) ? addContainer(value) : addScalar(value);
     if (contents)
         shared_.emplace(contents, number);
     return number;
 }
 
+// Where the number of an equal scalar is, or where it belongs.
+std::uint32_t& Writer::slotOf(std::string_view body) {
+    const std::size_t mask = scalars_.size() - 1;
+    std::size_t at = std::hash<std::string_view>()(body) & mask;
+    while (scalars_[at] != 0 && table_.body(scalars_[at] - 1) != body)
+        at = (at + 1) & mask;
+    return scalars_[at];
+}
+
+void Writer::growScalars() {
+    const auto previous = std::exchange(scalars_, std::vector<std::uint32_t>(2 * scalars_.size()));
+    for (const std::uint32_t entry : previous)
+        if (entry != 0)
+            slotOf(table_.body(entry - 1)) = entry;
+}
+
 std::size_t Writer::addScalar(const PropertyList& value) {
-    std::string bytes;
-    value.visit(AppendScalar{bytes});
-    const auto [entry, isNew] = scalars_.emplace(bytes, objects_.size());
-    if (isNew)
-        objects_.push_back({std::move(bytes), {}});
-    return entry->second;
+    if (2 * (scalarCount_ + 1) > scalars_.size())
+        growScalars();
+    const std::size_t start = table_.bodies.size();
+    value.visit(AppendScalar{table_.bodies});
+    std::uint32_t& slot = slotOf(std::string_view(table_.bodies).substr(start));
+    if (slot != 0) {
+        table_.bodies.resize(start);
+        return slot - 1;
+    }
+    table_.end();
+    ++scalarCount_;
+    slot = static_cast<std::uint32_t>(table_.size());
+    return slot - 1;
 }
 
 std::size_t Writer::addContainer(const PropertyList& value) {
-    const std::size_t number = objects_.size();
-    objects_.emplace_back();
-    Object container;
+    const std::size_t number = table_.size();
+    std::size_t next = table_.references.size();
+    const auto start = [&](Marker kind, std::size_t count, std::size_t references) {
+        appendCount(table_.bodies, kind, count);
+        table_.references.resize(next + references);
+        table_.end();
+    };
     const auto reference = [&](const PropertyList& element) {
-        container.references.push_back(add(element));
+        const std::size_t added = add(element); // may move the references
+        table_.references[next++] = added;
+    };
+    const auto list = [&](Marker kind, const PropertyList::Array& elements) {
+        start(kind, elements.size(), elements.size());
+        for (const auto& element : elements)
+            reference(element);
     };
     if (const auto* dictionary = value.get<PropertyList::Dictionary>()) {
-        appendCount(container.bytes, kDictionary, dictionary->size());
+        start(kDictionary, dictionary->size(), 2 * dictionary->size());
         for (const auto& entry : *dictionary)
             reference(entry.key);
         for (const auto& entry : *dictionary)
             reference(entry.value);
-    } else {
-        const auto* set = value.get<PropertyList::Set>();
-        const auto& elements = set ? set->elements : *value.get<PropertyList::Array>();
-        appendCount(container.bytes, set ? kSet : kArray, elements.size());
-        for (const auto& element : elements)
-            reference(element);
+    } else if (const auto* set = value.get<PropertyList::Set>()) {
+        list(kSet, set->elements);
+    } else if (const auto* array = value.get<PropertyList::Array>()) {
+        list(kArray, *array);
     }
-    objects_[number] = std::move(container);
     return number;
 }
 
