@@ -83,7 +83,7 @@ STEPS = [
 PLAYER_STEPS = [
     ("captionsButton", "click", ["removed", "added"]),
     ("CCSwitch", "toggle", ["CCSwitch unchecked", "captionsButton unpressed"]),
-    ("backgroundColorOpacityStepper", "decrement", ["preset.0 unchecked", "backgroundColorOpacityStepper 40 percent"]),
+    ("backgroundColorOpacityStepper", "decrement", ["added", "preset.0 unchecked", "backgroundColorOpacityStepper 40 percent"]),
     ("card", "close", ["removed", "added"]),
 ]
 

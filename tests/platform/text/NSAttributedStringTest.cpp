@@ -129,6 +129,7 @@ TEST(NSAttributedString, DrawsNothingBeyondItsBounds) {
         const CGRect bounds =
             string->drawingBounds(rect.size.width, NSTextAlignment(i % 3)).offsetBy(rect.origin);
         context.clearPixels(context.pixels(bounds));
+        context.finish();
         EXPECT_TRUE(drawnPixels(canvas, 1).isEmpty()) << i;
         EXPECT_LT(bounds.size.height, 4 * (8 + i)) << i;
     }
