@@ -12,14 +12,17 @@
 namespace tesmar {
 namespace {
 
-constexpr CGFloat kDefaultSize = 17;
+constexpr CGFloat kDefaultSize = 17; // of the default style
 constexpr CGFloat kOfPicture = 1.0 / 20;
-// Of the font size, as the window exceeds the lines above and below.
+constexpr CGFloat kSizeWithoutFont = 12; // as NSAttributedString draws it
+// Of the font size: what the window exceeds the lines by, above and below, and at the sides.
 constexpr CGFloat kWindowMargin = 1.0 / 6;
+constexpr CGFloat kWindowSideMargin = 1.0 / 3;
+constexpr CGFloat kMostLines = 100;
 
 CGFloat fontSize(const NSDictionary& style) {
     const auto font = as<UIFont>(style.objectForKey(NSFontAttributeName));
-    return font ? font->pointSize() : kDefaultSize;
+    return font ? font->pointSize() : kSizeWithoutFont;
 }
 
 } // namespace
@@ -63,8 +66,10 @@ void TESMARCaptionView::setArea(CGRect area) {
 }
 
 void TESMARCaptionView::setSafeAreaInsets(UIEdgeInsets insets) {
-    safeArea_ = {finiteCoordinate(insets.top), finiteCoordinate(insets.left),
-                 finiteCoordinate(insets.bottom), finiteCoordinate(insets.right)};
+    insets = finiteInsets(insets);
+    if (insets == safeArea_)
+        return;
+    safeArea_ = insets;
     update();
 }
 
@@ -80,15 +85,20 @@ void TESMARCaptionView::setSizing(TESMARCaptionSizing sizing) {
 
 void TESMARCaptionView::beginSample(std::string_view sample) {
     ++samples_;
-    sample_ = sample;
-    update();
+    if (std::exchange(sample_, std::string(sample)) != sample_ || samples_ == 1)
+        updateSample();
 }
 
 void TESMARCaptionView::endSample() {
     if (samples_ == 0)
         return;
-    --samples_;
-    update();
+    if (--samples_ == 0)
+        updateSample();
+}
+
+void TESMARCaptionView::updateSample() {
+    if (text_.empty())
+        update();
 }
 
 const std::string& TESMARCaptionView::shownText() const {
@@ -101,7 +111,7 @@ Ref<NSDictionary> TESMARCaptionView::shownStyle() const {
     const auto style = style_->mutableCopy();
     const auto font = as<UIFont>(style->objectForKey(NSFontAttributeName));
     const CGFloat size = fontSize(*style) / kDefaultSize * area_.size.height * kOfPicture;
-    style->setObject((font ? font : UIFont::systemFontOfSize(kDefaultSize))->fontWithSize(size),
+    style->setObject((font ? font : UIFont::systemFontOfSize(size))->fontWithSize(size),
                      NSFontAttributeName);
     return style;
 }
@@ -109,7 +119,8 @@ Ref<NSDictionary> TESMARCaptionView::shownStyle() const {
 // --- Place --------------------------------------------------------------------------------------
 
 CGRect TESMARCaptionView::room() const {
-    const CGRect room = CGRectInset(area_, safeArea_);
+    const CGFloat side = windowMargin() / kWindowMargin * kWindowSideMargin;
+    const CGRect room = CGRectInset(CGRectInset(area_, safeArea_), {0, side, 0, side});
     return {room.origin, {std::max(0.0, room.size.width), std::max(0.0, room.size.height)}};
 }
 
@@ -125,14 +136,23 @@ NSTextAlignment TESMARCaptionView::alignment() const {
     return place_ == TESMARCaptionPlace::right ? NSTextAlignment::right : NSTextAlignment::center;
 }
 
-// Of the whole lines that fit; of the first one if none does.
-CGFloat TESMARCaptionView::heightOf(const NSAttributedString& string) const {
-    const CGFloat available = std::max(0.0, room().size.height - 2 * windowMargin());
-    const CGFloat wanted = string.size(room().size.width).height;
-    if (wanted <= available)
-        return wanted;
-    const CGFloat line = NSAttributedString::attributedString("x", shownStyle())->size().height;
-    return line > 0 ? std::min(available, std::max(1.0, std::floor(available / line)) * line) : 0;
+// With as many lines as fit, but at least one.
+Ref<NSAttributedString> TESMARCaptionView::fitted(const std::string& text) const {
+    const CGFloat available = room().size.height - 2 * windowMargin();
+    const auto style = shownStyle();
+    auto string = NSAttributedString::attributedString(text, style);
+    const auto overflows = [&] { return string->size(room().size.width).height > available; };
+    if (!overflows())
+        return string;
+    const CGFloat line = NSAttributedString::attributedString("x", style)->size().height;
+    const CGFloat lines = finite(std::floor(available / line), 1, kMostLines, 1);
+    // Characters of other scripts may be higher.
+    for (int count = static_cast<int>(lines); count >= 1; --count) {
+        string = NSAttributedString::attributedString(text, style, count);
+        if (!overflows())
+            break;
+    }
+    return string;
 }
 
 // As wide as the room: lines are aligned in it.
@@ -165,18 +185,21 @@ CGRect TESMARCaptionView::areaForLines(int lines) const {
 void TESMARCaptionView::update() {
     const std::string& text = shownText();
     setNeedsDisplay(); // where the old text is
-    shown_ = text.empty() ? nullptr : NSAttributedString::attributedString(text, shownStyle());
-    const CGFloat height = shown_ ? heightOf(*shown_) : 0;
-    const CGRect lines = placed({0, height});
+    shown_ = text.empty() ? nullptr : fitted(text);
+    const CGFloat height = shown_ ? std::min(shown_->size(room().size.width).height,
+                                             room().size.height - 2 * windowMargin())
+                                  : 0;
+    const CGRect lines = placed({0, std::max(0.0, height)});
     const CGRect ink = shown_ ? shown_->drawingBounds(lines.size.width, alignment()) : CGRect();
     // The frame is what the text covers, so that nothing else is painted again.
     const CGFloat left = std::clamp(ink.minX(), 0.0, lines.size.width);
     const CGFloat right = std::clamp(ink.maxX(), left, lines.size.width);
-    const bool isCut = shown_ && shown_->size(lines.size.width).height > height;
+    // A single line that is higher than the room.
+    const bool isCut = shown_ && shown_->size(lines.size.width).height > lines.size.height;
     overflow_ = {std::max(0.0, -ink.minY()), std::max(0.0, left - ink.minX()),
-                 std::max(0.0, ink.maxY() - height), std::max(0.0, ink.maxX() - right)};
+                 std::max(0.0, ink.maxY() - lines.size.height), std::max(0.0, ink.maxX() - right)};
     setClipsToBounds(isCut);
-    setFrame({lines.minX() + left, lines.minY(), right - left, height});
+    setFrame({lines.minX() + left, lines.minY(), right - left, lines.size.height});
     setNeedsDisplay();
 }
 

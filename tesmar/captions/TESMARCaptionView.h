@@ -41,7 +41,8 @@ class TESMAR_API TESMARCaptionView : public UIView {
     bool initWithFrame(CGRect frame) override;
 
     // UTF-8 (see TextLayout::setText), lines separated by "\n"; empty shows nothing. Lines are
-    // broken at the area's width. Those that do not fit its height are left out, from the last one.
+    // broken at the area's width. Those that do not fit its height are left out, from the last one,
+    // and an ellipsis says so.
     const std::string& text() const { return text_; }
     void setText(std::string text);
     // The attributes of NSAttributedString; initially, and when null is set, the default style.
@@ -78,9 +79,10 @@ class TESMAR_API TESMARCaptionView : public UIView {
     CGRect room() const;
     CGFloat windowMargin() const;
     NSTextAlignment alignment() const;
-    CGFloat heightOf(const NSAttributedString& string) const;
+    Ref<NSAttributedString> fitted(const std::string& text) const;
     CGRect placed(CGSize size) const;
     void update();
+    void updateSample();
 
     std::string text_;
     std::string sample_;

@@ -4,6 +4,7 @@
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tesmar {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 constexpr CGFloat kPictureWhite = 0.45; // stands for the picture
 constexpr CGFloat kPadding = 6;         // points
 constexpr CGFloat kHighest = 96;
-constexpr int kLines = 2;
+constexpr const char* kTwoLines = "x\nx";
 
 } // namespace
 
@@ -55,15 +56,17 @@ void PanelPreview::update(const UIView& panel) {
     if (!isShown() || place != decidedFor_ || size != decidedIn_) {
         decidedFor_ = place;
         decidedIn_ = size;
-        const CGRect covered = panel.convertRectTo(panel.bounds(), nullptr);
+        // The card: the panel itself is also laid out in all of the room, to be measured.
+        const UIView& card = panel.superview() ? *panel.superview() : panel;
+        const CGRect covered = card.convertRectTo(card.bounds(), nullptr);
         setShown(!CGRectIntersection(covered, place).isEmpty());
     }
     if (!isShown())
         return;
     copy_->setText(captions->shownText());
     copy_->setStyle(captions->shownStyle());
-    const CGFloat lines = copy_->areaForLines(kLines).size.height;
-    height_->setConstant(std::min(kHighest, lines + 2 * kPadding));
+    const auto lines = NSAttributedString::attributedString(kTwoLines, captions->shownStyle());
+    height_->setConstant(std::min(kHighest, std::ceil(lines->size().height + 4 * kPadding)));
 }
 
 void PanelPreview::setShown(bool shown) {

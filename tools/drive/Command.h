@@ -70,6 +70,9 @@ struct SetContrast {
 struct SetMirroring {
     TESMARMirroring mirroring;
 };
+struct ShowCaptions {
+    std::string text;
+};
 struct Present {
     UIModalPresentationStyle style;
 };
@@ -126,11 +129,12 @@ struct TakePicture {
     std::string path;
 };
 
-using Command = std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
-                             SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign,
-                             SetLanguage, SetTextScale, SetContrast, SetMirroring, Present, Dismiss,
-                             Release, Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery,
-                             QuerySizes, QueryView, QueryAccessibleTree, Perform, TakePicture>;
+using Command =
+    std::variant<UseWindow, UsePreferences, RestrictFonts, Create, SetAutoHideInterval,
+                 SetRememberChangedStyle, SetDelegate, SetCCEnabled, Assign, SetLanguage,
+                 SetTextScale, SetContrast, SetMirroring, ShowCaptions, Present, Dismiss, Release,
+                 Send, PressKey, Advance, Tap, Touch, Drag, Reveal, RunQuery, QuerySizes, QueryView,
+                 QueryAccessibleTree, Perform, TakePicture>;
 
 // Parses one line. Returns std::nullopt for a line that is blank or only a comment; throws a Fault
 // that quotes the wrong word for a line that is not a command.

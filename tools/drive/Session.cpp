@@ -20,6 +20,7 @@ constexpr CGSize kWindowSize{568, 320};
 // Touch identifiers: `tap` and `drag` use a finger of their own, beside that of `touch`.
 constexpr std::int64_t kTouchFinger = 0;
 constexpr std::int64_t kGestureFinger = 1;
+constexpr int kCaptionLines = 2;
 
 // The arguments of a selector that a script sends without any.
 std::vector<std::variant<Json, ViewName>> defaultArguments(std::string_view selector) {
@@ -59,6 +60,8 @@ Session::~Session() {
 
 void Session::run(const Command& command) {
     std::visit([this](const auto& c) { perform(c); }, command);
+    if (captions_)
+        layOutCaptions();
 }
 
 void Session::outputResult(std::string_view key, Json result) {
@@ -132,9 +135,27 @@ void Session::perform(const SetMirroring& command) {
     panel().setMirroring(command.mirroring);
 }
 
+void Session::perform(const ShowCaptions& command) {
+    if (!captions_) {
+        captions_ = make<TESMARCaptionView>();
+        captions_->setAccessibilityIdentifier("captions");
+        host_.window()->rootViewController()->view()->addSubview(captions_);
+        layOutCaptions();
+    }
+    captions_->setText(command.text);
+}
+
+void Session::layOutCaptions() {
+    captions_->setArea({{0, 0}, host_.window()->frame().size});
+    captions_->setStyle(panel_ ? Ref<NSDictionary>(panel_->CCStyleAttributes()) : nullptr);
+    host_.window()->setCaptionArea(captions_->areaForLines(kCaptionLines));
+}
+
 void Session::perform(const Present& command) {
     if (panel().presentingViewController() && !panel().isBeingDismissed())
         throw Fault("present: the panel is presented already");
+    if (const auto extended = as<TESMARExtendedViewController>(panel_))
+        extended->setPreview(captions_);
     panel().setModalPresentationStyle(command.style);
     host_.window()->presentViewController(panel_, false);
 }

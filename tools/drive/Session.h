@@ -1,6 +1,7 @@
 // Runs the commands of one script: owns the headless host, the panel and its delegate.
 #pragma once
 
+#include "tesmar/captions/TESMARCaptionView.h"
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/hosts/headless/HeadlessHost.h"
 #include "tools/drive/Command.h"
@@ -44,6 +45,7 @@ class Session {
     void perform(const SetTextScale& command);
     void perform(const SetContrast& command);
     void perform(const SetMirroring& command);
+    void perform(const ShowCaptions& command);
     void perform(const Present& command);
     void perform(const Dismiss& command);
     void perform(const Release& command);
@@ -61,6 +63,7 @@ class Session {
     void perform(const Perform& command);
     void perform(const TakePicture& command);
 
+    void layOutCaptions();
     // Outputs {key: result}.
     void outputResult(std::string_view key, Json result);
     Json resultOf(Query query);
@@ -84,6 +87,7 @@ class Session {
     Report report_;
     Ref<TESMARViewController> panel_; // null before `create` and after `release`
     bool hasCreatedPanel_ = false;
+    Ref<TESMARCaptionView> captions_; // null before the first `captions`
     bool fingerIsDown_ = false;
     std::vector<PixelRect> repainted_; // since the last `damage` query
 };

@@ -313,6 +313,8 @@ const std::map<std::string, Parser, std::less<>>& parsers() {
         {"text-scale", [](Words& w) -> Command { return SetTextScale{w.number("SCALE", 1, 2)}; }},
         {"contrast", parseContrast},
         {"mirroring", parseMirroring},
+        {"captions",
+         [](Words& w) -> Command { return ShowCaptions{w.atEnd() ? "" : w.rest("TEXT")}; }},
         {"present", parsePresent},
         {"dismiss", bare<Dismiss>},
         {"release", bare<Release>},

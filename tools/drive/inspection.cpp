@@ -1,5 +1,6 @@
 #include "tools/drive/inspection.h"
 
+#include "tesmar/captions/TESMARCaptionView.h"
 #include "tesmar/platform/ui/UIButton.h"
 #include "tesmar/platform/ui/UISwitch.h"
 #include "tesmar/widgets/ColorPicker.h"
@@ -50,6 +51,8 @@ Json describe(const Place& place) {
         json["enabled"] = stepper.isEnabled() && stepper.canStep(place.half);
     } else if (auto* control = dynamic_cast<UIControl*>(place.view)) {
         describeControl(json, *control);
+    } else if (const auto* captions = dynamic_cast<const TESMARCaptionView*>(place.view)) {
+        json["text"] = captions->shownText();
     } else if (const auto* label = dynamic_cast<const UILabel*>(place.view)) {
         describeText(json, *label);
     } else if (const auto& background = place.view->backgroundColor()) {

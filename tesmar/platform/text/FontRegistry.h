@@ -5,7 +5,9 @@
 // internal/stand_in_fonts.def, whose rows count only if their file is installed. The system font
 // has a family of its own, which is not listed; its only face has the family's name. So have the
 // generic styles, each of which exists where one of its stand-ins is installed: ".MonospacedSerif",
-// ".ProportionalSerif", ".MonospacedSans", ".ProportionalSans", ".Casual" and ".Cursive".
+// ".ProportionalSerif", ".MonospacedSans", ".ProportionalSans", ".Casual" and ".Cursive". The face
+// ".SmallCapitals" is the system font with small capitals in the place of small letters, by the
+// module for other scripts; without that it draws small letters.
 //
 // Toolkit: may change with any version.
 #pragma once

@@ -6,6 +6,8 @@
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/text/UIFont.h"
 
+#include <algorithm>
+
 namespace tesmar {
 namespace {
 
@@ -58,7 +60,8 @@ Class& NSAttributedString::classObject() {
 }
 
 Ref<NSAttributedString> NSAttributedString::attributedString(std::string text,
-                                                             const Ref<NSDictionary>& attributes) {
+                                                             const Ref<NSDictionary>& attributes,
+                                                             int maximumLines) {
     auto string = alloc<NSAttributedString>();
     string->text_ = std::move(text);
     string->attributes_ = NSDictionary::dictionaryWithEntries(attributes ? attributes->entries()
@@ -66,7 +69,8 @@ Ref<NSAttributedString> NSAttributedString::attributedString(std::string text,
     const auto font = attribute<UIFont>(*string->attributes_, NSFontAttributeName);
     string->layout_.setText(string->text_);
     string->layout_.setFont(font ? font : UIFont::systemFontOfSize(kDefaultSize));
-    string->layout_.setLineCount(0);
+    string->maximumLines_ = std::max(maximumLines, 0);
+    string->layout_.setLineCount(string->maximumLines_);
     return string;
 }
 
@@ -125,7 +129,8 @@ CGRect NSAttributedString::drawingBounds(CGFloat width, NSTextAlignment alignmen
 
 bool NSAttributedString::isEqual(const NSObject* other) const {
     const auto* string = dynamic_cast<const NSAttributedString*>(other);
-    return string && text_ == string->text_ && attributes_->isEqual(string->attributes_.get());
+    return string && text_ == string->text_ && maximumLines_ == string->maximumLines_ &&
+           attributes_->isEqual(string->attributes_.get());
 }
 
 } // namespace tesmar

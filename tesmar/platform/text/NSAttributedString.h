@@ -40,8 +40,10 @@ class TESMAR_API NSAttributedString : public NSObject {
   public:
     // A value that is missing or of another class counts as black, no background or the 12-point
     // system font. The dictionary is copied; null counts as empty. Text as for TextLayout::setText.
-    static Ref<NSAttributedString> attributedString(std::string text,
-                                                    const Ref<NSDictionary>& attributes);
+    // At most `maximumLines` lines are shown, the last one with an ellipsis where some are left
+    // out; 0 means all of them.
+    static Ref<NSAttributedString>
+    attributedString(std::string text, const Ref<NSDictionary>& attributes, int maximumLines = 0);
 
     const std::string& string() const { return text_; }
     const Ref<NSDictionary>& attributes() const { return attributes_; }
@@ -66,6 +68,7 @@ class TESMAR_API NSAttributedString : public NSObject {
 
     std::string text_;
     Ref<NSDictionary> attributes_ = NSDictionary::dictionaryWithEntries({});
+    int maximumLines_ = 0;
     mutable TextLayout layout_;
 };
 

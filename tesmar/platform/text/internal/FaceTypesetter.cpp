@@ -46,14 +46,17 @@ TypesetText FaceTypesetter::typeset(const FontFace& face, const TypesettingReque
     if (face.source.file.empty())
         return {};
     const FontFileRef& file = this->file(face);
-    if (auto plain = typesetPlainText(file, request))
+    const bool asWritten = face.letters() == Letters::asWritten;
+    if (auto plain = asWritten ? typesetPlainText(file, request) : std::nullopt)
         return *std::move(plain);
     static const MakeComplexText make = loadComplexText();
     if (!make)
         return typesetAsPlainText(file, request);
     if (!complex_)
         complex_.reset(make(file, &fallbackFonts));
-    return complex_->typeset(request);
+    TypesettingRequest inLetters = request;
+    inLetters.letters = face.letters();
+    return complex_->typeset(inLetters);
 }
 
 void reportMissingTypesetter() {

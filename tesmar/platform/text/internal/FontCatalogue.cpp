@@ -40,6 +40,8 @@ FontCatalogue::FontCatalogue(const std::vector<FontRegistry::Source>& hostFaces,
     for (const auto& [name, source] : real)
         add(name, source.family, source);
     addStandIns(real);
+    if (!systemFace_->source.file.empty())
+        add(FontFace::kSmallCapitals, FontFace::kSmallCapitals, systemFace_->source);
     if (offered)
         restrictTo(*offered);
     for (const auto& [name, face] : faces_)

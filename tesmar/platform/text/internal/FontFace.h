@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tesmar {
@@ -14,6 +15,12 @@ namespace tesmar {
 struct FontFace {
     FontFace(std::string faceName, std::string familyName, FontRegistry::Source drawnBy)
         : name(std::move(faceName)), family(std::move(familyName)), source(std::move(drawnBy)) {}
+
+    // The face of that name draws the system font in small capitals.
+    static constexpr std::string_view kSmallCapitals = ".SmallCapitals";
+    Letters letters() const {
+        return name == kSmallCapitals ? Letters::smallCapitals : Letters::asWritten;
+    }
 
     std::string name;
     std::string family; // the one that lists the face; the file may name another

@@ -39,6 +39,11 @@ struct TypesetText {
     bool isEllipsized = false;
 };
 
+enum class Letters {
+    asWritten,
+    smallCapitals, // in the place of small letters; the plain typesetter leaves these
+};
+
 // See TextLayout.
 struct TypesettingRequest {
     std::string text; // valid UTF-8
@@ -47,6 +52,7 @@ struct TypesettingRequest {
     int lineCount = 1;
     NSTextAlignment alignment = NSTextAlignment::left;
     NSLineBreakMode lineBreakMode = NSLineBreakMode::truncatingTail;
+    Letters letters = Letters::asWritten;
 };
 
 // Both typesetters count in whole 1024ths of a point, so that they agree to the last bit.

@@ -54,11 +54,52 @@ std::vector<unsigned> cutsOfLongWords(const char* text) {
     return cuts;
 }
 
-// Sets the text, valid UTF-8, of a layout that was made with that fallback.
-void setLayoutText(PangoLayout* layout, const std::string& text, Fallback fallback) {
+// Draws from byte `start` to byte `end` of the text at the size of small capitals.
+void addSmallPart(PangoAttrList* attributes, std::size_t start, std::size_t end) {
+    constexpr double kSmall = 0.8; // as high as small letters with a little more
+    PangoAttribute* const part = pango_attr_scale_new(kSmall);
+    part->start_index = static_cast<unsigned>(start);
+    part->end_index = static_cast<unsigned>(end);
+    pango_attr_list_insert(attributes, part);
+}
+
+// Replaces small letters by capitals and marks them. Letters whose capital takes another number of
+// bytes stay small, so that all indices into the text stay valid.
+void setSmallCapitals(PangoLayout* layout, std::string text) {
+    PangoAttrList* const attributes = pango_layout_get_attributes(layout);
+    std::size_t start = 0, at = 0; // of a row of small letters, and behind it
+    for (const char* c = text.data(); *c;) {
+        const gunichar letter = g_utf8_get_char(c), capital = g_unichar_toupper(letter);
+        const auto index = static_cast<std::size_t>(c - text.data());
+        c = g_utf8_next_char(c);
+        char bytes[6];
+        const int length = g_unichar_to_utf8(capital, bytes);
+        const auto next = static_cast<std::size_t>(c - text.data());
+        if (capital == letter || static_cast<std::size_t>(length) != next - index)
+            continue;
+        text.replace(index, next - index, bytes, static_cast<std::size_t>(length));
+        if (index != at) {
+            if (at > start)
+                addSmallPart(attributes, start, at);
+            start = index;
+        }
+        at = next;
+    }
+    if (at > start)
+        addSmallPart(attributes, start, at);
     pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
-    if (const auto cuts = cutsOfLongWords(pango_layout_get_text(layout)); !cuts.empty())
+    pango_layout_set_attributes(layout, attributes);
+}
+
+// Sets the text, valid UTF-8, of a layout that was made with that fallback.
+void setLayoutText(PangoLayout* layout, const std::string& text, Fallback fallback,
+                   Letters letters) {
+    pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+    const auto cuts = cutsOfLongWords(pango_layout_get_text(layout));
+    if (!cuts.empty() || letters == Letters::smallCapitals)
         setFallback(layout, fallback, cuts);
+    if (letters == Letters::smallCapitals)
+        setSmallCapitals(layout, pango_layout_get_text(layout));
 }
 
 // Without fallback fonts if `fallbackFonts` is null.
@@ -82,12 +123,12 @@ void setFont(PangoLayout* layout, double points) {
 
 // Replaces the line breaks after the start of the last visible line by spaces: where the line is
 // cut off by an ellipsis, they would show as symbols.
-void joinLinesFrom(PangoLayout* layout, int lastLine, Fallback fallback) {
+void joinLinesFrom(PangoLayout* layout, int lastLine, const std::string& text, Fallback fallback,
+                   Letters letters) {
     if (const auto* line = pango_layout_get_line_readonly(layout, lastLine))
         setLayoutText(layout,
-                      replaceSeparatorsBySpaces(pango_layout_get_text(layout),
-                                                static_cast<std::size_t>(line->start_index)),
-                      fallback);
+                      replaceSeparatorsBySpaces(text, static_cast<std::size_t>(line->start_index)),
+                      fallback, letters);
 }
 
 // Whether the font lacks a character of the text, even one that an ellipsis replaces: the wide
@@ -217,17 +258,16 @@ GObjectPtr<PangoLayout> PangoTypesetter::makeLayout(const TypesettingRequest& re
     pango_layout_set_wrap(layout, mode == NSLineBreakMode::charWrapping ? PANGO_WRAP_CHAR
                                                                         : PANGO_WRAP_WORD_CHAR);
     const bool hasLastLine = request.lineCount > 1 && isTruncating(mode);
-    setLayoutText(layout,
-                  request.lineCount == 1 ? replaceLineBreaks(request.text, " ")
-                  : hasLastLine          ? replaceLineBreaks(request.text, kLineSeparator)
-                                         : request.text,
-                  fallback);
+    const std::string text = request.lineCount == 1 ? replaceLineBreaks(request.text, " ")
+                             : hasLastLine ? replaceLineBreaks(request.text, kLineSeparator)
+                                           : request.text;
+    setLayoutText(layout, text, fallback, request.letters);
     if (mode == NSLineBreakMode::charWrapping)
         forbidHyphens(layout);
     if (mode == NSLineBreakMode::clipping)
         alignIfNarrower(layout, width);
     if (hasLastLine)
-        joinLinesFrom(layout, request.lineCount - 1, fallback);
+        joinLinesFrom(layout, request.lineCount - 1, text, fallback, request.letters);
     if (request.width && request.lineCount > 0 && isTruncating(mode)) {
         pango_layout_set_ellipsize(layout, pangoEllipsis(mode));
         pango_layout_set_height(layout, -request.lineCount);
