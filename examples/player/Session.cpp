@@ -119,6 +119,7 @@ void Session::tap(const std::string& identifier) {
     host_.window()->layoutIfNeeded();
     scrollIntoView(*view, rect);
     host_.tap(view->convertPointTo(rect.center(), nullptr));
+    host_.render(); // motions start in a frame
     advance(kBetweenTaps);
 }
 

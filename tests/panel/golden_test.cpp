@@ -29,14 +29,21 @@ double differingFraction(const UIImage& golden, const HeadlessHost& host) {
 }
 
 TEST_F(PanelTest, MatchesTheReviewedPictures) {
-    const std::tuple<std::string, CGSize, CGFloat> cases[] = {
-        {"panel-568x320@1.png", {568, 320}, 1},
-        {"panel-320x480@2.png", {320, 480}, 2},
-        {"panel-480x420@3.png", {480, 420}, 3}};
+    const auto plain = [] { return make<TESMARViewController>(); };
+    const auto extended = []() -> Ref<TESMARViewController> {
+        return make<TESMARExtendedViewController>();
+    };
+    const std::tuple<std::string, CGSize, CGFloat, std::function<Ref<TESMARViewController>()>>
+        cases[] = {{"panel-568x320@1.png", {568, 320}, 1, plain},
+                   {"panel-320x480@2.png", {320, 480}, 2, plain},
+                   {"panel-480x420@3.png", {480, 420}, 3, plain},
+                   {"extended-460x760@1.png", {460, 760}, 1, extended},
+                   {"extended-320x480@2.png", {320, 480}, 2, extended},
+                   {"extended-480x420@3.png", {480, 420}, 3, extended}};
     const auto files = NSBundle::bundleWithPath("golden", GOLDEN_DIRECTORY);
-    for (const auto& [file, size, scale] : cases) {
+    for (const auto& [file, size, scale, makePanel] : cases) {
         HeadlessHost host(size, scale);
-        const auto panel = make<TESMARViewController>();
+        const auto panel = makePanel();
         panel->setCCEnabled(true);
         host.window()->presentViewController(panel, false);
         host.tap(centerOf(*host.window(), "textColorPicker.4"));
