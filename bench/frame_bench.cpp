@@ -1,9 +1,12 @@
 // Compares the time of a frame of the panel with that of the same picture painted by hand with
 // cairo: for a full repaint, a tap on a swatch and a step of the font size. Then the time to read
-// the panel's accessible tree, and the CPU time of each frame while the panel is presented.
+// the panel's accessible tree, and the CPU time of each frame while the panel is presented. Last, a
+// caption of two lines at 1920 x 1080 with each kind of edge: a text that is new, and a repeated
+// one.
 #include "HandPainting.h"
 
 #include "tesmar/platform/graphics/CGContext.h"
+#include "tesmar/platform/text/TextEdge.h"
 #include "tesmar/platform/ui/UIAccessibility.h"
 #include "tesmar/platform/ui/UIWindow.h"
 #include "tesmar/tesmar.h"
@@ -146,6 +149,25 @@ void byHand(benchmark::State& state) {
         painting.paint(painted.data(), panel.stride, damage);
 }
 
+void caption(benchmark::State& state) {
+    constexpr int kWidth = 1920, kHeight = 1080;
+    std::vector<std::uint32_t> pixels(std::size_t{kWidth} * kHeight);
+    CGContext context(pixels.data(), kWidth, kHeight, kWidth * 4, 1);
+    const auto style = CCConstants::CCDefaultStyleAttributes()->mutableCopy();
+    style->setObject(UIFont::systemFontOfSize(54), NSFontAttributeName);
+    const auto edge = static_cast<TextEdge>(state.range(0));
+    style->setObject(NSString::stringWithString(std::string(textEdgeName(edge))),
+                     TESMAREdgeAttributeName);
+    const bool isNew = state.range(1) != 0;
+    int number = 0;
+    for (auto _ : state) {
+        const std::string text = "A caption of two lines that nobody\nhas read before, number " +
+                                 std::to_string(isNew ? ++number : 0);
+        NSAttributedString::attributedString(text, style)
+            ->drawInRect(context, {0, 900, kWidth, 180}, NSTextAlignment::center);
+    }
+}
+
 #define TESMAR_FRAMES(function)                                                                    \
     BENCHMARK(function)                                                                            \
         ->ArgNames({"change", "scale"})                                                            \
@@ -158,6 +180,10 @@ TESMAR_FRAMES(frame);
 TESMAR_FRAMES(byHand);
 BENCHMARK(presenting)->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(accessibleElements)->Unit(benchmark::kMicrosecond);
+BENCHMARK(caption)
+    ->ArgNames({"edge", "new"})
+    ->ArgsProduct({{0, 1, 2, 3, 4}, {0, 1}})
+    ->Unit(benchmark::kMicrosecond);
 
 } // namespace
 } // namespace tesmar
