@@ -8,7 +8,7 @@ namespace {
 
 constexpr CGFloat kLargeText = 30; // points
 
-Ref<NSDictionary> defaultWith(NSDictionary::Entries changes) {
+Ref<NSDictionary> defaultWith(const NSDictionary::Entries& changes) {
     auto style = CCConstants::CCDefaultStyleAttributes()->mutableCopy();
     for (const auto& [key, value] : changes)
         style->setObject(value, key);

@@ -68,13 +68,13 @@ void addSmallPart(PangoAttrList* attributes, std::size_t start, std::size_t end)
 void setSmallCapitals(PangoLayout* layout, std::string text) {
     PangoAttrList* const attributes = pango_layout_get_attributes(layout);
     std::size_t start = 0, at = 0; // of a row of small letters, and behind it
-    for (const char* c = text.data(); *c;) {
-        const gunichar letter = g_utf8_get_char(c), capital = g_unichar_toupper(letter);
-        const auto index = static_cast<std::size_t>(c - text.data());
-        c = g_utf8_next_char(c);
+    for (std::size_t index = 0, next = 0; index < text.size(); index = next) {
+        const char* const character = text.data() + index;
+        const gunichar letter = g_utf8_get_char(character);
+        const gunichar capital = g_unichar_toupper(letter);
+        next = static_cast<std::size_t>(g_utf8_next_char(character) - text.data());
         char bytes[6];
         const int length = g_unichar_to_utf8(capital, bytes);
-        const auto next = static_cast<std::size_t>(c - text.data());
         if (capital == letter || static_cast<std::size_t>(length) != next - index)
             continue;
         text.replace(index, next - index, bytes, static_cast<std::size_t>(length));
