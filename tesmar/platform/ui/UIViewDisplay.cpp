@@ -268,7 +268,9 @@ void UIView::paintSelf(CGContext& context, CGPoint origin) {
     const CGFloat scale = context.scale();
     const CGPoint snapped = snappedPoint(origin, scale);
     const PixelRect clip = context.clipPixels();
-    const PixelRect inside = pixelsTouchedBy({snapped, frame_.size}, scale);
+    // What clips is rounded as backgrounds are, so that it does not reach over the view beside it.
+    const PixelRect inside = clipsToBounds_ ? snappedToPixels({origin, frame_.size}, scale)
+                                            : pixelsTouchedBy({snapped, frame_.size}, scale);
     const UIEdgeInsets overflow = clipsToBounds_ ? UIEdgeInsets() : drawingOverflow();
     const PixelRect extent =
         overflow == UIEdgeInsets()

@@ -240,5 +240,22 @@ TEST_F(DamageTest, BuffersOfAnyAgeBecomeFullRepaints) {
     }
 }
 
+// What clips ends where a background of its frame does, not over the view beside it.
+TEST(Clip, IsRoundedAsBackgroundsAre) {
+    for (const CGFloat height : {10.0, 10.4, 10.6}) {
+        HeadlessHost host({20, 20});
+        const auto clip = make<UIView>(), tall = make<UIView>();
+        clip->setFrame({0, 0, 20, height});
+        clip->setClipsToBounds(true);
+        tall->setFrame({0, 0, 20, 20});
+        tall->setBackgroundColor(UIColor::redColor());
+        clip->addSubview(tall);
+        host.window()->addSubview(clip);
+        host.render();
+        const auto red = std::count(host.pixels().begin(), host.pixels().end(), 0xFFFF0000);
+        EXPECT_EQ(red, 20 * std::lround(height));
+    }
+}
+
 } // namespace
 } // namespace tesmar
