@@ -133,6 +133,7 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     Ref<ColorPicker> windowColorPicker_;
     Ref<UILabel> windowOpacityLabel_;
     Ref<UIStepper> windowOpacityStepper_; // its value is ten times the opacity
+    std::vector<Ref<UIView>> separators_; // above these two
     Ref<UIButton> undoButton_;
     Ref<LegibilityHint> hint_;
     Ref<PanelPreview> panelPreview_; // null before the first appearance with a preview

@@ -20,7 +20,6 @@ constexpr CGFloat kStepperIndent = -15;
 constexpr CGFloat kSectionGap = 15;
 constexpr CGFloat kRowGap = 10;
 constexpr CGFloat kStepperGap = 2;
-constexpr CGFloat kSeparatorWidth = 400;
 
 // The presets that come with the panel, in the order of TESMARPresetStyles().
 constexpr std::array kPresetNames{
@@ -82,10 +81,9 @@ void TESMARExtendedViewController::addEdgeAndWindow() {
     std::vector<Row> rows;
     const auto addSeparator = [&] {
         const auto separator = createSeparatorView();
-        separator->addConstraintsWithVisualFormats({{"[line(width)]"}, {"V:[line(1)]"}},
-                                                   {{"line", separator}},
-                                                   {{"width", kSeparatorWidth}});
+        separator->addConstraintsWithVisualFormats({{"V:[line(1)]"}}, {{"line", separator}});
         rows.push_back({.identifier = "", .view = separator, .gap = kRowGap});
+        separators_.push_back(separator);
     };
     if (offers(TESMARExtension::edges)) {
         edges_ = makeWith<TileRow>(&TileRow::initWithTiles, extendedTexts().edgeTitle,
@@ -115,6 +113,12 @@ void TESMARExtendedViewController::addEdgeAndWindow() {
                         .indent = kStepperIndent});
     }
     addRows(RowPlace::last, rows);
+    // As wide as the panel's own, which spans the content.
+    if (UIView* const own = view()->viewWithIdentifier("separator"))
+        for (const auto& separator : separators_)
+            view()->addConstraint(NSLayoutConstraint::constraintWithItem(
+                separator, NSLayoutAttribute::width, NSLayoutRelation::equal, refTo(own),
+                NSLayoutAttribute::width, 1, 0));
 }
 
 void TESMARExtendedViewController::addUndoButton() {
@@ -186,6 +190,9 @@ void TESMARExtendedViewController::applyAppearance() {
 void TESMARExtendedViewController::applyExtendedAppearance() {
     const TESMARExtendedTexts& texts = extendedTexts();
     extendedFontPicker_->setTexts(texts);
+    if (const UIView* const own = view()->viewWithIdentifier("separator"))
+        for (const auto& separator : separators_)
+            separator->setBackgroundColor(own->backgroundColor());
     if (presets_) {
         presets_->applyAppearance(appearance());
         showPreset(CaptionStyle(*editedStyle()));
