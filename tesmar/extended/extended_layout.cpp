@@ -208,9 +208,10 @@ void TESMARExtendedViewController::applyExtendedAppearance() {
         applyAppearanceTo(*windowOpacityStepper_);
     }
     if (undoButton_) {
-        auto* const reset = dynamic_cast<UIButton*>(view()->viewWithIdentifier("resetButton"));
         undoButton_->setTitle(std::string(texts.undo), UIControlStateNormal);
-        undoButton_->titleLabel()->setFont(reset->titleLabel()->font());
+        // A host may have removed the other button since.
+        if (auto* reset = dynamic_cast<UIButton*>(view()->viewWithIdentifier("resetButton")))
+            undoButton_->titleLabel()->setFont(reset->titleLabel()->font());
     }
     if (hint_)
         hint_->applyAppearance(appearance(), texts);

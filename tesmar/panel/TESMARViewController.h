@@ -158,9 +158,9 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
         last,   // below them
         footer, // below the scrolling part, as wide as it
     };
-    // Adds the rows, from top to bottom, to the panel that setupView() has built, where none may
-    // have been added before. Their sizes come from their constraints and contents. An empty list
-    // changes nothing.
+    // Adds the rows, from top to bottom, to the panel that setupView() has built, below those that
+    // were added in the same place before. Their sizes come from their constraints and contents. A
+    // panel that has been laid out anew is a fatal error.
     void addRows(RowPlace place, const std::vector<Row>& rows);
     // The look of the section lines.
     static Ref<UIView> createSeparatorView();

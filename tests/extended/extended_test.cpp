@@ -39,10 +39,10 @@ TEST_F(PanelTest, GroupsThatAreNotOfferedLeaveNoGap) {
     }
 }
 
-struct HostsPanel : TESMARViewController {
+struct HostsPanel : TESMARExtendedViewController {
     explicit HostsPanel(RowPlace at) : place(at) {}
     void setupView() override {
-        TESMARViewController::setupView();
+        TESMARExtendedViewController::setupView();
         added = make<UIView>();
         added->addConstraintsWithVisualFormats({{"[row(>=100)]"}, {"V:[row(30)]"}},
                                                {{"row", added}});
@@ -58,11 +58,11 @@ TEST_F(PanelTest, AHostsSubclassAddsRows) {
     using enum HostsPanel::RowPlace;
     const std::tuple<HostsPanel::RowPlace, const char*, CGFloat, const char*, CGFloat> cases[] = {
         {fixed, "topSeparator", 7, "containerScrollView", 7},
-        {first, "topSeparator", 15, "textColorPicker", 7},
-        {last, "backgroundColorOpacityStepper", 7, "bottomSeparator", 20},
+        {first, "preset", 7, "textColorPicker", 7},
+        {last, "windowColorOpacityStepper", 7, "bottomSeparator", 20},
         {footer, "bottomSeparator", 7, nullptr, 15}};
     for (const auto& [place, above, gapAbove, below, gapBelow] : cases) {
-        HeadlessHost host({640, 600});
+        HeadlessHost host({640, 900});
         const auto panel = std::make_shared<HostsPanel>(place);
         ASSERT_TRUE(panel->init());
         host.window()->presentViewController(panel, false);
