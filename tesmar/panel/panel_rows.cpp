@@ -25,7 +25,7 @@ Gap removeGapAbove(UIView& from, const UIView& below, NSLayoutAttribute edge) {
         const NSLayoutAttribute other = isFirst ? secondEdge : firstEdge;
         if (!(isFirst || isSecond) || !(other == top || other == bottom))
             continue;
-        const Gap gap{isFirst ? second : first, other, std::abs(constraint->constant())};
+        Gap gap{isFirst ? second : first, other, std::abs(constraint->constant())};
         from.removeConstraints({Ref<NSLayoutConstraint>(constraint)});
         return gap;
     }
