@@ -44,6 +44,10 @@ bool LegibilityHint::init() {
                                                      NSLayoutRelation::equal, nullptr,
                                                      NSLayoutAttribute::notAnAttribute, 1, 0);
     addConstraint(height_);
+    actionWidth_ = NSLayoutConstraint::constraintWithItem(action_, NSLayoutAttribute::width,
+                                                          NSLayoutRelation::equal, nullptr,
+                                                          NSLayoutAttribute::notAnAttribute, 1, 0);
+    addConstraint(actionWidth_);
     addConstraintsWithVisualFormats(
         {{"|-10-[message]->=10-[action]-10-|", NSLayoutFormatAlignAllCenterY}}, labels);
     addConstraint(NSLayoutConstraint::constraintWithItem(
@@ -92,6 +96,7 @@ void LegibilityHint::showText() {
     };
     message_->setText(std::string(text()));
     action_->setText(std::string(legibility_ == Legibility::good ? "" : texts_->mend));
+    actionWidth_->setConstant(action_->intrinsicContentSize().width);
 }
 
 void LegibilityHint::describe(UIAccessibleElement& element) const {

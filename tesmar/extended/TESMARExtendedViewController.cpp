@@ -189,12 +189,16 @@ void TESMARExtendedViewController::setWindow(const Ref<UIColor>& color) {
 
 // A colour that is chosen for a transparent window would not be seen.
 void TESMARExtendedViewController::windowColorChanged() {
+    const auto color = windowColorPicker_ ? windowColorPicker_->selectedColor() : nullptr;
+    if (!color)
+        return;
     const double steps = windowOpacityStepper_->value();
-    setWindow(windowColorPicker_->selectedColor()->colorWithAlphaComponent(
-        steps > 0 ? steps / kOpaqueSteps : 1));
+    setWindow(color->colorWithAlphaComponent(steps > 0 ? steps / kOpaqueSteps : 1));
 }
 
 void TESMARExtendedViewController::windowOpacityChanged() {
+    if (!windowColorPicker_)
+        return;
     const auto color = windowColorPicker_->selectedColor();
     setWindow((color ? color : UIColor::blackColor())
                   ->colorWithAlphaComponent(windowOpacityStepper_->value() / kOpaqueSteps));

@@ -4,6 +4,8 @@
 //
 //     auto panel = make<TESMARExtendedViewController>();  // in the place of TESMARViewController
 //
+// A preset or a reset replaces the whole style, with all that the host has put into it.
+//
 // The style has up to three entries more than the panel's (see NSAttributedString, which draws all
 // of them): TESMAREdgeAttributeName, TESMAREdgeColorAttributeName, which the host sets, and
 // TESMARWindowColorAttributeName. They are saved with the others, and a program with an older

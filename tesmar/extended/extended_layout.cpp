@@ -15,6 +15,7 @@ namespace tesmar {
 namespace {
 
 constexpr double kMaximumOpacitySteps = 10;
+constexpr CGFloat kUndoGap = 8; // to the switch, at least; the title becomes smaller for it
 // The opacity stepper starts left of the controls, so that its symbol lines up with them.
 constexpr CGFloat kStepperIndent = -15;
 constexpr CGFloat kSectionGap = 15;
@@ -137,6 +138,10 @@ void TESMARExtendedViewController::addUndoButton() {
     for (const auto edge : {trailing, centerY})
         view()->addConstraint(NSLayoutConstraint::constraintWithItem(
             undoButton_, edge, NSLayoutRelation::equal, refTo(reset), edge, 1, 0));
+    if (UIView* const captionsSwitch = view()->viewWithIdentifier("CCSwitch"))
+        view()->addConstraint(NSLayoutConstraint::constraintWithItem(
+            undoButton_, leading, NSLayoutRelation::greaterThanOrEqual, refTo(captionsSwitch),
+            trailing, 1, kUndoGap));
 }
 
 void TESMARExtendedViewController::showUndo() {
@@ -209,6 +214,7 @@ void TESMARExtendedViewController::applyExtendedAppearance() {
     }
     if (undoButton_) {
         undoButton_->setTitle(std::string(texts.undo), UIControlStateNormal);
+        undoButton_->titleLabel()->setMinimumFontSize(PanelAppearance::kMinimumFontSize);
         // A host may have removed the other button since.
         if (auto* reset = dynamic_cast<UIButton*>(view()->viewWithIdentifier("resetButton")))
             undoButton_->titleLabel()->setFont(reset->titleLabel()->font());

@@ -93,6 +93,14 @@ void giveContrast(NSMutableDictionary& style) {
     const auto text = textColor(before);
     if (raise(style, NSForegroundColorAttributeName, text))
         return;
+    // An outline of the host's own colour may be as dark or as light as the text.
+    const auto outline = before.edgeColor;
+    if (outline) {
+        style.removeObjectForKey(TESMAREdgeColorAttributeName);
+        if (hasContrast(CaptionStyle(style)))
+            return;
+        style.setObject(outline, TESMAREdgeColorAttributeName);
+    }
     if (before.background && raise(style, NSBackgroundColorAttributeName, before.background))
         return;
     const Components letters = over(*text->colorWithAlphaComponent(1), {});

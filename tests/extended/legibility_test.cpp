@@ -31,7 +31,11 @@ Ref<NSMutableDictionary> styleOf(const Look& look) {
     auto style = make<NSMutableDictionary>();
     style->setObject(look.text, NSForegroundColorAttributeName);
     style->setObject(UIFont::systemFontOfSize(look.size), NSFontAttributeName);
-    style->setObject(NSString::stringWithString(look.edge), TESMAREdgeAttributeName);
+    const bool isOwn = look.edge == std::string_view("own"); // black
+    style->setObject(NSString::stringWithString(isOwn ? "uniform" : look.edge),
+                     TESMAREdgeAttributeName);
+    if (isOwn)
+        style->setObject(black(1), TESMAREdgeColorAttributeName);
     if (look.background)
         style->setObject(look.background, NSBackgroundColorAttributeName);
     if (look.window)
@@ -52,6 +56,7 @@ TEST(Legibility, IsMendedWithoutAnythingElse) {
         {"same colours", red, red, nullptr, "none", 17, weakContrast},
         {"thin background", yellow, black(0.1), nullptr, "none", 17, weakContrast},
         {"invisible", white(0), black(1), nullptr, "none", 8.5, invisibleText},
+        {"outline of its colour", black(1), white(0.2), nullptr, "own", 17, weakContrast},
         {"tiny", white(1), black(1), nullptr, "none", 12, tinyText},
         {"small", white(1), black(1), nullptr, "none", 12.75, good}};
     for (const Look& look : looks) {

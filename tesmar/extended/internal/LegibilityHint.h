@@ -34,6 +34,7 @@ class LegibilityHint : public UIControl {
     Ref<UILabel> message_;
     Ref<UILabel> action_;
     Ref<NSLayoutConstraint> height_;
+    Ref<NSLayoutConstraint> actionWidth_; // the message gives way
 };
 
 } // namespace tesmar
