@@ -11,6 +11,7 @@
 #include <sys/inotify.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace tesmar {
 namespace {
@@ -50,7 +51,8 @@ struct TESMARStyleWatch::State {
     fs::path file;
     int descriptor = -1;
     std::set<int> watches;
-    std::string failure;
+    std::string failedStep; // empty if none has failed
+    int error = 0;          // of errno; 0 if the step says all
 
     State() = default;
     ~State() { close(); }
@@ -63,8 +65,9 @@ struct TESMARStyleWatch::State {
         descriptor = -1;
     }
 
-    void fail(const std::string& step, int error) {
-        failure = step + ": " + std::generic_category().message(error);
+    void fail(std::string step, int code) {
+        failedStep = std::move(step);
+        error = code;
         close();
     }
 
@@ -114,7 +117,7 @@ struct TESMARStyleWatch::State {
 TESMARStyleWatch::TESMARStyleWatch() : state_(std::make_unique<State>()) {
     const std::string path = NSUserDefaults::standardUserDefaults()->preferencesPath();
     if (path.empty()) {
-        state_->failure = "there is no preferences file";
+        state_->fail("there is no preferences file", 0);
         return;
     }
     std::error_code error;
@@ -130,8 +133,10 @@ int TESMARStyleWatch::descriptor() const {
     return state_->descriptor;
 }
 
-const std::string& TESMARStyleWatch::failure() const {
-    return state_->failure;
+std::string TESMARStyleWatch::failure() const {
+    if (state_->error == 0)
+        return state_->failedStep;
+    return state_->failedStep + ": " + std::generic_category().message(state_->error);
 }
 
 void TESMARStyleWatch::process() {

@@ -33,7 +33,7 @@ class TESMAR_API TESMARStyleWatch {
     // process(): the host then calls process() when it thinks fit.
     int descriptor() const;
     // Why the descriptor is -1, for developers; else empty.
-    const std::string& failure() const;
+    std::string failure() const;
 
     // Takes the system's reports and calls TESMARConfig::refresh(), which tells the listeners of
     // this thread if the style has changed. They may destroy the watch. Does not wait. When
