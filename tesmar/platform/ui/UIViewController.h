@@ -81,6 +81,11 @@ class TESMAR_API UIViewController : public NSObject {
     // subviews, and again when the room or the constraints of the view have changed.
     virtual std::optional<CGSize> preferredContentSize() { return std::nullopt; }
 
+    // Called while this controller is presented, after the first layout of its view and whenever
+    // the window's size, safe area or caption area (UIWindow::avoidedArea) has changed. An override
+    // may change constraints, which count before the next frame.
+    virtual void surroundingsDidChange() {}
+
     // Completes what a view of this controller told assistive technologies about itself (see
     // UIView::describe): names it, for example. Called for every visible view, and with view() for
     // the controller as a dialog.

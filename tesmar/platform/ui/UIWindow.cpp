@@ -158,6 +158,17 @@ void UIWindow::layoutSubviews() {
     presentations_->layOut();
 }
 
+CGRect UIWindow::cardRoom() const {
+    return tesmar::cardRoom(*this);
+}
+
+CGRect UIWindow::presentedFrame(UIModalPresentationStyle style, CGSize size) const {
+    if (style != UIModalPresentationStyle::card)
+        return paperFrame(*this);
+    const CGRect room = cardRoom();
+    return cardFrame({room, preferredSizeIn(room.size, size), avoidedArea_});
+}
+
 // --- Controllers --------------------------------------------------------------------------------
 
 Ref<UIViewController> UIWindow::presentedViewController() const {

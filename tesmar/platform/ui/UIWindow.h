@@ -176,6 +176,10 @@ class TESMAR_API UIWindow : public UIView {
 
     // The captionArea() that has taken effect.
     const std::optional<CGRect>& avoidedArea() const { return avoidedArea_; }
+    // What cards have at most: the safe area without a margin.
+    CGRect cardRoom() const;
+    // Where a controller that prefers this size would be presented now.
+    CGRect presentedFrame(UIModalPresentationStyle style, CGSize size) const;
     // The pixels of the surface that `rect` (window coordinates) covers, even partly.
     PixelRect surfacePixels(const CGRect& rect) const;
     // Marks these pixels of the surface as out of date.

@@ -16,9 +16,7 @@ CGSize preferredSize(UIViewController& controller, CGSize room) {
     const auto content = controller.view();
     content->setFrame({content->frame().origin, room});
     content->layoutIfNeeded();
-    const CGSize size = controller.preferredContentSize().value_or(room);
-    return {finite(size.width, 0, room.width, room.width),
-            finite(size.height, 0, room.height, room.height)};
+    return preferredSizeIn(room, controller.preferredContentSize().value_or(room));
 }
 
 // On whole pixels, so that the content's edges stay sharp.

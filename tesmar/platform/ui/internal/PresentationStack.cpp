@@ -373,14 +373,25 @@ void PresentationStack::layOut(const Shared& presentation) {
     const auto controller = presentation->controller;
     if (!presentation->container || !controller->isViewLoaded())
         return;
-    const bool card = presentation->style == UIModalPresentationStyle::card;
-    const auto container = presentation->container;
-    if (card) {
-        presentation->place->update(*controller);
-        moveCard(*presentation);
+    place(*presentation);
+    const Surroundings now{window_.bounds().size, window_.safeAreaInsets(), window_.avoidedArea()};
+    if (presentation->around == now)
+        return;
+    presentation->around = now;
+    controller->view()->layoutIfNeeded();
+    controller->surroundingsDidChange();
+    if (presentation->container && controller->isViewLoaded())
+        place(*presentation);
+}
+
+void PresentationStack::place(Presentation& presentation) {
+    if (presentation.place) {
+        presentation.place->update(*presentation.controller);
+        moveCard(presentation);
     } else {
-        container->setFrame(paperFrame(window_));
-        controller->view()->setFrame(safePartOfPaper(window_, container->frame()));
+        const auto view = presentation.controller->view();
+        presentation.container->setFrame(paperFrame(window_));
+        view->setFrame(safePartOfPaper(window_, presentation.container->frame()));
     }
 }
 

@@ -62,6 +62,12 @@ class PresentationStack {
     enum class Stage { appearing, shown, dismissing, removed };
     // Whether full-screen controllers above hide this one, as far as the controller has been told.
     enum class Cover { none, covering, covered, uncovering };
+    struct Surroundings {
+        CGSize size;
+        UIEdgeInsets safeArea;
+        std::optional<CGRect> captions;
+        bool operator==(const Surroundings&) const = default;
+    };
     struct Presentation {
         Ref<UIViewController> controller;
         WeakRef<UIViewController> presenter;
@@ -76,6 +82,7 @@ class PresentationStack {
         std::unique_ptr<Transition> progress; // 0 dismissed … 1 in place
         std::unique_ptr<Transition> pulled;   // how far a finger has dragged the card, in points
         std::unique_ptr<CardPlace> place;     // of a card
+        std::optional<Surroundings> around;   // that the controller knows of
 
         bool isToldHidden() const { return cover == Cover::covering || cover == Cover::covered; }
     };
@@ -83,6 +90,7 @@ class PresentationStack {
 
     Shared find(const UIViewController& controller) const;
     void layOut(const Shared& presentation);
+    void place(Presentation& presentation);
     static void moveCard(Presentation& presentation);
     void showProgress(Presentation& presentation);
     // Those below that `presentation`, if it fills the window, hides; bottom to top.

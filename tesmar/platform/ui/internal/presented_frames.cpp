@@ -73,6 +73,11 @@ CGRect cardRoom(const UIWindow& window) {
     return inset.isEmpty() ? surface : inset;
 }
 
+CGSize preferredSizeIn(CGSize room, CGSize preferred) {
+    return {finite(preferred.width, 0, room.width, room.width),
+            finite(preferred.height, 0, room.height, room.height)};
+}
+
 CGRect cardFrame(const CardSurroundings& around) {
     return centred(bestPart(around), around.size);
 }

@@ -20,6 +20,8 @@ struct CardSurroundings {
 };
 
 CGRect cardRoom(const UIWindow& window);
+// `preferred` where it is a number, but not larger than the room.
+CGSize preferredSizeIn(CGSize room, CGSize preferred);
 // Centred in the best part of the room.
 CGRect cardFrame(const CardSurroundings& around);
 // As high as it can be with its upper edge at `top`; nothing when that is not enough.
