@@ -116,6 +116,24 @@ Ref<NSDictionary> TESMARCaptionView::shownStyle() const {
     return style;
 }
 
+void TESMARCaptionView::beginCopy(const Ref<TESMARCaptionView>& copy) {
+    endCopy(*copy);
+    copies_.emplace_back(copy);
+    updateCopy(*copy);
+}
+
+void TESMARCaptionView::endCopy(const TESMARCaptionView& copy) {
+    std::erase_if(copies_, [&](const auto& weak) {
+        const auto other = weak.lock();
+        return !other || other.get() == &copy;
+    });
+}
+
+void TESMARCaptionView::updateCopy(TESMARCaptionView& copy) const {
+    copy.setText(shownText());
+    copy.setStyle(shownStyle());
+}
+
 // --- Place --------------------------------------------------------------------------------------
 
 CGRect TESMARCaptionView::room() const {
@@ -201,6 +219,9 @@ void TESMARCaptionView::update() {
     setClipsToBounds(isCut);
     setFrame({lines.minX() + left, lines.minY(), right - left, lines.size.height});
     setNeedsDisplay();
+    for (const auto& weak : copies_)
+        if (const auto copy = weak.lock())
+            updateCopy(*copy);
 }
 
 void TESMARCaptionView::draw(CGRect) {

@@ -16,6 +16,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tesmar {
 
@@ -49,6 +50,7 @@ class TESMAR_API TESMARCaptionView : public UIView {
     // The dictionary is copied.
     void setStyle(const Ref<NSDictionary>& style);
     // The picture, in the superview's coordinates; initially empty.
+    CGRect area() const { return area_; }
     void setArea(CGRect area);
     // Margins of the area that captions keep clear of, in points; initially zero.
     void setSafeAreaInsets(UIEdgeInsets insets);
@@ -72,6 +74,11 @@ class TESMAR_API TESMARCaptionView : public UIView {
     // The style in which it is shown, with the size that it has.
     Ref<NSDictionary> shownStyle() const;
 
+    // Makes `copy` show the same text, in the same style and size, in an area and at a place of its
+    // own, until endCopy() or the end of either view: a hidden view's copy, too.
+    void beginCopy(const Ref<TESMARCaptionView>& copy);
+    void endCopy(const TESMARCaptionView& copy);
+
     void draw(CGRect rect) override;
     UIEdgeInsets drawingOverflow() const override { return overflow_; }
 
@@ -83,6 +90,7 @@ class TESMAR_API TESMARCaptionView : public UIView {
     CGRect placed(CGSize size) const;
     void update();
     void updateSample();
+    void updateCopy(TESMARCaptionView& copy) const;
 
     std::string text_;
     std::string sample_;
@@ -95,6 +103,7 @@ class TESMAR_API TESMARCaptionView : public UIView {
 
     Ref<NSAttributedString> shown_; // null for nothing
     UIEdgeInsets overflow_;
+    std::vector<WeakRef<TESMARCaptionView>> copies_;
 };
 
 } // namespace tesmar

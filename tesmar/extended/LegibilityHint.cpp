@@ -9,7 +9,6 @@ namespace tesmar {
 namespace {
 
 constexpr CGFloat kTextSize = 14; // points
-constexpr CGFloat kGapAbove = 6;
 constexpr CGFloat kRadius = 8;
 
 // Black and the dark blue have 17 : 1 and 6 : 1 on the paper.
@@ -64,7 +63,7 @@ bool LegibilityHint::show(Legibility legibility) {
     legibility_ = legibility;
     const bool isShown = legibility != Legibility::good;
     setHidden(!isShown);
-    height_->setConstant(isShown ? kTouchTarget + kGapAbove : 0);
+    height_->setConstant(isShown ? kHeight : 0);
     showText();
     return true;
 }

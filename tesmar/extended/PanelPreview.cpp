@@ -1,6 +1,7 @@
 #include "tesmar/extended/internal/PanelPreview.h"
 
 #include "tesmar/platform/foundation/runtime.h"
+#include "tesmar/platform/ui/UIControl.h"
 #include "tesmar/platform/ui/UIWindow.h"
 
 #include <algorithm>
@@ -12,7 +13,9 @@ namespace {
 constexpr CGFloat kPictureWhite = 0.45; // stands for the picture
 constexpr CGFloat kPadding = 6;         // points
 constexpr CGFloat kHighest = 96;
-constexpr const char* kTwoLines = "x\nx";
+constexpr CGFloat kLowest = 34; // one line of the default size
+constexpr CGFloat kOfRoom = 0.25;
+constexpr int kCoveredLines = 2;
 
 } // namespace
 
@@ -39,40 +42,37 @@ bool PanelPreview::init() {
 }
 
 void PanelPreview::follow(const Ref<TESMARCaptionView>& captions) {
+    if (const auto before = captions_.lock())
+        before->endCopy(*copy_);
     captions_ = captions;
-    decidedFor_ = {};
-    decidedIn_ = {};
-    if (!captions)
-        setShown(false);
+    if (captions)
+        captions->beginCopy(copy_);
+    setHeight(0);
 }
 
-void PanelPreview::update(const UIView& panel) {
+void PanelPreview::decide(const Surroundings& panel) {
     const auto captions = captions_.lock();
-    const UIWindow* const in = panel.window();
+    const UIWindow* const in = window();
     if (!captions || !in || captions->window() != in)
+        return setHeight(0);
+    const CGRect room = in->cardRoom();
+    if (!isHidden() && room == decidedIn_ && captions->area() == decidedFor_)
         return;
-    const CGRect place = captions->convertRectTo(captions->bounds(), nullptr);
-    const CGSize size = in->frame().size;
-    if (!isShown() || place != decidedFor_ || size != decidedIn_) {
-        decidedFor_ = place;
-        decidedIn_ = size;
-        // The card: the panel itself is also laid out in all of the room, to be measured.
-        const UIView& card = panel.superview() ? *panel.superview() : panel;
-        const CGRect covered = card.convertRectTo(card.bounds(), nullptr);
-        setShown(!CGRectIntersection(covered, place).isEmpty());
-    }
-    if (!isShown())
-        return;
-    copy_->setText(captions->shownText());
-    copy_->setStyle(captions->shownStyle());
-    const auto lines = NSAttributedString::attributedString(kTwoLines, captions->shownStyle());
-    height_->setConstant(std::min(kHighest, std::ceil(lines->size().height + 4 * kPadding)));
+    decidedIn_ = room;
+    decidedFor_ = captions->area();
+    const CGRect lines = captions->areaForLines(kCoveredLines);
+    const CGRect covered = in->presentedFrame(panel.style, panel.size);
+    if (CGRectIntersection(covered, captions->superview()->convertRectTo(lines, nullptr)).isEmpty())
+        return setHeight(0);
+    const CGFloat height = std::min({kHighest, room.size.height * kOfRoom,
+                                     room.size.height - panel.beside - UIControl::kTouchTarget});
+    setHeight(height < kLowest ? 0 : std::floor(height));
 }
 
-void PanelPreview::setShown(bool shown) {
-    setHidden(!shown);
-    if (!shown)
-        height_->setConstant(0);
+void PanelPreview::setHeight(CGFloat height) {
+    setHidden(height == 0);
+    if (height_->constant() != height)
+        height_->setConstant(height);
 }
 
 void PanelPreview::layoutSubviews() {

@@ -47,7 +47,10 @@ TESMARExtendedViewController::TESMARExtendedViewController(Ref<ExtendedFontPicke
     registerClass(classObject());
 }
 
-TESMARExtendedViewController::~TESMARExtendedViewController() = default;
+TESMARExtendedViewController::~TESMARExtendedViewController() {
+    if (shownPreview_) // the window has gone first
+        shownPreview_->endSample();
+}
 
 // --- Properties of the host ---------------------------------------------------------------------
 
@@ -223,8 +226,13 @@ void TESMARExtendedViewController::viewWillDisappear(bool animated) {
     const auto self = refTo(this);
     undoStyle_ = nullptr;
     showUndo();
-    endPreview();
     TESMARViewController::viewWillDisappear(animated);
+}
+
+void TESMARExtendedViewController::viewDidDisappear(bool animated) {
+    const auto self = refTo(this);
+    endPreview();
+    TESMARViewController::viewDidDisappear(animated);
 }
 
 } // namespace tesmar

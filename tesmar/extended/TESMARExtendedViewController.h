@@ -69,8 +69,10 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     void setExtendedTexts(const TESMARExtendedTexts& texts);
     // The view of the host's captions, or null, as initially. While the panel is shown, a sample in
     // the panel's language stands there whenever the host has no caption. Where the panel covers
-    // that view, a copy of what it shows stands in the panel, above the scrolling part. The panel
-    // owns the view. Counts from the next appearance on.
+    // two lines of that view, a copy of what it shows stands in the panel, above the scrolling
+    // part, if that leaves enough room for the controls; this is decided when the panel appears and
+    // when the window's size, safe area or caption area changes. The panel owns the view. Counts
+    // from the next appearance on.
     void setPreview(const Ref<TESMARCaptionView>& captions) { preview_ = captions; }
     // Whether the reset button's place offers undo.
     bool canUndo() const { return undoStyle_ != nullptr; }
@@ -81,7 +83,8 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     void setupView() override;
     void viewWillAppear(bool animated) override;
     void viewWillDisappear(bool animated) override;
-    void viewDidLayoutSubviews() override;
+    void viewDidDisappear(bool animated) override;
+    void surroundingsDidChange() override;
     void describe(const UIView& view, UIAccessibleElement& element) override;
     void resetButtonTap() override;
 
@@ -138,7 +141,7 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     std::vector<Ref<UIView>> separators_; // above these two
     Ref<UIButton> undoButton_;
     Ref<LegibilityHint> hint_;
-    Ref<PanelPreview> panelPreview_; // null before the first appearance with a preview
+    Ref<PanelPreview> panelPreview_;
 
     Ref<TESMARCaptionView> preview_;
     Ref<TESMARCaptionView> shownPreview_; // of the present appearance

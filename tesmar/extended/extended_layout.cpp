@@ -170,10 +170,19 @@ void TESMARExtendedViewController::endPreview() {
     }
 }
 
-void TESMARExtendedViewController::viewDidLayoutSubviews() {
-    TESMARViewController::viewDidLayoutSubviews();
-    if (shownPreview_)
-        panelPreview_->update(*view());
+void TESMARExtendedViewController::surroundingsDidChange() {
+    TESMARViewController::surroundingsDidChange();
+    const auto preferred = preferredContentSize();
+    const UIView* const controls = view()->viewWithIdentifier("containerScrollView");
+    if (!shownPreview_ || !preferred || !controls)
+        return;
+    // Without the preview itself, which may be why the panel is so large.
+    const CGFloat preview = panelPreview_->height();
+    const CGFloat later = hint_ && hint_->isHidden() ? LegibilityHint::kHeight : 0;
+    panelPreview_->decide(
+        {.size = {preferred->width, preferred->height - preview},
+         .style = modalPresentationStyle(),
+         .beside = view()->frame().size.height - controls->frame().size.height - preview + later});
 }
 
 // In the language of the panel's texts; English for texts of the host's own.

@@ -15,6 +15,9 @@ class LegibilityHint : public UIControl {
     TESMAR_CLASS
 
   public:
+    static constexpr CGFloat kGapAbove = 6; // points
+    static constexpr CGFloat kHeight = kTouchTarget + kGapAbove;
+
     bool init() override;
 
     // Returns whether the hint has appeared, gone or changed.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tesmar/captions/TESMARCaptionView.h"
+#include "tesmar/platform/ui/UIViewController.h"
 
 namespace tesmar {
 
@@ -12,25 +13,30 @@ class PanelPreview : public UIView {
   public:
     bool init() override;
 
-    // Follows `captions` until it is given null. The panel and the captions must be in one window
-    // for the panel to cover them.
+    // Follows `captions` until it is given null, and is hidden at first.
     void follow(const Ref<TESMARCaptionView>& captions);
-    // Shows the captions if `panel`, a view in the window, covers them. To be called after each
-    // layout. Once shown, they stay until the window or their own place changes: they may
-    // themselves be why the panel has become larger.
-    void update(const UIView& panel);
-    bool isShown() const { return !isHidden(); }
+    // What of the panel is where, in points.
+    struct Surroundings {
+        CGSize size; // that the panel prefers
+        UIModalPresentationStyle style;
+        CGFloat beside; // the height of all that does not scroll, now or possibly later
+    };
+    // Shows the captions if a panel covers them in this view's window, and has room for them beside
+    // its controls. Once shown, they stay until the window or the picture changes, so that no
+    // change of the style moves the controls up again.
+    void decide(const Surroundings& panel);
+    CGFloat height() const { return height_->constant(); }
 
     void layoutSubviews() override;
 
   private:
-    void setShown(bool shown);
+    void setHeight(CGFloat height);
 
     WeakRef<TESMARCaptionView> captions_;
     Ref<TESMARCaptionView> copy_;
-    Ref<NSLayoutConstraint> height_;
-    CGRect decidedFor_; // the place of the captions
-    CGSize decidedIn_;  // the window
+    Ref<NSLayoutConstraint> height_; // 0 where it is hidden
+    CGRect decidedIn_;               // the room for cards
+    CGRect decidedFor_;              // the picture
 };
 
 } // namespace tesmar
