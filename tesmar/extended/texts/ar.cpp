@@ -8,7 +8,7 @@ constinit const TESMARExtendedTexts extendedTexts_ar{
     .presetsTitle = "النمط",
     .edgeTitle = "حافة النص",
     .windowColorTitle = "لون الإطار",
-    .windowOpacityTitle = "العتامة",
+    .windowOpacityTitle = "التعتيم",
     .undo = "تراجع",
     .customPreset = "مخصص",
     .defaultPreset = "افتراضي",
