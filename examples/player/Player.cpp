@@ -19,7 +19,7 @@ constexpr const char* kSampleCaption = "Captions look like this.\nThe panel chan
 
 Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     : window_(std::move(window)), safeArea_(window_->safeAreaInsets()), video_(video),
-      remembersStyle_(options.remembersStyle),
+      remembersStyle_(options.remembersStyle), panelShowsCaptions_(options.isExtended),
       // The first captions already have the style that the viewer chose last time.
       style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()),
       panel_(makePanel(options.isExtended)) {
@@ -85,9 +85,11 @@ void Player::layOut() {
     window_->setSafeAreaInsets(
         {safeArea_.top, safeArea_.left, std::max(bar, safeArea_.bottom), safeArea_.right});
     window_->setCaptionArea(reserved_);
-    // Where the panel leaves too little room, large captions lie in front of it.
+    // Where the panel leaves too little room, large captions lie in front of it, unless it shows
+    // them itself.
     const auto root = window_->rootViewController()->view();
-    UIView* const wanted = isPanelOpen() && !captionsFit_ ? window_.get() : root.get();
+    const bool isInFront = isPanelOpen() && !captionsFit_ && !panelShowsCaptions_;
+    UIView* const wanted = isInFront ? window_.get() : root.get();
     if (captions_->superview() != wanted)
         wanted->addSubview(captions_);
 }

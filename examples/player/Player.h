@@ -46,6 +46,7 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     Video* video_;
     bool captionsAreOn_ = true;
     bool remembersStyle_;
+    bool panelShowsCaptions_; // where it covers them
     tesmar::Ref<tesmar::NSDictionary> style_;
 
     tesmar::Ref<tesmar::TESMARCaptionView> captions_ = tesmar::make<tesmar::TESMARCaptionView>();

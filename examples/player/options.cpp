@@ -114,7 +114,5 @@ std::optional<Options> parseOptions(int argc, const char* const* argv) {
 }
 
 std::string usage() {
-    return commandLine().help() +
-           "\nc or the CC button: the panel   space: pause   left, right: 5 seconds\n"
-           "f: full screen   q: quit\n";
+    return commandLine().help();
 }
