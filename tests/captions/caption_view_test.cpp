@@ -108,6 +108,9 @@ TEST(CaptionView, HostileTextsStayInBounds) {
         EXPECT_LE(captions.view->frame().maxY(), 150);
         captions.view->setArea({nan, nan, -5, nan});
         captions.host.render();
+        captions.view->setStyle(NSDictionary::dictionaryWithEntries(
+            {{std::string(NSFontAttributeName), UIFont::systemFontOfSize(1e-300)}}));
+        captions.host.render();
     }
 }
 

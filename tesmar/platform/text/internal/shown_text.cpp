@@ -42,8 +42,8 @@ std::string shownText(const std::string& text, double pointSize, NSLineBreakMode
     const Omitted omitted = omittedPart(mode, lineCount);
     // In any font the characters, one below or beside the other, then stay within pango's int.
     constexpr double kLargestTotalSize = 500'000; // points
-    const auto most = std::min<glong>(TextLayout::kMostShownCharacters,
-                                      static_cast<glong>(kLargestTotalSize / pointSize));
+    const auto most = static_cast<glong>(
+        std::min<double>(TextLayout::kMostShownCharacters, kLargestTotalSize / pointSize));
     if (text.size() <= static_cast<std::size_t>(most) ||
         g_utf8_strlen(text.data(), static_cast<gssize>(text.size())) <= most)
         return text;
