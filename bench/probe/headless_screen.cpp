@@ -17,7 +17,7 @@ class HeadlessScreen : public Screen {
 
     void settle() override {
         while (NSRunLoop::mainRunLoop().nextDeadline())
-            host_.advance(NSRunLoop::kFrameInterval);
+            host_.advance(NSRunLoop::kDefaultFrameInterval);
         host_.render();
     }
 
@@ -26,7 +26,7 @@ class HeadlessScreen : public Screen {
         int wakeups = 0;
         for (const double end = now() + seconds;
              NSRunLoop::mainRunLoop().nextDeadline() && now() < end; ++wakeups)
-            host_.advance(NSRunLoop::kFrameInterval);
+            host_.advance(NSRunLoop::kDefaultFrameInterval);
         return wakeups + window()->needsRender();
     }
 

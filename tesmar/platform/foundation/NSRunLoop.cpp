@@ -17,6 +17,8 @@ constexpr double kNever = std::numeric_limits<double>::infinity();
 // Items run at their own times in one advanceTo(); as many again run at its end. Without a limit,
 // work that reschedules itself would hang the host after a long pause.
 constexpr int kMostItemsOnTime = 10'000;
+constexpr double kShortestFrame = 0.001; // seconds
+constexpr double kLongestFrame = 0.1;
 
 } // namespace
 
@@ -39,6 +41,8 @@ void NSRunLoop::advanceTo(double time) {
     assertMainThread("NSRunLoop::advanceTo");
     if (!std::isfinite(time))
         return;
+    const Turn turn(*this);
+    isWoken_ = false;
     const double end = std::max(now_, time);
     for (int fired = 0; fired < 2 * kMostItemsOnTime;) {
         const double item = items_.empty() ? kNever : items_.front().due;
@@ -56,6 +60,11 @@ void NSRunLoop::advanceTo(double time) {
 
 std::optional<double> NSRunLoop::nextDeadline() const {
     assertMainThread("NSRunLoop::nextDeadline");
+    isWoken_ = false;
+    return earliest();
+}
+
+std::optional<double> NSRunLoop::earliest() const {
     std::optional<double> deadline;
     if (!items_.empty() && items_.front().due < kNever)
         deadline = items_.front().due;
@@ -66,15 +75,47 @@ std::optional<double> NSRunLoop::nextDeadline() const {
     return deadline;
 }
 
+void NSRunLoop::setFrameInterval(double seconds) {
+    assertMainThread("NSRunLoop::setFrameInterval");
+    frameInterval_ = std::isnan(seconds) ? kDefaultFrameInterval
+                                         : std::clamp(seconds, kShortestFrame, kLongestFrame);
+}
+
+void NSRunLoop::setWakeHandler(std::function<void()> handler) {
+    assertMainThread("NSRunLoop::setWakeHandler");
+    wakeHandler_ =
+        handler ? std::make_shared<const std::function<void()>>(std::move(handler)) : nullptr;
+    isWoken_ = false;
+}
+
+void NSRunLoop::wake() {
+    if (!wakeHandler_ || turns_ > 0 || std::exchange(isWoken_, true))
+        return;
+    const auto handler = wakeHandler_; // it may be replaced meanwhile
+    try {
+        (*handler)();
+    } catch (...) { // NOLINT(bugprone-empty-catch): the change that is under way must go on
+    }
+}
+
+void NSRunLoop::wakeIfEarlierThan(const std::optional<double>& deadline) {
+    const auto now = wakeHandler_ ? earliest() : std::nullopt;
+    if (now && (!deadline || *now < *deadline))
+        wake();
+}
+
 std::uint64_t NSRunLoop::schedule(double delay, std::function<void()> work) {
     assertMainThread("NSRunLoop::schedule");
     if (!work)
         fatalError("NSRunLoop::schedule: the work is an empty function");
     const double due = now_ + (delay > 0 ? delay : 0);
+    const auto before = earliest();
     const auto at = std::upper_bound(items_.begin(), items_.end(), due,
                                      [](double d, const Item& item) { return d < item.due; });
-    items_.insert(at, Item{++lastId_, due, nullptr, std::move(work)});
-    return lastId_;
+    const auto id = ++lastId_;
+    items_.insert(at, Item{id, due, nullptr, std::move(work)});
+    wakeIfEarlierThan(before);
+    return id;
 }
 
 void NSRunLoop::cancel(std::uint64_t id) {
@@ -123,9 +164,11 @@ void NSRunLoop::addFrameClient(const Ref<FrameClient>& client) {
     for (const auto& known : frameClients_)
         if (!known.owner_before(client) && !client.owner_before(known))
             return;
+    const auto before = earliest();
     if (frameClients_.empty())
-        nextFrame_ = now_ + kFrameInterval;
+        nextFrame_ = now_ + frameInterval_;
     frameClients_.push_back(client);
+    wakeIfEarlierThan(before);
 }
 
 void NSRunLoop::fireNextItem() {
@@ -136,11 +179,11 @@ void NSRunLoop::fireNextItem() {
 
 void NSRunLoop::runFrames(double time) {
     // Skips missed frames: the host has not drawn meanwhile.
-    const double missed = std::floor((time - nextFrame_) / kFrameInterval);
-    const double at = std::min(nextFrame_ + std::max(missed, 0.0) * kFrameInterval, time);
+    const double missed = std::floor((time - nextFrame_) / frameInterval_);
+    const double at = std::min(nextFrame_ + std::max(missed, 0.0) * frameInterval_, time);
     now_ = std::max(now_, at);
     // At huge times adding an interval changes nothing, so use the next representable double.
-    nextFrame_ = std::max(at + kFrameInterval, std::nextafter(at, kNever));
+    nextFrame_ = std::max(at + frameInterval_, std::nextafter(at, kNever));
 
     // A copy, because clients may add and remove clients. Its memory is reused.
     auto clients = std::exchange(frameScratch_, {});

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -27,7 +28,7 @@ class TESMAR_API FrameClient {
 
 class TESMAR_API NSRunLoop {
   public:
-    static constexpr double kFrameInterval = 1.0 / 60; // seconds
+    static constexpr double kDefaultFrameInterval = 1.0 / 60; // seconds
 
     // The one run loop of the process; never destroyed.
     static NSRunLoop& mainRunLoop();
@@ -45,6 +46,34 @@ class TESMAR_API NSRunLoop {
     void advanceTo(double time);
     // The time at which advanceTo() next has work to do; std::nullopt if there is none.
     std::optional<double> nextDeadline() const;
+
+    // Seconds between two frames of motion, initially kDefaultFrameInterval: a host whose display
+    // has another rate sets it. Clamped to 0.001 to 0.1; NaN becomes the default. Takes effect
+    // after the next frame.
+    double frameInterval() const { return frameInterval_; }
+    void setFrameInterval(double seconds);
+
+    // For hosts that sleep in an event loop: `handler` is called when nextDeadline() has become
+    // earlier, or a window has something to paint. It is called once until the next advanceTo() or
+    // nextDeadline(), and not from inside advanceTo(), UIWindow::needsRender() and
+    // UIWindow::render(), after which the host looks anyway. It may run in the middle of a change,
+    // so it should only make the host's loop turn soon; of this library it may call now() and
+    // nextDeadline(). What it throws is dropped. Owned; an empty function, the initial one, for
+    // none.
+    void setWakeHandler(std::function<void()> handler);
+    // Calls the handler as described there. For windows and views.
+    void wake();
+    // While one exists, wake() does nothing: the host will look at windows and deadlines anyway.
+    class TESMAR_API Turn {
+      public:
+        explicit Turn(NSRunLoop& loop) : loop_(loop) { ++loop_.turns_; }
+        ~Turn() { --loop_.turns_; }
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+
+      private:
+        NSRunLoop& loop_;
+    };
 
     // Calls `work` once, `delay` seconds from now; in the next advanceTo() if that is not positive
     // or NaN. Owns `work` until it has run or is cancelled. Returns an id for cancel().
@@ -72,6 +101,8 @@ class TESMAR_API NSRunLoop {
         std::function<void()> work;
     };
 
+    std::optional<double> earliest() const;
+    void wakeIfEarlierThan(const std::optional<double>& deadline);
     void fireNextItem();
     void runFrames(double time);
 
@@ -81,6 +112,10 @@ class TESMAR_API NSRunLoop {
     std::vector<WeakRef<FrameClient>> frameClients_;
     std::vector<WeakRef<FrameClient>> frameScratch_; // empty between frames; keeps its memory
     double nextFrame_ = 0;                           // valid while there are frame clients
+    double frameInterval_ = kDefaultFrameInterval;
+    std::shared_ptr<const std::function<void()>> wakeHandler_;
+    mutable bool isWoken_ = false; // the handler has been called, and the host has not looked yet
+    int turns_ = 0;
 };
 
 } // namespace tesmar

@@ -242,6 +242,7 @@ void UIControl::didMoveToWindow() {
     if (window())
         return;
     stopTracking();
+    NSRunLoop::mainRunLoop().cancel(std::exchange(flashTimer_, 0));
     setHighlighted(false);
 }
 

@@ -131,8 +131,11 @@ void UIScrollView::layoutSubviews() {
 }
 
 void UIScrollView::didMoveToWindow() {
-    if (!window())
-        tracking_->leaveWindow();
+    if (window())
+        return;
+    NSRunLoop::mainRunLoop().cancel(std::exchange(flashTimer_, 0));
+    indicators_->hide();
+    tracking_->leaveWindow();
 }
 
 // --- Indicators ---------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 #include "tesmar/platform/foundation/export.h"
 #include "tesmar/platform/geometry/geometry.h"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace tesmar {
@@ -31,12 +32,12 @@ class TESMAR_API UITouch {
     UITouchSource source() const { return source_; }
     // How far outside a control, in points, a touch that is down still counts as on it.
     CGFloat trackingMargin() const { return source_ == UITouchSource::mouse ? 10 : 70; }
-    // Time of the last event, in seconds on the host's clock.
+    // Time of the last event, in seconds on the host's clock; never goes back.
     double timestamp() const { return time_; }
 
     void moveTo(CGPoint point, double time) {
         point_ = point;
-        time_ = time;
+        time_ = std::max(time_, time);
     }
 
   private:

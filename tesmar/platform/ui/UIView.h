@@ -279,6 +279,7 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
 
   private:
     friend class UIViewController;
+    friend class UIWindow;
 
     UIView& layoutRoot();
     void layoutTree();
@@ -292,6 +293,8 @@ class TESMAR_API UIView : public NSObject, public LayoutItem {
     CGRect drawnRect() const;
     CGRect onSurface(const CGRect& rect, CGPoint origin, CGFloat scale) const;
     CGRect subtreeExtent(CGPoint origin, CGFloat scale) const;
+    CGRect shownExtent(CGFloat scale) const; // empty where it is hidden
+    void wakeHost() const;
     UIWindow* windowToDamage() const;
     void damageSubtree();
     void damagePlace(); // as above, but all in it still looks the same

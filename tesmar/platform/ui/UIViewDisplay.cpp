@@ -106,6 +106,10 @@ CGRect UIView::subtreeExtent(CGPoint origin, CGFloat scale) const {
     return extent;
 }
 
+CGRect UIView::shownExtent(CGFloat scale) const {
+    return hidden_ || alpha_ <= 0 ? CGRect{} : subtreeExtent(originOnSurface(), scale);
+}
+
 PixelRect UIView::visiblePixels(CGRect rect, const UIWindow& window) const {
     CGPoint origin = originOnSurface();
     for (const UIView* view = this; view; view = view->superview_) {

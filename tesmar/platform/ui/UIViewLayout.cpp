@@ -1,4 +1,5 @@
 // Layout of views: constraints, intrinsic sizes, and the layout pass.
+#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/foundation/internal/main_thread.h"
 #include "tesmar/platform/foundation/runtime.h"
 #include "tesmar/platform/layout/internal/LayoutEngine.h"
@@ -140,6 +141,7 @@ void UIView::setNeedsLayout() {
     assertMainThread("UIView::setNeedsLayout");
     needsLayout_ = true;
     layoutRoot().treeNeedsLayout_ = true;
+    wakeHost();
 }
 
 void UIView::layoutNeedsUpdate() {
@@ -149,6 +151,13 @@ void UIView::layoutNeedsUpdate() {
     ++root.layoutChanges_;
     if (root.engine_)
         root.engine_->invalidate();
+    wakeHost();
+}
+
+// The next frame lays out, which may change pixels.
+void UIView::wakeHost() const {
+    if (window())
+        NSRunLoop::mainRunLoop().wake();
 }
 
 void UIView::setLayoutFrame(const CGRect& frame) {

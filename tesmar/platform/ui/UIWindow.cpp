@@ -7,9 +7,9 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIImage.h"
 #include "tesmar/platform/ui/UIControl.h"
-#include "tesmar/platform/ui/internal/CurrentContext.h"
 #include "tesmar/platform/ui/internal/DamageHistory.h"
 #include "tesmar/platform/ui/internal/HoverMark.h"
+#include "tesmar/platform/ui/internal/PassThroughView.h"
 #include "tesmar/platform/ui/internal/PresentationStack.h"
 #include "tesmar/platform/ui/internal/TouchDispatcher.h"
 #include "tesmar/platform/ui/internal/accessibility/AccessibilityMonitor.h"
@@ -39,22 +39,6 @@ CGFloat finiteScale(CGFloat scale, CGSize size) {
     const CGFloat side = std::max({size.width, size.height, 1.0});
     return std::min(wanted, kLargestPixel / side);
 }
-
-// Whether the rows of a surface lie within `bytes` bytes.
-bool fits(const PixelRect& surface, int stride, std::size_t bytes) {
-    const long long row = 4LL * surface.width;
-    return !surface.isEmpty() && stride >= row && stride % 4 == 0 &&
-           bytes >= static_cast<std::size_t>((surface.height - 1LL) * stride + row);
-}
-
-// Takes touches only on its subviews.
-class PassThroughView : public UIView {
-  public:
-    UIView* hitTest(CGPoint point) override {
-        UIView* const hit = UIView::hitTest(point);
-        return hit == this ? nullptr : hit;
-    }
-};
 
 class RootController : public UIViewController {
   public:
@@ -96,27 +80,40 @@ Ref<UIWindow> UIWindow::windowWithSize(CGSize size, CGFloat scale) {
 
 void UIWindow::setSize(CGSize size) {
     assertMainThread("UIWindow::setSize");
-    const auto self = refTo(this);
-    size = finiteSize(size);
-    if (size == frame().size)
-        return;
-    setFrame({{}, size});
-    setScale(wantedScale_);
-    history_->clear(); // its rectangles are those of another surface
-    invalidate();
-    layoutSubviews();
+    resize(finiteSize(size), wantedScale_);
 }
 
 void UIWindow::setScale(CGFloat scale) {
     assertMainThread("UIWindow::setScale");
+    resize(frame().size, scale);
+}
+
+void UIWindow::setPixelSize(int width, int height, CGFloat scale) {
+    assertMainThread("UIWindow::setPixelSize");
+    const CGSize pixels{finite(width, 0, kLargestPixel, 0), finite(height, 0, kLargestPixel, 0)};
+    scale = finiteScale(scale, {});
+    resize(finiteSize({pixels.width / scale, pixels.height / scale}), scale);
+}
+
+void UIWindow::resize(CGSize size, CGFloat scale) {
+    const auto self = refTo(this);
     wantedScale_ = scale;
-    scale = finiteScale(scale, frame().size);
-    if (scale == scale_)
+    const CGFloat usedScale = finiteScale(scale, size);
+    const bool isNewSize = size != frame().size;
+    if (!isNewSize && usedScale == scale_)
         return;
-    scale_ = scale;
-    UIImage::setMainScreenScale(scale_);
-    history_->clear();
+    setFrame({{}, size});
+    if (std::exchange(scale_, usedScale) != usedScale)
+        UIImage::setMainScreenScale(scale_);
+    history_->clear(); // its rectangles are those of another surface
     invalidate();
+    if (isNewSize)
+        layoutSubviews();
+}
+
+CGSize UIWindow::pixelSize() const {
+    return {std::min(kLargestPixel, std::ceil(frame().size.width * scale_ - 1e-6)),
+            std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
 }
 
 void UIWindow::setSafeAreaInsets(UIEdgeInsets insets) {
@@ -142,6 +139,12 @@ void UIWindow::avoidCaptions() {
         return;
     avoidedArea_ = captionArea_;
     setNeedsLayout();
+}
+
+// A caption area that waited for the last finger takes effect in the next frame.
+void UIWindow::wakeForCaptions() const {
+    if (captionArea_ != avoidedArea_ && !touches_->hasFingers())
+        NSRunLoop::mainRunLoop().wake();
 }
 
 void UIWindow::setPresentedBrightness(double brightness) {
@@ -190,29 +193,44 @@ void UIWindow::presentViewController(const Ref<UIViewController>& controller, bo
 
 // --- Input --------------------------------------------------------------------------------------
 
+double UIWindow::eventTime(double time) const {
+    return std::isfinite(time) ? time : NSRunLoop::mainRunLoop().now();
+}
+
+bool UIWindow::wantsTouchAt(CGPoint point) {
+    assertMainThread("UIWindow::wantsTouchAt");
+    const auto self = refTo(this);
+    layoutIfNeeded();
+    return touches_->wants({finiteCoordinate(point.x), finiteCoordinate(point.y)});
+}
+
 bool UIWindow::touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time,
                      UITouchSource source) {
     assertMainThread("UIWindow::touch");
     const auto self = refTo(this);
-    NSRunLoop& loop = NSRunLoop::mainRunLoop();
-    loop.noteTime(time);
+    NSRunLoop::mainRunLoop().noteTime(time);
+    time = eventTime(time);
     layoutIfNeeded();
     point = {finiteCoordinate(point.x), finiteCoordinate(point.y)};
+    bool isTaken = false;
     switch (phase) {
     case UITouchPhase::began:
         keysAreInUse_ = false;
         if (focus_)
             focus_->touchLanded();
         endHover();
-        return touches_->began(UITouch(id, point, loop.now(), source));
+        return touches_->began(UITouch(id, point, time, source));
     case UITouchPhase::moved:
-        return touches_->moved(id, point, loop.now());
+        return touches_->moved(id, point, time);
     case UITouchPhase::ended:
-        return touches_->ended(id, point, loop.now());
+        isTaken = touches_->ended(id, point, time);
+        break;
     case UITouchPhase::cancelled:
-        return touches_->cancelled(id, loop.now());
+        isTaken = touches_->cancelled(id, time);
+        break;
     }
-    return false;
+    wakeForCaptions();
+    return isTaken;
 }
 
 bool UIWindow::wheel(CGPoint point, CGPoint delta, double time) {
@@ -292,7 +310,8 @@ void UIWindow::cancelTouches(double time) {
     assertMainThread("UIWindow::cancelTouches");
     const auto self = refTo(this);
     NSRunLoop::mainRunLoop().noteTime(time);
-    touches_->cancelAll(NSRunLoop::mainRunLoop().now());
+    touches_->cancelAll(eventTime(time));
+    wakeForCaptions();
 }
 
 void UIWindow::cancelTouchesIn(const UIView& view) {
@@ -333,105 +352,6 @@ void UIWindow::announce(std::string text) {
     assertMainThread("UIWindow::announce");
     if (accessibility_)
         accessibility_->announce(std::move(text));
-}
-
-// --- Pixels -------------------------------------------------------------------------------------
-
-CGSize UIWindow::pixelSize() const {
-    return {std::min(kLargestPixel, std::ceil(frame().size.width * scale_ - 1e-6)),
-            std::min(kLargestPixel, std::ceil(frame().size.height * scale_ - 1e-6))};
-}
-
-PixelRect UIWindow::surfacePixels(const CGRect& rect) const {
-    const CGSize size = pixelSize();
-    const PixelRect surface{0, 0, static_cast<int>(size.width), static_cast<int>(size.height)};
-    return intersection(pixelsTouchedBy(rect, scale_), surface);
-}
-
-void UIWindow::damagePixels(const PixelRect& pixels) {
-    damage_->add(pixels);
-}
-
-bool UIWindow::isDamagedWholly() const {
-    const auto rects = damage_->rects();
-    return rects.size() == 1 && rects[0] == surfacePixels(bounds());
-}
-
-void UIWindow::invalidate() {
-    assertMainThread("UIWindow::invalidate");
-    damage_->clear();
-    damagePixels(surfacePixels(bounds()));
-}
-
-void UIWindow::prepareFrame() {
-    avoidCaptions();
-    layoutIfNeeded();
-    followHover();
-    if (focus_)
-        focus_->follow();
-}
-
-void UIWindow::drawOverlay(CGRect) {
-    if (hover_)
-        hover_->draw();
-    if (focus_)
-        focus_->draw();
-}
-
-bool UIWindow::needsRender() {
-    assertMainThread("UIWindow::needsRender");
-    const auto self = refTo(this);
-    prepareFrame();
-    return !damage_->isEmpty();
-}
-
-std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int stride,
-                                            int bufferAge) {
-    assertMainThread("UIWindow::render");
-    const auto self = refTo(this);
-    prepareFrame();
-    const PixelRect surface = surfacePixels(bounds());
-    DamageRegion painted;
-    if (fits(surface, stride, pixels.size_bytes())) {
-        // Damage that is reported during painting belongs to the next frame.
-        DamageRegion changed;
-        std::swap(changed, *damage_);
-        if (const auto lacked = history_->lackedBy(bufferAge, changed))
-            painted = *lacked;
-        else
-            painted.add(surface);
-        try {
-            paintRects(pixels.data(), stride, painted.rects());
-        } catch (...) {
-            for (const PixelRect& rect : changed.rects())
-                damage_->add(rect);
-            throw;
-        }
-        history_->add(changed);
-        presentations_->noteFrame();
-    }
-    *repainted_ = painted;
-    return repainted_->rects();
-}
-
-void UIWindow::paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects) {
-    const CGSize size = pixelSize();
-    auto owned = context_ ? std::move(context_) : std::make_unique<CGContext>();
-    CGContext& context = *owned;
-    context.drawInto(pixels, static_cast<int>(size.width), static_cast<int>(size.height), stride,
-                     scale_);
-    {
-        const CurrentContext current(context);
-        for (const PixelRect& rect : rects) {
-            context.saveGState();
-            context.clipToPixels(rect);
-            context.clearPixels(rect);
-            paint(context, {});
-            context.restoreGState();
-        }
-    }
-    context.finish();
-    context_ = std::move(owned);
 }
 
 } // namespace tesmar

@@ -11,6 +11,18 @@
 //         sleep until the next event, or NSRunLoop::mainRunLoop().nextDeadline();
 //     }
 //
+// A host that sleeps in somebody else's event loop is woken by NSRunLoop::setWakeHandler().
+//
+// Pixels are premultiplied ARGB32 in native byte order, as other libraries call it:
+//
+//     Qt            QImage::Format_ARGB32_Premultiplied
+//     cairo         CAIRO_FORMAT_ARGB32
+//     OpenGL        GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV; glBlendFunc(GL_ONE,
+//     GL_ONE_MINUS_SRC_ALPHA) GTK           GDK_MEMORY_DEFAULT SDL 2 SDL_PIXELFORMAT_ARGB8888,
+//     blended with SDL_BLENDFACTOR_ONE and
+//                   SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA
+//     mpv           "bgra" of overlay-add (little-endian machines)
+//
 // Main thread only: the main thread is the first one that uses the user interface. A library that
 // was built with assertions (without NDEBUG) ends the process when another thread calls, with one
 // line that names the function. Positions and sizes are in points, times in seconds on one
@@ -60,6 +72,10 @@ class TESMAR_API UIWindow : public UIView {
     void setSize(CGSize size);
     CGFloat scale() const { return scale_; }
     void setScale(CGFloat scale);
+    // Both at once, for a surface of exactly `width` × `height` pixels (clamped to 0 to 32,767):
+    // the size becomes that divided by the scale, without rounding, and pixelSize() returns these
+    // two. setSize() rounds up instead: a pixel that a point covers partly belongs to the surface.
+    void setPixelSize(int width, int height, CGFloat scale);
     // Margins of the surface that cards keep clear of; initially zero, clamped to 0 to 65,535
     // points (NaN becomes 0).
     UIEdgeInsets safeAreaInsets() const { return safeArea_; }
@@ -98,12 +114,19 @@ class TESMAR_API UIWindow : public UIView {
     // host's to use. A touch that the window took when it began belongs to the window until it
     // ends.
 
-    // `id` distinguishes fingers. Events of a finger that never landed are not handled. If a finger
-    // lands twice, or more than 32 are down, the window assumes that this finger, or the oldest,
-    // lifted without an event, and cancels its touch.
-    // `source` counts when the touch begins.
+    // Whether the window would handle a touch that began at `point` now, taps outside all cards
+    // included: for hosts that must decide whom an event belongs to before they pass it on.
+    bool wantsTouchAt(CGPoint point);
+    // `time` should be the event's own, even if it is older than what the run loop has reached: the
+    // speed of a flick comes from these times. Of one finger they never go back (NaN counts as the
+    // run loop's time). `id` distinguishes fingers. Events of a finger that never landed are not
+    // handled. If a finger lands twice, or more than 32 are down, the window assumes that this
+    // finger, or the oldest, lifted without an event, and cancels its touch. `source` counts when
+    // the touch begins.
     bool touch(UITouchPhase phase, std::int64_t id, CGPoint point, double time,
                UITouchSource source = UITouchSource::finger);
+    // One notch of a wheel, in points. Devices with finer steps send fractions of it.
+    static constexpr CGFloat kWheelNotch = 40;
     // `delta` in points; positive scrolls towards the content's start. Handled over any view, even
     // one that does not scroll: beside what scrolls in a card, it moves the card's content. Where
     // content scrolls sideways only, `delta.y` moves it as well.
@@ -169,6 +192,13 @@ class TESMAR_API UIWindow : public UIView {
     // drawing throws. Nothing outside the rows is written.
     std::span<const PixelRect> render(std::span<std::uint32_t> pixels, int stride,
                                       int bufferAge = 1);
+    // Paints these rectangles, clipped to the surface, as the views are now, and changes nothing of
+    // what is out of date: for hosts that keep no pixels, or copy into buffers of another age.
+    // Returns false, and paints nothing, where render() would not either.
+    bool repaint(std::span<std::uint32_t> pixels, int stride, std::span<const PixelRect> rects);
+    // Outside this rectangle all pixels are transparent; empty when nothing is shown. Lays out
+    // first. Hosts that copy or blend need no more than these pixels.
+    PixelRect visibleBounds();
     // Marks every pixel as out of date, for example when the host's buffer is new or was lost.
     void invalidate();
 
@@ -197,8 +227,11 @@ class TESMAR_API UIWindow : public UIView {
   private:
     friend class AccessibleTree;
 
+    void resize(CGSize size, CGFloat scale);
+    double eventTime(double time) const;
     void prepareFrame();
     void avoidCaptions();
+    void wakeForCaptions() const;
     void followHover();
     void paintRects(std::uint32_t* pixels, int stride, std::span<const PixelRect> rects);
 

@@ -6,7 +6,7 @@
 namespace tesmar {
 namespace {
 
-constexpr double kFrame = NSRunLoop::kFrameInterval;
+constexpr double kFrame = NSRunLoop::kDefaultFrameInterval;
 
 class RunLoop : public testing::Test {
   protected:
@@ -62,6 +62,38 @@ TEST_F(RunLoop, FiresInOrderOfDeadlineThenOfScheduling) {
     loop.addFrameClient(ticker);
     loop.advanceTo(1e300); // where adding an interval changes nothing
     EXPECT_EQ(loop.now(), 1e300);
+}
+
+TEST_F(RunLoop, WakesTheHostOnceForWhatItDoesNotSee) {
+    int wakes = 0;
+    const auto ticker = std::make_shared<Ticker>();
+    const auto woken = [&](const std::function<void()>& change) {
+        wakes = 0;
+        change();
+        return wakes;
+    };
+    loop.setWakeHandler([&] {
+        ++wakes;
+        throw 1; // dropped
+    });
+    EXPECT_EQ(woken([&] { schedule(5, 1), schedule(3, 2), schedule(1, 3); }), 1);
+    loop.nextDeadline();
+    EXPECT_EQ(woken([&] { schedule(2, 4), schedule(INFINITY, 5); }), 0); // none is earlier
+    EXPECT_EQ(woken([&] { schedule(0.5, 6); }), 1);
+    EXPECT_EQ(woken([&] { loop.wake(); }), 0); // the host has not looked yet
+    EXPECT_EQ(woken([&] { loop.schedule(0, [&] { loop.wake(), schedule(0.01, 7); }); }), 0);
+    EXPECT_EQ(woken([&] { loop.advanceTo(0.001); }), 0); // looks afterwards
+    EXPECT_EQ(woken([&] { loop.addFrameClient(ticker); }), 0);
+    EXPECT_EQ(woken([&] { loop.wake(), loop.wake(); }), 1);
+    loop.advanceTo(1.5);
+    loop.setFrameInterval(0.002);
+    loop.advanceTo(1.6);
+    EXPECT_LT(*loop.nextDeadline(), 1.6021);
+    const std::pair<double, double> intervals[] = {{NAN, kFrame}, {0, 0.001}, {7, 0.1}};
+    for (const auto& [given, used] : intervals)
+        EXPECT_EQ((loop.setFrameInterval(given), loop.frameInterval()), used);
+    loop.setWakeHandler({});
+    EXPECT_EQ(woken([&] { schedule(0, 8); }), 0);
 }
 
 TEST_F(RunLoop, FramesComeOncePerAdvanceAndStopWithTheirClient) {

@@ -101,6 +101,75 @@ TEST_F(DamageTest, IsNotComputedWhereItAddsNothing) {
     EXPECT_GT(change(), 0);
 }
 
+// What a host that copies, blends or passes events on relies on.
+TEST_F(DamageTest, BoundsAndRepaintsAgreeWithTheSurface) {
+    UIWindow& window = *host.window();
+    struct Card : UIViewController {
+        std::optional<CGSize> preferredContentSize() override { return CGSize{100, 100}; }
+    };
+    const auto card = make<Card>();
+    card->view()->setBackgroundColor(UIColor::redColor());
+    const auto checkBounds = [&](const char* when) {
+        const PixelRect bounds = window.visibleBounds();
+        const auto surface = picture();
+        std::vector<std::uint32_t> copy(surface.size());
+        const PixelRect rects[] = {bounds, {-50, -50, 60, 60}, {290, 390, 9999, 9999}};
+        EXPECT_TRUE(window.repaint(copy, 4 * host.pixelWidth(), rects));
+        EXPECT_EQ(copy, surface) << when; // nothing beside them
+        EXPECT_FALSE(window.needsRender());
+        return bounds;
+    };
+    EXPECT_TRUE(checkBounds("empty").isEmpty());
+    window.presentViewController(card, true);
+    host.advance(0.1);
+    EXPECT_FALSE(checkBounds("in motion").isEmpty());
+    host.advance(1);
+    const PixelRect shown = checkBounds("at rest");
+    EXPECT_LT(shown.width * shown.height, 250 * 250);
+    std::uint32_t few[4]{};
+    EXPECT_FALSE(window.repaint(few, 8, std::span(&shown, 1)));
+    const auto agrees = [&](OutsideTap outside) {
+        window.setOutsideTap(outside);
+        for (CGFloat x = -5; x < 310; x += 15)
+            for (CGFloat y = -5; y < 410; y += 15) {
+                const bool wants = window.wantsTouchAt({x, y});
+                EXPECT_EQ(host.touch(UITouchPhase::began, {x, y}), wants) << x << ' ' << y;
+                host.touch(UITouchPhase::cancelled, {x, y});
+            }
+    };
+    agrees(OutsideTap::ignored);
+    agrees(OutsideTap::dismisses);
+    card->dismissViewControllerAnimated(true);
+    agrees(OutsideTap::dismisses);
+    host.advance(1);
+    EXPECT_TRUE(checkBounds("gone").isEmpty());
+}
+
+TEST_F(DamageTest, WakesTheHostForWhatItMustPaint) {
+    UIWindow& window = *host.window();
+    NSRunLoop& loop = NSRunLoop::mainRunLoop();
+    const auto box = add<UIView>({10, 10, 20, 20});
+    int wakes = 0;
+    loop.setWakeHandler([&] { ++wakes; });
+    const auto woken = [&](const std::function<void()>& change) {
+        host.render();
+        loop.advanceTo(loop.now());
+        wakes = 0;
+        change();
+        return wakes;
+    };
+    EXPECT_EQ(woken([&] { box->setBackgroundColor(UIColor::redColor()), box->setAlpha(0.5); }), 1);
+    EXPECT_EQ(woken([&] { box->setNeedsLayout(); }), 1);
+    EXPECT_EQ(woken([&] { window.setCaptionArea(CGRect(0, 300, 300, 90)); }), 1);
+    EXPECT_EQ(woken([&] { window.setSize({310, 400}), window.setSize({300, 400}); }), 1);
+    EXPECT_EQ(woken([&] { window.needsRender(), host.render(); }), 0);
+    EXPECT_EQ(woken([&] { make<UIView>()->setNeedsLayout(); }), 0); // in no window
+    host.touch(UITouchPhase::began, {15, 15});
+    window.setCaptionArea(std::nullopt);
+    EXPECT_EQ(woken([&] { host.touch(UITouchPhase::ended, {15, 15}); }), 1); // takes effect now
+    loop.setWakeHandler({});
+}
+
 TEST(DamageRegionTest, CoversEverythingInAFewRectangles) {
     std::mt19937 random(7);
     const auto upTo = [&](unsigned n) { return static_cast<int>(random() % n); };

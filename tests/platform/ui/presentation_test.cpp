@@ -298,6 +298,18 @@ TEST_F(UITest, LayoutIsNotEnteredAgain) {
 }
 
 TEST_F(UITest, AHugeWindowLowersItsScaleForAWhile) {
+    struct Row {
+        int width, height;
+        CGFloat scale;
+        CGSize pixels;
+    };
+    const Row rows[] = {{1080, 2340, 2.625, {1080, 2340}}, {1, 1, 16, {1, 1}},
+                        {1366, 768, 1.1, {1366, 768}},     {32767, 3, 0.1, {6554, 3}},
+                        {-5, 99999, 1, {0, 32767}},        {7, 5, NAN, {7, 5}}};
+    for (const Row& row : rows) {
+        host.window()->setPixelSize(row.width, row.height, row.scale);
+        EXPECT_EQ(host.window()->pixelSize(), row.pixels) << row.width << '@' << row.scale;
+    }
     host.window()->setScale(3);
     for (const auto& [width, scale] : {std::pair(32767.0, 1.0), std::pair(200.0, 3.0)}) {
         host.window()->setSize({width, 100});

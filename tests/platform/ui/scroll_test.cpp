@@ -83,6 +83,25 @@ TEST_F(ScrollTest, GlidesUntilATouchStopsItWithoutATap) {
     EXPECT_EQ(listener->take(), "begin end+glide glides rest ");
 }
 
+// Events wait in a queue while the host paints: their own times tell how fast the finger was.
+TEST_F(ScrollTest, AFlickIsAsFastAsItsEventsSay) {
+    const auto flick = [&](double lateness) {
+        scroll->setContentOffset({0, 0}, false);
+        UIWindow& window = *host.window();
+        const double start = NSRunLoop::mainRunLoop().now() - lateness;
+        window.touch(P::began, 1, {100, 250}, start);
+        for (int i = 1; i <= 5; ++i)
+            window.touch(P::moved, 1, {100, 250.0 - 20 * i}, start + 0.01 * i);
+        window.touch(P::ended, 1, {100, 150}, start + 0.05);
+        host.advance(10);
+        return offset();
+    };
+    const double fresh = flick(0);
+    EXPECT_GT(fresh, 300);
+    EXPECT_NEAR(flick(0.5), fresh, 1e-6);
+    EXPECT_EQ(flick(std::nan("")), 90); // without times there is no speed
+}
+
 TEST_F(ScrollTest, SpringsBackFromItsEnds) {
     for (const auto setting : {MotionSetting::full, MotionSetting::reduced}) {
         setMotionSetting(setting);
@@ -207,6 +226,10 @@ TEST_F(ScrollTest, WhatCannotBeSeenAsksForNoFrames) {
         EXPECT_EQ(offset(), 10);
         EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline());
     }
+    scroll->flashScrollIndicators();
+    host.tap({100, 100});
+    scroll->removeFromSuperview();
+    EXPECT_FALSE(NSRunLoop::mainRunLoop().nextDeadline()); // not for what has left, either
 }
 
 TEST_F(ScrollTest, IndicatorsDamageOnlyTheirPlaces) {

@@ -68,7 +68,7 @@ void HeadlessHost::tap(CGPoint point, std::int64_t id) {
 void HeadlessHost::drag(CGPoint start, CGPoint distance, double seconds, std::int64_t id) {
     seconds = finite(seconds, 0, kLongestDrag, 0);
     const int steps =
-        std::max(1, static_cast<int>(std::lround(seconds / NSRunLoop::kFrameInterval)));
+        std::max(1, static_cast<int>(std::lround(seconds / NSRunLoop::kDefaultFrameInterval)));
     touch(UITouchPhase::began, start, id);
     CGPoint at = start;
     for (int i = 1; i <= steps; ++i) {

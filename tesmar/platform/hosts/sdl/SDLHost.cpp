@@ -203,8 +203,7 @@ void SDLHost::State::fitWindow() {
     shownSize = size;
     shownScale = pointScale;
     screen.recreateLayers();
-    window->setSize({size.width / pointScale, size.height / pointScale});
-    window->setScale(pointScale);
+    window->setPixelSize(size.width, size.height, pointScale);
     window->invalidate();
     pictureIsStale = true;
     window->layoutIfNeeded();

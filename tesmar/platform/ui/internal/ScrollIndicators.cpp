@@ -25,6 +25,10 @@ void ScrollIndicators::show() {
     alpha_.jumpTo(1);
 }
 
+void ScrollIndicators::hide() {
+    alpha_.jumpTo(0);
+}
+
 void ScrollIndicators::fade() {
     alpha_.moveTo(0, kFade);
 }

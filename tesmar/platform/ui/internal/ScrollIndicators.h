@@ -20,6 +20,8 @@ class ScrollIndicators {
     void show();
     // At once when no indicator can be seen.
     void fade();
+    // At once, and ends any fade.
+    void hide();
     // Marks the indicators that are shown to be painted: before and after any change of what places
     // them.
     void setNeedsDisplay();

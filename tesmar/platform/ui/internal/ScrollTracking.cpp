@@ -333,8 +333,9 @@ void ScrollTracking::glideStep(double now) {
     const auto self = refTo(&view_);
     updateRange();
     if (std::exchange(isFirstFrame_, false)) { // the host may have slept since the glide began
-        x_.delayStart(now - NSRunLoop::kFrameInterval);
-        y_.delayStart(now - NSRunLoop::kFrameInterval);
+        const double start = now - NSRunLoop::mainRunLoop().frameInterval();
+        x_.delayStart(start);
+        y_.delayStart(start);
     }
     if (!mayGlide())
         land();

@@ -16,6 +16,8 @@ namespace {
 
 // How far the finger of a tap may move, in points.
 constexpr CGFloat kTapSlack = 10;
+// A drag down of a card counts as at least this long, in seconds.
+constexpr double kShortestPull = 1.0 / 60;
 // More than any user has; limits the memory when a host does not report every lift.
 constexpr std::size_t kMostFingers = 32;
 
@@ -67,16 +69,22 @@ void TouchDispatcher::forget(Finger& finger) {
     std::erase_if(fingers_, [&](const auto& known) { return known.get() == &finger; });
 }
 
+bool TouchDispatcher::takesOutsideTaps() const {
+    const auto top = window_.presentedViewController();
+    return window_.outsideTap() == OutsideTap::dismisses && top && !top->isBeingDismissed();
+}
+
+bool TouchDispatcher::wants(CGPoint point) const {
+    return window_.hitTest(point) || takesOutsideTaps();
+}
+
 bool TouchDispatcher::began(const UITouch& touch) {
     const double time = touch.timestamp();
     cancelled(touch.id(), time); // its lift was not reported
     while (fingers_.size() >= kMostFingers)
         cancel(Shared(fingers_.front()), time);
     UIView* const hit = window_.hitTest(touch.location());
-    if (!hit && window_.outsideTap() == OutsideTap::ignored)
-        return false;
-    const auto top = window_.presentedViewController();
-    if (!hit && (!top || top->isBeingDismissed()))
+    if (!hit && !takesOutsideTaps())
         return false;
 
     const auto finger = std::make_shared<Finger>(Finger{touch, Stage::waiting, {}, {}, 0, 0});
@@ -170,7 +178,7 @@ bool TouchDispatcher::startPull(const Shared& finger) {
 
 void TouchDispatcher::endPull(const UITouch& touch, double start) {
     const CGFloat distance = pulled(touch);
-    const double seconds = std::max(touch.timestamp() - start, NSRunLoop::kFrameInterval);
+    const double seconds = std::max(touch.timestamp() - start, kShortestPull);
     presentations_.pull(distance);
     presentations_.endPull(distance / seconds);
 }
@@ -180,6 +188,7 @@ bool TouchDispatcher::moved(std::int64_t id, CGPoint point, double time) {
     if (!finger)
         return false;
     finger->touch.moveTo(point, time);
+    time = finger->touch.timestamp();
     switch (finger->stage) {
     case Stage::waiting:
     case Stage::caught:
@@ -211,6 +220,7 @@ bool TouchDispatcher::ended(std::int64_t id, CGPoint point, double time) {
         return false;
     const bool movedToLift = finger->touch.location() != point;
     finger->touch.moveTo(point, time);
+    time = finger->touch.timestamp();
     FirstException all;
     if (finger->stage == Stage::waiting || finger->stage == Stage::caught)
         all.run([&] { startDrag(finger); }); // a flick that moved only at the lift

@@ -22,6 +22,7 @@ class TouchDispatcher {
     // Points are in window coordinates, times in seconds. Each returns whether the finger belongs
     // to the window.
     bool began(const UITouch& touch);
+    bool wants(CGPoint point) const;
     bool moved(std::int64_t id, CGPoint point, double time);
     bool ended(std::int64_t id, CGPoint point, double time);
     bool cancelled(std::int64_t id, double time);
@@ -58,6 +59,7 @@ class TouchDispatcher {
 
     using Shared = std::shared_ptr<Finger>; // any callback may remove fingers and add others
 
+    bool takesOutsideTaps() const;
     Shared find(std::int64_t id) const;
     void forget(Finger& finger);
     void cancel(const Shared& finger, double time);

@@ -61,7 +61,7 @@ bool Transition::startFrames() {
 
 void Transition::step(double now) {
     if (std::exchange(isFirstFrame_, false))
-        start_ = std::max(start_, now - NSRunLoop::kFrameInterval);
+        start_ = std::max(start_, now - NSRunLoop::mainRunLoop().frameInterval());
     const double progress = mayMove() ? finite((now - start_) / seconds_, 0, 1, 1) : 1;
     value_ = progress >= 1 ? target_ : from_ + (target_ - from_) * easeOut(progress);
     if (progress < 1) {

@@ -5,8 +5,7 @@
 namespace tesmar {
 namespace {
 
-constexpr CGFloat kWheelNotch = 40; // points
-constexpr CGFloat kTapSlack = 10;   // points that a finger may move in a tap
+constexpr CGFloat kTapSlack = 10; // points that a finger may move in a tap
 
 // The identifier of the mouse in the table of touches.
 constexpr std::pair<SDL_TouchID, SDL_FingerID> kMouse{SDL_MOUSE_TOUCHID, 0};
@@ -91,8 +90,8 @@ std::optional<UIKey> keyOf(const SDL_Keysym& key) {
 
 // In points; with Shift, a wheel that turns up and down scrolls sideways.
 CGPoint wheelDelta(const SDL_MouseWheelEvent& wheel) {
-    const CGPoint delta{-kWheelNotch * CGFloat(wheel.preciseX),
-                        kWheelNotch * CGFloat(wheel.preciseY)};
+    const CGPoint delta{-UIWindow::kWheelNotch * CGFloat(wheel.preciseX),
+                        UIWindow::kWheelNotch * CGFloat(wheel.preciseY)};
     const bool isTurned = (SDL_GetModState() & KMOD_SHIFT) && delta.x == 0;
     return isTurned ? CGPoint{delta.y, 0} : delta;
 }

@@ -83,6 +83,10 @@ void FocusRing::damage(const std::optional<ShownCell>& cell) {
         window_.damagePixels(window_.surfacePixels(part));
 }
 
+CGRect FocusRing::extent() const {
+    return drawn_ ? CGRectInset(drawn_->frame, -kReach, -kReach) : CGRect{};
+}
+
 void FocusRing::draw() const {
     CGContext* const context = UIGraphicsGetCurrentContext();
     if (!context || !drawn_)

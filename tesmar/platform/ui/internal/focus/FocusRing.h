@@ -25,6 +25,7 @@ class FocusRing {
     void hide();
     // Into the current context, in window coordinates.
     void draw() const;
+    CGRect extent() const;
 
   private:
     void update();

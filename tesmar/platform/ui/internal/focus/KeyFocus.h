@@ -35,6 +35,8 @@ class KeyFocus {
     // the controller is told.
     void follow();
     void draw() const { ring_.draw(); }
+    // Of what is drawn, in window coordinates; empty while the ring is hidden.
+    CGRect extent() const { return ring_.extent(); }
 
     // Nothing before the first key, and while the controller has no place for the focus.
     std::optional<UIFocus> focus();
