@@ -6,6 +6,9 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_CURRENT_L
 function(tesmar_layers out)
   file(STRINGS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/layers.txt lines REGEX "^tesmar/[^.]*:")
   list(TRANSFORM lines REPLACE ":.*" "")
+  if(NOT TESMAR_SDL) # for which alone the bridge to screen readers exists so far
+    list(REMOVE_ITEM lines tesmar/platform/hosts/sdl tesmar/platform/access)
+  endif()
   set(${out} ${lines} PARENT_SCOPE)
 endfunction()
 

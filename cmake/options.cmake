@@ -4,9 +4,19 @@ include(GNUInstallDirs)
 find_package(PkgConfig REQUIRED)
 
 option(TESMAR_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
+option(TESMAR_SDL "Build the host for SDL 2 (tesmar::sdl)" ON)
+option(TESMAR_EXAMPLES "Build the examples and the player" ${PROJECT_IS_TOP_LEVEL})
+option(TESMAR_TOOLS "Build the tools for developers" ${PROJECT_IS_TOP_LEVEL})
 option(TESMAR_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 set(TESMAR_SANITIZE "" CACHE STRING "Sanitizers for every target, such as address,undefined")
 option(TESMAR_FUZZ "Build the fuzz targets (clang only)" OFF)
+
+# tesmar_needs(OPTION FOUND WHAT): ends with one line that says what is missing for an option.
+function(tesmar_needs option found what)
+  if(NOT found)
+    message(FATAL_ERROR "${option} needs ${what}. Install that, or configure with -D${option}=OFF.")
+  endif()
+endfunction()
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

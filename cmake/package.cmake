@@ -10,17 +10,25 @@ add_library(tesmar SHARED ${core_objects})
 target_link_libraries(tesmar PRIVATE ${core})
 add_library(tesmar::tesmar ALIAS tesmar)
 
-# Uses the shared library; linking its own archive would bring the layers in twice.
-add_library(tesmar_sdl SHARED $<TARGET_OBJECTS:tesmar_hosts_sdl>)
-target_link_libraries(tesmar_sdl PUBLIC tesmar PRIVATE PkgConfig::SDL2 ${CMAKE_DL_LIBS})
-set_target_properties(tesmar_sdl PROPERTIES EXPORT_NAME sdl OUTPUT_NAME tesmar-sdl)
-add_library(tesmar::sdl ALIAS tesmar_sdl)
+set(shipped tesmar)
+
+# tesmar_host_library(NAME libraries...): the layer hosts/NAME as a library beside the core. It uses
+# the shared library; linking its own archive would bring the layers in twice.
+function(tesmar_host_library name)
+  add_library(tesmar_${name} SHARED $<TARGET_OBJECTS:tesmar_hosts_${name}>)
+  target_link_libraries(tesmar_${name} PUBLIC tesmar PRIVATE ${ARGN})
+  set_target_properties(tesmar_${name} PROPERTIES EXPORT_NAME ${name} OUTPUT_NAME tesmar-${name})
+  add_library(tesmar::${name} ALIAS tesmar_${name})
+endfunction()
+
+if(TESMAR_SDL)
+  tesmar_host_library(sdl PkgConfig::SDL2 ${CMAKE_DL_LIBS})
+  list(APPEND shipped tesmar_sdl)
+endif()
 
 get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
-add_dependencies(tesmar_sdl ${modules})
+add_dependencies(tesmar ${modules})
 install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${TESMAR_COMPATIBLE})
-
-set(shipped tesmar tesmar_sdl)
 
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
@@ -44,6 +52,9 @@ endforeach()
 # Headers keep their places in the tree; those in a directory internal/ are not shipped.
 file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS tesmar/*.h)
 list(FILTER headers EXCLUDE REGEX /internal/)
+if(NOT TESMAR_SDL)
+  list(FILTER headers EXCLUDE REGEX /hosts/sdl/)
+endif()
 foreach(header ${headers})
   get_filename_component(directory ${header} DIRECTORY)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${directory})
