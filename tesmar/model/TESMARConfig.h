@@ -8,7 +8,8 @@
 // The order of precedence at each appearance of a panel, and wherever else a style is needed:
 //
 //  1. the style of the host's source (setStyleSource), if there is a source and it returns one
-//  2. the stored style
+//  2. the stored style: that of the host's store (setStyleStore) if it has one, else the
+//  preferences'
 //  3. the default, CCConstants::CCDefaultStyleAttributes()
 #pragma once
 
@@ -54,6 +55,17 @@ class TESMAR_API TESMARConfig : public NSObject {
     // viewer has stored; one for the first start returns null if there is a
     // sessionClosedCaptureStyle(). When a source has something new to return, call refresh().
     static void setStyleSource(StyleSource source);
+
+    // Keeps the stored style with the host, instead of in the preferences, of which nothing is then
+    // read or written: for a database, an account, or the life of the process. `load` returns what
+    // `save` was last given, or null; it is copied. `save` gets a copy, or null to forget the
+    // style. Every change in a panel is then saved, whatever its rememberChangedStyle. Two empty
+    // functions, the initial state, are no store; one is a fatal error. Both are called on any
+    // thread that asks for or saves the style; within them, their thread gets and saves the
+    // preferences' style. An exception passes to the caller of the read or the save. A panel may
+    // have a store of its own: TESMARViewController::setStyleStore.
+    static void setStyleStore(std::function<Ref<NSDictionary>()> load,
+                              std::function<void(const Ref<NSDictionary>& style)> save);
 
     // --- Changes by others ----------------------------------------------------------------------
 

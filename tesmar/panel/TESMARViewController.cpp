@@ -2,6 +2,7 @@
 
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/model/TESMARConfig.h"
+#include "tesmar/model/internal/style_store.h"
 #include "tesmar/panel/internal/ObjectDelegate.h"
 #include "tesmar/panel/registration.h"
 #include "tesmar/platform/foundation/NSBundle.h"
@@ -111,6 +112,13 @@ void TESMARViewController::setFollowsSharedStyle(bool follows) {
         });
 }
 
+void TESMARViewController::setStyleStore(std::function<Ref<NSDictionary>()> load,
+                                         std::function<void(const Ref<NSDictionary>&)> save) {
+    assertMainThread("TESMARViewController::setStyleStore");
+    styleStore_ =
+        makeStyleStore("TESMARViewController::setStyleStore", std::move(load), std::move(save));
+}
+
 // The previous delegate is released last: its destructor may call the panel.
 void TESMARViewController::setDelegate(const Ref<TESMARViewControllerDelegate>& delegate) {
     assertMainThread("TESMARViewController::setDelegate");
@@ -209,7 +217,7 @@ void TESMARViewController::resetButtonTap() {
 void TESMARViewController::didUpdateClosedCaptureStyle() {
     const auto self = refTo(this);
     FirstException exception;
-    if (rememberChangedStyle())
+    if (rememberChangedStyle() || styleStore_ || sharedStyleStore())
         exception.run([&] { saveStyle(); });
     if (const auto listener = delegate())
         listener->CCStyleAttributesChanged(editedStyle());
@@ -219,6 +227,11 @@ void TESMARViewController::didUpdateClosedCaptureStyle() {
 void TESMARViewController::saveStyle() {
     saveFailure_ = "exception"; // in case one ends the save
     FirstException exception;
+    if (const auto own = styleStore_) {
+        tesmar::saveStyle(*own, editedStyle());
+        saveFailure_.clear();
+        return;
+    }
     exception.run([&] { TESMARConfig::saveSessionClosedCaptureStyle(editedStyle()); });
     saveFailure_ = TESMARConfig::saveFailure(); // a listener to the style may have thrown
     exception.rethrow();
@@ -255,7 +268,10 @@ void TESMARViewController::viewWillAppear(bool animated) {
     UIViewController::viewWillAppear(animated);
     if (const auto scroll = refTo(scrollView()))
         scroll->setEdgeFadeColor(UIColor::whiteColor()); // the paper of presented controllers
-    setCCStyleAttributes(TESMARConfig::sessionOrDefaultClosedCaptureStyle()->mutableCopy());
+    const auto own = styleStore_;
+    const auto style =
+        own ? styleOrDefault(*own) : TESMARConfig::sessionOrDefaultClosedCaptureStyle();
+    setCCStyleAttributes(style->mutableCopy());
 }
 
 void TESMARViewController::viewDidAppear(bool animated) {

@@ -21,9 +21,13 @@
 #include "tesmar/widgets/ColorPicker.h"
 #include "tesmar/widgets/FontPicker.h"
 
+#include <functional>
+#include <memory>
+
 namespace tesmar {
 
 class OwnTexts;
+struct StyleStore;
 
 class TESMAR_API TESMARViewController : public UIViewController, public UIScrollViewDelegate {
     TESMAR_CLASS
@@ -55,6 +59,15 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     // Whether every change that the viewer makes is saved (see TESMARConfig); initially false.
     virtual bool rememberChangedStyle() const { return rememberChangedStyle_; }
     virtual void setRememberChangedStyle(bool remember);
+
+    // Where this panel's style is kept, instead of TESMARConfig's store and preferences: each
+    // appearance takes what `load` returns (null: the default), each change that the viewer makes
+    // is given to `save`, whatever rememberChangedStyle says, and is then reported to the delegate.
+    // For captions of their own per panel, or a style that the host keeps. Called on the main
+    // thread; the dictionaries are copied. Two empty functions, the initial state, for none; one is
+    // a fatal error. Exceptions pass to whoever presents, or handles the viewer's event.
+    void setStyleStore(std::function<Ref<NSDictionary>()> load,
+                       std::function<void(const Ref<NSDictionary>& style)> save);
 
     // Whether the panel shows a style that another panel has saved, or another thread or process
     // (see TESMARConfig::addStyleListener), as soon as the main thread is told of it; initially
@@ -219,6 +232,7 @@ class TESMAR_API TESMARViewController : public UIViewController, public UIScroll
     bool autoHideWaitsForReaders_ = true;
     bool rememberChangedStyle_ = false;
     std::string saveFailure_;
+    std::shared_ptr<const StyleStore> styleStore_; // null without one of its own
     Ref<TESMARViewControllerDelegate> delegate_;
     Ref<NSMutableDictionary> styleAttributes_ = make<NSMutableDictionary>();
 

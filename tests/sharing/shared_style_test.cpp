@@ -28,7 +28,10 @@ void save(const std::string& mark) {
 
 class SharedStyle : public PanelTest {
   protected:
-    ~SharedStyle() override { TESMARConfig::setStyleSource({}); }
+    ~SharedStyle() override {
+        TESMARConfig::setStyleSource({});
+        TESMARConfig::setStyleStore({}, {});
+    }
 
     // Records the styles that it is told.
     TESMARStyleListener listener() {
@@ -61,6 +64,48 @@ TEST_F(SharedStyle, TheSourceComesBeforeTheStoredStyle) {
     });
     EXPECT_THROW(current(), HostError);
     EXPECT_THROW(current(), HostError) << "not asked again";
+}
+
+TEST_F(SharedStyle, AStoreOfTheHostsTakesThePlaceOfThePreferences) {
+    const auto panel = make<TESMARViewController>();
+    Ref<NSDictionary> kept, own;
+    const auto shown = [&] { return markOf(*panel->CCStyleAttributes()); };
+    const auto present = [&] {
+        panel->viewWillAppear(false);
+        return shown();
+    };
+    const auto change = [&](const std::string& mark) {
+        panel->setCCStyleAttributes(styleOf(mark)->mutableCopy());
+        panel->ccColorChanged();
+    };
+    save("preferences");
+    TESMARConfig::setStyleStore([&] { return kept; }, [&](auto& style) { kept = style; });
+    EXPECT_EQ(present(), "none"); // the default
+    change("kept");               // saved though the panel does not remember
+    panel->CCStyleAttributes()->removeObjectForKey("mark");
+    EXPECT_EQ(present() + markOf(*kept), "keptkept") << "not a copy";
+
+    panel->setStyleStore([&] { return own; }, [&](auto& style) { own = style; });
+    EXPECT_EQ(present(), "none");
+    change("own");
+    EXPECT_EQ(present() + markOf(*kept), "ownkept");
+    TESMARConfig::setStyleSource([] { return styleOf("account"); });
+    EXPECT_EQ(present(), "account");
+    TESMARConfig::setStyleSource({});
+
+    panel->setStyleStore([&] { return own; }, [](auto&) { throw HostError(); });
+    EXPECT_THROW(change("lost"), HostError);
+    EXPECT_EQ(panel->saveFailure(), "exception");
+    panel->setStyleStore({}, {});
+    EXPECT_EQ(present(), "kept");
+    TESMARConfig::setStyleStore( // a store may stand on the preferences
+        [] { return TESMARConfig::sessionClosedCaptureStyle(); },
+        [](auto& style) { TESMARConfig::saveSessionClosedCaptureStyle(style); });
+    EXPECT_EQ(present(), "preferences");
+    change("through");
+    TESMARConfig::setStyleStore({}, {});
+    EXPECT_EQ(present(), "through");
+    EXPECT_DEATH(TESMARConfig::setStyleStore([] { return styleOf("one"); }, {}), "is empty");
 }
 
 TEST_F(SharedStyle, ListenersAreToldEachChangeOnceOnTheirThread) {
