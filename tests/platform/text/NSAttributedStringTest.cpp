@@ -50,6 +50,29 @@ TEST(NSAttributedString, DrawsTheBackgroundBehindEachLineWithoutASeam) {
     EXPECT_NEAR(string->size(60).height, 3 * string->size().height, 0.01);
 }
 
+TEST(NSAttributedString, TheBackgroundHoldsAccentedCapitals) {
+    for (const char* name : {"HelveticaNeue", "Courier", "Menlo-Regular", "TrebuchetMS", "Avenir",
+                             "SavoyeLetPlain", "Copperplate", ".SystemUI"}) {
+        const auto font = UIFont::fontWithName(name, 60);
+        ASSERT_TRUE(font) << name;
+        // The same ink on a background as without one, but for a pixel of antialiasing.
+        const auto ink = [&](const Ref<UIColor>& background) {
+            Canvas canvas(200, 100, 1, 0xffffffff);
+            CGContext context = canvas.context();
+            styled("\u00c9\u00c5g\u00e7", {{"NSColor", UIColor::redColor()},
+                                           {"NSBackgroundColor", background},
+                                           {"NSFont", font}})
+                ->drawInRect(context, {5, 20, 190, 80});
+            return canvas.pixels;
+        };
+        const auto boxed = ink(UIColor::blackColor());
+        int outside = 0; // red that the box does not hold is mixed with white
+        for (std::size_t i = 0; i < boxed.size(); ++i)
+            outside += boxed[i] != 0xffffffff && (boxed[i] & 0xff) > 40;
+        EXPECT_LE(outside, 30) << name; // swashes, and the edges of the highest
+    }
+}
+
 constexpr const char* kEdges[] = {"raised", "depressed", "uniform", "dropShadow"};
 
 // White text with a red edge; on a transparent canvas, whose origin is at (40, 40).

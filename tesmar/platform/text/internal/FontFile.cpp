@@ -6,6 +6,19 @@
 #include <filesystem>
 
 namespace tesmar {
+namespace {
+
+// The top of a tall letter, 0 where the face lacks it.
+hb_position_t accentedCapital(hb_font_t* font) {
+    constexpr hb_codepoint_t kRingedA = 0xC5;
+    hb_codepoint_t glyph = 0;
+    hb_glyph_extents_t extents{};
+    const bool exists = hb_font_get_nominal_glyph(font, kRingedA, &glyph) &&
+                        hb_font_get_glyph_extents(font, glyph, &extents);
+    return exists ? extents.y_bearing : 0;
+}
+
+} // namespace
 
 FontFile::FontFile(std::string path, int index, FcCharSet* characters)
     : path_(std::move(path)), index_(index), characters_(FcCharSetCopy(characters)) {}
@@ -40,11 +53,18 @@ unsigned FontFile::unitsPerEm() {
 }
 
 hb_font_extents_t FontFile::extents() {
+    if (extents_)
+        return *extents_;
     hb_font_extents_t extents{};
     hb_font_get_h_extents(font(), &extents);
+    // Some faces count the height of accents as a gap between lines. Lines here have no gaps, and
+    // the background of each must hold its letters.
+    if (extents.line_gap > 0)
+        extents.ascender = std::max(extents.ascender + extents.line_gap, accentedCapital(font()));
     const auto most = 4 * static_cast<hb_position_t>(unitsPerEm());
     extents.ascender = std::clamp(extents.ascender, -most, most);
     extents.descender = std::clamp(extents.descender, -most, most);
+    extents_ = extents;
     return extents;
 }
 

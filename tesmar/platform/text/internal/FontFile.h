@@ -6,6 +6,7 @@
 #include <hb.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace tesmar {
@@ -25,8 +26,9 @@ class FontFile {
     // Owned by this object. If the file cannot be read, a font without glyphs.
     hb_font_t* font();
     unsigned unitsPerEm();
-    // The ascender and the descender are clamped to four times the font size, as a broken font may
-    // have any.
+    // Of a line without a gap to the next one, which holds accented capitals too, except where a
+    // face without a line gap draws them higher than it says. Both are clamped to four times the
+    // font size, as a broken font may have any.
     hb_font_extents_t extents();
     // Whether some of its glyphs have colours of their own, as emoji do.
     bool isColored();
@@ -40,6 +42,7 @@ class FontFile {
     int index_;
     FcCharSet* characters_ = nullptr;
     hb_font_t* font_ = nullptr;
+    std::optional<hb_font_extents_t> extents_; // once they have been asked for
 };
 
 using FontFileRef = std::shared_ptr<FontFile>;
