@@ -31,6 +31,7 @@ function(tesmar_layer)
   file(STRINGS ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/layers.txt line REGEX "^${layer}:")
   string(REGEX MATCHALL "tesmar/[^ ]+" below ${line})
   list(REMOVE_AT below 0) # the layer itself
+  list(FILTER below EXCLUDE REGEX "[.]h$") # single headers are no targets
   set(uses "")
   foreach(each ${below})
     tesmar_layer_target(target ${each})

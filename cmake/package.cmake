@@ -30,6 +30,8 @@ get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
 add_dependencies(tesmar ${modules})
 install(TARGETS ${modules} DESTINATION ${CMAKE_INSTALL_LIBDIR}/tesmar-${TESMAR_COMPATIBLE})
 
+set(exports ${PROJECT_BINARY_DIR}/exports.map)
+configure_file(cmake/exports.map.in ${exports} @ONLY)
 foreach(library ${shipped})
   set_target_properties(${library} PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${TESMAR_COMPATIBLE} LINKER_LANGUAGE CXX
@@ -42,8 +44,8 @@ foreach(library ${shipped})
   # Bsymbolic-functions: its calls of its own functions are bound when it is built, not at each start.
   target_link_options(${library} PRIVATE
     LINKER:-z,relro,-z,now,-z,nodelete,-Bsymbolic-functions
-    LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
-  set_target_properties(${library} PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    LINKER:--version-script=${exports})
+  set_target_properties(${library} PROPERTIES LINK_DEPENDS ${exports})
   if(NOT TESMAR_SANITIZE) # whose run-time functions come with the program
     target_link_options(${library} PRIVATE LINKER:--no-undefined)
   endif()

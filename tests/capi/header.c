@@ -1,0 +1,1 @@
+#include "tesmar/capi/tesmar.h"
