@@ -95,6 +95,8 @@ void TESMARExtendedViewController::setCCStyleAttributes(
 void TESMARExtendedViewController::didUpdateClosedCaptureStyle() {
     const auto self = refTo(this);
     undoStyle_ = std::exchange(nextUndoStyle_, nullptr);
+    if (undoStyle_ && undoStyle_->isEqual(editedStyle().get()))
+        undoStyle_ = nullptr; // a reset of the default
     showExtendedStyle();
     TESMARViewController::didUpdateClosedCaptureStyle();
 }
@@ -149,6 +151,10 @@ void TESMARExtendedViewController::presetChosen() {
     const auto index = presets_ ? presets_->selectedIndex() : std::nullopt;
     if (!index || *index >= presetStyles_.size())
         return;
+    if (CaptionStyle(*presetStyles_[*index]).looksLike(CaptionStyle(*editedStyle()))) {
+        resetAutoHideTimer(); // chosen already: nothing to report or to undo
+        return;
+    }
     rememberForUndo();
     replaceStyle(*presetStyles_[*index]);
 }

@@ -230,6 +230,10 @@ void TESMARExtendedViewController::applyExtendedAppearance() {
     }
     if (hint_)
         hint_->applyAppearance(appearance(), texts);
+    if (shownPreview_) { // the same number of samples, but the last one counts
+        shownPreview_->beginSample(sampleCaption());
+        shownPreview_->endSample();
+    }
 }
 
 } // namespace tesmar
