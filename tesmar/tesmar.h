@@ -23,7 +23,9 @@
 #error "TESMAR needs C++20 (-std=c++20)"
 #endif
 
+#include "tesmar/captions/TESMARCaptionStyle.h"
 #include "tesmar/captions/TESMARCaptionView.h"
+#include "tesmar/captions/renderers/TESMARRenderers.h"
 #include "tesmar/controls/library_bundle.h"
 #include "tesmar/extended/TESMARExtendedTexts.h"
 #include "tesmar/extended/TESMARExtendedViewController.h"
@@ -47,6 +49,7 @@
 #include "tesmar/platform/graphics/CGContext.h"
 #include "tesmar/platform/graphics/UIColor.h"
 #include "tesmar/platform/graphics/UIGraphics.h"
+#include "tesmar/platform/text/FontDescription.h"
 #include "tesmar/platform/text/NSAttributedString.h"
 #include "tesmar/platform/text/NSTextAlignment.h"
 #include "tesmar/platform/text/UIFont.h"

@@ -1,6 +1,6 @@
 #include "tesmar/extended/TESMARExtendedViewController.h"
 
-#include "tesmar/extended/internal/CaptionStyle.h"
+#include "tesmar/captions/internal/StyleAttributes.h"
 #include "tesmar/extended/internal/ExtendedFontPicker.h"
 #include "tesmar/extended/internal/LegibilityHint.h"
 #include "tesmar/extended/internal/PanelPreview.h"
@@ -105,7 +105,7 @@ void TESMARExtendedViewController::showExtendedStyle() {
     if (!isViewLoaded())
         return;
     const auto dictionary = editedStyle();
-    const CaptionStyle style(*dictionary);
+    const StyleAttributes style(*dictionary);
     if (edges_)
         edges_->setSelectedIndex(std::ranges::find(kOfferedEdges, style.edge) -
                                  kOfferedEdges.begin());
@@ -121,11 +121,12 @@ void TESMARExtendedViewController::showExtendedStyle() {
             window->setNeedsLayout(); // the card's size may change
 }
 
-void TESMARExtendedViewController::showPreset(const CaptionStyle& style) {
+void TESMARExtendedViewController::showPreset(const StyleAttributes& style) {
     if (!presets_)
         return;
-    const auto same = std::ranges::find_if(
-        presetStyles_, [&](const auto& preset) { return CaptionStyle(*preset).looksLike(style); });
+    const auto same = std::ranges::find_if(presetStyles_, [&](const auto& preset) {
+        return StyleAttributes(*preset).looksLike(style);
+    });
     const bool isPreset = same != presetStyles_.end();
     const auto index = static_cast<std::size_t>(same - presetStyles_.begin());
     presets_->setSelectedIndex(isPreset ? std::optional(index) : std::nullopt);
@@ -151,7 +152,7 @@ void TESMARExtendedViewController::presetChosen() {
     const auto index = presets_ ? presets_->selectedIndex() : std::nullopt;
     if (!index || *index >= presetStyles_.size())
         return;
-    if (CaptionStyle(*presetStyles_[*index]).looksLike(CaptionStyle(*editedStyle()))) {
+    if (StyleAttributes(*presetStyles_[*index]).looksLike(StyleAttributes(*editedStyle()))) {
         resetAutoHideTimer(); // chosen already: nothing to report or to undo
         return;
     }

@@ -25,7 +25,7 @@ class ExtendedFontPicker;
 class LegibilityHint;
 class PanelPreview;
 class TileRow;
-struct CaptionStyle;
+struct StyleAttributes;
 
 // What the panel offers beyond the plain one. Bits.
 enum class TESMARExtension : unsigned {
@@ -114,7 +114,7 @@ class TESMAR_API TESMARExtendedViewController : public TESMARViewController {
     void replaceStyle(const NSDictionary& style);
     // Brings the rows of this class up to date with the style.
     void showExtendedStyle();
-    void showPreset(const CaptionStyle& style);
+    void showPreset(const StyleAttributes& style);
     void showUndo();
     void beginPreview();
     void endPreview();

@@ -1,6 +1,6 @@
 // The rows of the extended panel, and how they follow the panel's language and look.
+#include "tesmar/captions/internal/StyleAttributes.h"
 #include "tesmar/extended/TESMARExtendedViewController.h"
-#include "tesmar/extended/internal/CaptionStyle.h"
 #include "tesmar/extended/internal/ExtendedFontPicker.h"
 #include "tesmar/extended/internal/LegibilityHint.h"
 #include "tesmar/extended/internal/PanelPreview.h"
@@ -209,7 +209,7 @@ void TESMARExtendedViewController::applyExtendedAppearance() {
             separator->setBackgroundColor(own->backgroundColor());
     if (presets_) {
         presets_->applyAppearance(appearance());
-        showPreset(CaptionStyle(*editedStyle()));
+        showPreset(StyleAttributes(*editedStyle()));
     }
     if (edges_) {
         edges_->setTitle(texts.edgeTitle);

@@ -1,6 +1,6 @@
 #include "tesmar/extended/internal/legibility.h"
 
-#include "tesmar/extended/internal/CaptionStyle.h"
+#include "tesmar/captions/internal/StyleAttributes.h"
 #include "tesmar/extended/internal/ExtendedFontPicker.h"
 #include "tesmar/model/CCConstants.h"
 #include "tesmar/platform/text/NSAttributedString.h"
@@ -40,11 +40,11 @@ double contrast(const Components& a, const Components& b) {
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-Ref<UIColor> textColor(const CaptionStyle& style) {
+Ref<UIColor> textColor(const StyleAttributes& style) {
     return style.text ? style.text : UIColor::blackColor();
 }
 
-bool hasContrast(const CaptionStyle& style) {
+bool hasContrast(const StyleAttributes& style) {
     return std::ranges::all_of(kPictures, [&](double gray) {
         Components behind{gray, gray, gray};
         if (style.window)
@@ -66,7 +66,7 @@ double relativeSize(const UIFont& font) {
     return font.pointSize() / defaultSizeForFont(font.fontName());
 }
 
-bool isTiny(const CaptionStyle& style) {
+bool isTiny(const StyleAttributes& style) {
     return style.font && relativeSize(*style.font) < kLeastSize;
 }
 
@@ -82,14 +82,14 @@ int opacitySteps(const UIColor& color) {
 bool raise(NSMutableDictionary& style, std::string_view key, const Ref<UIColor>& color) {
     for (int steps = opacitySteps(*color) + 1; steps <= kOpacitySteps; ++steps) {
         set(style, key, color, steps);
-        if (hasContrast(CaptionStyle(style)))
+        if (hasContrast(StyleAttributes(style)))
             return true;
     }
-    return hasContrast(CaptionStyle(style));
+    return hasContrast(StyleAttributes(style));
 }
 
 void giveContrast(NSMutableDictionary& style) {
-    const CaptionStyle before(style);
+    const StyleAttributes before(style);
     const auto text = textColor(before);
     if (raise(style, NSForegroundColorAttributeName, text))
         return;
@@ -97,7 +97,7 @@ void giveContrast(NSMutableDictionary& style) {
     const auto outline = before.edgeColor;
     if (outline) {
         style.removeObjectForKey(TESMAREdgeColorAttributeName);
-        if (hasContrast(CaptionStyle(style)))
+        if (hasContrast(StyleAttributes(style)))
             return;
         style.setObject(outline, TESMAREdgeColorAttributeName);
     }
@@ -120,7 +120,7 @@ void enlarge(NSMutableDictionary& style, const UIFont& font) {
 } // namespace
 
 Legibility legibilityOf(const NSDictionary& dictionary) {
-    const CaptionStyle style(dictionary);
+    const StyleAttributes style(dictionary);
     if (textColor(style)->alpha() == 0)
         return Legibility::invisibleText;
     if (!hasContrast(style))
@@ -129,11 +129,11 @@ Legibility legibilityOf(const NSDictionary& dictionary) {
 }
 
 void makeLegible(NSMutableDictionary& style) {
-    const CaptionStyle before(style);
+    const StyleAttributes before(style);
     if (textColor(before)->alpha() == 0)
         style.setObject(textColor(before)->colorWithAlphaComponent(1),
                         NSForegroundColorAttributeName);
-    if (!hasContrast(CaptionStyle(style)))
+    if (!hasContrast(StyleAttributes(style)))
         giveContrast(style);
     if (isTiny(before))
         enlarge(style, *before.font);

@@ -1,6 +1,6 @@
 // When captions are called hard to read, and what mending them changes.
+#include "tesmar/captions/internal/StyleAttributes.h"
 #include "tesmar/extended/TESMARStylePreset.h"
-#include "tesmar/extended/internal/CaptionStyle.h"
 #include "tesmar/extended/internal/legibility.h"
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/text/NSAttributedString.h"
@@ -67,7 +67,7 @@ TEST(Legibility, IsMendedWithoutAnythingElse) {
         makeLegible(*mended);
         EXPECT_EQ(legibilityOf(*mended), good);
         EXPECT_EQ(mended->isEqual(style.get()), look.expected == good);
-        const auto text = CaptionStyle(*mended).text;
+        const auto text = StyleAttributes(*mended).text;
         EXPECT_TRUE(
             text->colorWithAlphaComponent(1)->isEqual(look.text->colorWithAlphaComponent(1).get()));
     }

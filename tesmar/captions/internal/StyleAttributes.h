@@ -15,8 +15,8 @@ inline constexpr std::array kOfferedEdges{TextEdge::none, TextEdge::raised, Text
                                           TextEdge::uniform, TextEdge::dropShadow};
 
 // Null and none for what is missing or of another class.
-struct CaptionStyle {
-    explicit CaptionStyle(const NSDictionary& style);
+struct StyleAttributes {
+    explicit StyleAttributes(const NSDictionary& style);
 
     Ref<UIColor> text;
     Ref<UIColor> background;
@@ -25,7 +25,7 @@ struct CaptionStyle {
     Ref<UIColor> edgeColor; // null without an edge
     Ref<UIColor> window;    // null where it is transparent
 
-    bool looksLike(const CaptionStyle& other) const;
+    bool looksLike(const StyleAttributes& other) const;
 };
 
 } // namespace tesmar

@@ -1,4 +1,4 @@
-#include "tesmar/extended/internal/CaptionStyle.h"
+#include "tesmar/captions/internal/StyleAttributes.h"
 
 #include "tesmar/platform/foundation/scalars.h"
 #include "tesmar/platform/text/NSAttributedString.h"
@@ -12,7 +12,7 @@ bool areEqual(const NSObject* a, const NSObject* b) {
 
 } // namespace
 
-CaptionStyle::CaptionStyle(const NSDictionary& style)
+StyleAttributes::StyleAttributes(const NSDictionary& style)
     : text(as<UIColor>(style.objectForKey(NSForegroundColorAttributeName))),
       background(as<UIColor>(style.objectForKey(NSBackgroundColorAttributeName))),
       font(as<UIFont>(style.objectForKey(NSFontAttributeName))),
@@ -25,7 +25,7 @@ CaptionStyle::CaptionStyle(const NSDictionary& style)
         window = nullptr;
 }
 
-bool CaptionStyle::looksLike(const CaptionStyle& other) const {
+bool StyleAttributes::looksLike(const StyleAttributes& other) const {
     return edge == other.edge && areEqual(text.get(), other.text.get()) &&
            areEqual(background.get(), other.background.get()) &&
            areEqual(font.get(), other.font.get()) &&
