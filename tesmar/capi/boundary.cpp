@@ -53,11 +53,6 @@ void fail(tesmar_error error, const std::string& message) {
     throw Failure(error, message);
 }
 
-void require(bool holds, const char* message) {
-    if (!holds)
-        fail(TESMAR_ERROR_INVALID, message);
-}
-
 void becomeOwner() {
     const std::lock_guard lock(owner().mutex);
     if (owner().thread != std::thread::id() && owner().thread != std::this_thread::get_id())

@@ -31,15 +31,15 @@ struct Library {
     static void blend(const ASS_Image& image, std::vector<std::uint32_t>& pixels) {
         for (int y = 0; y < image.h; ++y)
             for (int x = 0; x < image.w; ++x) {
-                auto& pixel = pixels[static_cast<std::size_t>((image.dst_y + y) * kWidth * kScale +
-                                                              image.dst_x + x)];
+                const int place = (image.dst_y + y) * kWidth * kScale + image.dst_x + x;
+                auto& pixel = pixels[static_cast<std::size_t>(place)];
                 const double alpha =
                     image.bitmap[y * image.stride + x] / 255.0 * (255 - (image.color & 255)) / 255;
                 std::uint32_t mixed = 255;
                 for (const int shift : {16, 8, 0}) {
                     const int over = channel(image.color, shift + 8), under = channel(pixel, shift);
-                    mixed = mixed << 8 |
-                            static_cast<unsigned>(over * alpha + under * (1 - alpha) + 0.5);
+                    const double mean = over * alpha + under * (1 - alpha);
+                    mixed = mixed << 8 | static_cast<unsigned>(std::lround(mean));
                 }
                 pixel = mixed;
             }

@@ -15,7 +15,10 @@ enum class Caller { owner, anyThread };
 // Ends the call with that error and text.
 [[noreturn]] void fail(tesmar_error error, const std::string& message);
 // Fails with TESMAR_ERROR_INVALID unless `holds`.
-void require(bool holds, const char* message);
+inline void require(bool holds, const char* message) {
+    if (!holds)
+        fail(TESMAR_ERROR_INVALID, message);
+}
 
 // Makes the current thread the owner; fails if another one is.
 void becomeOwner();
