@@ -1,5 +1,7 @@
 #include "Player.h"
 
+#include <cmath>
+
 using namespace tesmar;
 
 namespace {
@@ -19,6 +21,7 @@ constexpr const char* kSampleCaption = "Captions look like this.\nThe panel chan
 
 Player::Player(Ref<UIWindow> window, Video* video, const Options& options)
     : window_(std::move(window)), safeArea_(window_->safeAreaInsets()), video_(video),
+      videoDrawsCaptions_(video && options.renderer == Options::Renderer::mpv),
       remembersStyle_(options.remembersStyle), panelShowsCaptions_(options.isExtended),
       // The first captions already have the style that the viewer chose last time.
       style_(TESMARConfig::sessionOrDefaultClosedCaptureStyle()),
@@ -85,6 +88,7 @@ void Player::layOut() {
     window_->setSafeAreaInsets(
         {safeArea_.top, safeArea_.left, std::max(bar, safeArea_.bottom), safeArea_.right});
     window_->setCaptionArea(reserved_);
+    haveVideoDrawCaptions();
     // Where the panel leaves too little room, large captions lie in front of it, unless it shows
     // them itself.
     const auto root = window_->rootViewController()->view();
@@ -117,6 +121,7 @@ void Player::showVideoState() {
     const Video::State& state = video_->state();
     message_->setText("");
     captions_->setText(state.caption);
+    showCaptions();
     controls_->showPlay(state.paused || state.atEnd ? ControlsBar::Play::paused
                                                     : ControlsBar::Play::playing);
     controls_->showTime(state.time, state.duration);
@@ -177,6 +182,29 @@ void Player::CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) {
 
 void Player::setCaptionsOn(bool on) {
     captionsAreOn_ = on;
-    captions_->setHidden(!on);
     controls_->showCaptionsOn(on);
+    haveVideoDrawCaptions();
+    showCaptions();
+}
+
+// The view stays the panel's preview, and shows its sample, also where the video has the captions.
+void Player::showCaptions() {
+    const bool videoShows = videoDrawsCaptions_ && plays() && !video_->state().caption.empty();
+    captions_->setHidden(!captionsAreOn_ || videoShows);
+}
+
+void Player::haveVideoDrawCaptions() {
+    if (!videoDrawsCaptions_)
+        return;
+    std::vector<std::pair<std::string, std::string>> properties;
+    const CGFloat height = window_->frame().size.height;
+    if (captionsAreOn_ && height > 0) {
+        constexpr CGFloat kReference = 720; // what mpv's margins count in, whatever the height
+        for (const auto& [name, value] :
+             TESMARMpvStyle(TESMARCaptionStyleFrom(style_), height).fields)
+            properties.emplace_back(name, value);
+        const CGFloat margin = (height - reserved_.maxY()) * kReference / height;
+        properties.emplace_back("sub-margin-y", std::to_string(std::lround(margin)));
+    }
+    video_->drawCaptions(properties);
 }

@@ -40,11 +40,14 @@ class Player : private tesmar::TESMARViewControllerDelegate {
     void buildViews();
     void reserveCaptionArea(const tesmar::CGRect& room);
     void setCaptionsOn(bool on);
+    void showCaptions();
+    void haveVideoDrawCaptions();
 
     tesmar::Ref<tesmar::UIWindow> window_;
     const tesmar::UIEdgeInsets safeArea_; // of the window, without the bar
     Video* video_;
     bool captionsAreOn_ = true;
+    bool videoDrawsCaptions_;
     bool remembersStyle_;
     bool panelShowsCaptions_; // where it covers them
     tesmar::Ref<tesmar::NSDictionary> style_;

@@ -100,7 +100,7 @@ Video::Video(Sound sound, std::function<void()> wakeUp)
              {"hwdec", "no"},
              {"keep-open", "yes"}, // keep the last frame
              {"sid", "1"},
-             {"sub-visibility", "no"}, // captions are drawn by the host
+             {"sub-visibility", "no"}, // until drawCaptions()
          })
         check(mpv_set_option_string(mpv, name, value), name);
     if (sound == Sound::off)
@@ -201,6 +201,12 @@ void Video::seekTo(double seconds) {
 
 void Video::seekBy(double seconds) {
     engine_->command({"seek", std::to_string(seconds).c_str(), "relative+exact"});
+}
+
+void Video::drawCaptions(const std::vector<std::pair<std::string, std::string>>& properties) {
+    for (const auto& [name, value] : properties)
+        set(name.c_str(), value);
+    set("sub-visibility", properties.empty() ? "no" : "yes");
 }
 
 // --- Picture ------------------------------------------------------------------------------------

@@ -1,4 +1,5 @@
-// Plays a video with its sound through libmpv. Subtitles are not drawn: their text is in the state.
+// Plays a video with its sound through libmpv. The text of subtitles is in the state; they are only
+// drawn after drawCaptions().
 //
 // All methods must be called on one thread; only the callback `wakeUp` runs on others.
 #pragma once
@@ -8,6 +9,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 class Video {
   public:
@@ -41,6 +44,10 @@ class Video {
     // Seconds, clamped to the video. Ignored until the video is open.
     void seekTo(double seconds);
     void seekBy(double seconds);
+
+    // Has the video engine draw the captions with these of its properties; with none, initially, it
+    // draws no captions.
+    void drawCaptions(const std::vector<std::pair<std::string, std::string>>& properties);
 
     // Whether a frame has arrived since the last draw().
     bool hasNewFrame();

@@ -33,6 +33,7 @@ cxxopts::Options commandLine() {
          {"scale", "pixels per point, 0.5 to 8 (the display's)", value<Text>(), "S"},
          {"extended", "everything that the panel can offer: on or off (on)", value<Text>(),
           "WHICH"},
+         {"renderer", "who draws the captions: ours or mpv (ours)", value<Text>(), "WHICH"},
          {"tv", "for a television: large, and clear of the screen's edges"},
          {"h,help", "print this text"}});
     return line;
@@ -58,6 +59,12 @@ std::optional<CGSize> parseSize(const std::string& text) {
 
 std::optional<bool> onOrOff(const std::string& text) {
     return text == "on" || text == "off" ? std::optional(text == "on") : std::nullopt;
+}
+
+std::optional<Options::Renderer> rendererNamed(const std::string& text) {
+    return text == "ours"  ? std::optional(Options::Renderer::ours)
+           : text == "mpv" ? std::optional(Options::Renderer::mpv)
+                           : std::nullopt;
 }
 
 // The option's value, converted by `parse`, which returns std::nullopt for an invalid value. Unset
@@ -91,6 +98,8 @@ Options optionsFrom(const cxxopts::ParseResult& given) {
     options.remembersStyle = !given["no-remember"].as<bool>();
     options.television = given["tv"].as<bool>();
     options.isExtended = valueOf(given, "extended", "on or off", onOrOff).value_or(true);
+    options.renderer =
+        valueOf(given, "renderer", "ours or mpv", rendererNamed).value_or(options.renderer);
     options.reducedMotion = given["reduced-motion"].as<bool>();
     const auto& videos = given.unmatched();
     if (videos.size() > 1)

@@ -20,6 +20,7 @@ struct Options {
     std::optional<double> scale;   // pixels per point; unset: the display's
     bool television = false;       // watched from the sofa
     bool isExtended = true;        // the panel: with everything that the library offers
+    enum class Renderer { ours, mpv } renderer = Renderer::ours; // who draws the captions
 };
 
 // Its text is one line that names the argument at fault.

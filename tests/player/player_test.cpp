@@ -25,6 +25,7 @@ TEST(PlayerOptions, AreAcceptedOrRefused) {
         {"--scale", "-1"},
         {"--scale", "nan"},
         {"--extended", "maybe"},
+        {"--renderer", "other"},
         {"--prefs", ""},
         {"one.mkv", "2.mkv"},
     };
