@@ -133,6 +133,7 @@ TEST(CInterface, RefusesWhatItCannotUse) {
     const std::pair<const char*, int> refused[] = {
         {"size", create([](auto& o) { o.size = 0; })},
         {"tail", create(same, 8, 1)},
+        {"no size", create([](auto& o) { o.size = ~std::size_t{0}; })},
         {"flags", create([](auto& o) { o.flags = 64; })},
         {"place", tesmar_panel_create(&options, nullptr, nullptr)},
         {"store", tesmar_panel_create(&options, &half, &made)},
@@ -271,9 +272,13 @@ TEST(CInterface, StylesKeepTheirValues) {
     const tesmar_area area{10, 5, 80, 30};
     EXPECT_EQ(tesmar_style_draw(style, "wide", &surface, &area, TESMAR_CENTER), 0);
     EXPECT_NE(pixels, std::vector<std::uint32_t>(100 * 40));
-    tesmar_style_release(tesmar_style_retain(style));
-    tesmar_style_release(style);
-    tesmar_style_release(copy);
+    const auto plain = tesmar_style_default();
+    tesmar_style_get(plain, &values);
+    const auto again = tesmar_style_create(&values); // white as the panel's, not only as bright
+    EXPECT_STREQ(tesmar_style_json(again), tesmar_style_json(plain));
+    tesmar_style_retain(style);
+    for (tesmar_style* const each : {style, style, copy, plain, again})
+        tesmar_style_release(each);
 }
 
 } // namespace
