@@ -4,7 +4,7 @@ from __future__ import annotations
 import ctypes
 from enum import IntEnum
 from types import TracebackType
-from typing import Callable, List, NamedTuple, Optional, Tuple, Type
+from typing import Callable, Dict, List, NamedTuple, Optional, Tuple, Type
 
 from . import _native
 from ._native import library
@@ -37,6 +37,9 @@ WHEEL_NOTCH = 40.0  # points
 _EXTENDED = 1
 _MOST_RECTS = 16
 
+# Of the panels that exist: the library may call them, even when their Panel has been dropped.
+_callbacks: Dict[int, _native.PanelCallbacks] = {}
+
 
 class Panel:
     """A panel with the pixels that it is painted in: premultiplied ARGB in native byte order.
@@ -55,7 +58,7 @@ class Panel:
         self._handle = ctypes.c_void_p()
         self.pixels = bytearray()
         self._resize(width, height)
-        self._callbacks = _native.PanelCallbacks()  # must live as long as the panel
+        callbacks = _native.PanelCallbacks()
 
         def kept(style: int) -> Style:
             return Style._adopt(library.tesmar_style_retain(style))
@@ -65,23 +68,24 @@ class Panel:
             return library.tesmar_style_retain(style._handle) if style else None
 
         if on_style:
-            self._callbacks.style_changed = _native.StyleFunction(
+            callbacks.style_changed = _native.StyleFunction(
                 protected(lambda _, style, __: on_style(kept(style)), None))
         if on_captions:
-            self._callbacks.captions_changed = _native.CaptionsFunction(
+            callbacks.captions_changed = _native.CaptionsFunction(
                 protected(lambda _, on, __: on_captions(bool(on)), None))
         if on_leave:
-            self._callbacks.will_disappear = _native.PanelFunction(
+            callbacks.will_disappear = _native.PanelFunction(
                 protected(lambda _, __: on_leave(), None))
         if load:
-            self._callbacks.load_style = _native.LoadFunction(protected(lambda _, __: loaded(), None))
+            callbacks.load_style = _native.LoadFunction(protected(lambda _, __: loaded(), None))
         if save:
-            self._callbacks.save_style = _native.StyleFunction(
+            callbacks.save_style = _native.StyleFunction(
                 protected(lambda _, style, __: save(kept(style)), None))
         options = _native.PanelOptions(width=width, height=height, scale=scale,
                                        flags=_EXTENDED if extended else 0)
-        checked(library.tesmar_panel_create(ctypes.byref(options), ctypes.byref(self._callbacks),
+        checked(library.tesmar_panel_create(ctypes.byref(options), ctypes.byref(callbacks),
                                             ctypes.byref(self._handle)))
+        _callbacks[self._handle.value or 0] = callbacks
 
     def __enter__(self) -> "Panel":
         return self
@@ -93,6 +97,12 @@ class Panel:
     def close(self) -> None:
         """Destroys the panel; no callback comes afterwards. May be called again."""
         checked(library.tesmar_panel_destroy(self._handle))
+        _callbacks.pop(self._handle.value or 0, None)
+
+    def __del__(self) -> None:
+        # Another thread's collector cannot destroy it; the panel then stays until the process ends.
+        if self._handle and library.tesmar_panel_destroy(self._handle) == 0:
+            _callbacks.pop(self._handle.value or 0, None)
 
     def _call(self, name: str, *arguments: object) -> int:
         return checked(getattr(library, "tesmar_panel_" + name)(self._handle, *arguments))

@@ -53,6 +53,15 @@ class PanelTest(unittest.TestCase):
             self.assertEqual(panel.style, kept[0])  # the library went on
             tesmar.advance(self.now + 1)
 
+    def test_a_dropped_panel_is_closed(self):
+        panel = tesmar.Panel(600, 800, 2, on_leave=lambda: self.calls.append("left"))
+        tesmar.advance(self.now)
+        panel.set_auto_hide(1)
+        panel.present(animated=False)
+        del panel
+        tesmar.advance(self.now + 9)
+        self.assertEqual(self.calls, [])
+
     def test_failures_are_exceptions(self):
         problems = []
 
