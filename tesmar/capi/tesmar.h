@@ -261,7 +261,8 @@ TESMAR_C_API int tesmar_panel_set_brightness(tesmar_panel* panel, double brightn
 
 enum tesmar_motion { TESMAR_AT_ONCE = 0, TESMAR_ANIMATED = 1 };
 
-/* Does nothing while the panel is presented. */
+/* Does nothing while the panel is presented. A host that has slept passes the time on first, by
+ * tesmar_advance(): the interval of tesmar_panel_set_auto_hide() counts from there. */
 TESMAR_C_API int tesmar_panel_present(tesmar_panel* panel, int motion);
 /* Does nothing while it is not. */
 TESMAR_C_API int tesmar_panel_dismiss(tesmar_panel* panel, int motion);
