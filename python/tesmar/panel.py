@@ -44,8 +44,9 @@ _callbacks: Dict[int, _native.PanelCallbacks] = {}
 class Panel:
     """A panel with the pixels that it is painted in: premultiplied ARGB in native byte order.
 
-    `on_style` gets the new Style, `on_captions` whether captions are on, `on_leave` nothing. They may
-    do anything, close the panel included; what they raise, the call raises that they came in.
+    `on_style` gets the new Style, `on_captions` whether captions are on, `on_leave` and, when the
+    panel's motion has ended, `on_gone` nothing. They may do anything, close the panel included; what
+    they raise, the call raises that they came in.
     `load` and `save`, both or neither, keep the style instead of the preferences.
     """
 
@@ -53,6 +54,7 @@ class Panel:
                  on_style: Optional[Callable[[Style], None]] = None,
                  on_captions: Optional[Callable[[bool], None]] = None,
                  on_leave: Optional[Callable[[], None]] = None,
+                 on_gone: Optional[Callable[[], None]] = None,
                  load: Optional[Callable[[], Optional[Style]]] = None,
                  save: Optional[Callable[[Style], None]] = None) -> None:
         self._handle = ctypes.c_void_p()
@@ -76,6 +78,8 @@ class Panel:
         if on_leave:
             callbacks.will_disappear = _native.PanelFunction(
                 protected(lambda _, __: on_leave(), None))
+        if on_gone:
+            callbacks.did_disappear = _native.PanelFunction(protected(lambda _, __: on_gone(), None))
         if load:
             callbacks.load_style = _native.LoadFunction(protected(lambda _, __: loaded(), None))
         if save:
@@ -86,6 +90,7 @@ class Panel:
         checked(library.tesmar_panel_create(ctypes.byref(options), ctypes.byref(callbacks),
                                             ctypes.byref(self._handle)))
         _callbacks[self._handle.value or 0] = callbacks
+        self._own_callbacks = callbacks  # close() may be called by one of them
 
     def __enter__(self) -> "Panel":
         return self

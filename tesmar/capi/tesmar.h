@@ -219,6 +219,9 @@ typedef struct tesmar_panel_callbacks {
      * change, before style_changed. */
     tesmar_style* (*load_style)(tesmar_panel* panel, void* user);
     void (*save_style)(tesmar_panel* panel, tesmar_style* style, void* user);
+    /* The panel has left, its motion included: nothing is shown any more, and the host may hide
+     * the surface or destroy the panel. */
+    void (*did_disappear)(tesmar_panel* panel, void* user);
 } tesmar_panel_callbacks;
 
 /* A panel and the surface that it is presented on; nothing is shown yet. `callbacks` may be NULL;

@@ -22,6 +22,10 @@ struct Host {
         callbacks.style_changed = [](auto* p, auto* s, void* u) { of(u).styled(p, s); };
         callbacks.captions_changed = [](auto*, int on, void* u) { of(u).note(on ? "on" : "off"); };
         callbacks.will_disappear = [](auto*, void* u) { of(u).note("leaves"); };
+        callbacks.did_disappear = [](auto* p, void* u) {
+            EXPECT_EQ(tesmar_panel_is_presented(p), 0);
+            of(u).note("gone");
+        };
         if (keeps) {
             callbacks.load_style = [](auto*, void* u) {
                 of(u).note("load");
@@ -170,6 +174,7 @@ TEST(CInterface, CallbacksMayDoAnything) {
                                                          {"save", "textColorPicker.4"},
                                                          {"on", "CCSwitch"},
                                                          {"leaves", nullptr},
+                                                         {"gone", nullptr},
                                                          {"load", nullptr}};
     for (const auto& [where, control] : cases)
         for (const bool destroys : {true, false}) {
@@ -186,7 +191,7 @@ TEST(CInterface, CallbacksMayDoAnything) {
             host.wait(1);
             if (control)
                 result = host.tap(control);
-            else if (std::string(where) == "leaves")
+            else if (std::string(where) != "load")
                 result = tesmar_panel_dismiss(host.panel, 0);
             EXPECT_EQ(result == TESMAR_ERROR_GENERIC, !destroys) << where;
             EXPECT_TRUE(!destroys || host.calls.ends_with("| ")) << host.calls; // none afterwards
@@ -239,7 +244,7 @@ TEST(CInterface, PaintsWhatTheLibraryPaints) {
          [&] { panel->dismissViewControllerAnimated(true); });
     wait();
     same("gone");
-    EXPECT_EQ(host.calls, "style leaves ");
+    EXPECT_EQ(host.calls, "style leaves gone ");
     EXPECT_EQ(tesmar_panel_visible_bounds(host.panel, &bounds), 0);
     tesmar_set_wake(nullptr, nullptr);
 }

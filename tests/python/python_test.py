@@ -19,7 +19,8 @@ class PanelTest(unittest.TestCase):
 
     def test_a_session(self):
         with tesmar.Panel(600, 800, 2, on_style=self.calls.append, on_captions=self.calls.append,
-                          on_leave=lambda: self.calls.append("left")) as panel:
+                          on_leave=lambda: self.calls.append("left"),
+                          on_gone=lambda: panel.close()) as panel:
             self.assertIsNone(panel.visible_bounds)
             panel.present(animated=False)
             tesmar.advance(self.now)
@@ -34,7 +35,7 @@ class PanelTest(unittest.TestCase):
             panel.set_size(300, 300, 1)
             self.assertEqual(len(panel.pixels), 4 * 300 * 300)
             panel.render()
-        panel.close()
+            tesmar.advance(self.now + 1)
         with self.assertRaises(ValueError):
             panel.present()
 
