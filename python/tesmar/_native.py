@@ -59,7 +59,8 @@ LogFunction = CFUNCTYPE(None, c_char_p, c_void_p)
 class PanelCallbacks(Sized):
     _fields_ = [("size", c_size_t), ("user", c_void_p), ("style_changed", StyleFunction),
                 ("captions_changed", CaptionsFunction), ("will_disappear", PanelFunction),
-                ("load_style", LoadFunction), ("save_style", StyleFunction)]
+                ("load_style", LoadFunction), ("save_style", StyleFunction),
+                ("did_disappear", PanelFunction)]
 
 
 # The types of the arguments; the result is an int unless it is listed below.

@@ -4,7 +4,7 @@ from __future__ import annotations
 import ctypes
 from enum import IntEnum
 from types import TracebackType
-from typing import Callable, List, NamedTuple, Optional, Tuple, Type
+from typing import Callable, Dict, List, NamedTuple, Optional, Tuple, Type
 
 from . import _native
 from ._native import library
@@ -37,12 +37,16 @@ WHEEL_NOTCH = 40.0  # points
 _EXTENDED = 1
 _MOST_RECTS = 16
 
+# Of the panels that exist: the library may call them, even when their Panel has been dropped.
+_callbacks: Dict[int, _native.PanelCallbacks] = {}
+
 
 class Panel:
     """A panel with the pixels that it is painted in: premultiplied ARGB in native byte order.
 
-    `on_style` gets the new Style, `on_captions` whether captions are on, `on_leave` nothing. They may
-    do anything, close the panel included; what they raise, the call raises that they came in.
+    `on_style` gets the new Style, `on_captions` whether captions are on, `on_leave` and, when the
+    panel's motion has ended, `on_gone` nothing. They may do anything, close the panel included; what
+    they raise, the call raises that they came in.
     `load` and `save`, both or neither, keep the style instead of the preferences.
     """
 
@@ -50,12 +54,13 @@ class Panel:
                  on_style: Optional[Callable[[Style], None]] = None,
                  on_captions: Optional[Callable[[bool], None]] = None,
                  on_leave: Optional[Callable[[], None]] = None,
+                 on_gone: Optional[Callable[[], None]] = None,
                  load: Optional[Callable[[], Optional[Style]]] = None,
                  save: Optional[Callable[[Style], None]] = None) -> None:
         self._handle = ctypes.c_void_p()
         self.pixels = bytearray()
         self._resize(width, height)
-        self._callbacks = _native.PanelCallbacks()  # must live as long as the panel
+        callbacks = _native.PanelCallbacks()
 
         def kept(style: int) -> Style:
             return Style._adopt(library.tesmar_style_retain(style))
@@ -65,23 +70,27 @@ class Panel:
             return library.tesmar_style_retain(style._handle) if style else None
 
         if on_style:
-            self._callbacks.style_changed = _native.StyleFunction(
+            callbacks.style_changed = _native.StyleFunction(
                 protected(lambda _, style, __: on_style(kept(style)), None))
         if on_captions:
-            self._callbacks.captions_changed = _native.CaptionsFunction(
+            callbacks.captions_changed = _native.CaptionsFunction(
                 protected(lambda _, on, __: on_captions(bool(on)), None))
         if on_leave:
-            self._callbacks.will_disappear = _native.PanelFunction(
+            callbacks.will_disappear = _native.PanelFunction(
                 protected(lambda _, __: on_leave(), None))
+        if on_gone:
+            callbacks.did_disappear = _native.PanelFunction(protected(lambda _, __: on_gone(), None))
         if load:
-            self._callbacks.load_style = _native.LoadFunction(protected(lambda _, __: loaded(), None))
+            callbacks.load_style = _native.LoadFunction(protected(lambda _, __: loaded(), None))
         if save:
-            self._callbacks.save_style = _native.StyleFunction(
+            callbacks.save_style = _native.StyleFunction(
                 protected(lambda _, style, __: save(kept(style)), None))
         options = _native.PanelOptions(width=width, height=height, scale=scale,
                                        flags=_EXTENDED if extended else 0)
-        checked(library.tesmar_panel_create(ctypes.byref(options), ctypes.byref(self._callbacks),
+        checked(library.tesmar_panel_create(ctypes.byref(options), ctypes.byref(callbacks),
                                             ctypes.byref(self._handle)))
+        _callbacks[self._handle.value or 0] = callbacks
+        self._own_callbacks = callbacks  # close() may be called by one of them
 
     def __enter__(self) -> "Panel":
         return self
@@ -93,6 +102,12 @@ class Panel:
     def close(self) -> None:
         """Destroys the panel; no callback comes afterwards. May be called again."""
         checked(library.tesmar_panel_destroy(self._handle))
+        _callbacks.pop(self._handle.value or 0, None)
+
+    def __del__(self) -> None:
+        # Another thread's collector cannot destroy it; the panel then stays until the process ends.
+        if self._handle and library.tesmar_panel_destroy(self._handle) == 0:
+            _callbacks.pop(self._handle.value or 0, None)
 
     def _call(self, name: str, *arguments: object) -> int:
         return checked(getattr(library, "tesmar_panel_" + name)(self._handle, *arguments))

@@ -24,12 +24,36 @@ tesmar_panel* newHandle() {
     return reinterpret_cast<tesmar_panel*>(++last); // NOLINT(performance-no-int-to-ptr)
 }
 
+// Tells the panel of that handle, if it still exists, that its view has gone.
+template <class Base>
+class Watched final : public Base {
+  public:
+    void setHandle(tesmar_panel* handle) { handle_ = handle; }
+
+    void viewDidDisappear(bool animated) override {
+        Base::viewDidDisappear(animated);
+        if (const auto found = panels().find(handle_); found != panels().end())
+            std::shared_ptr(found->second)->didDisappear();
+    }
+
+  private:
+    tesmar_panel* handle_ = nullptr;
+};
+
+template <class Base>
+Ref<TESMARViewController> makeWatched(tesmar_panel* handle) {
+    auto controller = make<Watched<Base>>();
+    controller->setHandle(handle);
+    return controller;
+}
+
 } // namespace
 
 Panel::Panel(const tesmar_panel_options& options, const tesmar_panel_callbacks& callbacks)
     : handle_(newHandle()), callbacks_(callbacks), window_(UIWindow::windowWithSize({1, 1})),
-      controller_(options.flags & TESMAR_PANEL_EXTENDED ? make<TESMARExtendedViewController>()
-                                                        : make<TESMARViewController>()) {
+      controller_(options.flags & TESMAR_PANEL_EXTENDED
+                      ? makeWatched<TESMARExtendedViewController>(handle_)
+                      : makeWatched<TESMARViewController>(handle_)) {
     window_->setPixelSize(options.width, options.height, options.scale);
     controller_->setDelegate(borrowed_.delegate());
     if (callbacks_.load_style)
@@ -54,6 +78,11 @@ void Panel::CCStyleAttributesChanged(const Ref<NSDictionary>& attributes) {
 void Panel::CCViewControllerWillDisappear() {
     if (callbacks_.will_disappear)
         callbacks_.will_disappear(handle_, callbacks_.user);
+}
+
+void Panel::didDisappear() {
+    if (callbacks_.did_disappear)
+        callbacks_.did_disappear(handle_, callbacks_.user);
 }
 
 Ref<NSDictionary> Panel::loadStyle() {

@@ -24,7 +24,10 @@ tesmar_color fromColor(const Ref<UIColor>& color, tesmar_color missing) {
                  : missing;
 }
 
+// Grey-scale where it can be, as the panel's white and black are, which it must recognise.
 Ref<UIColor> toColor(const tesmar_color& color) {
+    if (color.red == color.green && color.green == color.blue)
+        return UIColor::colorWithWhite(color.red, color.alpha);
     return UIColor::colorWithRed(color.red, color.green, color.blue, color.alpha);
 }
 

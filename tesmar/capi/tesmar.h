@@ -4,8 +4,8 @@
  *
  *     tesmar_init("org.example.player");
  *     tesmar_panel *panel;
- *     tesmar_panel_options options = {.size = sizeof options, .width = 1280, .height = 720, .scale
- * = 2}; tesmar_panel_callbacks callbacks = {.size = sizeof callbacks, .style_changed = restyle};
+ *     tesmar_panel_options options = {sizeof options, 1280, 720, 2, 0};
+ *     tesmar_panel_callbacks callbacks = {sizeof callbacks, NULL, restyle};
  *     tesmar_panel_create(&options, &callbacks, &panel);
  *     tesmar_panel_present(panel, TESMAR_ANIMATED);
  *     while (tesmar_panel_is_presented(panel) == 1) {
@@ -32,7 +32,7 @@
  *
  * Structures begin with their size in bytes, which the caller sets, and only grow at the end. A
  * program may be older than the library (the rest then has the value 0) and newer (what this
- * library does not know must then be 0, else TESMAR_ERROR_INVALID).
+ * library does not know must then be 0, else TESMAR_ERROR_INVALID). None exceeds 4096 bytes.
  *
  * Stability: what this header declares stays, with the same meaning, as long as TESMAR_API_VERSION
  * begins with the same number; the symbols have a version of their own, TESMAR_C_1. Nothing of this
@@ -219,6 +219,9 @@ typedef struct tesmar_panel_callbacks {
      * change, before style_changed. */
     tesmar_style* (*load_style)(tesmar_panel* panel, void* user);
     void (*save_style)(tesmar_panel* panel, tesmar_style* style, void* user);
+    /* The panel has left, its motion included: nothing is shown any more, and the host may hide
+     * the surface or destroy the panel. */
+    void (*did_disappear)(tesmar_panel* panel, void* user);
 } tesmar_panel_callbacks;
 
 /* A panel and the surface that it is presented on; nothing is shown yet. `callbacks` may be NULL;
@@ -261,7 +264,8 @@ TESMAR_C_API int tesmar_panel_set_brightness(tesmar_panel* panel, double brightn
 
 enum tesmar_motion { TESMAR_AT_ONCE = 0, TESMAR_ANIMATED = 1 };
 
-/* Does nothing while the panel is presented. */
+/* Does nothing while the panel is presented. A host that has slept passes the time on first, by
+ * tesmar_advance(): the interval of tesmar_panel_set_auto_hide() counts from there. */
 TESMAR_C_API int tesmar_panel_present(tesmar_panel* panel, int motion);
 /* Does nothing while it is not. */
 TESMAR_C_API int tesmar_panel_dismiss(tesmar_panel* panel, int motion);

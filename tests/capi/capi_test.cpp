@@ -22,6 +22,10 @@ struct Host {
         callbacks.style_changed = [](auto* p, auto* s, void* u) { of(u).styled(p, s); };
         callbacks.captions_changed = [](auto*, int on, void* u) { of(u).note(on ? "on" : "off"); };
         callbacks.will_disappear = [](auto*, void* u) { of(u).note("leaves"); };
+        callbacks.did_disappear = [](auto* p, void* u) {
+            EXPECT_EQ(tesmar_panel_is_presented(p), 0);
+            of(u).note("gone");
+        };
         if (keeps) {
             callbacks.load_style = [](auto*, void* u) {
                 of(u).note("load");
@@ -133,6 +137,7 @@ TEST(CInterface, RefusesWhatItCannotUse) {
     const std::pair<const char*, int> refused[] = {
         {"size", create([](auto& o) { o.size = 0; })},
         {"tail", create(same, 8, 1)},
+        {"no size", create([](auto& o) { o.size = ~std::size_t{0}; })},
         {"flags", create([](auto& o) { o.flags = 64; })},
         {"place", tesmar_panel_create(&options, nullptr, nullptr)},
         {"store", tesmar_panel_create(&options, &half, &made)},
@@ -169,12 +174,15 @@ TEST(CInterface, CallbacksMayDoAnything) {
                                                          {"save", "textColorPicker.4"},
                                                          {"on", "CCSwitch"},
                                                          {"leaves", nullptr},
+                                                         {"gone", nullptr},
                                                          {"load", nullptr}};
     for (const auto& [where, control] : cases)
         for (const bool destroys : {true, false}) {
             Host host(TESMAR_PANEL_EXTENDED, true);
             host.where = where;
             host.act = [&] {
+                if (!destroys && host.where == "save")
+                    throw std::bad_alloc();
                 if (!destroys)
                     throw std::runtime_error("the host's");
                 EXPECT_EQ(tesmar_panel_destroy(host.panel), 0);
@@ -185,9 +193,10 @@ TEST(CInterface, CallbacksMayDoAnything) {
             host.wait(1);
             if (control)
                 result = host.tap(control);
-            else if (std::string(where) == "leaves")
+            else if (std::string(where) != "load")
                 result = tesmar_panel_dismiss(host.panel, 0);
-            EXPECT_EQ(result == TESMAR_ERROR_GENERIC, !destroys) << where;
+            const int thrown = host.where == "save" ? TESMAR_ERROR_NOMEM : TESMAR_ERROR_GENERIC;
+            EXPECT_EQ(result == thrown, !destroys) << where;
             EXPECT_TRUE(!destroys || host.calls.ends_with("| ")) << host.calls; // none afterwards
             EXPECT_EQ(host.wait(1), 0);
             EXPECT_EQ(tesmar_panel_is_presented(host.panel) < 0, destroys);
@@ -238,7 +247,7 @@ TEST(CInterface, PaintsWhatTheLibraryPaints) {
          [&] { panel->dismissViewControllerAnimated(true); });
     wait();
     same("gone");
-    EXPECT_EQ(host.calls, "style leaves ");
+    EXPECT_EQ(host.calls, "style leaves gone ");
     EXPECT_EQ(tesmar_panel_visible_bounds(host.panel, &bounds), 0);
     tesmar_set_wake(nullptr, nullptr);
 }
@@ -271,9 +280,13 @@ TEST(CInterface, StylesKeepTheirValues) {
     const tesmar_area area{10, 5, 80, 30};
     EXPECT_EQ(tesmar_style_draw(style, "wide", &surface, &area, TESMAR_CENTER), 0);
     EXPECT_NE(pixels, std::vector<std::uint32_t>(100 * 40));
-    tesmar_style_release(tesmar_style_retain(style));
-    tesmar_style_release(style);
-    tesmar_style_release(copy);
+    const auto plain = tesmar_style_default();
+    tesmar_style_get(plain, &values);
+    const auto again = tesmar_style_create(&values); // white as the panel's, not only as bright
+    EXPECT_STREQ(tesmar_style_json(again), tesmar_style_json(plain));
+    tesmar_style_retain(style);
+    for (tesmar_style* const each : {style, style, copy, plain, again})
+        tesmar_style_release(each);
 }
 
 } // namespace

@@ -19,7 +19,8 @@ class PanelTest(unittest.TestCase):
 
     def test_a_session(self):
         with tesmar.Panel(600, 800, 2, on_style=self.calls.append, on_captions=self.calls.append,
-                          on_leave=lambda: self.calls.append("left")) as panel:
+                          on_leave=lambda: self.calls.append("left"),
+                          on_gone=lambda: panel.close()) as panel:
             self.assertIsNone(panel.visible_bounds)
             panel.present(animated=False)
             tesmar.advance(self.now)
@@ -34,7 +35,7 @@ class PanelTest(unittest.TestCase):
             panel.set_size(300, 300, 1)
             self.assertEqual(len(panel.pixels), 4 * 300 * 300)
             panel.render()
-        panel.close()
+            tesmar.advance(self.now + 1)
         with self.assertRaises(ValueError):
             panel.present()
 
@@ -52,6 +53,15 @@ class PanelTest(unittest.TestCase):
                 self.tap(panel)
             self.assertEqual(panel.style, kept[0])  # the library went on
             tesmar.advance(self.now + 1)
+
+    def test_a_dropped_panel_is_closed(self):
+        panel = tesmar.Panel(600, 800, 2, on_leave=lambda: self.calls.append("left"))
+        tesmar.advance(self.now)
+        panel.set_auto_hide(1)
+        panel.present(animated=False)
+        del panel
+        tesmar.advance(self.now + 9)
+        self.assertEqual(self.calls, [])
 
     def test_failures_are_exceptions(self):
         problems = []

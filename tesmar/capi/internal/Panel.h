@@ -21,6 +21,7 @@ class Panel final : private TESMARViewControllerDelegate {
     const Ref<TESMARViewController>& controllerRef() const { return controller_; }
 
     tesmar_panel* handle() const { return handle_; }
+    void didDisappear();
     // From then on no callback is called.
     void retire() { callbacks_ = {}; }
 

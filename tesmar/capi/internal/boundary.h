@@ -77,11 +77,18 @@ auto guardPointer(Caller caller, const Work& work) noexcept {
 
 // --- Structures that begin with their size ------------------------------------------------------
 
+// A size that was never set would make the library read or write anywhere.
+template <class T>
+void requireSize(const T* given, const char* name) {
+    constexpr std::size_t kMost = 4096;
+    require(given && given->size > sizeof(std::size_t) && given->size <= kMost,
+            (std::string(name) + ": its size is not set").c_str());
+}
+
 // What the caller gave, with 0 for members that its version lacks.
 template <class T>
 T read(const T* given, const char* name) {
-    require(given && given->size > sizeof(std::size_t),
-            (std::string(name) + ": its size is not set").c_str());
+    requireSize(given, name);
     const auto* const bytes = reinterpret_cast<const unsigned char*>(given);
     const bool isKnown = std::all_of(bytes + std::min(sizeof(T), given->size), bytes + given->size,
                                      [](unsigned char byte) { return byte == 0; });
@@ -94,8 +101,7 @@ T read(const T* given, const char* name) {
 // Writes the members that the caller's version has, and 0 to those that this one lacks.
 template <class T>
 void write(T value, T* result, const char* name) {
-    require(result && result->size > sizeof(std::size_t),
-            (std::string(name) + ": its size is not set").c_str());
+    requireSize(result, name);
     value.size = result->size;
     auto* const bytes = reinterpret_cast<unsigned char*>(result);
     std::memset(bytes, 0, value.size);
