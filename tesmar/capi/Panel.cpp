@@ -98,6 +98,7 @@ void Panel::saveStyle(const Ref<NSDictionary>& attributes) {
 }
 
 void addPanel(const std::shared_ptr<Panel>& panel) {
+    reserveReleases(panels().size() + 1);
     panels().emplace(panel->handle(), panel);
 }
 

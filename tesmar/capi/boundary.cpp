@@ -91,6 +91,10 @@ void releaseLater(std::shared_ptr<void> object) {
     released.push_back(std::move(object));
 }
 
+void reserveReleases(std::size_t count) {
+    released.reserve(released.size() + count);
+}
+
 Call::Call() noexcept {
     ++depth;
 }

@@ -30,6 +30,8 @@ void rememberSuccess() noexcept;
 
 // Keeps `object` until the outermost call on this thread ends: it may be in use further out.
 void releaseLater(std::shared_ptr<void> object);
+// Makes room for `count` objects, so that releaseLater() cannot fail for them.
+void reserveReleases(std::size_t count);
 
 // Between its construction and its destruction, a call of the host's runs.
 class Call {

@@ -17,11 +17,13 @@
 //
 //     Qt            QImage::Format_ARGB32_Premultiplied
 //     cairo         CAIRO_FORMAT_ARGB32
-//     OpenGL        GL_BGRA, GL_UNSIGNED_INT_8_8_8_8_REV; glBlendFunc(GL_ONE,
-//     GL_ONE_MINUS_SRC_ALPHA) GTK           GDK_MEMORY_DEFAULT SDL 2 SDL_PIXELFORMAT_ARGB8888,
-//     blended with SDL_BLENDFACTOR_ONE and
-//                   SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA
+//     GTK 4         GDK_MEMORY_DEFAULT
+//     OpenGL        GL_BGRA with GL_UNSIGNED_INT_8_8_8_8_REV
+//     SDL 2         SDL_PIXELFORMAT_ARGB8888
 //     mpv           "bgra" of overlay-add (little-endian machines)
+//
+// Where the blending is the host's, the source counts once and what is below it 1 - alpha:
+// GL_ONE and GL_ONE_MINUS_SRC_ALPHA, with SDL the factors of the same names.
 //
 // Main thread only: the main thread is the first one that uses the user interface. A library that
 // was built with assertions (without NDEBUG) ends the process when another thread calls, with one
