@@ -9,6 +9,9 @@ function(tesmar_layers out)
   if(NOT TESMAR_SDL) # for which alone the bridge to screen readers exists so far
     list(REMOVE_ITEM lines tesmar/platform/hosts/sdl tesmar/platform/access)
   endif()
+  if(NOT TESMAR_QT6)
+    list(REMOVE_ITEM lines tesmar/platform/hosts/qt)
+  endif()
   set(${out} ${lines} PARENT_SCOPE)
 endfunction()
 

@@ -5,6 +5,7 @@ find_package(PkgConfig REQUIRED)
 
 option(TESMAR_WARNINGS_AS_ERRORS "Treat warnings as errors" OFF)
 option(TESMAR_SDL "Build the host for SDL 2 (tesmar::sdl)" ON)
+option(TESMAR_QT6 "Build the overlay for widgets of Qt 6 (tesmar::qt6)" OFF)
 option(TESMAR_EXAMPLES "Build the examples and the player" ${PROJECT_IS_TOP_LEVEL})
 option(TESMAR_TOOLS "Build the tools for developers" ${PROJECT_IS_TOP_LEVEL})
 option(TESMAR_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})

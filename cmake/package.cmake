@@ -12,18 +12,23 @@ add_library(tesmar::tesmar ALIAS tesmar)
 
 set(shipped tesmar)
 
-# tesmar_host_library(NAME libraries...): the layer hosts/NAME as a library beside the core. It uses
-# the shared library; linking its own archive would bring the layers in twice.
-function(tesmar_host_library name)
-  add_library(tesmar_${name} SHARED $<TARGET_OBJECTS:tesmar_hosts_${name}>)
+# tesmar_host_library(NAME LAYER libraries...): the layer hosts/LAYER as a library beside the core. It
+# uses the shared library; linking its own archive would bring the layers in twice.
+function(tesmar_host_library name layer)
+  add_library(tesmar_${name} SHARED $<TARGET_OBJECTS:tesmar_hosts_${layer}>)
   target_link_libraries(tesmar_${name} PUBLIC tesmar PRIVATE ${ARGN})
   set_target_properties(tesmar_${name} PROPERTIES EXPORT_NAME ${name} OUTPUT_NAME tesmar-${name})
   add_library(tesmar::${name} ALIAS tesmar_${name})
 endfunction()
 
 if(TESMAR_SDL)
-  tesmar_host_library(sdl PkgConfig::SDL2 ${CMAKE_DL_LIBS})
+  tesmar_host_library(sdl sdl PkgConfig::SDL2 ${CMAKE_DL_LIBS})
   list(APPEND shipped tesmar_sdl)
+endif()
+
+if(TESMAR_QT6)
+  tesmar_host_library(qt6 qt Qt6::Widgets)
+  list(APPEND shipped tesmar_qt6)
 endif()
 
 get_property(modules GLOBAL PROPERTY TESMAR_MODULES)
@@ -56,6 +61,9 @@ file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS tesma
 list(FILTER headers EXCLUDE REGEX /internal/)
 if(NOT TESMAR_SDL)
   list(FILTER headers EXCLUDE REGEX /hosts/sdl/)
+endif()
+if(NOT TESMAR_QT6)
+  list(FILTER headers EXCLUDE REGEX /hosts/qt/)
 endif()
 foreach(header ${headers})
   get_filename_component(directory ${header} DIRECTORY)
