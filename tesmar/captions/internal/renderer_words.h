@@ -15,6 +15,10 @@ std::string hexColor(const TESMARCaptionStyle::Color& color);
 
 // Finite, and from 1 to 100000.
 double usableHeight(double height);
+// Finite, and from 0.01 to 100; 1 for NaN.
+double usableScale(double pixelsPerPoint);
+// With the characters escaped that mean something in XML, and control characters as spaces.
+std::string xmlText(std::string_view text);
 
 // The name by which libass and mpv find the face: they know the faces of CFF files by their
 // PostScript names, and others by their full names.

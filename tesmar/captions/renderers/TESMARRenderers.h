@@ -52,4 +52,31 @@ TESMAR_API TESMARRendererStyle TESMARAssStyle(const TESMARCaptionStyle& style, d
 // The line of a script that defines the style of that name: "Style: NAME,…".
 TESMAR_API std::string TESMARAssStyleLine(std::string_view name, const TESMARRendererStyle& style);
 
+// The rest draws into pixels or units of CSS: `pixelsPerPoint` is how many of them a point of the
+// host's window has; clamped to 0.01…100, and 1 if it is NaN.
+
+// The attributes of a span of Pango's markup, for layouts with 96 dots per inch.
+TESMAR_API TESMARRendererStyle TESMARPangoStyle(const TESMARCaptionStyle& style,
+                                                double pixelsPerPoint);
+// "<span …>TEXT</span>": the fields of TESMARPangoStyle around the text, which is escaped.
+TESMAR_API std::string TESMARPangoMarkup(const TESMARRendererStyle& style, std::string_view text);
+
+// The properties of GStreamer's textoverlay; its texts come as TESMARPangoMarkup with
+// TESMARPangoStyle. Pixels are the video's.
+TESMAR_API TESMARRendererStyle TESMARGStreamerStyle(const TESMARCaptionStyle& style,
+                                                    double pixelsPerPoint);
+
+// The declarations of CSS for ::cue. Write them again when the video's size changes.
+TESMAR_API TESMARRendererStyle TESMARWebVTTStyle(const TESMARCaptionStyle& style,
+                                                 double pixelsPerPoint);
+// The rule, and before it that of the font at `fontUrl` (TESMARCaptionStyle::face has its file),
+// unless that is empty.
+TESMAR_API std::string TESMARWebVTTCSS(const TESMARRendererStyle& style, std::string_view fontUrl);
+
+// Attributes of TTML and IMSC, in the namespace of tts; lengths are in pixels of the root's extent.
+TESMAR_API TESMARRendererStyle TESMARTTMLStyle(const TESMARCaptionStyle& style,
+                                               double pixelsPerPoint);
+// The fields as attributes, with one space between them.
+TESMAR_API std::string TESMARTTMLAttributes(const TESMARRendererStyle& style);
+
 } // namespace tesmar

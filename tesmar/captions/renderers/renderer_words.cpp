@@ -44,6 +44,32 @@ double usableHeight(double height) {
     return finite(height, 1, 100000, 360);
 }
 
+double usableScale(double pixelsPerPoint) {
+    return finite(pixelsPerPoint, 0.01, 100, 1);
+}
+
+std::string xmlText(std::string_view text) {
+    std::string escaped;
+    for (const char c : text)
+        switch (c) {
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        default:
+            escaped += c >= ' ' || c == '\n' || (c & 0x80) != 0 ? c : ' ';
+        }
+    return escaped;
+}
+
 const std::string& nameForLibass(const FontDescription& face) {
     return face.outlines == FontDescription::Outlines::cff ? face.postScriptName : face.fullName;
 }

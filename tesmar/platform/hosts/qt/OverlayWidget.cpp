@@ -242,7 +242,8 @@ bool OverlayWidget::eventFilter(QObject* object, QEvent* event) {
     const bool isKey =
         event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     const auto* const receiver = qobject_cast<QWidget*>(object);
-    if (!takesKeys_ || !isKey || !receiver || receiver->window() != window())
+    const bool isElsewhere = QApplication::activePopupWidget() || QApplication::activeModalWidget();
+    if (!takesKeys_ || !isKey || isElsewhere || !receiver || receiver->window() != window())
         return false;
     auto& press = *static_cast<QKeyEvent*>(event);
     const auto meaning = meaningOf(press);

@@ -1,6 +1,8 @@
 #include "tesmar/platform/hosts/qt/QtOverlay.h"
 
+#include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/hosts/qt/internal/OverlayWidget.h"
+#include "tesmar/platform/hosts/qt/internal/QtPump.h"
 
 #include <QPointer>
 
@@ -23,6 +25,7 @@ QtOverlay::~QtOverlay() {
 }
 
 const Ref<UIWindow>& QtOverlay::window() const {
+    NSRunLoop::mainRunLoop().noteTime(QtPump::now()); // what the host starts begins now
     return state_->surface;
 }
 
