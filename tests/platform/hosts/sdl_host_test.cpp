@@ -1,5 +1,6 @@
 // The SDL host on a display in memory, fed with SDL events.
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
+#include "tesmar/platform/hosts/sdl/SDLOverlay.h"
 
 #include "tesmar/platform/foundation/NSRunLoop.h"
 #include "tesmar/platform/ui/Motion.h"
@@ -297,6 +298,53 @@ TEST(SDLHost, ShowsTheWindowOverThePicture) {
     const std::uint32_t mixed = screen.pixel(45, 55);
     EXPECT_NEAR(mixed >> 16 & 0xFF, 128, 2);
     EXPECT_NEAR(mixed & 0xFF, 128, 2);
+}
+
+// In a window, a renderer and a loop of the application's.
+TEST(SDLOverlay, IsBlendedAndTakesItsEvents) {
+    ASSERT_EQ(SDL_InitSubSystem(SDL_INIT_VIDEO), 0);
+    SDL_Window* const shown = SDL_CreateWindow("test", 0, 0, 200, 100, 0);
+    SDL_Renderer* const renderer = SDL_CreateRenderer(shown, -1, SDL_RENDERER_SOFTWARE);
+    {
+        SDLOverlay overlay(*shown, *renderer);
+        const auto pad = make<Pad>();
+        pad->setBackgroundColor(UIColor::colorWithRed(1, 0, 0, 0.5));
+        pad->setFrame(kPlace);
+        overlay.window()->rootViewController()->view()->addSubview(pad);
+        const auto pixel = [&](int x, int y) {
+            const SDL_Rect place{x, y, 1, 1};
+            std::uint32_t value = 0;
+            SDL_RenderReadPixels(renderer, &place, SDL_PIXELFORMAT_ARGB8888, &value, 4);
+            return value & 0xFFFFFF;
+        };
+        for (const std::uint8_t blue : {255, 100}) { // two pictures, the second without a change
+            SDL_SetRenderDrawColor(renderer, 0, 0, blue, 255);
+            SDL_RenderClear(renderer);
+            EXPECT_EQ(overlay.needsDraw(), blue == 255);
+            overlay.draw();
+            EXPECT_EQ(pixel(150, 20), blue);
+            EXPECT_NEAR(pixel(45, 55) & 0xFF, blue / 2.0, 2);
+            EXPECT_NEAR(pixel(45, 55) >> 16, 128, 2);
+        }
+        EXPECT_EQ(overlay.milliseconds(250), 250);
+        constexpr auto down = SDL_MOUSEBUTTONDOWN, up = SDL_MOUSEBUTTONUP;
+        const std::pair<SDL_Event, bool> events[] = {
+            {mouse(down, kBesidePad), false}, {mouse(up, kBesidePad), false},
+            {mouse(down, kOnPad), true},      {mouse(SDL_MOUSEMOTION, kBesidePad), true},
+            {mouse(up, kBesidePad), true},    {mouse(down, kOnPad, SDL_TOUCH_MOUSEID), true},
+            {touch(SDL_FINGERDOWN), true},    {mouse(up, kOnPad, SDL_TOUCH_MOUSEID), true},
+            {touch(SDL_FINGERUP), true},      {mouse(up, kOnPad, SDL_TOUCH_MOUSEID), false},
+            {key(SDLK_ESCAPE), false},        {event(SDL_QUIT), false}};
+        for (const auto& [each, isTaken] : events)
+            EXPECT_EQ(overlay.handle(each), isTaken) << &each - &events[0].first;
+        EXPECT_EQ(pad->log, "down move up down up ");
+        SDL_SetWindowSize(shown, 120, 80);
+        EXPECT_TRUE(overlay.needsDraw());
+        EXPECT_EQ(overlay.window()->pixelSize(), (CGSize{120, 80}));
+    }
+    SDL_DestroyRenderer(renderer);
+    SDL_DestroyWindow(shown);
+    SDL_QuitSubSystem(SDL_INIT_VIDEO);
 }
 
 TEST(SDLHost, UploadsOnlyWhatChanged) {

@@ -4,31 +4,15 @@
 #include "tesmar/platform/hosts/sdl/internal/SDLAccessibility.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLInput.h"
 #include "tesmar/platform/hosts/sdl/internal/SDLScreen.h"
+#include "tesmar/platform/hosts/sdl/internal/sdl_clock.h"
 
 #include <atomic>
-#include <chrono>
 #include <cmath>
-#include <limits>
 
 namespace tesmar {
 namespace {
 
 constexpr int kForever = -1; // milliseconds, to SDL
-
-double now() {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-        .count();
-}
-
-// The event's time on the clock of now(). SDL's own clock counts milliseconds and wraps.
-double timeOf(const SDL_Event& event) {
-    return now() - static_cast<double>(SDL_GetTicks() - event.common.timestamp) / 1000;
-}
-
-int milliseconds(double seconds) {
-    const double whole = std::ceil(seconds * 1000);
-    return static_cast<int>(std::clamp(whole, 0.0, double(std::numeric_limits<int>::max())));
-}
 
 SDLScreen::Size pixels(CGSize size, CGFloat scale) {
     const auto side = [&](CGFloat points) {
@@ -86,7 +70,7 @@ SDLHost::State::State(const Options& options)
     if (scale) // the choice is in pixels, which may not be the window system's units
         screen.setPixelSize(pixels(options.size, *scale));
     fitWindow();
-    NSRunLoop::mainRunLoop().noteTime(now());
+    NSRunLoop::mainRunLoop().noteTime(sdlClock());
     accessibility.check(screenReaders, screen.window());
 }
 
@@ -97,8 +81,8 @@ int SDLHost::State::waitMilliseconds(std::optional<double> longest) const {
         return 0;
     std::optional<double> seconds = longest;
     if (const auto due = NSRunLoop::mainRunLoop().nextDeadline())
-        seconds = std::min(seconds.value_or(*due - now()), *due - now());
-    return seconds ? milliseconds(*seconds) : kForever;
+        seconds = std::min(seconds.value_or(*due - sdlClock()), *due - sdlClock());
+    return seconds ? sdlMilliseconds(*seconds) : kForever;
 }
 
 bool SDLHost::turn(std::optional<double> longest) {
@@ -110,9 +94,9 @@ bool SDLHost::turn(std::optional<double> longest) {
         wait = 0;
     }
     if (!state->isDestroyed)
-        NSRunLoop::mainRunLoop().advanceTo(now());
+        NSRunLoop::mainRunLoop().advanceTo(sdlClock());
     if (!state->isDestroyed)
-        state->accessibility.turn(now());
+        state->accessibility.turn(sdlClock());
     if (!state->isDestroyed)
         state->showChanges();
     return !state->quits && !state->isDestroyed;
@@ -140,7 +124,7 @@ void SDLHost::State::wakeUp(std::atomic<bool>& flag) {
 
 void SDLHost::State::handle(const SDL_Event& event) {
     // Motion that a handler starts begins now, not when the loop last ran.
-    NSRunLoop::mainRunLoop().noteTime(timeOf(event));
+    NSRunLoop::mainRunLoop().noteTime(sdlTimeOf(event));
     if (event.type == wakeEvent) {
         readerWakes = false;
         if (wakes.exchange(false))
@@ -152,7 +136,7 @@ void SDLHost::State::handle(const SDL_Event& event) {
         quits = true;
         break;
     case SDL_WINDOWEVENT:
-        windowEvent(event.window, timeOf(event));
+        windowEvent(event.window, sdlTimeOf(event));
         break;
     case SDL_RENDER_TARGETS_RESET:
     case SDL_RENDER_DEVICE_RESET:
@@ -160,7 +144,7 @@ void SDLHost::State::handle(const SDL_Event& event) {
         fitWindow();
         break;
     default:
-        input.handle(event, timeOf(event));
+        input.handle(event, sdlTimeOf(event));
         break;
     }
 }
@@ -205,6 +189,7 @@ void SDLHost::State::fitWindow() {
     screen.recreateLayers();
     window->setPixelSize(size.width, size.height, pointScale);
     window->invalidate();
+    followDisplayRate(screen.window());
     pictureIsStale = true;
     window->layoutIfNeeded();
     callCopy(onResize, window->frame().size);

@@ -1,5 +1,6 @@
 #include "tesmar/platform/hosts/sdl/internal/SDLInput.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tesmar {
@@ -108,87 +109,92 @@ CGPoint SDLInput::pointOfFinger(const SDL_TouchFingerEvent& finger) const {
     return {finger.x * size.width, finger.y * size.height};
 }
 
-void SDLInput::handle(const SDL_Event& event, double time) {
+// SDL sends the mouse event of a finger before the finger's own.
+bool SDLInput::echoIsTaken(const SDL_Event& event) {
+    const bool fingerIsTaken =
+        std::ranges::any_of(touches_, [](const auto& touch) { return touch.second.taken; });
+    if (fingerIsTaken || event.type != SDL_MOUSEBUTTONDOWN)
+        return fingerIsTaken;
+    return window_.wantsTouchAt(pointOfMouse({CGFloat(event.button.x), CGFloat(event.button.y)}));
+}
+
+bool SDLInput::handle(const SDL_Event& event, double time) {
     if (isEcho(event))
-        return;
+        return echoIsTaken(event);
     const auto mouse = [&](auto x, auto y) { return pointOfMouse({CGFloat(x), CGFloat(y)}); };
     const SDL_TouchFingerEvent& finger = event.tfinger;
     switch (event.type) {
     case SDL_MOUSEBUTTONDOWN:
-        if (event.button.button == SDL_BUTTON_LEFT)
-            touchDown(kMouse, mouse(event.button.x, event.button.y), time);
-        break;
+        return event.button.button == SDL_BUTTON_LEFT &&
+               touchDown(kMouse, mouse(event.button.x, event.button.y), time);
     case SDL_MOUSEMOTION:
-        moveMouse(mouse(event.motion.x, event.motion.y), time);
-        break;
+        return moveMouse(mouse(event.motion.x, event.motion.y), time);
     case SDL_MOUSEBUTTONUP:
-        if (event.button.button == SDL_BUTTON_LEFT)
-            releaseMouse(mouse(event.button.x, event.button.y), time);
-        break;
+        return event.button.button == SDL_BUTTON_LEFT &&
+               releaseMouse(mouse(event.button.x, event.button.y), time);
     case SDL_FINGERDOWN:
-        touchDown({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
-        break;
+        return touchDown({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
     case SDL_FINGERMOTION:
-        touchMoved({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
-        break;
+        return touchMoved({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
     case SDL_FINGERUP:
-        touchUp({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
-        break;
+        return touchUp({finger.touchId, finger.fingerId}, pointOfFinger(finger), time);
     case SDL_MOUSEWHEEL:
-        window_.wheel(mouse(event.wheel.mouseX, event.wheel.mouseY), wheelDelta(event.wheel), time);
-        break;
+        return window_.wheel(mouse(event.wheel.mouseX, event.wheel.mouseY), wheelDelta(event.wheel),
+                             time);
     case SDL_KEYDOWN:
-        keyDown(event.key, time);
-        break;
+        return keyDown(event.key, time);
     default:
         if (controllers_)
             controllers_->handle(event, time);
-        break;
+        return false;
     }
 }
 
 // --- Touches ------------------------------------------------------------------------------------
 
-void SDLInput::touchDown(TouchName name, CGPoint point, double time) {
+bool SDLInput::touchDown(TouchName name, CGPoint point, double time) {
     const std::int64_t id = ++lastId_;
     const auto source = name == kMouse ? UITouchSource::mouse : UITouchSource::finger;
     const bool taken = window_.touch(UITouchPhase::began, id, point, time, source);
     touches_[name] = {id, point, taken, false};
+    return taken;
 }
 
-void SDLInput::touchMoved(TouchName name, CGPoint point, double time) {
+bool SDLInput::touchMoved(TouchName name, CGPoint point, double time) {
     const auto found = touches_.find(name);
     if (found == touches_.end())
-        return;
+        return false;
     Touch& touch = found->second;
     touch.moved = touch.moved || isApart(touch.start, point);
-    if (touch.taken)
-        window_.touch(UITouchPhase::moved, touch.id, point, time);
+    return touch.taken && window_.touch(UITouchPhase::moved, touch.id, point, time);
 }
 
-void SDLInput::touchUp(TouchName name, CGPoint point, double time) {
+bool SDLInput::touchUp(TouchName name, CGPoint point, double time) {
     const auto found = touches_.find(name);
     if (found == touches_.end())
-        return;
+        return false;
     const Touch touch = found->second;
     touches_.erase(found);
     if (touch.taken)
         window_.touch(UITouchPhase::ended, touch.id, point, time);
     else if (!touch.moved && !isApart(touch.start, point))
         callCopy(onTap, point);
+    return touch.taken;
 }
 
 // Handlers of the touch may destroy the host.
-void SDLInput::moveMouse(CGPoint point, double time) {
+bool SDLInput::moveMouse(CGPoint point, double time) {
     const auto window = refTo(&window_);
-    touchMoved(kMouse, point, time);
+    const bool isTaken = touchMoved(kMouse, point, time);
     window->hover(point);
+    return isTaken;
 }
 
-void SDLInput::releaseMouse(CGPoint point, double time) {
+bool SDLInput::releaseMouse(CGPoint point, double time) {
     const auto window = refTo(&window_);
-    touchUp(kMouse, point, time);
+    const bool isTaken = touchUp(kMouse, point, time);
     window->hover(point);
+    return isTaken;
 }
 
 void SDLInput::releaseAll(double time) {
@@ -207,18 +213,19 @@ void SDLInput::useControllers() {
         });
 }
 
-void SDLInput::keyDown(const SDL_KeyboardEvent& key, double time) {
+bool SDLInput::keyDown(const SDL_KeyboardEvent& key, double time) {
     if (key.keysym.mod & (KMOD_CTRL | KMOD_ALT | KMOD_GUI))
-        return;
-    pass(keyOf(key.keysym), SDL_GetKeyName(key.keysym.sym),
-         key.repeat != 0 ? UIKeyRepeat::repeated : UIKeyRepeat::pressed, time);
+        return false;
+    return pass(keyOf(key.keysym), SDL_GetKeyName(key.keysym.sym),
+                key.repeat != 0 ? UIKeyRepeat::repeated : UIKeyRepeat::pressed, time);
 }
 
-void SDLInput::pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat,
+bool SDLInput::pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat,
                     double time) {
     if (key && window_.key(*key, repeat, time))
-        return;
+        return true;
     callCopy(onKey, SDLHost::Key{name, repeat == UIKeyRepeat::repeated});
+    return false;
 }
 
 } // namespace tesmar

@@ -28,8 +28,9 @@ class SDLInput {
     void useControllers();
     // Sets the window's size in the units of mouse positions.
     void setUnits(CGSize units) { units_ = units; }
-    // `time` of the event, in seconds on the host's clock.
-    void handle(const SDL_Event& event, double time);
+    // `time` of the event, in seconds on the host's clock. Returns whether the event is the
+    // window's, not the application's.
+    bool handle(const SDL_Event& event, double time);
     // Cancels the touches of all fingers that are down, and ignores their further events. Ends the
     // repetition of a controller's button that is held.
     void releaseAll(double time);
@@ -48,13 +49,14 @@ class SDLInput {
 
     CGPoint pointOfMouse(CGPoint position) const;
     CGPoint pointOfFinger(const SDL_TouchFingerEvent& finger) const;
-    void touchDown(TouchName name, CGPoint point, double time);
-    void touchMoved(TouchName name, CGPoint point, double time);
-    void touchUp(TouchName name, CGPoint point, double time);
-    void moveMouse(CGPoint point, double time);
-    void releaseMouse(CGPoint point, double time);
-    void keyDown(const SDL_KeyboardEvent& key, double time);
-    void pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat, double time);
+    bool echoIsTaken(const SDL_Event& event);
+    bool touchDown(TouchName name, CGPoint point, double time);
+    bool touchMoved(TouchName name, CGPoint point, double time);
+    bool touchUp(TouchName name, CGPoint point, double time);
+    bool moveMouse(CGPoint point, double time);
+    bool releaseMouse(CGPoint point, double time);
+    bool keyDown(const SDL_KeyboardEvent& key, double time);
+    bool pass(std::optional<UIKey> key, const std::string& name, UIKeyRepeat repeat, double time);
 
     UIWindow& window_;
     CGSize units_{1, 1};

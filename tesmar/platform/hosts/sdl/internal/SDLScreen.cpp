@@ -8,28 +8,15 @@
 namespace tesmar {
 namespace {
 
-template <class Error = std::runtime_error>
-[[noreturn]] void fail(const std::string& what) {
-    throw Error(what + ": " + SDL_GetError());
-}
-
-std::uint32_t withoutPremultiplication(std::uint32_t pixel) {
-    const std::uint32_t alpha = pixel >> 24;
-    if (alpha == 0 || alpha == 255)
-        return pixel;
-    std::uint32_t straight = alpha << 24;
-    for (int shift = 0; shift < 24; shift += 8) {
-        const std::uint32_t channel = ((pixel >> shift & 0xFF) * 255 + alpha / 2) / alpha;
-        straight |= std::min(channel, 255u) << shift;
-    }
-    return straight;
+[[noreturn]] void failToOpen(const std::string& what) {
+    throw SDLHost::NoDisplay(what + ": " + SDL_GetError());
 }
 
 } // namespace
 
 SDLVideo::SDLVideo() {
     if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
-        fail<SDLHost::NoDisplay>("no display");
+        failToOpen("no display");
     // SDL falls back to drivers that show nothing; they count only when asked for by name.
     const std::string driver = SDL_GetCurrentVideoDriver();
     if ((driver == "offscreen" || driver == "dummy") && !SDL_getenv("SDL_VIDEODRIVER")) {
@@ -49,12 +36,12 @@ SDLScreen::SDLScreen(const std::string& title, Size size) {
                                    size.width, size.height,
                                    SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
     if (!window_)
-        fail<SDLHost::NoDisplay>("no window");
+        failToOpen("no window");
     renderer_.reset(SDL_CreateRenderer(window_.get(), -1, SDL_RENDERER_PRESENTVSYNC));
     if (!renderer_)
         renderer_.reset(SDL_CreateRenderer(window_.get(), -1, 0));
     if (!renderer_)
-        fail<SDLHost::NoDisplay>("no way to draw in the window");
+        failToOpen("no way to draw in the window");
     recreateLayers();
 }
 
@@ -93,20 +80,10 @@ void SDLScreen::toggleFullScreen() {
 
 // --- Layers -------------------------------------------------------------------------------------
 
-SDLScreen::Texture SDLScreen::makeTexture(SDL_PixelFormatEnum format) const {
-    Texture texture(SDL_CreateTexture(renderer_.get(), format, SDL_TEXTUREACCESS_STREAMING,
-                                      size_.width, size_.height));
-    if (!texture)
-        fail("no room to draw a window of " + std::to_string(size_.width) + "x" +
-             std::to_string(size_.height) + " pixels");
-    return texture;
-}
-
 void SDLScreen::recreateLayers() {
     size_ = pixelSize();
-    pictureTexture_ = makeTexture(SDL_PIXELFORMAT_RGB888);
-    windowTexture_ = makeTexture(SDL_PIXELFORMAT_ARGB8888);
-    chooseBlending();
+    pictureTexture_ = makeTexture(*renderer_, SDL_PIXELFORMAT_RGB888, size_.width, size_.height);
+    layer_.recreate(*renderer_, size_.width, size_.height);
 
     constexpr int kAlignment = 64; // bytes; what video decoders write best
     pictureStride_ = (size_.width * 4 + kAlignment - 1) / kAlignment * kAlignment;
@@ -117,19 +94,6 @@ void SDLScreen::recreateLayers() {
         throw std::bad_alloc();
     std::fill_n(picture_.get(), bytes / 4, 0);
     hasPicture_ = false;
-    pixels_.assign(static_cast<std::size_t>(size_.width) * static_cast<std::size_t>(size_.height),
-                   0);
-}
-
-// Some renderers, such as the one in software, cannot blend premultiplied pixels; upload() converts
-// for them.
-void SDLScreen::chooseBlending() {
-    const SDL_BlendMode premultiplied = SDL_ComposeCustomBlendMode(
-        SDL_BLENDFACTOR_ONE, SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA, SDL_BLENDOPERATION_ADD,
-        SDL_BLENDFACTOR_ONE, SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA, SDL_BLENDOPERATION_ADD);
-    takesPremultiplied_ = SDL_SetTextureBlendMode(windowTexture_.get(), premultiplied) == 0;
-    if (!takesPremultiplied_)
-        SDL_SetTextureBlendMode(windowTexture_.get(), SDL_BLENDMODE_BLEND);
 }
 
 void SDLScreen::drawPicture(const std::function<void(const SDLHost::Picture&)>& draw) {
@@ -138,32 +102,7 @@ void SDLScreen::drawPicture(const std::function<void(const SDLHost::Picture&)>& 
         return;
     draw({picture_.get(), size_.width, size_.height, pictureStride_});
     if (SDL_UpdateTexture(pictureTexture_.get(), nullptr, picture_.get(), pictureStride_) != 0)
-        fail("cannot draw");
-}
-
-void SDLScreen::drawWindow(UIWindow& window) {
-    for (const PixelRect& rect : window.render(pixels_, size_.width * 4))
-        upload(rect);
-}
-
-void SDLScreen::upload(const PixelRect& rect) {
-    const SDL_Rect place{rect.x, rect.y, rect.width, rect.height};
-    const std::uint32_t* first =
-        pixels_.data() + static_cast<std::ptrdiff_t>(rect.y) * size_.width + rect.x;
-    int stride = size_.width;
-    if (!takesPremultiplied_) {
-        straight_.clear();
-        for (int y = 0; y < rect.height; ++y)
-            std::transform(first + static_cast<std::ptrdiff_t>(y) * stride,
-                           first + static_cast<std::ptrdiff_t>(y) * stride + rect.width,
-                           std::back_inserter(straight_), withoutPremultiplication);
-        first = straight_.data();
-        stride = rect.width;
-    }
-    if (SDL_UpdateTexture(windowTexture_.get(), &place, first, stride * 4) != 0)
-        fail("cannot draw");
-    statistics_.uploadedPixels +=
-        static_cast<std::uint64_t>(rect.width) * static_cast<std::uint64_t>(rect.height);
+        failWithSDLError("cannot draw");
 }
 
 void SDLScreen::present() {
@@ -171,9 +110,9 @@ void SDLScreen::present() {
     SDL_RenderClear(renderer_.get());
     if (hasPicture_)
         SDL_RenderCopy(renderer_.get(), pictureTexture_.get(), nullptr, nullptr);
-    SDL_RenderCopy(renderer_.get(), windowTexture_.get(), nullptr, nullptr);
+    layer_.draw(*renderer_);
     SDL_RenderPresent(renderer_.get());
-    ++statistics_.frames;
+    ++frames_;
 }
 
 } // namespace tesmar

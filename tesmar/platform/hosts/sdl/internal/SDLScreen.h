@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tesmar/platform/hosts/sdl/SDLHost.h"
+#include "tesmar/platform/hosts/sdl/internal/SDLLayer.h"
 
 #include <SDL.h>
 
@@ -11,12 +12,6 @@
 #include <vector>
 
 namespace tesmar {
-
-struct SDLDeleter {
-    void operator()(SDL_Window* window) const { SDL_DestroyWindow(window); }
-    void operator()(SDL_Renderer* renderer) const { SDL_DestroyRenderer(renderer); }
-    void operator()(SDL_Texture* texture) const { SDL_DestroyTexture(texture); }
-};
 
 // Initialises SDL's video subsystem for as long as it exists.
 class SDLVideo {
@@ -53,36 +48,27 @@ class SDLScreen {
     // Has `draw` fill the picture; an empty `draw` removes it.
     void drawPicture(const std::function<void(const SDLHost::Picture&)>& draw);
     // Renders what is out of date in `window`, whose surface must be as large as the layers.
-    void drawWindow(UIWindow& window);
+    void drawWindow(UIWindow& window) { layer_.update(window); }
     // Shows both layers on the screen.
     void present();
 
-    const SDLHost::Statistics& statistics() const { return statistics_; }
+    SDLHost::Statistics statistics() const { return {frames_, layer_.uploadedPixels()}; }
 
   private:
-    using Texture = std::unique_ptr<SDL_Texture, SDLDeleter>;
     using Pixels = std::unique_ptr<std::uint32_t[], decltype(&std::free)>;
-
-    Texture makeTexture(SDL_PixelFormatEnum format) const;
-    void chooseBlending();
-    void upload(const PixelRect& rect);
 
     SDLVideo video_;
     std::unique_ptr<SDL_Window, SDLDeleter> window_;
     std::unique_ptr<SDL_Renderer, SDLDeleter> renderer_;
     Size size_; // of the layers, pixels
 
-    Texture pictureTexture_;
+    SDLTexture pictureTexture_;
     Pixels picture_{nullptr, &std::free};
     int pictureStride_ = 0; // bytes
     bool hasPicture_ = false;
 
-    Texture windowTexture_;
-    std::vector<std::uint32_t> pixels_; // premultiplied
-    bool takesPremultiplied_ = false;
-    std::vector<std::uint32_t> straight_; // buffer for renderers without premultiplied blending
-
-    SDLHost::Statistics statistics_;
+    SDLLayer layer_;
+    std::uint64_t frames_ = 0; // presented
 };
 
 } // namespace tesmar
