@@ -56,7 +56,8 @@ class TESMAR_API NSRunLoop {
     // For hosts that sleep in an event loop: `handler` is called when nextDeadline() has become
     // earlier, or a window has something to paint. It is called once until the next advanceTo() or
     // nextDeadline(), and not from inside advanceTo(), UIWindow::needsRender() and
-    // UIWindow::render(), after which the host looks anyway. It may run in the middle of a change,
+    // UIWindow::render(), after which the host looks anyway; only where drawing itself asked for
+    // another frame does render() call it at its end. It may run in the middle of a change,
     // so it should only make the host's loop turn soon; of this library it may call now() and
     // nextDeadline(). What it throws is dropped. Owned; an empty function, the initial one, for
     // none.

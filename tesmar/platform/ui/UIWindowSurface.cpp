@@ -77,7 +77,7 @@ std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int
                                             int bufferAge) {
     assertMainThread("UIWindow::render");
     const auto self = refTo(this);
-    const NSRunLoop::Turn turn(NSRunLoop::mainRunLoop());
+    std::optional<NSRunLoop::Turn> turn(NSRunLoop::mainRunLoop());
     prepareFrame();
     const PixelRect surface = surfacePixels(bounds());
     DamageRegion painted;
@@ -100,6 +100,9 @@ std::span<const PixelRect> UIWindow::render(std::span<std::uint32_t> pixels, int
         presentations_->noteFrame();
     }
     *repainted_ = painted;
+    turn.reset();
+    if (!damage_->isEmpty() && !painted.isEmpty())
+        NSRunLoop::mainRunLoop().wake(); // drawing has asked for another frame
     return repainted_->rects();
 }
 

@@ -164,6 +164,12 @@ TEST_F(DamageTest, WakesTheHostForWhatItMustPaint) {
     EXPECT_EQ(woken([&] { window.setSize({310, 400}), window.setSize({300, 400}); }), 1);
     EXPECT_EQ(woken([&] { window.needsRender(), host.render(); }), 0);
     EXPECT_EQ(woken([&] { make<UIView>()->setNeedsLayout(); }), 0); // in no window
+    struct Restless : UIView {
+        void draw(CGRect) override { setNeedsDisplay(); }
+    };
+    add<Restless>({50, 50, 5, 5});
+    EXPECT_EQ(woken([&] { host.render(); }), 1); // for the frame after this one
+    root().subviews().back()->removeFromSuperview();
     host.touch(UITouchPhase::began, {15, 15});
     window.setCaptionArea(std::nullopt);
     EXPECT_EQ(woken([&] { host.touch(UITouchPhase::ended, {15, 15}); }), 1); // takes effect now
